@@ -5,6 +5,9 @@ if(LIBVUE_WERROR)
     target_compile_options(libvue_reglages INTERFACE -Werror)
 endif()
 
+# Out-of-range subscripts of the standard containers stop a debug build.
+add_compile_definitions("$<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>")
+
 foreach(sanitizer IN LISTS LIBVUE_SANITIZE)
     add_compile_options(-fsanitize=${sanitizer} -fno-sanitize-recover=${sanitizer})
     add_link_options(-fsanitize=${sanitizer})
