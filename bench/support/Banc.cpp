@@ -1,4 +1,4 @@
-#include "support/Banc.h"
+#include "Banc.h"
 
 #include <algorithm>
 #include <chrono>
