@@ -69,8 +69,7 @@ void repete(const std::string& nom, const Chemin& chemin) {
     // The rounds alternate, so that a machine that slows down slows both.
     for (int manche = 0; manche < manches; ++manche) {
         notres.push_back(duree(chemin.notre, foisNotre) / static_cast<double>(foisNotre));
-        if (!chemin.pair)
-            continue;
+        if (!chemin.pair) continue;
         pairs.push_back(duree(chemin.pair, foisPair) / static_cast<double>(foisPair));
         rapports.push_back(pairs.back() / notres.back());
     }
@@ -111,13 +110,11 @@ int Banc::lance(int argc, char** argv) {
     bool trouve = argc == 1;
     for (const Entree& entree : entrees_) {
         const auto nomme = [&](const char* prefixe) { return entree.nom.starts_with(prefixe); };
-        if (argc > 1 && std::none_of(argv + 1, argv + argc, nomme))
-            continue;
+        if (argc > 1 && std::none_of(argv + 1, argv + argc, nomme)) continue;
         trouve = true;
         entree.execute();
     }
-    if (!trouve)
-        std::fprintf(stderr, "no path of this benchmark has such a name\n");
+    if (!trouve) std::fprintf(stderr, "no path of this benchmark has such a name\n");
     return trouve ? 0 : 1;
 }
 
