@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+
+#include <libvue/platform/backend/GraphicsEngine.h>
+#include <libvue/platform/backend/TextEngine.h>
+#include <libvue/platform/backend/WindowServer.h>
+
+namespace libvue::backend {
+
+/// What stands behind the platform surface: one set a process.
+struct LIBVUE_API Backend {
+    std::unique_ptr<GraphicsEngine> graphics;
+    std::unique_ptr<TextEngine> text;
+    std::unique_ptr<WindowServer> windows;
+    std::unique_ptr<Clipboard> clipboard;
+
+    /// The installed one; made on first use by makeDefaultBackend.
+    [[nodiscard]] static Backend& current();
+    [[nodiscard]] static bool exists() noexcept;
+    /// Replaces it; with null, the next use makes a new one.
+    static void install(std::unique_ptr<Backend> backend);
+};
+
+/// Windows, clipboard and time in memory (virtual time), with the raster engine of the Qt backend for pictures and text.
+[[nodiscard]] LIBVUE_API std::unique_ptr<Backend> makeMemoryBackend();
+/// Real windows: xcb where there is a display, else Qt's offscreen platform.
+[[nodiscard]] LIBVUE_API std::unique_ptr<Backend> makeQtBackend();
+/// LIBVUE_BACKEND=memory or qt; without it, qt.
+[[nodiscard]] LIBVUE_API std::unique_ptr<Backend> makeDefaultBackend();
+
+/// The raster engines over Qt Gui alone, for both backends.
+[[nodiscard]] LIBVUE_API std::unique_ptr<GraphicsEngine> makeRasterGraphics();
+[[nodiscard]] LIBVUE_API std::unique_ptr<TextEngine> makeRasterText();
+
+} // namespace libvue::backend

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <libvue/platform/foundation/Forward.h>
+
+namespace libvue::backend {
+
+class Canvas;
+class Clipboard;
+class FontFace;
+class GraphicsEngine;
+class Picture;
+class TextEngine;
+class TextLayout;
+class WindowServer;
+struct Backend;
+struct Event;
+struct Path;
+struct Transform;
+
+} // namespace libvue::backend

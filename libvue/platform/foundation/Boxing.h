@@ -1,0 +1,81 @@
+#pragma once
+
+#include <type_traits>
+
+#include <libvue/platform/foundation/NSObject.h>
+
+namespace libvue {
+
+[[nodiscard]] LIBVUE_API Ref<NSObject> boxedBool(BOOL v);
+[[nodiscard]] LIBVUE_API Ref<NSObject> boxedInteger(NSInteger v);
+[[nodiscard]] LIBVUE_API Ref<NSObject> boxedUnsigned(NSUInteger v);
+[[nodiscard]] LIBVUE_API Ref<NSObject> boxedDouble(double v);
+[[nodiscard]] LIBVUE_API Ref<NSObject> boxedPoint(const NSPoint& v);
+[[nodiscard]] LIBVUE_API Ref<NSObject> boxedSize(const NSSize& v);
+[[nodiscard]] LIBVUE_API Ref<NSObject> boxedRect(const NSRect& v);
+[[nodiscard]] LIBVUE_API Ref<NSObject> boxedRange(const NSRange& v);
+[[nodiscard]] LIBVUE_API BOOL unboxedBool(NSObject* v);
+[[nodiscard]] LIBVUE_API NSInteger unboxedInteger(NSObject* v);
+[[nodiscard]] LIBVUE_API NSUInteger unboxedUnsigned(NSObject* v);
+[[nodiscard]] LIBVUE_API double unboxedDouble(NSObject* v);
+LIBVUE_API void unboxGeometry(NSObject* v, NSPoint& out);
+LIBVUE_API void unboxGeometry(NSObject* v, NSSize& out);
+LIBVUE_API void unboxGeometry(NSObject* v, NSRect& out);
+LIBVUE_API void unboxGeometry(NSObject* v, NSRange& out);
+
+namespace detail {
+template <class T> struct IsReference : std::false_type {};
+template <class T> struct IsReference<Ref<T>> : std::true_type {};
+template <class T> struct IsReference<Weak<T>> : std::true_type {};
+} // namespace detail
+
+/// A value as an object: numbers and booleans as NSNumber, geometry as NSValue, objects as they are.
+template <class T> [[nodiscard]] Ref<NSObject> boxed(const T& v) {
+    if constexpr (std::is_same_v<T, bool>)
+        return boxedBool(v);
+    else if constexpr (std::is_enum_v<T>)
+        return boxedInteger(static_cast<NSInteger>(v));
+    else if constexpr (std::is_integral_v<T> && std::is_signed_v<T>)
+        return boxedInteger(v);
+    else if constexpr (std::is_integral_v<T>)
+        return boxedUnsigned(v);
+    else if constexpr (std::is_floating_point_v<T>)
+        return boxedDouble(v);
+    else if constexpr (std::is_pointer_v<T>)
+        return Ref<NSObject>(objectBehind(v));
+    else if constexpr (detail::IsReference<T>::value)
+        return Ref<NSObject>(objectBehind(v.get()));
+    else if constexpr (std::is_same_v<T, NSPoint>)
+        return boxedPoint(v);
+    else if constexpr (std::is_same_v<T, NSSize>)
+        return boxedSize(v);
+    else if constexpr (std::is_same_v<T, NSRange>)
+        return boxedRange(v);
+    else
+        return boxedRect(v);
+}
+
+/// The value in an object. A null or unfit object gives zero, an absent reference, an empty rectangle.
+template <class T> [[nodiscard]] T unboxed(NSObject* v) {
+    if constexpr (std::is_same_v<T, bool>)
+        return unboxedBool(v);
+    else if constexpr (std::is_enum_v<T>)
+        return static_cast<T>(unboxedInteger(v));
+    else if constexpr (std::is_integral_v<T> && std::is_signed_v<T>)
+        return static_cast<T>(unboxedInteger(v));
+    else if constexpr (std::is_integral_v<T>)
+        return static_cast<T>(unboxedUnsigned(v));
+    else if constexpr (std::is_floating_point_v<T>)
+        return static_cast<T>(unboxedDouble(v));
+    else if constexpr (std::is_pointer_v<T>)
+        return dynamic_cast<T>(v);
+    else if constexpr (detail::IsReference<T>::value)
+        return T(dynamic_cast<typename std::remove_reference_t<decltype(*std::declval<T>())>*>(v));
+    else {
+        T out{};
+        unboxGeometry(v, out);
+        return out;
+    }
+}
+
+} // namespace libvue

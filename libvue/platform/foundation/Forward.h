@@ -1,0 +1,55 @@
+#pragma once
+
+#include <libvue/platform/foundation/Export.h>
+#include <libvue/platform/foundation/Types.h>
+
+namespace libvue {
+
+class Class;
+class NSArray;
+class NSAttributedString;
+class NSBundle;
+class NSCharacterSet;
+class NSCoder;
+class NSCountedSet;
+class NSData;
+class NSDate;
+class NSDecimalNumber;
+class NSDictionary;
+class NSEnumerator;
+class NSError;
+class NSException;
+class NSFormatter;
+class NSIndexPath;
+class NSIndexSet;
+class NSMutableArray;
+class NSMutableAttributedString;
+class NSMutableData;
+class NSMutableDictionary;
+class NSMutableIndexSet;
+class NSMutableSet;
+class NSMutableString;
+class NSNotification;
+class NSNotificationCenter;
+class NSNull;
+class NSNumber;
+class NSObject;
+class NSRunLoop;
+class NSSet;
+class NSString;
+class NSTimer;
+class NSURL;
+class NSUserDefaults;
+class NSValue;
+struct NSPoint;
+struct NSRange;
+struct NSRect;
+struct NSSize;
+struct Selector;
+template <class T> class Ref;
+template <class T> class Weak;
+
+/// The interned name of an operation; two names are equal when their pointers are.
+using SEL = const Selector*;
+
+} // namespace libvue

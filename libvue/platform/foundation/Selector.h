@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string_view>
+
+#include <libvue/platform/foundation/Forward.h>
+
+namespace libvue {
+
+/// An interned operation name, such as "clique:". Never freed.
+struct Selector {
+    std::string_view name;
+};
+
+/// The one selector of that name, made on first use. Main thread.
+[[nodiscard]] LIBVUE_API SEL sel(std::string_view name);
+
+/// Null for null.
+[[nodiscard]] LIBVUE_API Ref<NSString> NSStringFromSelector(SEL selector);
+[[nodiscard]] LIBVUE_API SEL NSSelectorFromString(NSString* name);
+
+} // namespace libvue
