@@ -103,7 +103,7 @@ lint() {
     dire "clang-tidy on ${#restant[@]} sources"
     if [ ${#restant[@]} -gt 0 ]; then
         printf '%s\0' "${restant[@]}" |
-            xargs -0 -n 1 -P "$JOBS" clang-tidy --quiet -p build/debug 2> >(grep -v 'warnings\? generated' >&2) || etat=1
+            xargs -0 -n 1 -P "$JOBS" clang-tidy --quiet -p build/debug 2> >(grep -v 'warnings\?\( and .*\)\? generated' >&2) || etat=1
     fi
 
     if [ $etat -eq 0 ]; then dire "lint: clean"; else dire "lint: FAILED"; fi
