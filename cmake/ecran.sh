@@ -31,7 +31,7 @@ avec_un_ecran() {
     DISPLAY=:$(cat "$dossier/numero")
     export DISPLAY
     unset WAYLAND_DISPLAY
-    dire "display $DISPLAY: Xvfb, openbox, picom"
+    dire "display $DISPLAY: Xvfb, openbox, picom" >&2
     # Both end with the server.
     openbox >"$dossier/openbox.log" 2>&1 &
     attendre openbox gestionnaire_pret || return 1

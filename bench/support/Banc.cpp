@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <exception>
 #include <fstream>
 #include <utility>
 
@@ -112,14 +113,20 @@ int Banc::lance(int argc, char** argv) {
         const auto nomme = [&](const char* prefixe) { return entree.nom.starts_with(prefixe); };
         if (argc > 1 && std::none_of(argv + 1, argv + argc, nomme)) continue;
         trouve = true;
-        entree.execute();
+        try {
+            entree.execute();
+        } catch (const std::exception& erreur) {
+            std::fprintf(stderr, "%s: %s\n", entree.nom.c_str(), erreur.what());
+            return 1;
+        }
     }
     if (!trouve) std::fprintf(stderr, "no path of this benchmark has such a name\n");
     return trouve ? 0 : 1;
 }
 
-std::size_t memoirePropre() {
-    std::ifstream fichier("/proc/self/smaps_rollup");
+std::size_t memoirePropre(int processus) {
+    const std::string qui = processus == 0 ? "self" : std::to_string(processus);
+    std::ifstream fichier("/proc/" + qui + "/smaps_rollup");
     std::string ligne;
     std::size_t total = 0;
     while (std::getline(fichier, ligne)) {

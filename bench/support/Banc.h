@@ -53,13 +53,10 @@ private:
 };
 
 /// Keeps the compiler from dropping the computation of \p valeur.
-template <class T>
-inline void garde(const T& valeur) {
-    asm volatile("" : : "r,m"(valeur) : "memory");
-}
+template <class T> inline void garde(const T& valeur) { asm volatile("" : : "r,m"(valeur) : "memory"); }
 
-/// Memory of this process that it shares with no other, in bytes.
-std::size_t memoirePropre();
+/// Memory that a process (this one for 0) shares with no other, in bytes; 0 when it cannot be read.
+std::size_t memoirePropre(int processus = 0);
 
 /// Processor time that this process has used, in seconds.
 double tempsProcesseur();
