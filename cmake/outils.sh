@@ -4,6 +4,10 @@
 
 export LC_ALL=C.UTF-8
 JOBS=${JOBS:-$(nproc)}
+if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
+    mkdir -p -m 700 build/runtime
+    export XDG_RUNTIME_DIR=$PWD/build/runtime
+fi
 
 PAQUETS_CONSTRUCTION=(g++ cmake ninja-build pkg-config ccache qt6-base-dev qt6-base-private-dev qt6-qpa-plugins
     libicu-dev libxcb1-dev libxcb-shape0-dev libgl-dev libopengl-dev libxkbcommon-dev

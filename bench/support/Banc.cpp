@@ -54,10 +54,12 @@ std::string lisible(double secondes) {
 }
 
 void imprime(const std::string& nom, const std::string& notre, const std::string& pair, double rapport) {
-    if (rapport > 0)
-        std::printf("%-28s %12s %12s %8.2f\n", nom.c_str(), notre.c_str(), pair.c_str(), rapport);
-    else
-        std::printf("%-28s %12s %12s %8s\n", nom.c_str(), notre.c_str(), "-", "-");
+    std::printf("%-28s %12s %12s %8.2f\n", nom.c_str(), notre.c_str(), pair.c_str(), rapport);
+    std::fflush(stdout);
+}
+
+void imprimeSansPair(const std::string& nom, const std::string& notre) {
+    std::printf("%-28s %12s %12s %8s\n", nom.c_str(), notre.c_str(), "-", "-");
     std::fflush(stdout);
 }
 
@@ -77,17 +79,23 @@ void repete(const std::string& nom, const Chemin& chemin) {
     if (chemin.pair)
         imprime(nom, lisible(mediane(notres)), lisible(mediane(pairs)), mediane(rapports));
     else
-        imprime(nom, lisible(mediane(notres)), {}, 0);
+        imprimeSansPair(nom, lisible(mediane(notres)));
 }
 
 void mesureLibre(const CheminLibre& chemin) {
+    const auto texte = [&](double valeur) {
+        char lettres[48];
+        std::snprintf(lettres, sizeof lettres, "%.6g%s", valeur, chemin.unite.c_str());
+        return std::string(lettres);
+    };
     const Mesures mesures = chemin.mesurer();
-    char notre[48];
-    char pair[48];
-    std::snprintf(notre, sizeof notre, "%.6g%s", mesures.notre, chemin.unite.c_str());
-    std::snprintf(pair, sizeof pair, "%.6g%s", mesures.pair, chemin.unite.c_str());
-    const bool compare = mesures.pair > 0 && mesures.notre > 0;
-    imprime(chemin.nom, notre, pair, compare ? mesures.pair / mesures.notre : 0);
+    if (!mesures.pair) {
+        imprimeSansPair(chemin.nom, texte(mesures.notre));
+        return;
+    }
+    // Two zeros are equal; a zero of ours beside something else is printed as "inf".
+    const double rapport = *mesures.pair == mesures.notre ? 1 : *mesures.pair / mesures.notre;
+    imprime(chemin.nom, texte(mesures.notre), texte(*mesures.pair), rapport);
 }
 
 } // namespace

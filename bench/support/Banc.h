@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,8 +19,8 @@ struct Chemin {
 /// Two figures of the same kind where less is better: bytes, milliseconds, processor time.
 struct Mesures {
     double notre = 0;
-    /// Zero when there is no peer.
-    double pair = 0;
+    /// Absent when there is no peer.
+    std::optional<double> pair;
 };
 
 /// A path that measures itself, for what cannot be repeated in a loop: the start of a process, memory, an idle window.
