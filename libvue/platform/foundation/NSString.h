@@ -178,10 +178,10 @@ public:
     [[nodiscard]] float floatValue() const;
     [[nodiscard]] BOOL boolValue() const;
 
-    static void* operator new(std::size_t size, std::size_t extra) { return ::operator new(size + extra); }
+    // A text's block is longer than its class says, so no size is handed to the allocator.
     static void* operator new(std::size_t size) { return ::operator new(size); }
+    static void* operator new(std::size_t, void* p) noexcept { return p; }
     static void operator delete(void* p) noexcept { ::operator delete(p); }
-    static void operator delete(void* p, std::size_t) noexcept { ::operator delete(p); }
 
 protected:
     enum class Storage : std::uint8_t { inBlock, external };
@@ -191,7 +191,15 @@ protected:
     [[nodiscard]] const std::uint8_t* units8() const noexcept { return static_cast<const std::uint8_t*>(tail()); }
     [[nodiscard]] const unichar* units16() const noexcept { return static_cast<const unichar*>(tail()); }
     [[noreturn]] void raiseOutOfRange(NSUInteger i) const;
-    void checkRange(NSRange range) const;
+    /// Raises NSRangeException for a range that reaches out of the text.
+    void checkRange(NSRange range) const {
+        if (range.location > length_ || range.length > length_ - range.location) raiseOutOfRange(range);
+    }
+    [[noreturn]] void raiseOutOfRange(NSRange range) const;
+    /// The text as one that cannot change: itself, or a copy of a mutable one.
+    [[nodiscard]] Ref<NSString> immutable() const;
+    /// Forgets what was derived from the units.
+    void unitsChanged() noexcept;
 
     std::uint32_t length_;
     mutable std::uint32_t hash_ : 30; // 0: not computed yet
@@ -204,7 +212,8 @@ private:
         const void* behind = reinterpret_cast<const char*>(this) + sizeof(NSString);
         return external_ ? *static_cast<const void* const*>(behind) : behind;
     }
-    /// A block for `length` units that the caller fills before anyone reads it.
+    [[nodiscard]] void* units() noexcept { return const_cast<void*>(tail()); }
+    /// A block for `length` units and a final zero; the caller fills it before anyone reads it.
     static NSString* allocate(NSUInteger length, bool wide);
 };
 
@@ -238,6 +247,7 @@ private:
 
     void reserve(std::size_t units);
     void widen();
+    void splice(NSRange range, const NSString* s);
 };
 
 /// Appends one UTF-16 unit after another.
