@@ -5,7 +5,8 @@
 export LC_ALL=C.UTF-8
 JOBS=${JOBS:-$(nproc)}
 if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
-    mkdir -p -m 700 build/runtime
+    mkdir -p build/runtime
+    chmod 700 build/runtime
     export XDG_RUNTIME_DIR=$PWD/build/runtime
 fi
 
