@@ -2,7 +2,7 @@
 
 #include <type_traits>
 
-#include <libvue/platform/foundation/NSObject.h>
+#include <libvue/platform/foundation/Boxable.h>
 
 namespace libvue {
 
@@ -22,12 +22,6 @@ LIBVUE_API void unboxGeometry(NSObject* v, NSPoint& out);
 LIBVUE_API void unboxGeometry(NSObject* v, NSSize& out);
 LIBVUE_API void unboxGeometry(NSObject* v, NSRect& out);
 LIBVUE_API void unboxGeometry(NSObject* v, NSRange& out);
-
-namespace detail {
-template <class T> struct IsReference : std::false_type {};
-template <class T> struct IsReference<Ref<T>> : std::true_type {};
-template <class T> struct IsReference<Weak<T>> : std::true_type {};
-} // namespace detail
 
 /// A value as an object: numbers and booleans as NSNumber, geometry as NSValue, objects as they are.
 template <class T> [[nodiscard]] Ref<NSObject> boxed(const T& v) {
@@ -79,3 +73,5 @@ template <class T> [[nodiscard]] T unboxed(NSObject* v) {
 }
 
 } // namespace libvue
+
+#include <libvue/platform/foundation/NSObject.h>

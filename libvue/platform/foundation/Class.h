@@ -6,9 +6,9 @@
 #include <typeinfo>
 #include <vector>
 
+#include <libvue/platform/foundation/Boxing.h>
 #include <libvue/platform/foundation/NSObject.h>
 #include <libvue/platform/foundation/Operation.h>
-#include <libvue/platform/foundation/Boxing.h>
 
 namespace libvue {
 
@@ -20,6 +20,27 @@ struct KeyEntry {
     Ref<NSObject> (*get)(NSObject*);
     void (*set)(NSObject*, NSObject*);
 };
+
+namespace detail {
+
+/// What a chain of classes answered to selectors, including that it answered nothing.
+class SelectorCache {
+public:
+    /// The place of the selector's answer; `fresh` tells that it has none yet.
+    const void*& at(SEL selector, bool& fresh);
+
+private:
+    struct Slot {
+        SEL selector = nullptr;
+        const void* answer = nullptr;
+    };
+    Slot& find(SEL selector) noexcept;
+
+    std::vector<Slot> slots_; // a power of two
+    std::size_t used_ = 0;
+};
+
+} // namespace detail
 
 /// The one description of a class: its real superclass, a factory, the operations it answers by name, the keys it
 /// offers to key-value coding. Built on first use, never freed.
@@ -33,7 +54,9 @@ public:
     /// Null for NSObject.
     [[nodiscard]] const Class* superclass() const noexcept { return superclass_; }
     [[nodiscard]] BOOL isSubclassOfClass(const Class& c) const noexcept;
-    [[nodiscard]] BOOL instancesRespondToSelector(SEL selector) const noexcept { return operation(selector) != nullptr; }
+    [[nodiscard]] BOOL instancesRespondToSelector(SEL selector) const noexcept {
+        return operation(selector) != nullptr;
+    }
     /// A new instance, or null where the class has no default constructor.
     [[nodiscard]] Ref<NSObject> alloc() const;
     /// An instance from an archive, or null where the class has no constructor from NSCoder&.
@@ -69,7 +92,9 @@ private:
     std::vector<OperationEntry> classOperations_;
     std::vector<KeyEntry> keys_;
     std::vector<std::pair<SEL, SEL>> dependencies_;
-    mutable std::vector<std::pair<SEL, const OperationEntry*>> lookups_;
+    bool described_ = false; // by itself, and not by a base alone
+    mutable detail::SelectorCache lookups_;
+    mutable detail::SelectorCache keyLookups_;
 };
 
 /// What a class says of itself, in its `static void describe(ClassDescription<Self, Super>&)`.
@@ -85,14 +110,15 @@ public:
     }
     /// The same for an operation that has no constant of its own: the signature is `M`'s.
     template <auto M> void answers(std::string_view name) {
-        class_.operations_.push_back(OperationEntry::ofMember<T, M, SignatureOf<M>>(Operation<SignatureOf<M>>(name.data())));
+        class_.operations_.push_back(
+            OperationEntry::ofMember<T, M, SignatureOf<M>>(Operation<SignatureOf<M>>(name.data())));
     }
     /// A class-level operation, reached through a Class chosen at run time.
     template <auto F> void classAnswers(std::string_view name) {
         class_.classOperations_.push_back(OperationEntry::ofFunction<F>(sel(name)));
     }
-    /// A key with a getter, and a setter where there is one. Values are boxed: numbers and booleans as NSNumber, geometry
-    /// as NSValue, objects as they are.
+    /// A key with a getter, and a setter where there is one. Values are boxed: numbers and booleans as NSNumber,
+    /// geometry as NSValue, objects as they are.
     template <auto Get, auto Set = nullptr> void key(std::string_view name) {
         KeyEntry e{sel(name), nullptr, nullptr};
         e.get = [](NSObject* o) -> Ref<NSObject> { return boxed((static_cast<T*>(o)->*Get)()); };
@@ -118,7 +144,9 @@ template <class U, class S> std::type_identity<U> describedSelf(void (*)(ClassDe
 template <class U, class S> std::type_identity<S> describedSuper(void (*)(ClassDescription<U, S>&));
 
 template <class T>
-concept HasDescribe = requires { &T::describe; };
+concept HasDescribe = requires {
+    &T::describe;
+};
 
 template <class T> consteval bool describesItself() {
     if constexpr (HasDescribe<T>)
@@ -129,20 +157,23 @@ template <class T> consteval bool describesItself() {
 
 } // namespace detail
 
-/// The class of `T`, built on first use. A class that has no `describe` of its own has the nearest described base above it.
+/// The class of `T`, built on first use. A class that has no `describe` of its own has the nearest described base above
+/// it.
 template <class T> const Class& classOf() {
     static const Class& c = [&]() -> const Class& {
         auto fill = [](Class& c) {
             if constexpr (requires { new T(); }) {
-                if constexpr (!std::is_abstract_v<T>) c.factory_ = []() -> Ref<NSObject> { return adopt<NSObject>(new T()); };
+                if constexpr (!std::is_abstract_v<T>)
+                    c.factory_ = []() -> Ref<NSObject> { return adopt<NSObject>(new T()); };
             }
-            if constexpr (requires(NSCoder& coder) { new T(coder); }) {
+            if constexpr (requires(NSCoder & coder) { new T(coder); }) {
                 if constexpr (!std::is_abstract_v<T>)
                     c.decode_ = [](NSCoder& coder) -> Ref<NSObject> { return adopt<NSObject>(new T(coder)); };
             }
             if constexpr (detail::describesItself<T>()) {
                 using Super = typename decltype(detail::describedSuper(&T::describe))::type;
                 ClassDescription<T, Super> d(c);
+                c.described_ = true;
                 T::describe(d);
             }
         };
@@ -150,7 +181,8 @@ template <class T> const Class& classOf() {
             return Class::build(typeid(T), nullptr, fill);
         else if constexpr (detail::describesItself<T>()) {
             using Super = typename decltype(detail::describedSuper(&T::describe))::type;
-            static_assert(std::is_base_of_v<Super, T> && !std::is_same_v<Super, T>, "describe names a class that is no base");
+            static_assert(std::is_base_of_v<Super, T> && !std::is_same_v<Super, T>,
+                          "describe names a class that is no base");
             return Class::build(typeid(T), &classOf<Super>(), fill);
         } else if constexpr (detail::HasDescribe<T>) {
             using Super = typename decltype(detail::describedSelf(&T::describe))::type;

@@ -6,7 +6,8 @@
 #include <typeinfo>
 #include <utility>
 
-#include <libvue/platform/foundation/NSObject.h>
+#include <libvue/platform/foundation/Boxable.h>
+#include <libvue/platform/foundation/Ref.h>
 #include <libvue/platform/foundation/Selector.h>
 
 namespace libvue {
@@ -29,23 +30,29 @@ struct MemberTraits<R (C::*)(A...) const noexcept> : MemberTraits<R (C::*)(A...)
 } // namespace detail
 
 template <auto M> using SignatureOf = typename detail::MemberTraits<decltype(M)>::Signature;
-template <auto M> using FirstArgumentOf = std::tuple_element_t<0, typename detail::MemberTraits<decltype(M)>::Arguments>;
+template <auto M>
+using FirstArgumentOf = std::tuple_element_t<0, typename detail::MemberTraits<decltype(M)>::Arguments>;
 
 /// One operation of a class: its name, its signature and the function that runs it on an instance.
 struct OperationEntry {
     SEL selector = nullptr;
     const std::type_info* signature = nullptr;
     void (*run)() = nullptr; ///< R (*)(NSObject*, Args...) for members, the function itself for class-level operations
+    /// The same with an object as the argument and the result as an object, whatever the types are: a member that takes
+    /// nothing ignores the argument, one that takes another class than the argument's gets null. Null where there are
+    /// several arguments or where they cannot be unboxed.
+    Ref<NSObject> (*perform)(NSObject* target, NSObject* argument) = nullptr;
 
     template <class T, auto M, class Signature> static OperationEntry ofMember(const Operation<Signature>& operation);
     template <auto F> static OperationEntry ofFunction(SEL selector) {
-        return {selector, &typeid(std::remove_pointer_t<decltype(F)>), reinterpret_cast<void (*)()>(F)};
+        return {selector, &typeid(std::remove_pointer_t<decltype(F)>), reinterpret_cast<void (*)()>(F), nullptr};
     }
 };
 
 template <class Signature> class BoundOperation;
 
-/// An operation found on an object: calls it, and keeps the object for as long as it lives. Absent when converted to false.
+/// An operation found on an object: calls it, and keeps the object for as long as it lives. Absent when converted to
+/// false.
 template <class R, class... A> class BoundOperation<R(A...)> {
 public:
     using Run = R (*)(NSObject*, A...);
@@ -59,12 +66,13 @@ private:
     Run run_ = nullptr;
 };
 
-/// The operation of that selector on the object where it is answered with that signature, else null. A wrong signature is the
-/// caller's error: asserted in debug builds.
+/// The operation of that selector on the object where it is answered with that signature, else null. A wrong signature
+/// is the caller's error: asserted in debug builds.
 [[nodiscard]] LIBVUE_API const OperationEntry* findOperation(const NSObject* object, SEL selector,
                                                              const std::type_info& signature);
 
-/// A typed constant that names an optional operation (a delegate's, a target's action). Its identity is its interned name.
+/// A typed constant that names an optional operation (a delegate's, a target's action). Its identity is its interned
+/// name.
 template <class R, class... A> class Operation<R(A...)> {
 public:
     constexpr Operation(const char* name) noexcept : name_(name) {}
@@ -99,14 +107,29 @@ namespace detail {
 template <class T, auto M, class Signature> struct Thunk;
 template <class T, auto M, class R, class... A> struct Thunk<T, M, R(A...)> {
     static R run(NSObject* o, A... args) { return (static_cast<T*>(o)->*M)(std::forward<A>(args)...); }
+
+    static constexpr bool performable = sizeof...(A) <= 1 && (isBoxable<std::remove_cvref_t<A>>() && ...);
+    static Ref<NSObject> perform(NSObject* o, [[maybe_unused]] NSObject* argument) {
+        auto result = [&]() -> R { return run(o, unboxed<std::remove_cvref_t<A>>(argument)...); };
+        if constexpr (isBoxable<std::remove_cvref_t<R>>())
+            return boxed<std::remove_cvref_t<R>>(result());
+        else {
+            (void)result();
+            return nullptr;
+        }
+    }
 };
 
 } // namespace detail
 
 template <class T, auto M, class Signature>
 OperationEntry OperationEntry::ofMember(const Operation<Signature>& operation) {
-    return {operation.selector(), &typeid(Signature),
-            reinterpret_cast<void (*)()>(&detail::Thunk<T, M, Signature>::run)};
+    using Thunk = detail::Thunk<T, M, Signature>;
+    OperationEntry e{operation.selector(), &typeid(Signature), reinterpret_cast<void (*)()>(&Thunk::run), nullptr};
+    if constexpr (Thunk::performable) e.perform = &Thunk::perform;
+    return e;
 }
 
 } // namespace libvue
+
+#include <libvue/platform/foundation/NSObject.h>

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <libvue/platform/foundation/Forward.h>
+
+namespace libvue {
+
+class LIBVUE_API NSThread {
+public:
+    NSThread() = delete;
+    /// Whether the calling thread is the one that the process began with, to which the interface belongs.
+    [[nodiscard]] static BOOL isMainThread() noexcept;
+};
+
+} // namespace libvue

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+
+#include <libvue/platform/foundation/NSObject.h>
+
+namespace libvue {
+
+struct KeyValueObservers;
+struct NotificationObservers;
+struct NotificationRegistrations;
+
+/// What hangs on the few objects that are held weakly or observed. Internal to the platform.
+struct ObjectSide {
+    WeakBlock* weak = nullptr;
+    NotificationObservers* observers = nullptr;         ///< the lists of those that observe this object
+    NotificationRegistrations* registrations = nullptr; ///< where this object itself is an observer
+    KeyValueObservers* keyValue = nullptr;
+};
+
+namespace detail {
+
+/// The index of a new, empty side block; never 0.
+std::uint32_t newSide();
+/// Gives back an empty side block.
+void freeSide(std::uint32_t index) noexcept;
+
+/// Ends all registrations about the object and of the object. Null is fine.
+void dropNotifications(ObjectSide& side) noexcept;
+void dropKeyValueObservers(ObjectSide& side) noexcept;
+
+} // namespace detail
+
+} // namespace libvue
