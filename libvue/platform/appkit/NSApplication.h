@@ -1,0 +1,131 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <vector>
+
+#include <libvue/platform/appkit/NSEvent.h>
+#include <libvue/platform/appkit/NSResponder.h>
+
+namespace libvue {
+
+LIBVUE_API NSString* NSApplicationDidFinishLaunchingNotification();
+LIBVUE_API NSString* NSApplicationDidBecomeActiveNotification();
+LIBVUE_API NSString* NSApplicationWillResignActiveNotification();
+LIBVUE_API NSString* NSApplicationDidResignActiveNotification();
+LIBVUE_API NSString* NSApplicationWillTerminateNotification();
+LIBVUE_API NSString* NSApplicationDidChangeScreenParametersNotification();
+LIBVUE_API NSString* NSApplicationDidChangeAppearanceNotification();
+
+enum : NSInteger { NSRunStoppedResponse = -1000, NSRunAbortedResponse = -1001, NSRunContinuesResponse = -1002 };
+
+namespace op {
+inline constexpr Operation<BOOL(NSApplication*)> applicationShouldTerminateAfterLastWindowClosed{
+    "applicationShouldTerminateAfterLastWindowClosed:"};
+inline constexpr Operation<NSUInteger(NSApplication*)> applicationShouldTerminate{"applicationShouldTerminate:"};
+} // namespace op
+
+/// The one application object: the event loop, the windows, what is active. Main thread.
+class LIBVUE_API NSApplication : public NSResponder {
+public:
+    static void describe(ClassDescription<NSApplication, NSResponder>& c);
+    /// Made on first use, over the backend that is installed.
+    [[nodiscard]] static NSApplication* sharedApplication();
+    /// Ends it, for tests and for a backend that is replaced: closes every window, drops what waits.
+    static void resetSharedApplication();
+    ~NSApplication() override;
+
+    [[nodiscard]] NSObject* delegate() const noexcept { return delegate_; }
+    /// Held weakly.
+    void setDelegate(NSObject* d);
+
+    void finishLaunching();
+    /// Runs until stop: or terminate:.
+    void run();
+    void stop(NSObject* sender);
+    /// Asks the delegate, posts NSApplicationWillTerminateNotification, ends run().
+    void terminate(NSObject* sender);
+    [[nodiscard]] BOOL isRunning() const noexcept { return running_; }
+    /// One turn: due timers, then the events that wait (or come before the deadline, a run-loop time), then display.
+    /// NO where nothing happened.
+    BOOL runOnceUntil_(NSTimeInterval deadline);
+    /// Everything that is due now, without waiting or letting time pass: events, timers, display; until nothing is left.
+    void drain_();
+
+    NSInteger runModalForWindow(NSWindow* window);
+    void stopModal() { stopModalWithCode(NSRunStoppedResponse); }
+    void stopModalWithCode(NSInteger code);
+    void abortModal() { stopModalWithCode(NSRunAbortedResponse); }
+    [[nodiscard]] NSWindow* modalWindow() const noexcept;
+
+    /// The next event that the mask admits, through the monitors; null where none came until the deadline. Used by tracking loops.
+    [[nodiscard]] Ref<NSEvent> nextEventMatchingMask_untilDate_inMode_dequeue(NSEventMask mask, NSTimeInterval deadline,
+                                                                             NSString* mode, BOOL dequeue);
+    void postEvent_atStart(NSEvent* e, BOOL atStart);
+    void discardEventsMatchingMask_beforeEvent(NSEventMask mask, NSEvent* last);
+    [[nodiscard]] NSEvent* currentEvent() const noexcept { return currentEvent_; }
+    /// To the window of the event, after key equivalents.
+    virtual void sendEvent(NSEvent* e);
+    /// To `target`; with a null target to the first responder and up: the key window, its delegate, the main window, the
+    /// application and its delegate. NO where none answers.
+    virtual BOOL sendAction_to_from(SEL action, NSObject* target, NSObject* sender);
+    [[nodiscard]] virtual NSObject* targetForAction_to_from(SEL action, NSObject* target, NSObject* sender);
+
+    [[nodiscard]] BOOL isActive() const noexcept { return active_; }
+    void activateIgnoringOtherApps(BOOL flag);
+    [[nodiscard]] NSWindow* keyWindow() const noexcept { return keyWindow_; }
+    [[nodiscard]] NSWindow* mainWindow() const noexcept { return mainWindow_; }
+    /// In order of making, those that exist.
+    [[nodiscard]] Ref<NSArray> windows() const;
+    /// Front to back, those on the screen.
+    [[nodiscard]] Ref<NSArray> orderedWindows() const;
+    [[nodiscard]] NSWindow* windowWithWindowNumber(NSInteger number) const;
+    [[nodiscard]] NSMenu* mainMenu() const noexcept;
+    void setMainMenu(NSMenu* menu);
+    [[nodiscard]] BOOL isDark_() const noexcept;
+
+    // Between the application, its windows and its events.
+
+    void addWindow_(NSWindow* w);
+    void removeWindow_(NSWindow* w);
+    void windowNeedsDisplay_(NSWindow* w);
+    void displayWindows_();
+    void setKeyWindow_(NSWindow* w);
+    void setMainWindow_(NSWindow* w);
+    void windowOrdered_(NSWindow* w, BOOL in);
+    struct Monitor;
+    [[nodiscard]] std::vector<Ref<NSObject>>& monitors_() noexcept { return monitors_list_; }
+    [[nodiscard]] NSUInteger modifierFlags_() const noexcept { return modifiers_; }
+
+private:
+    NSApplication();
+    friend class NSWindow;
+    BOOL fetchNative(NSTimeInterval deadline);
+    [[nodiscard]] Ref<NSEvent> throughMonitors(Ref<NSEvent> e);
+
+    Weak<NSObject> delegate_;
+    Weak<NSWindow> keyWindow_;
+    Weak<NSWindow> mainWindow_;
+    Ref<NSEvent> currentEvent_;
+    Ref<NSMenu> mainMenu_;
+    std::vector<NSWindow*> windows_;  ///< in order of making; a window takes itself out
+    std::vector<NSWindow*> ordered_;  ///< front to back
+    std::vector<NSWindow*> toDisplay_;
+    std::deque<Ref<NSEvent>> queue_;
+    std::vector<Ref<NSObject>> monitors_list_;
+    struct Modal {
+        Weak<NSWindow> window;
+        NSInteger code = NSRunContinuesResponse;
+    };
+    std::vector<Modal> modals_;
+    NSUInteger modifiers_ = 0;
+    bool running_ = false;
+    bool stopped_ = false;
+    bool active_ = false;
+    bool launched_ = false;
+};
+
+/// The shared application.
+[[nodiscard]] LIBVUE_API NSApplication* NSApp();
+
+} // namespace libvue

@@ -1,0 +1,256 @@
+#pragma once
+
+#include <memory>
+
+#include <libvue/platform/appkit/NSResponder.h>
+#include <libvue/platform/appkit/SubviewList.h>
+#include <libvue/platform/foundation/NSGeometry.h>
+#include <libvue/platform/foundation/NSString.h>
+
+namespace libvue {
+
+enum NSAutoresizingMask : NSUInteger {
+    NSViewNotSizable = 0,
+    NSViewMinXMargin = 1,
+    NSViewWidthSizable = 2,
+    NSViewMaxXMargin = 4,
+    NSViewMinYMargin = 8,
+    NSViewHeightSizable = 16,
+    NSViewMaxYMargin = 32
+};
+
+enum NSWindowOrderingMode : NSInteger { NSWindowBelow = -1, NSWindowOut = 0, NSWindowAbove = 1 };
+enum NSFocusRingType : NSUInteger { NSFocusRingTypeDefault = 0, NSFocusRingTypeNone = 1, NSFocusRingTypeExterior = 2 };
+enum NSTrackingAreaOptions : NSUInteger {
+    NSTrackingMouseEnteredAndExited = 1,
+    NSTrackingMouseMoved = 2,
+    NSTrackingCursorUpdate = 4,
+    NSTrackingActiveWhenFirstResponder = 0x10,
+    NSTrackingActiveInKeyWindow = 0x20,
+    NSTrackingActiveInActiveApp = 0x40,
+    NSTrackingActiveAlways = 0x80,
+    NSTrackingInVisibleRect = 0x200
+};
+
+/// The object is the view.
+LIBVUE_API NSString* NSViewFrameDidChangeNotification();
+LIBVUE_API NSString* NSViewBoundsDidChangeNotification();
+
+using NSToolTipTag = NSInteger;
+using NSTrackingRectTag = NSInteger;
+
+/// What the desktop's assistive tools are told of a view.
+struct AccessibilityDescription {
+    Ref<NSString> role;   ///< "button", "check box", "text field", "slider", "group"…; null: not shown
+    Ref<NSString> label;  ///< what it is called
+    Ref<NSString> value;  ///< what it shows now
+    Ref<NSString> action; ///< what pressing it does: "press", "pick", "increment"…; null: nothing
+    BOOL enabled = YES;
+};
+
+/// A node of the view tree: a rectangle of its superview, with its own coordinates, that draws itself and receives events.
+class LIBVUE_API NSView : public NSResponder {
+public:
+    static void describe(ClassDescription<NSView, NSResponder>& c);
+    NSView();
+    explicit NSView(const NSRect& frame);
+    explicit NSView(NSCoder& coder);
+    ~NSView() override;
+    void encodeWithCoder(NSCoder& coder) const override;
+
+    // Geometry, in points.
+
+    /// In the superview's coordinates.
+    [[nodiscard]] NSRect frame() const noexcept { return frame_; }
+    /// In its own coordinates; its size follows the frame's.
+    [[nodiscard]] NSRect bounds() const noexcept { return bounds_; }
+    /// Origin and size in one step. A change of size sends resizeSubviewsWithOldSize: before returning; a real change posts
+    /// NSViewFrameDidChangeNotification afterwards, within the call.
+    virtual void setFrame(const NSRect& frame);
+    virtual void setFrameSize(const NSSize& size);
+    virtual void setFrameOrigin(const NSPoint& origin);
+    virtual void setBounds(const NSRect& bounds);
+    void setBoundsOrigin(const NSPoint& origin);
+    void setBoundsSize(const NSSize& size);
+    [[nodiscard]] virtual BOOL isFlipped() const { return NO; }
+    [[nodiscard]] virtual BOOL isOpaque() const { return NO; }
+
+    [[nodiscard]] NSUInteger autoresizingMask() const noexcept { return mask_; }
+    void setAutoresizingMask(NSUInteger mask) noexcept { mask_ = static_cast<std::uint8_t>(mask); }
+    [[nodiscard]] BOOL autoresizesSubviews() const noexcept { return autoresizes_; }
+    void setAutoresizesSubviews(BOOL flag) noexcept { autoresizes_ = flag; }
+    /// Sent by a change of size. The base gives each subview its autoresizing step.
+    virtual void resizeSubviewsWithOldSize(const NSSize& oldSize);
+    virtual void resizeWithOldSuperviewSize(const NSSize& oldSize);
+    [[nodiscard]] BOOL postsFrameChangedNotifications() const noexcept { return postsFrame_; }
+    void setPostsFrameChangedNotifications(BOOL flag) noexcept { postsFrame_ = flag; }
+    [[nodiscard]] BOOL postsBoundsChangedNotifications() const noexcept { return postsBounds_; }
+    void setPostsBoundsChangedNotifications(BOOL flag) noexcept { postsBounds_ = flag; }
+
+    // Between two views of one window; an absent view means the window's base coordinates.
+
+    [[nodiscard]] NSPoint convertPoint_toView(NSPoint p, const NSView* view) const;
+    [[nodiscard]] NSPoint convertPoint_fromView(NSPoint p, const NSView* view) const;
+    [[nodiscard]] NSSize convertSize_toView(NSSize s, const NSView* view) const;
+    [[nodiscard]] NSSize convertSize_fromView(NSSize s, const NSView* view) const;
+    [[nodiscard]] NSRect convertRect_toView(const NSRect& r, const NSView* view) const;
+    [[nodiscard]] NSRect convertRect_fromView(const NSRect& r, const NSView* view) const;
+    /// Rounded outward to the pixels of the window.
+    [[nodiscard]] NSRect centerScanRect(const NSRect& r) const;
+
+    // The tree.
+
+    /// Back to front.
+    [[nodiscard]] const SubviewList& subviews() const noexcept { return subviews_; }
+    [[nodiscard]] NSView* superview() const noexcept { return superview_; }
+    [[nodiscard]] NSWindow* window() const noexcept { return window_; }
+    /// Appends, after removing the view from any former superview. Null raises NSInvalidArgumentException, an ancestor too.
+    virtual void addSubview(NSView* view);
+    void addSubview_positioned_relativeTo(NSView* view, NSWindowOrderingMode place, NSView* other);
+    void replaceSubview_with(NSView* old, NSView* replacement);
+    /// Replaces all of them; views not listed leave the tree.
+    void setSubviews(NSArray* views);
+    virtual void removeFromSuperview();
+    virtual void removeFromSuperviewWithoutNeedingDisplay();
+    virtual void didAddSubview(NSView* view);
+    virtual void willRemoveSubview(NSView* view);
+    virtual void viewWillMoveToSuperview(NSView* superview);
+    virtual void viewDidMoveToSuperview();
+    virtual void viewWillMoveToWindow(NSWindow* window);
+    virtual void viewDidMoveToWindow();
+    [[nodiscard]] BOOL isDescendantOf(const NSView* view) const noexcept;
+    [[nodiscard]] NSView* ancestorSharedWithView(NSView* view) noexcept;
+    [[nodiscard]] NSView* viewWithTag(NSInteger tag);
+    [[nodiscard]] virtual NSInteger tag() const { return -1; }
+    [[nodiscard]] NSScrollView* enclosingScrollView() const;
+    /// The smallest opaque view that holds this one.
+    [[nodiscard]] NSView* opaqueAncestor() noexcept;
+    [[nodiscard]] NSString* identifier() const;
+    void setIdentifier(NSString* identifier);
+
+    // Showing.
+
+    [[nodiscard]] BOOL isHidden() const noexcept { return hidden_; }
+    /// Observable as "hidden".
+    virtual void setHidden(BOOL hidden);
+    [[nodiscard]] BOOL isHiddenOrHasHiddenAncestor() const noexcept;
+    virtual void viewDidHide() {}
+    virtual void viewDidUnhide() {}
+    [[nodiscard]] CGFloat alphaValue() const noexcept;
+    void setAlphaValue(CGFloat alpha);
+    virtual void setNeedsDisplay(BOOL flag);
+    virtual void setNeedsDisplayInRect(const NSRect& r);
+    [[nodiscard]] BOOL needsDisplay() const noexcept { return dirty_; }
+    void display();
+    void displayRect(const NSRect& r);
+    void displayIfNeeded();
+    virtual void drawRect(const NSRect& dirtyRect);
+    virtual void lockFocus();
+    virtual void unlockFocus();
+    [[nodiscard]] BOOL canDraw() const noexcept;
+    /// The part of the bounds that can be seen.
+    [[nodiscard]] virtual NSRect visibleRect() const;
+    virtual BOOL scrollRectToVisible(const NSRect& r);
+    virtual void scrollPoint(NSPoint p);
+    [[nodiscard]] BOOL needsToDrawRect(const NSRect& r) const;
+    /// Draws the view and its subviews into the current context, its bounds origin at the context's origin.
+    void displayRectIgnoringOpacity_inContext(const NSRect& r, NSGraphicsContext* context);
+    [[nodiscard]] Ref<NSData> dataWithPDFInsideRect(const NSRect& r);
+    /// PNG bytes of the view at `scale` pixels a point.
+    [[nodiscard]] Ref<NSData> pngDataInsideRect_scale(const NSRect& r, CGFloat scale);
+    [[nodiscard]] Ref<NSImage> imageInsideRect_scale(const NSRect& r, CGFloat scale);
+
+    // Events.
+
+    /// Deepest view that is not hidden under the point, in the superview's coordinates; null where there is none.
+    [[nodiscard]] virtual NSView* hitTest(NSPoint p);
+    [[nodiscard]] BOOL mouse_inRect(NSPoint p, const NSRect& r) const;
+    [[nodiscard]] virtual BOOL acceptsFirstMouse(NSEvent* e);
+    [[nodiscard]] virtual BOOL mouseDownCanMoveWindow() const { return !isOpaque(); }
+    BOOL performKeyEquivalent(NSEvent* e) override;
+    [[nodiscard]] virtual BOOL needsPanelToBecomeKey() { return acceptsFirstResponder(); }
+    [[nodiscard]] NSMenu* menu() const override;
+    void setMenu(NSMenu* menu);
+    [[nodiscard]] virtual NSMenu* menuForEvent(NSEvent* e);
+    void rightMouseDown(NSEvent* e) override;
+
+    [[nodiscard]] NSView* nextKeyView() const;
+    void setNextKeyView(NSView* view);
+    [[nodiscard]] NSView* previousKeyView() const;
+    [[nodiscard]] NSView* nextValidKeyView();
+    [[nodiscard]] NSView* previousValidKeyView();
+    [[nodiscard]] virtual BOOL canBecomeKeyView();
+
+    [[nodiscard]] NSFocusRingType focusRingType() const noexcept { return static_cast<NSFocusRingType>(focusRing_); }
+    void setFocusRingType(NSFocusRingType t);
+    /// What the ring goes round, in bounds; the default is the bounds.
+    [[nodiscard]] virtual NSRect focusRingMaskBounds() const { return bounds_; }
+    /// The shape filled into the ring's mask; the default is a rounded rectangle round focusRingMaskBounds.
+    [[nodiscard]] virtual CGFloat focusRingRadius() const { return 3; }
+
+    virtual void resetCursorRects();
+    void addCursorRect_cursor(const NSRect& r, NSCursor* cursor);
+    void discardCursorRects();
+    void addTrackingArea(NSTrackingArea* area);
+    void removeTrackingArea(NSTrackingArea* area);
+    virtual void updateTrackingAreas();
+    [[nodiscard]] Ref<NSArray> trackingAreas() const;
+    NSTrackingRectTag addTrackingRect_owner_userData_assumeInside(const NSRect& r, NSObject* owner, void* data, BOOL inside);
+    void removeTrackingRect(NSTrackingRectTag tag);
+    [[nodiscard]] NSString* toolTip() const;
+    void setToolTip(NSString* text);
+    /// `owner` (not kept) answers view:stringForToolTip:point:userData:, or is itself the text.
+    NSToolTipTag addToolTipRect_owner_userData(const NSRect& r, NSObject* owner, void* data);
+    void removeToolTip(NSToolTipTag tag);
+    void removeAllToolTips();
+
+    /// What assistive tools are told. A label set with setAccessibilityLabel wins over the view's own.
+    [[nodiscard]] virtual AccessibilityDescription accessibilityDescription() const;
+    void setAccessibilityLabel(NSString* label);
+    [[nodiscard]] NSString* accessibilityLabel() const;
+
+    // Between the tree, its window and its display pass.
+
+    /// The window's own hook: moves the whole subtree to another window.
+    void moveToWindow_(NSWindow* window);
+    /// Draws the subtree, the canvas of the current context being set to the superview's space.
+    void drawTree_(NSGraphicsContext* context, const NSRect& clipInSuperview);
+    /// Adds the dirty rectangles of the subtree, in the coordinates of the view at the top, and clears the marks.
+    struct DirtySink;
+    void collectDirty_(DirtySink& sink, const NSRect& visibleInBase);
+    /// Where the tree keeps what few views have: tool tips, cursor rectangles, tracking areas, key-view links.
+    struct Extras;
+    [[nodiscard]] const Extras* extrasIfAny_() const noexcept { return extras_.get(); }
+
+protected:
+    /// The change itself, without overridable calls in between: setFrame, setFrameSize and setFrameOrigin end here.
+    void applyFrame_(const NSRect& frame);
+
+private:
+    friend class NSWindow;
+    Extras& extras();
+    void markSubtreeDirty() noexcept;
+    void link(NSView* view, std::size_t index);
+    void unlink(BOOL needsDisplay);
+    void syncBoundsSize();
+
+    NSRect frame_;
+    NSRect bounds_;
+    NSView* superview_ = nullptr;
+    NSWindow* window_ = nullptr;
+    SubviewList subviews_;
+    NSRect dirtyRect_;
+    std::unique_ptr<Extras> extras_;
+    std::uint8_t mask_ = 0;
+    std::uint8_t focusRing_ : 2 = 0;
+    bool hidden_ : 1 = false;
+    bool autoresizes_ : 1 = true;
+    bool postsFrame_ : 1 = true;
+    bool postsBounds_ : 1 = true;
+    bool dirty_ : 1 = false;         ///< something of this view is to be drawn
+    bool wholeDirty_ : 1 = false;    ///< all of it
+    bool subtreeDirty_ : 1 = false;  ///< something below is
+    bool customBounds_ : 1 = false;  ///< bounds of another size than the frame's
+};
+
+} // namespace libvue

@@ -1,0 +1,311 @@
+#pragma once
+
+#include <memory>
+
+#include <libvue/platform/appkit/NSEvent.h>
+#include <libvue/platform/appkit/NSResponder.h>
+#include <libvue/platform/appkit/NSView.h>
+
+namespace libvue {
+
+enum NSWindowStyleMask : NSUInteger {
+    NSBorderlessWindowMask = 0,
+    NSTitledWindowMask = 1,
+    NSClosableWindowMask = 2,
+    NSMiniaturizableWindowMask = 4,
+    NSResizableWindowMask = 8,
+    NSUtilityWindowMask = 16,
+    NSDocModalWindowMask = 64,
+    NSNonactivatingPanelMask = 128,
+    NSTexturedBackgroundWindowMask = 256,
+    NSHUDWindowMask = 8192
+};
+enum NSBackingStoreType : NSUInteger { NSBackingStoreBuffered = 2 };
+enum NSSelectionDirection : NSUInteger { NSDirectSelection = 0, NSSelectingNext = 1, NSSelectingPrevious = 2 };
+inline constexpr NSInteger NSNormalWindowLevel = 0, NSFloatingWindowLevel = 3, NSModalPanelWindowLevel = 8,
+                           NSPopUpMenuWindowLevel = 101, NSScreenSaverWindowLevel = 1000;
+
+// The object of each is the window.
+LIBVUE_API NSString* NSWindowDidBecomeKeyNotification();
+LIBVUE_API NSString* NSWindowDidResignKeyNotification();
+LIBVUE_API NSString* NSWindowDidBecomeMainNotification();
+LIBVUE_API NSString* NSWindowDidResignMainNotification();
+LIBVUE_API NSString* NSWindowDidMoveNotification();
+LIBVUE_API NSString* NSWindowWillMoveNotification();
+LIBVUE_API NSString* NSWindowDidResizeNotification();
+LIBVUE_API NSString* NSWindowWillMiniaturizeNotification();
+LIBVUE_API NSString* NSWindowDidMiniaturizeNotification();
+LIBVUE_API NSString* NSWindowDidDeminiaturizeNotification();
+LIBVUE_API NSString* NSWindowWillCloseNotification();
+LIBVUE_API NSString* NSWindowDidExposeNotification();
+LIBVUE_API NSString* NSWindowDidUpdateNotification();
+LIBVUE_API NSString* NSWindowDidChangeScreenNotification();
+LIBVUE_API NSString* NSWindowDidChangeBackingPropertiesNotification();
+
+/// Optional operations of a window's delegate; the notifications above reach it too (windowDidMove: and so on).
+namespace op {
+inline constexpr Operation<BOOL(NSObject*)> windowShouldClose{"windowShouldClose:"};
+inline constexpr Operation<void(NSNotification*)> windowWillClose{"windowWillClose:"};
+inline constexpr Operation<NSSize(NSWindow*, NSSize)> windowWillResize_toSize{"windowWillResize:toSize:"};
+inline constexpr Operation<NSObject*(NSWindow*, NSObject*)> windowWillReturnFieldEditor_toObject{
+    "windowWillReturnFieldEditor:toObject:"};
+} // namespace op
+
+/// A window: the root of a view tree on a screen. Frames are in screen coordinates, y upward; base coordinates start at the
+/// content's bottom left corner.
+class LIBVUE_API NSWindow : public NSResponder {
+public:
+    static void describe(ClassDescription<NSWindow, NSResponder>& c);
+    NSWindow();
+    /// `contentRect` in screen coordinates. The native window is made when it is first ordered in.
+    NSWindow(const NSRect& contentRect, NSUInteger styleMask, NSBackingStoreType backing = NSBackingStoreBuffered,
+             BOOL defer = YES);
+    ~NSWindow() override;
+
+    // Content.
+
+    [[nodiscard]] NSView* contentView() const noexcept { return contentView_; }
+    virtual void setContentView(NSView* view);
+    [[nodiscard]] NSViewController* contentViewController() const noexcept;
+    void setContentViewController(NSViewController* controller);
+    [[nodiscard]] NSString* title() const noexcept { return title_; }
+    virtual void setTitle(NSString* title);
+    [[nodiscard]] NSObject* delegate() const noexcept { return delegate_; }
+    /// Held weakly.
+    virtual void setDelegate(NSObject* delegate);
+    [[nodiscard]] NSWindowController* windowController() const noexcept;
+    void setWindowController(NSWindowController* controller);
+    [[nodiscard]] NSColor* backgroundColor() const noexcept;
+    void setBackgroundColor(NSColor* color);
+    [[nodiscard]] BOOL isOpaque() const noexcept { return opaque_; }
+    void setOpaque(BOOL flag);
+    [[nodiscard]] BOOL hasShadow() const noexcept { return hasShadow_; }
+    void setHasShadow(BOOL flag);
+    void invalidateShadow() {}
+    [[nodiscard]] CGFloat alphaValue() const noexcept { return alpha_; }
+    virtual void setAlphaValue(CGFloat alpha);
+    [[nodiscard]] BOOL isDocumentEdited() const noexcept { return edited_; }
+    void setDocumentEdited(BOOL flag);
+
+    // Geometry.
+
+    [[nodiscard]] NSRect frame() const noexcept { return frame_; }
+    virtual void setFrame_display(const NSRect& frame, BOOL display);
+    virtual void setFrame_display_animate(const NSRect& frame, BOOL display, BOOL animate);
+    void setFrameOrigin(NSPoint origin);
+    void setFrameTopLeftPoint(NSPoint p);
+    void setContentSize(NSSize size);
+    void center();
+    [[nodiscard]] virtual NSRect frameRectForContentRect(const NSRect& content) const;
+    [[nodiscard]] virtual NSRect contentRectForFrameRect(const NSRect& frame) const;
+    [[nodiscard]] NSSize minSize() const noexcept { return minSize_; }
+    void setMinSize(NSSize s);
+    [[nodiscard]] NSSize maxSize() const noexcept { return maxSize_; }
+    void setMaxSize(NSSize s);
+    [[nodiscard]] NSPoint convertBaseToScreen(NSPoint p) const;
+    [[nodiscard]] NSPoint convertScreenToBase(NSPoint p) const;
+    [[nodiscard]] NSRect convertRectToScreen(const NSRect& r) const;
+    [[nodiscard]] NSRect convertRectFromScreen(const NSRect& r) const;
+    /// The screen that shows most of it; null while it is off all screens.
+    [[nodiscard]] NSScreen* screen() const;
+    [[nodiscard]] CGFloat backingScaleFactor() const;
+    [[nodiscard]] NSString* frameAutosaveName() const noexcept { return autosaveName_; }
+    BOOL setFrameAutosaveName(NSString* name);
+    void saveFrameUsingName(NSString* name);
+    BOOL setFrameUsingName(NSString* name);
+
+    // Style.
+
+    [[nodiscard]] NSUInteger styleMask() const noexcept { return style_; }
+    /// On a live window too: the content keeps its place on the screen.
+    virtual void setStyleMask(NSUInteger mask);
+    [[nodiscard]] NSInteger level() const noexcept { return level_; }
+    void setLevel(NSInteger level);
+    [[nodiscard]] BOOL isMovable() const noexcept { return movable_; }
+    void setMovable(BOOL flag) noexcept { movable_ = flag; }
+    [[nodiscard]] BOOL isMovableByWindowBackground() const noexcept { return movableByBackground_; }
+    void setMovableByWindowBackground(BOOL flag) noexcept { movableByBackground_ = flag; }
+    [[nodiscard]] BOOL isExcludedFromWindowsMenu() const noexcept { return excludedFromMenu_; }
+    void setExcludedFromWindowsMenu(BOOL flag) noexcept { excludedFromMenu_ = flag; }
+    [[nodiscard]] BOOL hidesOnDeactivate() const noexcept { return hidesOnDeactivate_; }
+    void setHidesOnDeactivate(BOOL flag) noexcept { hidesOnDeactivate_ = flag; }
+    [[nodiscard]] BOOL ignoresMouseEvents() const noexcept { return ignoresMouse_; }
+    void setIgnoresMouseEvents(BOOL flag);
+    [[nodiscard]] BOOL acceptsMouseMovedEvents() const noexcept { return acceptsMouseMoved_; }
+    void setAcceptsMouseMovedEvents(BOOL flag) noexcept { acceptsMouseMoved_ = flag; }
+    [[nodiscard]] BOOL isReleasedWhenClosed() const noexcept { return releasedWhenClosed_; }
+    void setReleasedWhenClosed(BOOL flag) noexcept { releasedWhenClosed_ = flag; }
+    [[nodiscard]] BOOL preventsApplicationTerminationWhenModal() const noexcept { return NO; }
+    void setAllDesktops(BOOL flag);
+
+    // Showing.
+
+    [[nodiscard]] BOOL isVisible() const noexcept { return visible_; }
+    /// The number by which events name it; positive, never used again.
+    [[nodiscard]] NSInteger windowNumber() const noexcept { return number_; }
+    /// The one operation through which a window goes on (NSWindowAbove, NSWindowBelow) and off (NSWindowOut) the screen.
+    virtual void orderWindow_relativeTo(NSWindowOrderingMode place, NSInteger otherNumber);
+    virtual void orderFront(NSObject* sender);
+    virtual void orderBack(NSObject* sender);
+    virtual void orderOut(NSObject* sender);
+    virtual void orderFrontRegardless();
+    virtual void makeKeyAndOrderFront(NSObject* sender);
+    virtual void makeKeyWindow();
+    virtual void makeMainWindow();
+    [[nodiscard]] BOOL isKeyWindow() const noexcept;
+    [[nodiscard]] BOOL isMainWindow() const noexcept;
+    [[nodiscard]] virtual BOOL canBecomeKeyWindow() const;
+    [[nodiscard]] virtual BOOL canBecomeMainWindow() const;
+    virtual void becomeKeyWindow();
+    virtual void resignKeyWindow();
+    virtual void becomeMainWindow();
+    virtual void resignMainWindow();
+    /// Asks the delegate, then closes.
+    virtual void performClose(NSObject* sender);
+    /// Takes it off the screen; sends windowWillClose:.
+    virtual void close();
+    virtual void miniaturize(NSObject* sender);
+    virtual void deminiaturize(NSObject* sender);
+    virtual void performMiniaturize(NSObject* sender);
+    virtual void zoom(NSObject* sender);
+    [[nodiscard]] BOOL isMiniaturized() const noexcept { return miniaturized_; }
+
+    /// A child moves with its parent and lies above it (NSWindowAbove). The parent keeps its children.
+    void addChildWindow_ordered(NSWindow* child, NSWindowOrderingMode place);
+    void removeChildWindow(NSWindow* child);
+    [[nodiscard]] Ref<NSArray> childWindows() const;
+    [[nodiscard]] NSWindow* parentWindow() const noexcept { return parent_; }
+    void setParentWindow(NSWindow* parent);
+    [[nodiscard]] NSWindow* attachedSheet() const noexcept { return sheet_; }
+    [[nodiscard]] BOOL isSheet() const noexcept { return sheetParent_ != nullptr; }
+
+    // Responders and editing.
+
+    [[nodiscard]] NSResponder* firstResponder() const noexcept;
+    /// Asks the old one to resign and the new one to accept; null makes the window itself first. NO where either refused.
+    virtual BOOL makeFirstResponder(NSResponder* r);
+    [[nodiscard]] NSView* initialFirstResponder() const noexcept { return initialFirstResponder_; }
+    void setInitialFirstResponder(NSView* v) { initialFirstResponder_ = v; }
+    void selectNextKeyView(NSObject* sender);
+    void selectPreviousKeyView(NSObject* sender);
+    void selectKeyViewFollowingView(NSView* view);
+    void selectKeyViewPrecedingView(NSView* view);
+    void recalculateKeyViewLoop();
+    /// The shared editor of the window's text fields, made on first use when `create`.
+    [[nodiscard]] virtual NSText* fieldEditor_forObject(BOOL create, NSObject* object);
+    void endEditingFor(NSObject* object);
+    [[nodiscard]] NSButtonCell* defaultButtonCell() const noexcept;
+    void setDefaultButtonCell(NSButtonCell* cell);
+    BOOL acceptsFirstResponder() override { return YES; }
+
+    // Events.
+
+    /// Delivers an event to the view under the pointer, the first responder, or the window itself.
+    virtual void sendEvent(NSEvent* e);
+    void postEvent_atStart(NSEvent* e, BOOL atStart);
+    [[nodiscard]] Ref<NSEvent> nextEventMatchingMask(NSEventMask mask);
+    void discardEventsMatchingMask_beforeEvent(NSEventMask mask, NSEvent* last);
+    [[nodiscard]] NSEvent* currentEvent() const;
+    [[nodiscard]] NSPoint mouseLocationOutsideOfEventStream() const;
+    void keyDown(NSEvent* e) override;
+    BOOL performKeyEquivalent(NSEvent* e) override;
+    virtual void cancelOperation(NSObject* sender);
+    void invalidateCursorRectsForView(NSView* view);
+    void enableCursorRects();
+    void disableCursorRects();
+    [[nodiscard]] BOOL areCursorRectsEnabled() const noexcept { return cursorRectsEnabled_; }
+
+    // Drawing.
+
+    [[nodiscard]] BOOL viewsNeedDisplay() const noexcept { return viewsNeedDisplay_; }
+    void setViewsNeedDisplay(BOOL flag);
+    /// The display pass: draws what is dirty, parents first, and presents only that. Repeats while drawing marks more,
+    /// at most a few times; the rest waits for the next cycle.
+    virtual void displayIfNeeded();
+    virtual void display();
+    void flushWindow();
+    void disableFlushWindow() noexcept { ++flushDisabled_; }
+    void enableFlushWindow();
+    /// The passes that displayIfNeeded has run since the window was made.
+    [[nodiscard]] NSUInteger displayPassCount() const noexcept { return passes_; }
+    /// What the window shows now.
+    [[nodiscard]] Ref<NSImage> captureImage();
+
+    /// The view around the content: base coordinates are its own.
+    [[nodiscard]] NSView* frameView_() const noexcept { return root_; }
+    /// The window of that number; null where there is none.
+    [[nodiscard]] static NSWindow* windowWithNumber(NSInteger number) noexcept;
+
+    // Between the application and its windows.
+
+    void nativeMoved_(const NSRect& content);
+    void nativeCloseRequest_();
+    void nativeExposed_(const NSRect& rect);
+    void nativeMiniaturized_(BOOL mini);
+    void nativeScaleChanged_();
+    void nativeAppearanceChanged_();
+    [[nodiscard]] std::uint64_t nativeId_() const noexcept { return native_; }
+    void updateMouseTracking_(NSEvent* e);
+    void setCaretRect_(BOOL on, const NSRect& rectInWindow);
+
+protected:
+    [[nodiscard]] virtual int nativeKind_() const;
+    [[nodiscard]] virtual BOOL acceptsNativeFocus_() const { return YES; }
+
+private:
+    friend class NSApplication;
+    friend class NSView;
+    struct Tracking;
+    void ensureNative();
+    void updateNativeSpec();
+    void postDelegateNotification(NSString* name, SEL selector);
+    void applyFrame(const NSRect& frame, BOOL tellServer);
+    void moveChildren(NSPoint delta);
+    void closeNative();
+
+    Ref<NSView> root_;
+    Ref<NSView> contentView_;
+    Ref<NSViewController> contentController_;
+    Ref<NSString> title_;
+    Weak<NSObject> delegate_;
+    Weak<NSWindowController> controller_;
+    Ref<NSColor> background_;
+    Ref<NSString> autosaveName_;
+    Weak<NSResponder> firstResponder_;
+    Weak<NSView> initialFirstResponder_;
+    Ref<NSText> fieldEditor_;
+    Weak<NSButtonCell> defaultButton_;
+    std::vector<Ref<NSWindow>> children_;
+    Weak<NSWindow> parent_;
+    Weak<NSWindow> sheet_;
+    Weak<NSWindow> sheetParent_;
+    std::unique_ptr<Tracking> tracking_;
+    NSRect frame_;
+    NSSize minSize_{0, 0};
+    NSSize maxSize_{1e7, 1e7};
+    NSUInteger style_ = NSTitledWindowMask;
+    NSInteger number_;
+    NSInteger level_ = NSNormalWindowLevel;
+    NSUInteger passes_ = 0;
+    std::uint64_t native_ = 0;
+    CGFloat alpha_ = 1;
+    int flushDisabled_ = 0;
+    bool visible_ : 1 = false;
+    bool opaque_ : 1 = true;
+    bool hasShadow_ : 1 = true;
+    bool edited_ : 1 = false;
+    bool movable_ : 1 = true;
+    bool movableByBackground_ : 1 = false;
+    bool excludedFromMenu_ : 1 = false;
+    bool hidesOnDeactivate_ : 1 = false;
+    bool ignoresMouse_ : 1 = false;
+    bool acceptsMouseMoved_ : 1 = false;
+    bool releasedWhenClosed_ : 1 = false;
+    bool miniaturized_ : 1 = false;
+    bool cursorRectsEnabled_ : 1 = true;
+    bool viewsNeedDisplay_ : 1 = false;
+    bool displaying_ : 1 = false;
+    bool allDesktops_ : 1 = false;
+};
+
+} // namespace libvue
