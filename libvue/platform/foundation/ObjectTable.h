@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+
+#include <libvue/platform/foundation/NSObject.h>
+
+namespace libvue::detail {
+
+/// What stands beside a key.
+enum class Beside : std::uint8_t { object, number };
+
+/// The table under dictionaries and sets: entries lie in the order in which they came, with their hashes, and are
+/// searched one after the other while they are few; an open-addressing index is added beyond that. Keys and object
+/// values are kept.
+///
+/// No caller's code runs between a change's first and last step: what is let go is let go last.
+template <Beside beside> class ObjectTable {
+public:
+    using Value = std::conditional_t<beside == Beside::object, NSObject*, NSUInteger>;
+    struct Entry {
+        NSObject* key;
+        Value value;
+    };
+
+    ObjectTable() noexcept = default;
+    ObjectTable(const ObjectTable&) = delete;
+    ObjectTable& operator=(const ObjectTable&) = delete;
+    ~ObjectTable() { clear(); }
+
+    [[nodiscard]] std::uint32_t count() const noexcept { return count_; }
+    [[nodiscard]] std::uint32_t mutations() const noexcept { return mutations_; }
+    /// Entries with holes: those whose key is null are passed over.
+    [[nodiscard]] std::uint32_t used() const noexcept { return used_; }
+    [[nodiscard]] Entry* entry(std::uint32_t i) const noexcept { return entries_ + i; }
+    [[nodiscard]] Entry* find(const NSObject* key) const;
+    /// The entry of `key`, made where there is none; a made one keeps `key` and has an empty value. `made` tells which.
+    Entry* insert(NSObject* key, bool& made);
+    /// False where there is none.
+    bool remove(const NSObject* key);
+    void clear() noexcept;
+    void reserve(std::size_t count);
+    void copy(const ObjectTable& other);
+    void swap(ObjectTable& other) noexcept;
+
+private:
+    static constexpr std::uint32_t flatLimit = 8;
+
+    [[nodiscard]] std::uint32_t* hashes() const noexcept {
+        return reinterpret_cast<std::uint32_t*>(entries_ + capacity_);
+    }
+    [[nodiscard]] std::uint32_t* slots() const noexcept { return hashes() + capacity_; }
+    [[nodiscard]] static std::uint32_t slotCount(std::uint32_t capacity) noexcept;
+    [[nodiscard]] static std::uint32_t hashOf(const NSObject* key);
+    [[nodiscard]] Entry* findHashed(const NSObject* key, std::uint32_t hash) const;
+    void rebuild(std::uint32_t capacity);
+    void link(std::uint32_t index) noexcept;
+
+    Entry* entries_ = nullptr;
+    std::uint32_t count_ = 0;
+    std::uint32_t used_ = 0;
+    std::uint32_t capacity_ = 0;
+    std::uint32_t mutations_ = 0;
+};
+
+extern template class ObjectTable<Beside::object>;
+extern template class ObjectTable<Beside::number>;
+
+} // namespace libvue::detail
