@@ -6,16 +6,20 @@
 
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSResponder.h>
+#include <libvue/platform/foundation/ConstantString.h>
 
 namespace libvue {
 
-LIBVUE_API NSString* NSApplicationDidFinishLaunchingNotification();
-LIBVUE_API NSString* NSApplicationDidBecomeActiveNotification();
-LIBVUE_API NSString* NSApplicationWillResignActiveNotification();
-LIBVUE_API NSString* NSApplicationDidResignActiveNotification();
-LIBVUE_API NSString* NSApplicationWillTerminateNotification();
-LIBVUE_API NSString* NSApplicationDidChangeScreenParametersNotification();
-LIBVUE_API NSString* NSApplicationDidChangeAppearanceNotification();
+inline constexpr ConstantString NSApplicationDidFinishLaunchingNotification{
+    u"NSApplicationDidFinishLaunchingNotification"};
+inline constexpr ConstantString NSApplicationDidBecomeActiveNotification{u"NSApplicationDidBecomeActiveNotification"};
+inline constexpr ConstantString NSApplicationWillResignActiveNotification{u"NSApplicationWillResignActiveNotification"};
+inline constexpr ConstantString NSApplicationDidResignActiveNotification{u"NSApplicationDidResignActiveNotification"};
+inline constexpr ConstantString NSApplicationWillTerminateNotification{u"NSApplicationWillTerminateNotification"};
+inline constexpr ConstantString NSApplicationDidChangeScreenParametersNotification{
+    u"NSApplicationDidChangeScreenParametersNotification"};
+inline constexpr ConstantString NSApplicationDidChangeAppearanceNotification{
+    u"NSApplicationDidChangeAppearanceNotification"};
 
 enum : NSInteger { NSRunStoppedResponse = -1000, NSRunAbortedResponse = -1001, NSRunContinuesResponse = -1002 };
 
@@ -49,7 +53,8 @@ public:
     /// One turn: due timers, then the events that wait (or come before the deadline, a run-loop time), then display.
     /// NO where nothing happened.
     BOOL runOnceUntil_(NSTimeInterval deadline);
-    /// Everything that is due now, without waiting or letting time pass: events, timers, display; until nothing is left.
+    /// Everything that is due now, without waiting or letting time pass: events, timers, display; until nothing is
+    /// left.
     void drain_();
 
     NSInteger runModalForWindow(NSWindow* window);
@@ -58,16 +63,17 @@ public:
     void abortModal() { stopModalWithCode(NSRunAbortedResponse); }
     [[nodiscard]] NSWindow* modalWindow() const noexcept;
 
-    /// The next event that the mask admits, through the monitors; null where none came until the deadline. Used by tracking loops.
+    /// The next event that the mask admits, through the monitors; null where none came until the deadline. Used by
+    /// tracking loops.
     [[nodiscard]] Ref<NSEvent> nextEventMatchingMask_untilDate_inMode_dequeue(NSEventMask mask, NSTimeInterval deadline,
-                                                                             NSString* mode, BOOL dequeue);
+                                                                              NSString* mode, BOOL dequeue);
     void postEvent_atStart(NSEvent* e, BOOL atStart);
     void discardEventsMatchingMask_beforeEvent(NSEventMask mask, NSEvent* last);
     [[nodiscard]] NSEvent* currentEvent() const noexcept { return currentEvent_; }
     /// To the window of the event, after key equivalents.
     virtual void sendEvent(NSEvent* e);
-    /// To `target`; with a null target to the first responder and up: the key window, its delegate, the main window, the
-    /// application and its delegate. NO where none answers.
+    /// To `target`; with a null target to the first responder and up: the key window, its delegate, the main window,
+    /// the application and its delegate. NO where none answers.
     virtual BOOL sendAction_to_from(SEL action, NSObject* target, NSObject* sender);
     [[nodiscard]] virtual NSObject* targetForAction_to_from(SEL action, NSObject* target, NSObject* sender);
 
@@ -108,8 +114,8 @@ private:
     Weak<NSWindow> mainWindow_;
     Ref<NSEvent> currentEvent_;
     Ref<NSMenu> mainMenu_;
-    std::vector<NSWindow*> windows_;  ///< in order of making; a window takes itself out
-    std::vector<NSWindow*> ordered_;  ///< front to back
+    std::vector<NSWindow*> windows_; ///< in order of making; a window takes itself out
+    std::vector<NSWindow*> ordered_; ///< front to back
     std::vector<NSWindow*> toDisplay_;
     std::deque<Ref<NSEvent>> queue_;
     std::vector<Ref<NSObject>> monitors_list_;

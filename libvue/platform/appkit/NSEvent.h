@@ -111,8 +111,8 @@ public:
         CGFloat deltaX = 0, deltaY = 0;
         BOOL hasPreciseScrollingDeltas = NO;
         NSUInteger phase = 0, momentumPhase = 0;
-        BOOL isPreedit = NO;         ///< NSTextInput: still being composed
-        NSRange selection;           ///< inside the composed text
+        BOOL isPreedit = NO; ///< NSTextInput: still being composed
+        NSRange selection;   ///< inside the composed text
         Weak<NSTrackingArea> trackingArea;
         NSPoint screenLocation;
     };
@@ -126,7 +126,8 @@ public:
     [[nodiscard]] static Ref<NSEvent>
     keyEventWithType_location_modifierFlags_timestamp_windowNumber_context_characters_charactersIgnoringModifiers_isARepeat_keyCode(
         NSEventType type, NSPoint location, NSUInteger flags, NSTimeInterval time, NSInteger windowNumber,
-        NSGraphicsContext* context, NSString* characters, NSString* ignoringModifiers, BOOL repeat, unsigned short keyCode);
+        NSGraphicsContext* context, NSString* characters, NSString* ignoringModifiers, BOOL repeat,
+        unsigned short keyCode);
     [[nodiscard]] static Ref<NSEvent>
     otherEventWithType_location_modifierFlags_timestamp_windowNumber_context_subtype_data1_data2(
         NSEventType type, NSPoint location, NSUInteger flags, NSTimeInterval time, NSInteger windowNumber,
@@ -171,9 +172,9 @@ public:
     /// The modifiers now.
     [[nodiscard]] static NSUInteger currentModifierFlags();
 
-    /// `handler` sees each event of the application before its window does. What it returns is delivered instead; an absent
-    /// result drops the event. Monitors run in the order in which they were added. The token is kept by the application until
-    /// removeMonitor:; a monitor removed during an event does not see it any more.
+    /// `handler` sees each event of the application before its window does. What it returns is delivered instead; an
+    /// absent result drops the event. Monitors run in the order in which they were added. The token is kept by the
+    /// application until removeMonitor:; a monitor removed during an event does not see it any more.
     static NSObject* addLocalMonitorForEventsMatchingMask_handler(NSEventMask mask,
                                                                   std::function<Ref<NSEvent>(NSEvent*)> handler);
     static void removeMonitor(NSObject* monitor);

@@ -4,6 +4,7 @@
 
 #include <libvue/platform/appkit/NSResponder.h>
 #include <libvue/platform/appkit/SubviewList.h>
+#include <libvue/platform/foundation/ConstantString.h>
 #include <libvue/platform/foundation/NSGeometry.h>
 #include <libvue/platform/foundation/NSString.h>
 
@@ -33,8 +34,8 @@ enum NSTrackingAreaOptions : NSUInteger {
 };
 
 /// The object is the view.
-LIBVUE_API NSString* NSViewFrameDidChangeNotification();
-LIBVUE_API NSString* NSViewBoundsDidChangeNotification();
+inline constexpr ConstantString NSViewFrameDidChangeNotification{u"NSViewFrameDidChangeNotification"};
+inline constexpr ConstantString NSViewBoundsDidChangeNotification{u"NSViewBoundsDidChangeNotification"};
 
 using NSToolTipTag = NSInteger;
 using NSTrackingRectTag = NSInteger;
@@ -48,7 +49,8 @@ struct AccessibilityDescription {
     BOOL enabled = YES;
 };
 
-/// A node of the view tree: a rectangle of its superview, with its own coordinates, that draws itself and receives events.
+/// A node of the view tree: a rectangle of its superview, with its own coordinates, that draws itself and receives
+/// events.
 class LIBVUE_API NSView : public NSResponder {
 public:
     static void describe(ClassDescription<NSView, NSResponder>& c);
@@ -64,8 +66,8 @@ public:
     [[nodiscard]] NSRect frame() const noexcept { return frame_; }
     /// In its own coordinates; its size follows the frame's.
     [[nodiscard]] NSRect bounds() const noexcept { return bounds_; }
-    /// Origin and size in one step. A change of size sends resizeSubviewsWithOldSize: before returning; a real change posts
-    /// NSViewFrameDidChangeNotification afterwards, within the call.
+    /// Origin and size in one step. A change of size sends resizeSubviewsWithOldSize: before returning; a real change
+    /// posts NSViewFrameDidChangeNotification afterwards, within the call.
     virtual void setFrame(const NSRect& frame);
     virtual void setFrameSize(const NSSize& size);
     virtual void setFrameOrigin(const NSPoint& origin);
@@ -104,7 +106,8 @@ public:
     [[nodiscard]] const SubviewList& subviews() const noexcept { return subviews_; }
     [[nodiscard]] NSView* superview() const noexcept { return superview_; }
     [[nodiscard]] NSWindow* window() const noexcept { return window_; }
-    /// Appends, after removing the view from any former superview. Null raises NSInvalidArgumentException, an ancestor too.
+    /// Appends, after removing the view from any former superview. Null raises NSInvalidArgumentException, an ancestor
+    /// too.
     virtual void addSubview(NSView* view);
     void addSubview_positioned_relativeTo(NSView* view, NSWindowOrderingMode place, NSView* other);
     void replaceSubview_with(NSView* old, NSView* replacement);
@@ -195,7 +198,8 @@ public:
     void removeTrackingArea(NSTrackingArea* area);
     virtual void updateTrackingAreas();
     [[nodiscard]] Ref<NSArray> trackingAreas() const;
-    NSTrackingRectTag addTrackingRect_owner_userData_assumeInside(const NSRect& r, NSObject* owner, void* data, BOOL inside);
+    NSTrackingRectTag addTrackingRect_owner_userData_assumeInside(const NSRect& r, NSObject* owner, void* data,
+                                                                  BOOL inside);
     void removeTrackingRect(NSTrackingRectTag tag);
     [[nodiscard]] NSString* toolTip() const;
     void setToolTip(NSString* text);
@@ -247,10 +251,10 @@ private:
     bool autoresizes_ : 1 = true;
     bool postsFrame_ : 1 = true;
     bool postsBounds_ : 1 = true;
-    bool dirty_ : 1 = false;         ///< something of this view is to be drawn
-    bool wholeDirty_ : 1 = false;    ///< all of it
-    bool subtreeDirty_ : 1 = false;  ///< something below is
-    bool customBounds_ : 1 = false;  ///< bounds of another size than the frame's
+    bool dirty_ : 1 = false;        ///< something of this view is to be drawn
+    bool wholeDirty_ : 1 = false;   ///< all of it
+    bool subtreeDirty_ : 1 = false; ///< something below is
+    bool customBounds_ : 1 = false; ///< bounds of another size than the frame's
 };
 
 } // namespace libvue

@@ -5,6 +5,7 @@
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSResponder.h>
 #include <libvue/platform/appkit/NSView.h>
+#include <libvue/platform/foundation/ConstantString.h>
 
 namespace libvue {
 
@@ -26,21 +27,22 @@ inline constexpr NSInteger NSNormalWindowLevel = 0, NSFloatingWindowLevel = 3, N
                            NSPopUpMenuWindowLevel = 101, NSScreenSaverWindowLevel = 1000;
 
 // The object of each is the window.
-LIBVUE_API NSString* NSWindowDidBecomeKeyNotification();
-LIBVUE_API NSString* NSWindowDidResignKeyNotification();
-LIBVUE_API NSString* NSWindowDidBecomeMainNotification();
-LIBVUE_API NSString* NSWindowDidResignMainNotification();
-LIBVUE_API NSString* NSWindowDidMoveNotification();
-LIBVUE_API NSString* NSWindowWillMoveNotification();
-LIBVUE_API NSString* NSWindowDidResizeNotification();
-LIBVUE_API NSString* NSWindowWillMiniaturizeNotification();
-LIBVUE_API NSString* NSWindowDidMiniaturizeNotification();
-LIBVUE_API NSString* NSWindowDidDeminiaturizeNotification();
-LIBVUE_API NSString* NSWindowWillCloseNotification();
-LIBVUE_API NSString* NSWindowDidExposeNotification();
-LIBVUE_API NSString* NSWindowDidUpdateNotification();
-LIBVUE_API NSString* NSWindowDidChangeScreenNotification();
-LIBVUE_API NSString* NSWindowDidChangeBackingPropertiesNotification();
+inline constexpr ConstantString NSWindowDidBecomeKeyNotification{u"NSWindowDidBecomeKeyNotification"};
+inline constexpr ConstantString NSWindowDidResignKeyNotification{u"NSWindowDidResignKeyNotification"};
+inline constexpr ConstantString NSWindowDidBecomeMainNotification{u"NSWindowDidBecomeMainNotification"};
+inline constexpr ConstantString NSWindowDidResignMainNotification{u"NSWindowDidResignMainNotification"};
+inline constexpr ConstantString NSWindowDidMoveNotification{u"NSWindowDidMoveNotification"};
+inline constexpr ConstantString NSWindowWillMoveNotification{u"NSWindowWillMoveNotification"};
+inline constexpr ConstantString NSWindowDidResizeNotification{u"NSWindowDidResizeNotification"};
+inline constexpr ConstantString NSWindowWillMiniaturizeNotification{u"NSWindowWillMiniaturizeNotification"};
+inline constexpr ConstantString NSWindowDidMiniaturizeNotification{u"NSWindowDidMiniaturizeNotification"};
+inline constexpr ConstantString NSWindowDidDeminiaturizeNotification{u"NSWindowDidDeminiaturizeNotification"};
+inline constexpr ConstantString NSWindowWillCloseNotification{u"NSWindowWillCloseNotification"};
+inline constexpr ConstantString NSWindowDidExposeNotification{u"NSWindowDidExposeNotification"};
+inline constexpr ConstantString NSWindowDidUpdateNotification{u"NSWindowDidUpdateNotification"};
+inline constexpr ConstantString NSWindowDidChangeScreenNotification{u"NSWindowDidChangeScreenNotification"};
+inline constexpr ConstantString NSWindowDidChangeBackingPropertiesNotification{
+    u"NSWindowDidChangeBackingPropertiesNotification"};
 
 /// Optional operations of a window's delegate; the notifications above reach it too (windowDidMove: and so on).
 namespace op {
@@ -51,8 +53,8 @@ inline constexpr Operation<NSObject*(NSWindow*, NSObject*)> windowWillReturnFiel
     "windowWillReturnFieldEditor:toObject:"};
 } // namespace op
 
-/// A window: the root of a view tree on a screen. Frames are in screen coordinates, y upward; base coordinates start at the
-/// content's bottom left corner.
+/// A window: the root of a view tree on a screen. Frames are in screen coordinates, y upward; base coordinates start at
+/// the content's bottom left corner.
 class LIBVUE_API NSWindow : public NSResponder {
 public:
     static void describe(ClassDescription<NSWindow, NSResponder>& c);
@@ -143,7 +145,8 @@ public:
     [[nodiscard]] BOOL isVisible() const noexcept { return visible_; }
     /// The number by which events name it; positive, never used again.
     [[nodiscard]] NSInteger windowNumber() const noexcept { return number_; }
-    /// The one operation through which a window goes on (NSWindowAbove, NSWindowBelow) and off (NSWindowOut) the screen.
+    /// The one operation through which a window goes on (NSWindowAbove, NSWindowBelow) and off (NSWindowOut) the
+    /// screen.
     virtual void orderWindow_relativeTo(NSWindowOrderingMode place, NSInteger otherNumber);
     virtual void orderFront(NSObject* sender);
     virtual void orderBack(NSObject* sender);
@@ -182,7 +185,8 @@ public:
     // Responders and editing.
 
     [[nodiscard]] NSResponder* firstResponder() const noexcept;
-    /// Asks the old one to resign and the new one to accept; null makes the window itself first. NO where either refused.
+    /// Asks the old one to resign and the new one to accept; null makes the window itself first. NO where either
+    /// refused.
     virtual BOOL makeFirstResponder(NSResponder* r);
     [[nodiscard]] NSView* initialFirstResponder() const noexcept { return initialFirstResponder_; }
     void setInitialFirstResponder(NSView* v) { initialFirstResponder_ = v; }

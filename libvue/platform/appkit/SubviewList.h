@@ -7,8 +7,8 @@
 
 namespace libvue {
 
-/// The subviews of a view, back to front. It must not change while it is enumerated: an assertion in debug builds; a release
-/// build goes on over what is left.
+/// The subviews of a view, back to front. It must not change while it is enumerated: an assertion in debug builds; a
+/// release build goes on over what is left.
 class LIBVUE_API SubviewList {
 public:
     class Iterator {
