@@ -1,0 +1,46 @@
+#pragma once
+
+#include <vector>
+
+#include <libvue/platform/appkit/NSView.h>
+
+namespace libvue {
+
+/// The dirty rectangles of a display pass, in base coordinates. Few: those that come too close are united.
+struct NSView::DirtySink {
+    static constexpr std::size_t most = 12;
+    std::vector<NSRect> rects;
+
+    void add(const NSRect& r);
+    [[nodiscard]] NSRect bounds() const noexcept;
+};
+
+/// What few views have.
+struct NSView::Extras {
+    struct CursorRect {
+        NSRect rect;
+        Ref<NSObject> cursor; ///< an NSCursor
+    };
+    struct ToolTipRect {
+        NSToolTipTag tag;
+        NSRect rect;
+        BOOL wholeView; ///< set by setToolTip: follows the bounds
+        Weak<NSObject> owner;
+        Ref<NSString> text; ///< kept where the owner is itself the text
+        void* userData;
+    };
+    std::vector<CursorRect> cursorRects;
+    std::vector<ToolTipRect> toolTips;
+    std::vector<Ref<NSObject>> trackingAreas; ///< NSTrackingArea
+    std::vector<std::pair<NSTrackingRectTag, Ref<NSObject>>> trackingRects;
+    Ref<NSString> toolTip;
+    Ref<NSString> identifier;
+    Ref<NSString> accessibilityLabel;
+    Ref<NSMenu> menu;
+    Weak<NSView> nextKeyView;
+    Weak<NSView> previousKeyView;
+    CGFloat alpha = 1;
+    bool cursorRectsValid = false;
+};
+
+} // namespace libvue
