@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include <libvue/platform/appkit/NSEvent.h>
@@ -23,10 +24,21 @@ inline constexpr ConstantString NSApplicationDidChangeAppearanceNotification{
 
 enum : NSInteger { NSRunStoppedResponse = -1000, NSRunAbortedResponse = -1001, NSRunContinuesResponse = -1002 };
 
+enum NSApplicationTerminateReply : NSUInteger { NSTerminateCancel = 0, NSTerminateNow = 1, NSTerminateLater = 2 };
+
 namespace op {
+/// Where the delegate does not answer, the end of the last window is the end of the application.
 inline constexpr Operation<BOOL(NSApplication*)> applicationShouldTerminateAfterLastWindowClosed{
     "applicationShouldTerminateAfterLastWindowClosed:"};
+/// An NSApplicationTerminateReply.
 inline constexpr Operation<NSUInteger(NSApplication*)> applicationShouldTerminate{"applicationShouldTerminate:"};
+inline constexpr Operation<void(NSNotification*)> applicationDidFinishLaunching{"applicationDidFinishLaunching:"};
+inline constexpr Operation<void(NSNotification*)> applicationDidBecomeActive{"applicationDidBecomeActive:"};
+inline constexpr Operation<void(NSNotification*)> applicationWillResignActive{"applicationWillResignActive:"};
+inline constexpr Operation<void(NSNotification*)> applicationDidResignActive{"applicationDidResignActive:"};
+inline constexpr Operation<void(NSNotification*)> applicationWillTerminate{"applicationWillTerminate:"};
+inline constexpr Operation<void(NSNotification*)> applicationDidChangeScreenParameters{
+    "applicationDidChangeScreenParameters:"};
 } // namespace op
 
 /// The one application object: the event loop, the windows, what is active. Main thread.
@@ -37,6 +49,8 @@ public:
     [[nodiscard]] static NSApplication* sharedApplication();
     /// Ends it, for tests and for a backend that is replaced: closes every window, drops what waits.
     static void resetSharedApplication();
+    /// Null while there is none.
+    [[nodiscard]] static NSApplication* sharedIfAny_() noexcept;
     ~NSApplication() override;
 
     [[nodiscard]] NSObject* delegate() const noexcept { return delegate_; }
@@ -106,8 +120,18 @@ public:
 private:
     NSApplication();
     friend class NSWindow;
+    struct Native;
     BOOL fetchNative(NSTimeInterval deadline);
+    void handleNative(NSEvent* notice);
+    void focusChanged(NSWindow* w, BOOL gained);
+    void setActive(BOOL active);
+    void appearanceChanged();
+    void displayLater();
     [[nodiscard]] Ref<NSEvent> throughMonitors(Ref<NSEvent> e);
+    [[nodiscard]] BOOL isBlockedByModal(NSWindow* w) const;
+    [[nodiscard]] NSObject* responderFor(SEL action, NSWindow* w) const;
+    void post(NSString* name, const Operation<void(NSNotification*)>& operation);
+    void windowClosed(NSWindow* w);
 
     Weak<NSObject> delegate_;
     Weak<NSWindow> keyWindow_;
@@ -124,6 +148,7 @@ private:
         NSInteger code = NSRunContinuesResponse;
     };
     std::vector<Modal> modals_;
+    std::unique_ptr<Native> native_;
     NSUInteger modifiers_ = 0;
     bool running_ = false;
     bool stopped_ = false;

@@ -38,6 +38,9 @@ public:
     virtual void keyDown(NSEvent* e);
     virtual void keyUp(NSEvent* e);
     virtual void flagsChanged(NSEvent* e);
+    /// Text of an input method or a dead key (NSTextInput). The base sends insertText: for text that is final; an
+    /// editor overrides it to show text that is still being composed.
+    virtual void textInput(NSEvent* e);
     virtual void cursorUpdate(NSEvent* e);
     virtual void helpRequested(NSEvent* e);
     /// True when the event was a shortcut of this responder.

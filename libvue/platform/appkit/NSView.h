@@ -40,6 +40,12 @@ inline constexpr ConstantString NSViewBoundsDidChangeNotification{u"NSViewBounds
 using NSToolTipTag = NSInteger;
 using NSTrackingRectTag = NSInteger;
 
+namespace op {
+/// The text of a tool tip; absent or empty for none. The last argument is what addToolTipRect was given.
+inline constexpr Operation<Ref<NSString>(NSView*, NSToolTipTag, NSPoint, void*)> view_stringForToolTip_point_userData{
+    "view:stringForToolTip:point:userData:"};
+} // namespace op
+
 /// What the desktop's assistive tools are told of a view.
 struct AccessibilityDescription {
     Ref<NSString> role;   ///< "button", "check box", "text field", "slider", "group"…; null: not shown

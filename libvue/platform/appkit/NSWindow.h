@@ -44,14 +44,42 @@ inline constexpr ConstantString NSWindowDidChangeScreenNotification{u"NSWindowDi
 inline constexpr ConstantString NSWindowDidChangeBackingPropertiesNotification{
     u"NSWindowDidChangeBackingPropertiesNotification"};
 
-/// Optional operations of a window's delegate; the notifications above reach it too (windowDidMove: and so on).
+/// Optional operations of a window's delegate. The delegate hears each notification before its observers do.
 namespace op {
+inline constexpr Operation<void(NSNotification*)> windowDidBecomeKey{"windowDidBecomeKey:"};
+inline constexpr Operation<void(NSNotification*)> windowDidResignKey{"windowDidResignKey:"};
+inline constexpr Operation<void(NSNotification*)> windowDidBecomeMain{"windowDidBecomeMain:"};
+inline constexpr Operation<void(NSNotification*)> windowDidResignMain{"windowDidResignMain:"};
+inline constexpr Operation<void(NSNotification*)> windowDidMove{"windowDidMove:"};
+inline constexpr Operation<void(NSNotification*)> windowWillMove{"windowWillMove:"};
+inline constexpr Operation<void(NSNotification*)> windowDidResize{"windowDidResize:"};
+inline constexpr Operation<void(NSNotification*)> windowWillMiniaturize{"windowWillMiniaturize:"};
+inline constexpr Operation<void(NSNotification*)> windowDidMiniaturize{"windowDidMiniaturize:"};
+inline constexpr Operation<void(NSNotification*)> windowDidDeminiaturize{"windowDidDeminiaturize:"};
+inline constexpr Operation<void(NSNotification*)> windowDidExpose{"windowDidExpose:"};
+inline constexpr Operation<void(NSNotification*)> windowDidUpdate{"windowDidUpdate:"};
+inline constexpr Operation<void(NSNotification*)> windowDidChangeScreen{"windowDidChangeScreen:"};
+inline constexpr Operation<void(NSNotification*)> windowDidChangeBackingProperties{"windowDidChangeBackingProperties:"};
 inline constexpr Operation<BOOL(NSObject*)> windowShouldClose{"windowShouldClose:"};
 inline constexpr Operation<void(NSNotification*)> windowWillClose{"windowWillClose:"};
 inline constexpr Operation<NSSize(NSWindow*, NSSize)> windowWillResize_toSize{"windowWillResize:toSize:"};
 inline constexpr Operation<NSObject*(NSWindow*, NSObject*)> windowWillReturnFieldEditor_toObject{
     "windowWillReturnFieldEditor:toObject:"};
 } // namespace op
+
+/// Makes the editor that the text fields of a window share. Whoever provides it is asked once a window.
+using FieldEditorFactory = Ref<NSText> (*)(NSWindow*);
+LIBVUE_API void installFieldEditorFactory(FieldEditorFactory factory) noexcept;
+
+/// How a desktop treats a native window; what nativeKind_ answers.
+enum : int {
+    NSNormalNativeWindow = 0,
+    NSUtilityNativeWindow = 1,
+    NSDialogNativeWindow = 2,
+    NSPopUpNativeWindow = 3,
+    NSToolTipNativeWindow = 4,
+    NSMenuNativeWindow = 5
+};
 
 /// A window: the root of a view tree on a screen. Frames are in screen coordinates, y upward; base coordinates start at
 /// the content's bottom left corner.
@@ -138,6 +166,10 @@ public:
     [[nodiscard]] BOOL isReleasedWhenClosed() const noexcept { return releasedWhenClosed_; }
     void setReleasedWhenClosed(BOOL flag) noexcept { releasedWhenClosed_ = flag; }
     [[nodiscard]] BOOL preventsApplicationTerminationWhenModal() const noexcept { return NO; }
+    /// Gets events while another window is modal.
+    [[nodiscard]] virtual BOOL worksWhenModal() const noexcept { return NO; }
+    /// Shown on every desktop of a window manager that has several.
+    [[nodiscard]] BOOL isOnAllDesktops() const noexcept { return allDesktops_; }
     void setAllDesktops(BOOL flag);
 
     // Showing.
@@ -145,8 +177,8 @@ public:
     [[nodiscard]] BOOL isVisible() const noexcept { return visible_; }
     /// The number by which events name it; positive, never used again.
     [[nodiscard]] NSInteger windowNumber() const noexcept { return number_; }
-    /// The one operation through which a window goes on (NSWindowAbove, NSWindowBelow) and off (NSWindowOut) the
-    /// screen.
+    /// `otherNumber` 0 means all the windows of its level. The one operation through which a window goes on
+    /// (NSWindowAbove, NSWindowBelow) and off (NSWindowOut) the screen.
     virtual void orderWindow_relativeTo(NSWindowOrderingMode place, NSInteger otherNumber);
     virtual void orderFront(NSObject* sender);
     virtual void orderBack(NSObject* sender);
@@ -165,7 +197,8 @@ public:
     virtual void resignMainWindow();
     /// Asks the delegate, then closes.
     virtual void performClose(NSObject* sender);
-    /// Takes it off the screen; sends windowWillClose:.
+    /// Sends windowWillClose:, then takes it off the screen. A window with isReleasedWhenClosed keeps itself from its
+    /// first showing until then.
     virtual void close();
     virtual void miniaturize(NSObject* sender);
     virtual void deminiaturize(NSObject* sender);
@@ -212,6 +245,7 @@ public:
     [[nodiscard]] NSEvent* currentEvent() const;
     [[nodiscard]] NSPoint mouseLocationOutsideOfEventStream() const;
     void keyDown(NSEvent* e) override;
+    void cursorUpdate(NSEvent* e) override;
     BOOL performKeyEquivalent(NSEvent* e) override;
     virtual void cancelOperation(NSObject* sender);
     void invalidateCursorRectsForView(NSView* view);
@@ -254,18 +288,37 @@ public:
 
 protected:
     [[nodiscard]] virtual int nativeKind_() const;
-    [[nodiscard]] virtual BOOL acceptsNativeFocus_() const { return YES; }
+    [[nodiscard]] virtual BOOL acceptsNativeFocus_() const { return canBecomeKeyWindow(); }
+    /// After what acceptsNativeFocus_ or nativeKind_ answer has changed.
+    void updateNativeSpec();
 
 private:
     friend class NSApplication;
     friend class NSView;
     struct Tracking;
+    struct Display;
     void ensureNative();
-    void updateNativeSpec();
-    void postDelegateNotification(NSString* name, SEL selector);
+    void closeNative();
+    void postDelegateNotification(NSString* name, const Operation<void(NSNotification*)>& operation);
     void applyFrame(const NSRect& frame, BOOL tellServer);
     void moveChildren(NSPoint delta);
-    void closeNative();
+    void orderNative(NSWindowOrderingMode place, NSWindow* other);
+    void orderChildren(BOOL in);
+    void detachFromParent();
+    void passKeyStatusOn();
+    void noteScreen();
+    [[nodiscard]] Tracking& tracking();
+    [[nodiscard]] Display& displayState();
+    void drawRegion(Display& d, const std::vector<NSRect>& rects);
+    [[nodiscard]] NSView* focusRingView() const;
+    void sendMouseDown(NSEvent* e);
+    void sendMouseDragged(NSEvent* e);
+    void sendMouseUp(NSEvent* e);
+    void followDrag(NSEvent* e);
+    void updateCursor(NSView* hit, NSPoint p);
+    void updateToolTip(NSView* hit, NSPoint p);
+    void hideToolTip();
+    void firstResponderChanged();
 
     Ref<NSView> root_;
     Ref<NSView> contentView_;
@@ -284,7 +337,10 @@ private:
     Weak<NSWindow> sheet_;
     Weak<NSWindow> sheetParent_;
     std::unique_ptr<Tracking> tracking_;
+    std::unique_ptr<Display> display_;
+    Ref<NSWindow> self_; ///< while it keeps itself, see isReleasedWhenClosed
     NSRect frame_;
+    NSEdgeInsets insets_; ///< what the desktop draws round the content
     NSSize minSize_{0, 0};
     NSSize maxSize_{1e7, 1e7};
     NSUInteger style_ = NSTitledWindowMask;
@@ -310,6 +366,9 @@ private:
     bool viewsNeedDisplay_ : 1 = false;
     bool displaying_ : 1 = false;
     bool allDesktops_ : 1 = false;
+    bool closing_ : 1 = false;
+    bool hiddenWithParent_ : 1 = false;
+    bool settingFrame_ : 1 = false;
 };
 
 } // namespace libvue
