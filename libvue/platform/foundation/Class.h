@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <span>
 #include <string>
 #include <string_view>
@@ -59,7 +60,8 @@ public:
     }
     /// A new instance, or null where the class has no default constructor.
     [[nodiscard]] Ref<NSObject> alloc() const;
-    /// An instance from an archive, or null where the class has no constructor from NSCoder&.
+    /// An instance from an archive, or null where the class has no constructor from NSCoder& (nor a static
+    /// initWithCoder).
     [[nodiscard]] Ref<NSObject> initWithCoder(NSCoder& coder) const;
     [[nodiscard]] BOOL hasInitWithCoder() const noexcept;
 
@@ -148,6 +150,12 @@ concept HasDescribe = requires {
     &T::describe;
 };
 
+/// A class of its own, not only a base of it, chooses at reading what it makes: the answer may be null.
+template <class T>
+concept HasStaticInitWithCoder = requires(NSCoder& coder) {
+    { T::initWithCoder(coder) } -> std::convertible_to<Ref<T>>;
+};
+
 template <class T> consteval bool describesItself() {
     if constexpr (HasDescribe<T>)
         return std::is_same_v<typename decltype(describedSelf(&T::describe))::type, T>;
@@ -169,7 +177,8 @@ template <class T> const Class& classOf() {
             if constexpr (requires(NSCoder & coder) { new T(coder); }) {
                 if constexpr (!std::is_abstract_v<T>)
                     c.decode_ = [](NSCoder& coder) -> Ref<NSObject> { return adopt<NSObject>(new T(coder)); };
-            }
+            } else if constexpr (detail::HasStaticInitWithCoder<T>)
+                c.decode_ = [](NSCoder& coder) -> Ref<NSObject> { return T::initWithCoder(coder); };
             if constexpr (detail::describesItself<T>()) {
                 using Super = typename decltype(detail::describedSuper(&T::describe))::type;
                 ClassDescription<T, Super> d(c);

@@ -8,7 +8,8 @@ namespace libvue {
 class LIBVUE_API Clock {
 public:
     virtual ~Clock();
-    /// Seconds since 1 January 2001, 00:00 UTC. Never goes back.
+    /// Seconds on the clock's own scale; never goes back. The system's counts from 1 January 2001, 00:00 UTC, as of
+    /// when the process began.
     [[nodiscard]] virtual NSTimeInterval now() = 0;
 
     /// The clock of the process: the system's, unless another was installed.

@@ -62,9 +62,11 @@ public:
     /// Runs the operation (no argument, or one object). Raises NSInvalidArgumentException where it is not answered.
     Ref<NSObject> performSelector(SEL selector) { return performSelector_withObject(selector, nullptr); }
     Ref<NSObject> performSelector_withObject(SEL selector, NSObject* argument);
-    /// Runs it from the current run loop, `delay` seconds from now (0: at its next turn). Keeps both objects until then.
+    /// Runs it from the current run loop, `delay` seconds from now (0: at its next turn). Keeps both objects until
+    /// then.
     void performSelector_withObject_afterDelay(SEL selector, NSObject* argument, NSTimeInterval delay);
-    /// Takes back the delayed performs of `target`; with a selector, only those with that selector and an equal argument.
+    /// Takes back the delayed performs of `target`; with a selector, only those with that selector and an equal
+    /// argument.
     static void cancelPreviousPerformRequestsWithTarget(NSObject* target);
     static void cancelPreviousPerformRequestsWithTarget_selector_object(NSObject* target, SEL selector,
                                                                         NSObject* argument);
@@ -80,8 +82,8 @@ public:
 
     // Key-value observing: explicit, by willChange/didChange around the store.
 
-    /// `observer` is not kept; it hears observeValueForKeyPath… until it is removed or gone. Key paths of several keys follow
-    /// the objects on their way.
+    /// `observer` is not kept; it hears observeValueForKeyPath… until it is removed or gone. Key paths of several keys
+    /// follow the objects on their way.
     void addObserver_forKeyPath_options_context(NSObject* observer, NSString* path, NSUInteger options, void* context);
     /// Raises NSRangeException where there is no such registration.
     void removeObserver_forKeyPath(NSObject* observer, NSString* path);
@@ -111,6 +113,7 @@ private:
     void destroy() noexcept;
     void noteCreated() noexcept;
     static ObjectSide* sideAt(std::uint32_t index) noexcept;
+    void removeObservation(NSObject* observer, NSString* path, void* const* context);
 
     mutable std::uint32_t count_ = 1;
     std::uint32_t side_ : 24 = 0;
@@ -143,7 +146,8 @@ template <class T, class... Args> [[nodiscard]] Ref<T> make(Args&&... args) {
     return adopt(new T(std::forward<Args>(args)...));
 }
 
-/// `object` as a `T`, or null where it is none (or is null). `T` may be an abstract protocol class: this is conformance.
+/// `object` as a `T`, or null where it is none (or is null). `T` may be an abstract protocol class: this is
+/// conformance.
 template <class T, class U> [[nodiscard]] T* as(U* object) noexcept { return dynamic_cast<T*>(object); }
 template <class T, class U> [[nodiscard]] T* as(const Ref<U>& object) noexcept {
     return dynamic_cast<T*>(object.get());
@@ -155,6 +159,13 @@ template <class T, class U> [[nodiscard]] T* as(const Ref<U>& object) noexcept {
 /// The live objects of a debug build, a class name and a number a line, without those that `mark…` excused;
 /// empty where none is left. A release build counts nothing and answers an empty text.
 [[nodiscard]] LIBVUE_API Ref<NSString> liveObjectsReport();
+/// Excuses one object.
+LIBVUE_API void markLiveObjectAsExpected(NSObject* object);
+/// Gives an object to the process: it is never freed, and no report names it.
+template <class T> T* keptForever(Ref<T> object) {
+    markLiveObjectAsExpected(object);
+    return object.leak();
+}
 /// Excuses every object alive now from the next reports (process-wide tables, literals).
 LIBVUE_API void markLiveObjectsAsExpected();
 /// The number of live objects of a debug build, for tests that compare before and after; 0 in a release build.

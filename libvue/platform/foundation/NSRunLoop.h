@@ -67,10 +67,11 @@ public:
 
 private:
     friend class NSTimer;
-    friend struct RunLoopWork;
     struct State;
     NSRunLoop();
     ~NSRunLoop() override;
+    void timerMoved(NSTimer* timer);
+    void timerInvalidated(NSTimer* timer);
 
     std::unique_ptr<State> state_;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 
 #include <libvue/platform/foundation/NSObject.h>
 
@@ -15,7 +16,8 @@ public:
     using Block = std::function<void(NSTimer*)>;
 
     static void describe(ClassDescription<NSTimer>& c);
-    /// Not yet in a run loop. The operation takes the timer or nothing. An interval of 0 or less counts as 0.0001 s.
+    /// Not yet in a run loop. `fireTime` is on the run loop's clock. The operation takes the timer or nothing. An
+    /// interval of 0 or less counts as 0.0001 s.
     NSTimer(NSTimeInterval fireTime, NSTimeInterval interval, NSObject* target, SEL selector, NSObject* userInfo,
             BOOL repeats);
     NSTimer(NSTimeInterval fireTime, NSTimeInterval interval, BOOL repeats, Block block);
@@ -46,21 +48,19 @@ public:
     [[nodiscard]] NSObject* userInfo() const noexcept { return userInfo_; }
     [[nodiscard]] Ref<NSDate> fireDate() const;
     void setFireDate(NSDate* date);
-    /// The next firing in seconds since 1 January 2001.
+    /// The next firing on the run loop's clock.
     [[nodiscard]] NSTimeInterval fireTime() const noexcept { return fireTime_; }
 
 private:
     friend class NSRunLoop;
-    friend struct RunLoopWork;
-    void setFireTime(NSTimeInterval time);
 
     NSTimeInterval fireTime_;
     NSTimeInterval interval_;
     Ref<NSObject> target_;
     SEL selector_ = nullptr;
     Ref<NSObject> userInfo_;
-    Block block_;
-    RunLoopWork* work_ = nullptr; // its place in the run loop
+    std::shared_ptr<Block> block_; // shared with the firing under way
+    RunLoopWork* work_ = nullptr;  // its place in the run loop
     bool repeats_;
     bool valid_ = true;
 };

@@ -25,7 +25,10 @@ std::uint32_t newSide();
 /// Gives back an empty side block.
 void freeSide(std::uint32_t index) noexcept;
 
-/// Ends all registrations about the object and of the object. Null is fine.
+/// Whether the object's destructor is running or about to: references to it that are taken now do not keep it.
+[[nodiscard]] bool isBeingDestroyed(const NSObject* object) noexcept;
+
+/// Ends all registrations about the object and of the object.
 void dropNotifications(ObjectSide& side) noexcept;
 void dropKeyValueObservers(ObjectSide& side) noexcept;
 

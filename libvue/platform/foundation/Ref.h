@@ -38,11 +38,11 @@ public:
     Ref(const Ref& o) noexcept : Ref(o.p_) {}
     Ref(Ref&& o) noexcept : p_(std::exchange(o.p_, nullptr)) {}
     template <class U>
-        requires std::convertible_to<U*, T*>
-    Ref(const Ref<U>& o) noexcept : Ref(static_cast<T*>(o.get())) {}
+    requires std::convertible_to<U*, T*> Ref(const Ref<U>& o)
+    noexcept : Ref(static_cast<T*>(o.get())) {}
     template <class U>
-        requires std::convertible_to<U*, T*>
-    Ref(Ref<U>&& o) noexcept : p_(o.leak()) {}
+    requires std::convertible_to<U*, T*> Ref(Ref<U>&& o)
+    noexcept : p_(o.leak()) {}
     ~Ref() {
         if (p_) release(p_);
     }
@@ -77,7 +77,7 @@ public:
     void swap(Ref& o) noexcept { std::swap(p_, o.p_); }
 
     friend bool operator==(const Ref& a, const Ref& b) noexcept { return a.p_ == b.p_; }
-    friend bool operator==(const Ref& a, const T* b) noexcept { return a.p_ == b; }
+    template <class U> friend bool operator==(const Ref& a, U* b) noexcept { return a.p_ == b; }
     friend bool operator==(const Ref& a, std::nullptr_t) noexcept { return a.p_ == nullptr; }
 
 private:
@@ -105,8 +105,7 @@ public:
     Weak(std::nullptr_t) noexcept {}
     Weak(T* p) : block_(WeakBlock::of(objectBehind(p))), p_(p) {}
     template <class U>
-        requires std::convertible_to<U*, T*>
-    Weak(const Ref<U>& r) : Weak(static_cast<T*>(r.get())) {}
+    requires std::convertible_to<U*, T*> Weak(const Ref<U>& r) : Weak(static_cast<T*>(r.get())) {}
     Weak(const Weak& o) noexcept : block_(o.block_), p_(o.p_) {
         if (block_) block_->hold();
     }
@@ -127,7 +126,8 @@ public:
     explicit operator bool() const noexcept { return get() != nullptr; }
     [[nodiscard]] Ref<T> ref() const noexcept { return Ref<T>(get()); }
 
-    friend bool operator==(const Weak& a, const T* b) noexcept { return a.get() == b; }
+    template <class U> friend bool operator==(const Weak& a, U* b) noexcept { return a.get() == b; }
+    friend bool operator==(const Weak& a, const Weak& b) noexcept { return a.get() == b.get(); }
     friend bool operator==(const Weak& a, std::nullptr_t) noexcept { return a.get() == nullptr; }
 
 private:

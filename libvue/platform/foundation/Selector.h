@@ -13,6 +13,9 @@ struct Selector {
 
 /// The one selector of that name, made on first use. Main thread.
 [[nodiscard]] LIBVUE_API SEL sel(std::string_view name);
+/// The selector of that name if one was ever made, else null: for names that come from data, which must not pile up.
+[[nodiscard]] LIBVUE_API SEL findSelector(std::string_view name);
+[[nodiscard]] LIBVUE_API SEL findSelector(const NSString* name);
 
 /// Null for null.
 [[nodiscard]] LIBVUE_API Ref<NSString> NSStringFromSelector(SEL selector);
