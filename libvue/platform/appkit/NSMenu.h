@@ -1,0 +1,97 @@
+#pragma once
+
+#include <vector>
+
+#include <libvue/platform/appkit/Forward.h>
+#include <libvue/platform/foundation/NSGeometry.h>
+#include <libvue/platform/foundation/NSString.h>
+
+namespace libvue {
+
+/// Optional operations of a menu's delegate, and of its items' targets.
+namespace op {
+inline constexpr Operation<void(NSMenu*)> menuNeedsUpdate{"menuNeedsUpdate:"};
+inline constexpr Operation<void(NSMenu*)> menuWillOpen{"menuWillOpen:"};
+inline constexpr Operation<void(NSMenu*)> menuDidClose{"menuDidClose:"};
+inline constexpr Operation<BOOL(NSMenuItem*)> validateMenuItem{"validateMenuItem:"};
+} // namespace op
+
+/// A list of commands, opened in a window of its own and tracked in a nested event loop.
+class LIBVUE_API NSMenu : public NSObject {
+public:
+    static void describe(ClassDescription<NSMenu>& c);
+    NSMenu();
+    explicit NSMenu(NSString* title); ///< initWithTitle:
+    ~NSMenu() override;
+    [[nodiscard]] Ref<NSObject> copyWithZone() const override;
+
+    [[nodiscard]] NSString* title() const noexcept { return title_; }
+    void setTitle(NSString* s);
+    [[nodiscard]] NSObject* delegate() const noexcept { return delegate_; }
+    /// Held weakly.
+    void setDelegate(NSObject* d) { delegate_ = d; }
+    [[nodiscard]] NSMenu* supermenu() const noexcept { return supermenu_; }
+
+    [[nodiscard]] NSInteger numberOfItems() const noexcept { return static_cast<NSInteger>(items_.size()); }
+    /// Raises NSRangeException out of range.
+    [[nodiscard]] NSMenuItem* itemAtIndex(NSInteger i) const;
+    [[nodiscard]] Ref<NSArray> itemArray() const;
+    /// -1 where there is none.
+    [[nodiscard]] NSInteger indexOfItem(const NSMenuItem* item) const noexcept;
+    [[nodiscard]] NSInteger indexOfItemWithTitle(const NSString* title) const noexcept;
+    [[nodiscard]] NSInteger indexOfItemWithTag(NSInteger tag) const noexcept;
+    [[nodiscard]] NSInteger indexOfItemWithRepresentedObject(const NSObject* o) const noexcept;
+    [[nodiscard]] NSMenuItem* itemWithTitle(const NSString* title) const noexcept;
+    [[nodiscard]] NSMenuItem* itemWithTag(NSInteger tag) const noexcept;
+    /// An item that already stands in a menu raises NSInvalidArgumentException.
+    void addItem(NSMenuItem* item);
+    NSMenuItem* addItemWithTitle_action_keyEquivalent(NSString* title, SEL action, NSString* key);
+    void insertItem_atIndex(NSMenuItem* item, NSInteger i);
+    NSMenuItem* insertItemWithTitle_action_keyEquivalent_atIndex(NSString* title, SEL action, NSString* key,
+                                                                 NSInteger i);
+    void removeItem(NSMenuItem* item);
+    void removeItemAtIndex(NSInteger i);
+    void removeAllItems();
+    void setSubmenu_forItem(NSMenu* menu, NSMenuItem* item);
+
+    [[nodiscard]] BOOL autoenablesItems() const noexcept { return autoenables_; }
+    void setAutoenablesItems(BOOL f) noexcept { autoenables_ = f; }
+    [[nodiscard]] BOOL menuChangedMessagesEnabled() const noexcept { return messages_; }
+    void setMenuChangedMessagesEnabled(BOOL f) noexcept { messages_ = f; }
+    [[nodiscard]] NSFont* font() const noexcept;
+    void setFont(NSFont* f);
+    [[nodiscard]] CGFloat minimumWidth() const noexcept { return minimumWidth_; }
+    void setMinimumWidth(CGFloat w) noexcept { minimumWidth_ = w; }
+    [[nodiscard]] NSSize size() const;
+    [[nodiscard]] NSMenuItem* highlightedItem() const noexcept { return highlighted_; }
+
+    /// Asks the delegate and the targets, and enables the items accordingly.
+    void update();
+    /// Runs the item whose key equivalent the event is.
+    BOOL performKeyEquivalent(NSEvent* e);
+    void performActionForItemAtIndex(NSInteger i);
+
+    /// Opens it with the item (null: its top) at a point of the view (null: of the screen) and tracks it until
+    /// something was chosen or it was left. YES where something was chosen; its action has been sent then.
+    BOOL popUpMenuPositioningItem_atLocation_inView(NSMenuItem* item, NSPoint p, NSView* view);
+    static void popUpContextMenu_withEvent_forView(NSMenu* menu, NSEvent* e, NSView* view);
+    void cancelTracking();
+    [[nodiscard]] BOOL isTracking() const noexcept { return tracking_; }
+
+private:
+    friend class NSMenuItem;
+    friend class MenuTracker;
+
+    Ref<NSString> title_;
+    Weak<NSObject> delegate_;
+    Weak<NSMenu> supermenu_;
+    std::vector<Ref<NSMenuItem>> items_;
+    Weak<NSMenuItem> highlighted_;
+    Ref<NSFont> font_;
+    CGFloat minimumWidth_ = 0;
+    bool autoenables_ = true;
+    bool messages_ = true;
+    bool tracking_ = false;
+};
+
+} // namespace libvue
