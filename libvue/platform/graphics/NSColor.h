@@ -177,7 +177,6 @@ private:
     void requireRGB(const char* component) const {
         if (!isRGB()) raiseNoSuchComponent(component);
     }
-    static Space spaceNamed(const NSString* name, bool& known);
 
     Space space_ = Space::calibratedRGB;
     SystemColor role_{};

@@ -1,0 +1,194 @@
+#include <libvue/platform/graphics/NSGraphicsContext.h>
+
+#include <cmath>
+
+#include <libvue/platform/backend/Backend.h>
+#include <libvue/platform/graphics/NSBitmapImageRep.h>
+#include <libvue/platform/graphics/NSColor.h>
+#include <libvue/platform/graphics/NSImage.h>
+
+namespace libvue {
+
+namespace {
+
+// A context in use is kept here; what is null is the absence of a context.
+Ref<NSGraphicsContext>& current() {
+    static Ref<NSGraphicsContext> c;
+    return c;
+}
+
+std::vector<Ref<NSGraphicsContext>>& savedContexts() {
+    static std::vector<Ref<NSGraphicsContext>> v;
+    return v;
+}
+
+backend::Compositing compositing(NSCompositingOperation op) {
+    return op <= NSCompositePlusLighter ? static_cast<backend::Compositing>(op) : backend::Compositing::sourceOver;
+}
+
+} // namespace
+
+void NSGraphicsContext::describe(ClassDescription<NSGraphicsContext>&) {}
+
+NSGraphicsContext::NSGraphicsContext(backend::Canvas& canvas, BOOL flipped, std::shared_ptr<backend::Picture> picture)
+    : canvas_(&canvas), picture_(std::move(picture)) {
+    state_.flipped = flipped;
+}
+
+NSGraphicsContext::NSGraphicsContext(std::unique_ptr<backend::Canvas> canvas, BOOL flipped,
+                                     std::shared_ptr<backend::Picture> picture)
+    : owned_(std::move(canvas)), canvas_(owned_.get()), picture_(std::move(picture)) {
+    state_.flipped = flipped;
+}
+
+NSGraphicsContext::~NSGraphicsContext() = default;
+
+NSGraphicsContext* NSGraphicsContext::currentContext() noexcept { return current(); }
+
+void NSGraphicsContext::setCurrentContext(NSGraphicsContext* context) { current() = context; }
+
+BOOL NSGraphicsContext::currentContextDrawingToScreen() { return current() && current()->isDrawingToScreen(); }
+
+void NSGraphicsContext::saveGraphicsState() {
+    savedContexts().push_back(current());
+    if (current()) current()->saveState();
+}
+
+void NSGraphicsContext::restoreGraphicsState() {
+    auto& saved = savedContexts();
+    if (saved.empty()) return;
+    const Ref<NSGraphicsContext> context = saved.back();
+    saved.pop_back();
+    current() = context;
+    if (context) context->restoreState();
+}
+
+Ref<NSGraphicsContext> NSGraphicsContext::graphicsContextWithBitmapImageRep(NSBitmapImageRep* rep) {
+    if (!rep) return nullptr;
+    const std::shared_ptr<backend::Picture>& picture = rep->pictureForWriting();
+    auto canvas = backend::Backend::current().graphics->canvasOn(picture);
+    if (!canvas) return nullptr;
+    return make<NSGraphicsContext>(std::move(canvas), NO, picture);
+}
+
+Ref<NSGraphicsContext> NSGraphicsContext::graphicsContextWithGraphicsPort_flipped(CGContextRef port, BOOL flipped) {
+    if (!port || port->isFlipped() == flipped) return port;
+    return make<NSGraphicsContext>(port->canvas(), flipped, port->picture());
+}
+
+void NSGraphicsContext::saveState() {
+    saved_.push_back(state_);
+    canvas_->save();
+}
+
+void NSGraphicsContext::restoreState() {
+    if (saved_.empty()) return;
+    state_ = std::move(saved_.back());
+    saved_.pop_back();
+    canvas_->restore();
+}
+
+BOOL NSGraphicsContext::isDrawingToScreen() const { return canvas_->drawsToScreen(); }
+
+void NSGraphicsContext::setCompositingOperation(NSCompositingOperation operation) {
+    state_.operation = operation;
+    canvas_->setCompositing(compositing(operation));
+}
+
+void NSGraphicsContext::setShouldAntialias(BOOL on) {
+    state_.antialias = on;
+    canvas_->setAntialiasing(on);
+}
+
+void NSGraphicsContext::setImageInterpolation(NSImageInterpolation quality) {
+    state_.interpolation = quality;
+    switch (quality) {
+    case NSImageInterpolationNone:
+        canvas_->setInterpolation(backend::Interpolation::none);
+        break;
+    case NSImageInterpolationDefault:
+    case NSImageInterpolationLow:
+        canvas_->setInterpolation(backend::Interpolation::low);
+        break;
+    default:
+        canvas_->setInterpolation(backend::Interpolation::high);
+    }
+}
+
+void NSGraphicsContext::store(Ink& ink, NSColor* color) {
+    if (!color) return;
+    const backend::Color c = color->resolved();
+    ink.red = c.red;
+    ink.green = c.green;
+    ink.blue = c.blue;
+    ink.alpha = c.alpha;
+    ink.pattern = color->patternImage() ? color : nullptr;
+}
+
+void NSGraphicsContext::setFillColor(NSColor* color) { store(state_.fill, color); }
+
+void NSGraphicsContext::setStrokeColor(NSColor* color) { store(state_.stroke, color); }
+
+void NSGraphicsContext::fillPath(const backend::Path& path, bool evenOdd) {
+    const auto rule = evenOdd ? backend::FillRule::evenOdd : backend::FillRule::nonZero;
+    const Ink& ink = state_.fill;
+    if (!ink.pattern) {
+        canvas_->fill(path, rule, {ink.red, ink.green, ink.blue, ink.alpha});
+        return;
+    }
+    const Ref<NSImage> image = ink.pattern->patternImage();
+    canvas_->save();
+    canvas_->clip(path, rule);
+    tilePattern(image, state_.operation);
+    canvas_->restore();
+}
+
+void NSGraphicsContext::fillRects(const NSRect* rects, NSUInteger count) {
+    fillRects_operation(rects, count, state_.operation);
+}
+
+void NSGraphicsContext::fillRects_operation(const NSRect* rects, NSUInteger count, NSCompositingOperation operation) {
+    const Ink& ink = state_.fill;
+    const Ref<NSImage> image = ink.pattern ? ink.pattern->patternImage() : nullptr;
+    for (NSUInteger i = 0; i < count; ++i) {
+        if (!image) {
+            canvas_->fillRect(rects[i], {ink.red, ink.green, ink.blue, ink.alpha}, compositing(operation));
+            continue;
+        }
+        canvas_->save();
+        canvas_->clip(rects[i]);
+        tilePattern(image, operation);
+        canvas_->restore();
+    }
+}
+
+void NSGraphicsContext::strokePath(const backend::Path& path, const backend::Stroke& stroke) {
+    const Ink& ink = state_.stroke;
+    canvas_->stroke(path, stroke, {ink.red, ink.green, ink.blue, ink.alpha});
+}
+
+void NSGraphicsContext::strokeLine(NSPoint from, NSPoint to, const backend::Stroke& stroke) {
+    const Ink& ink = state_.stroke;
+    canvas_->strokeLine(from, to, stroke, {ink.red, ink.green, ink.blue, ink.alpha});
+}
+
+void NSGraphicsContext::tilePattern(NSImage* image, NSCompositingOperation operation) {
+    const NSSize tile = image->size();
+    const auto picture = image->picture(canvas_->scale());
+    const NSRect box = canvas_->clipBounds();
+    if (!picture || !(tile.width > 0) || !(tile.height > 0) || NSIsEmptyRect(box)) return;
+    const NSPoint phase = state_.patternPhase;
+    const auto first = [](double low, double origin, double step) { return std::floor((low - origin) / step); };
+    const double i0 = first(NSMinX(box), phase.x, tile.width), i1 = first(NSMaxX(box), phase.x, tile.width);
+    const double j0 = first(NSMinY(box), phase.y, tile.height), j1 = first(NSMaxY(box), phase.y, tile.height);
+    // A tile of nearly no size would never come to an end.
+    constexpr double mostTiles = 1e6;
+    if (!((i1 - i0 + 1) * (j1 - j0 + 1) <= mostTiles)) return;
+    const auto axis = isFlipped() ? backend::YAxis::down : backend::YAxis::up;
+    for (double j = j0; j <= j1; ++j)
+        for (double i = i0; i <= i1; ++i)
+            canvas_->drawPicture(*picture, NSZeroRect, {{phase.x + i * tile.width, phase.y + j * tile.height}, tile},
+                                 compositing(operation), 1, axis);
+}
+
+} // namespace libvue
