@@ -3,19 +3,16 @@
 #include <libvue/platform/appkit/NSButton.h>
 #include <libvue/platform/appkit/NSTextField.h>
 #include <libvue/platform/appkit/NSWindow.h>
-#include <libvue/platform/foundation/NSString.h>
 
 using namespace libvue;
-
-namespace {
 
 class Bonjour : public NSObject {
 public:
     static void describe(ClassDescription<Bonjour>& c) { c.answers<&Bonjour::salue>("salue:"); }
 
     Bonjour() {
-        etiquette_->setStringValue(u"Comment allez-vous ?"_ns);
-        bouton_->setTitle(u"Bonjour"_ns);
+        etiquette_->setFrame(NSMakeRect(20, 60, 240, 20));
+        bouton_->setTitle(u"Saluer"_ns);
         bouton_->setTarget(this);
         bouton_->setAction(sel("salue:"));
         fenetre_->setTitle(u"Bonjour"_ns);
@@ -28,13 +25,11 @@ private:
     void salue(NSObject*) { etiquette_->setStringValue(u"Bonjour, tout le monde !"_ns); }
 
     Ref<NSWindow> fenetre_ = make<NSWindow>(NSMakeRect(200, 200, 280, 100), NSTitledWindowMask | NSClosableWindowMask);
-    Ref<NSTextField> etiquette_ = NSTextField::labelWithFrame(NSMakeRect(20, 60, 240, 20));
-    Ref<NSButton> bouton_ = make<NSButton>(NSMakeRect(170, 14, 96, 28));
+    Ref<NSTextField> etiquette_ = NSTextField::labelWithString(u"Comment allez-vous ?"_ns);
+    Ref<NSButton> bouton_ = make<NSButton>(NSMakeRect(164, 14, 96, 28));
 };
-
-} // namespace
 
 int main() {
     const Ref<Bonjour> bonjour = make<Bonjour>();
-    NSApplication::sharedApplication()->run();
+    NSApp()->run();
 }
