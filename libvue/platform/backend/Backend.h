@@ -22,7 +22,8 @@ struct LIBVUE_API Backend {
     static void install(std::unique_ptr<Backend> backend);
 };
 
-/// Windows, clipboard and time in memory (virtual time), with the raster engine of the Qt backend for pictures and text.
+/// Windows, clipboard and time in memory (virtual time), with the raster engine of the Qt backend for pictures and
+/// text.
 [[nodiscard]] LIBVUE_API std::unique_ptr<Backend> makeMemoryBackend();
 /// Real windows: xcb where there is a display, else Qt's offscreen platform.
 [[nodiscard]] LIBVUE_API std::unique_ptr<Backend> makeQtBackend();
@@ -32,5 +33,10 @@ struct LIBVUE_API Backend {
 /// The raster engines over Qt Gui alone, for both backends.
 [[nodiscard]] LIBVUE_API std::unique_ptr<GraphicsEngine> makeRasterGraphics();
 [[nodiscard]] LIBVUE_API std::unique_ptr<TextEngine> makeRasterText();
+
+/// The parts of the memory backend, to put together with other ones. The windows keep their pictures in `graphics`, the
+/// clipboard announces foreign changes through `windows`; both must outlive what they are given to.
+[[nodiscard]] LIBVUE_API std::unique_ptr<WindowServer> makeMemoryWindows(GraphicsEngine& graphics);
+[[nodiscard]] LIBVUE_API std::unique_ptr<Clipboard> makeMemoryClipboard(WindowServer& windows);
 
 } // namespace libvue::backend

@@ -12,6 +12,7 @@ class Picture;
 class TextEngine;
 class TextLayout;
 class WindowServer;
+class WindowStacking;
 struct Backend;
 struct Event;
 struct Path;

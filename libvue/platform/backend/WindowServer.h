@@ -45,8 +45,8 @@ struct Event {
         closeRequest,
         moved,   ///< by the user or the window manager; content in `rect`
         resized,
-        exposed, ///< `rect` needs to be presented again
-        occluded,
+        exposed,  ///< it can be seen (again); `rect`, empty as a rule, needs to be presented
+        occluded, ///< nothing of it can be seen, though it was not hidden
         miniaturized,
         deminiaturized,
         scaleChanged,
@@ -123,7 +123,7 @@ public:
     /// The next event, waiting until the deadline for one; false where none came. A virtual clock jumps to the deadline.
     virtual bool next(Event& event, Time deadline) = 0;
     virtual void sleepUntil(Time t) = 0;
-    /// Ends a wait; from any thread.
+    /// Ends the wait that is under way, or the next one; from any thread. That `next` answers false.
     virtual void wake() = 0;
     /// Appends an event as if it had come from outside.
     virtual void post(const Event& event) = 0;
@@ -166,7 +166,8 @@ public:
 
     /// The window's surface, of the size and scale of its content; changes identity when those change.
     [[nodiscard]] virtual std::shared_ptr<Picture> surface(WindowId w) = 0;
-    /// Shows what changed of the surface: rectangles in points, y upward.
+    /// Shows what changed of the surface: rectangles in points, y upward. Before the window can be seen it is kept, and
+    /// shown then; what a window lost to another one above it comes back by itself.
     virtual void present(WindowId w, std::span<const NSRect> dirty) = 0;
     virtual void flush() = 0;
     /// What the window shows now.
