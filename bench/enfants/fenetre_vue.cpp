@@ -3,8 +3,8 @@
 #include <libvue/platform/appkit/NSView.h>
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/foundation/NSString.h>
-#include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/NSColor.h>
+#include <libvue/platform/graphics/NSDrawing.h>
 
 #include <cstdio>
 
@@ -16,7 +16,7 @@ class Fond : public NSView {
 public:
     using NSView::NSView;
 
-    void drawRect(NSRect sale) override {
+    void drawRect(const NSRect& sale) override {
         NSColor::whiteColor()->set();
         NSRectFill(sale);
         if (!annonce_) {
@@ -33,11 +33,10 @@ private:
 } // namespace
 
 int main() {
-    const Ref<NSApplication> application = NSApplication::sharedApplication();
     const Ref<NSWindow> fenetre =
         make<NSWindow>(NSMakeRect(100, 100, 320, 200), NSTitledWindowMask | NSClosableWindowMask);
     fenetre->setTitle(u"ours"_ns);
     fenetre->setContentView(make<Fond>(NSMakeRect(0, 0, 320, 200)));
     fenetre->makeKeyAndOrderFront(nullptr);
-    application->run();
+    NSApp()->run();
 }
