@@ -3,6 +3,7 @@
 #include <libvue/platform/appkit/NSView.h>
 #include <libvue/platform/foundation/NSGeometry.h>
 #include <libvue/platform/foundation/NSString.h>
+#include <libvue/platform/graphics/NSFont.h>
 #include <libvue/platform/graphics/NSParagraphStyle.h>
 
 namespace libvue {
@@ -26,7 +27,6 @@ enum NSCellMask : NSUInteger {
     NSChangeGrayCellMask = 4,
     NSChangeBackgroundCellMask = 8
 };
-enum NSControlSize : NSUInteger { NSRegularControlSize = 0, NSSmallControlSize = 1, NSMiniControlSize = 2 };
 enum NSBackgroundStyle : NSInteger {
     NSBackgroundStyleLight = 0,
     NSBackgroundStyleDark = 1,
@@ -180,6 +180,7 @@ public:
     [[nodiscard]] virtual NSUInteger keyEquivalentModifierMask() const { return 0; }
 
 protected:
+    /// Has the control view drawn anew.
     void redisplay();
     /// The attributes that plain text is drawn with in the present state.
     [[nodiscard]] virtual Ref<NSDictionary> textAttributes() const;

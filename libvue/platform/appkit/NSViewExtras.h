@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include <libvue/platform/appkit/NSMenu.h>
 #include <libvue/platform/appkit/NSView.h>
 
 namespace libvue {
