@@ -105,6 +105,7 @@ private:
     static Ref<NSFont> shared(const NSString* family, NSUInteger traits, CGFloat size, Kind kind);
     static Ref<NSFont> system(CGFloat size, CGFloat standard, NSUInteger traits);
     void findFace();
+    struct Table;
 
     Ref<NSString> family_;
     std::shared_ptr<const backend::FontFace> face_;

@@ -14,9 +14,10 @@ public:
     /// already.
     [[nodiscard]] Ref<NSFont> convertFont_toHaveTrait(NSFont* font, NSUInteger trait) const;
     [[nodiscard]] Ref<NSFont> convertFont_toNotHaveTrait(NSFont* font, NSUInteger trait) const;
-    /// By full name ("Helvetica-Bold"), at the font's size; the font itself where the family is not installed.
+    /// By full name ("Helvetica-Bold"), at the font's size, with the traits that the name says alone; the font itself
+    /// for an absent or empty name.
     [[nodiscard]] Ref<NSFont> convertFont_toFace(NSFont* font, const NSString* face) const;
-    /// With the font's traits and size; the font itself where the family is not installed.
+    /// With the font's traits and size; the font itself for an absent or empty name.
     [[nodiscard]] Ref<NSFont> convertFont_toFamily(NSFont* font, const NSString* family) const;
     [[nodiscard]] Ref<NSFont> convertFont_toSize(NSFont* font, CGFloat size) const;
     /// One step bolder or lighter.

@@ -95,6 +95,7 @@ protected:
         CGFloat defaultTabInterval = 28;
         friend bool operator==(const Values&, const Values&) = default;
     };
+    friend class NSMutableParagraphStyle;
     void take(const NSParagraphStyle& other);
     Values v_;
     Ref<NSArray> tabStops_;

@@ -6,30 +6,38 @@
 
 namespace libvue {
 
-// The names of text attributes, with the type of the value and what stands in for an absent one.
+// The names of text attributes; each says the type of its value, and what stands in for an absent one.
 
-inline constexpr ConstantString NSFontAttributeName{u"NSFont"}; ///< NSFont; Helvetica 12
-inline constexpr ConstantString NSParagraphStyleAttributeName{
-    u"NSParagraphStyle"}; ///< NSParagraphStyle; the default one
-inline constexpr ConstantString NSForegroundColorAttributeName{u"NSForegroundColor"}; ///< NSColor; black
-inline constexpr ConstantString NSBackgroundColorAttributeName{u"NSBackgroundColor"}; ///< NSColor; none
-inline constexpr ConstantString NSUnderlineStyleAttributeName{
-    u"NSUnderlineStyle"}; ///< NSNumber, an NSUnderlineStyle; none
-inline constexpr ConstantString NSUnderlineColorAttributeName{u"NSUnderlineColor"}; ///< NSColor; the text's
-inline constexpr ConstantString NSStrikethroughStyleAttributeName{
-    u"NSStrikethroughStyle"}; ///< NSNumber, an NSUnderlineStyle; none
-inline constexpr ConstantString NSStrikethroughColorAttributeName{u"NSStrikethroughColor"}; ///< NSColor; the text's
-inline constexpr ConstantString NSBaselineOffsetAttributeName{u"NSBaselineOffset"}; ///< NSNumber, points upward; 0
-inline constexpr ConstantString NSSuperscriptAttributeName{u"NSSuperscript"};       ///< NSNumber, levels upward; 0
-inline constexpr ConstantString NSKernAttributeName{u"NSKern"};                     ///< NSNumber, points; 0
-inline constexpr ConstantString NSObliquenessAttributeName{u"NSObliqueness"};       ///< NSNumber, skew; 0
-inline constexpr ConstantString NSStrokeWidthAttributeName{u"NSStrokeWidth"}; ///< NSNumber, percent of the size; 0
-inline constexpr ConstantString NSShadowAttributeName{u"NSShadow"};           ///< NSShadow; none
-inline constexpr ConstantString NSLinkAttributeName{u"NSLink"};               ///< NSURL or NSString; none
-inline constexpr ConstantString NSToolTipAttributeName{u"NSToolTip"};         ///< NSString; none
-inline constexpr ConstantString NSAttachmentAttributeName{
-    u"NSAttachment"};                                               ///< an object that is a TextAttachmentDrawing; none
-inline constexpr ConstantString NSCursorAttributeName{u"NSCursor"}; ///< NSCursor; the I-beam
+/// NSFont; Helvetica 12.
+inline constexpr ConstantString NSFontAttributeName{u"NSFont"};
+/// NSParagraphStyle; the default one.
+inline constexpr ConstantString NSParagraphStyleAttributeName{u"NSParagraphStyle"};
+/// NSColor; black.
+inline constexpr ConstantString NSForegroundColorAttributeName{u"NSForegroundColor"};
+/// NSColor; none.
+inline constexpr ConstantString NSBackgroundColorAttributeName{u"NSBackgroundColor"};
+/// NSNumber, an NSUnderlineStyle; none.
+inline constexpr ConstantString NSUnderlineStyleAttributeName{u"NSUnderlineStyle"};
+/// NSColor; the text's.
+inline constexpr ConstantString NSUnderlineColorAttributeName{u"NSUnderlineColor"};
+/// NSNumber, other than 0 for a line; none.
+inline constexpr ConstantString NSStrikethroughStyleAttributeName{u"NSStrikethroughStyle"};
+/// NSNumber, points upward; 0.
+inline constexpr ConstantString NSBaselineOffsetAttributeName{u"NSBaselineOffset"};
+/// NSNumber, levels upward; 0.
+inline constexpr ConstantString NSSuperscriptAttributeName{u"NSSuperscript"};
+/// NSNumber, points; 0.
+inline constexpr ConstantString NSKernAttributeName{u"NSKern"};
+/// NSShadow; none.
+inline constexpr ConstantString NSShadowAttributeName{u"NSShadow"};
+/// NSURL or NSString, for the views that follow it; none.
+inline constexpr ConstantString NSLinkAttributeName{u"NSLink"};
+/// NSString, for the views that show it; none.
+inline constexpr ConstantString NSToolTipAttributeName{u"NSToolTip"};
+/// an object that is a TextAttachmentDrawing; none.
+inline constexpr ConstantString NSAttachmentAttributeName{u"NSAttachment"};
+/// NSCursor; the I-beam.
+inline constexpr ConstantString NSCursorAttributeName{u"NSCursor"};
 
 enum NSUnderlineStyle : NSInteger {
     NSUnderlineStyleNone = 0,
