@@ -55,6 +55,18 @@ public:
         Ref(std::move(o)).swap(*this);
         return *this;
     }
+    template <class U>
+        requires std::convertible_to<U*, T*>
+    Ref& operator=(const Ref<U>& o) noexcept {
+        Ref(o).swap(*this);
+        return *this;
+    }
+    template <class U>
+        requires std::convertible_to<U*, T*>
+    Ref& operator=(Ref<U>&& o) noexcept {
+        Ref(std::move(o)).swap(*this);
+        return *this;
+    }
     Ref& operator=(T* p) noexcept {
         Ref(p).swap(*this);
         return *this;
