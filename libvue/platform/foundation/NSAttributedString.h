@@ -14,8 +14,8 @@ enum NSAttributedStringEnumerationOptions : NSUInteger {
     NSAttributedStringEnumerationLongestEffectiveRangeNotRequired = 1 << 20
 };
 
-/// A text whose characters carry dictionaries of attributes, kept as runs: neighbours with equal dictionaries are one run.
-/// Immutable. Indexes are UTF-16 units; an index or a range out of the text raises NSRangeException.
+/// A text whose characters carry dictionaries of attributes, kept as runs: neighbours with equal dictionaries are one
+/// run. Immutable. Indexes are UTF-16 units; an index or a range out of the text raises NSRangeException.
 class LIBVUE_API NSAttributedString : public NSObject {
 public:
     static void describe(ClassDescription<NSAttributedString>& c);
@@ -28,15 +28,17 @@ public:
     explicit NSAttributedString(NSCoder& coder);
     ~NSAttributedString() override;
     [[nodiscard]] static Ref<NSAttributedString> initWithString(const NSString* s);
-    [[nodiscard]] static Ref<NSAttributedString> initWithString_attributes(const NSString* s, const NSDictionary* attributes);
+    [[nodiscard]] static Ref<NSAttributedString> initWithString_attributes(const NSString* s,
+                                                                           const NSDictionary* attributes);
     [[nodiscard]] static Ref<NSAttributedString> initWithAttributedString(const NSAttributedString* other);
 
     /// The characters. Those of a mutable attributed string change with it: copy them to keep them.
     [[nodiscard]] NSString* string() const noexcept { return text_; }
     [[nodiscard]] NSUInteger length() const noexcept { return text_->length(); }
 
-    /// The attributes at `i`, never null (borrowed until the next change). `range`, which may be null, gets the run as it is stored;
-    /// the longest… forms give the longest part of `within` with equal attributes, or an equal value of the attribute.
+    /// The attributes at `i`, never null (borrowed until the next change). `range`, which may be null, gets the run as
+    /// it is stored; the longest… forms give the longest part of `within` with equal attributes, or an equal value of
+    /// the attribute.
     [[nodiscard]] NSDictionary* attributesAtIndex_effectiveRange(NSUInteger i, NSRange* range) const;
     [[nodiscard]] NSDictionary* attributesAtIndex_longestEffectiveRange_inRange(NSUInteger i, NSRange* range,
                                                                                 NSRange within) const;
@@ -50,7 +52,8 @@ public:
     using AttributesBlock = std::function<void(NSDictionary* attributes, NSRange range, BOOL* stop)>;
     using AttributeBlock = std::function<void(NSObject* value, NSRange range, BOOL* stop)>;
     /// Goes through the runs within the range. The block may change the attributes of the run that it is given.
-    void enumerateAttributesInRange_options_usingBlock(NSRange range, NSUInteger options, const AttributesBlock& block) const;
+    void enumerateAttributesInRange_options_usingBlock(NSRange range, NSUInteger options,
+                                                       const AttributesBlock& block) const;
     /// The same for one attribute; the value is null where it is missing.
     void enumerateAttribute_inRange_options_usingBlock(const NSString* name, NSRange range, NSUInteger options,
                                                        const AttributeBlock& block) const;
@@ -81,6 +84,12 @@ protected:
         Ref<NSDictionary> attributes;
     };
     NSAttributedString(Ref<NSString> text, std::vector<Run> runs);
+    /// The runs of the text in an archive, whose text is already in place.
+    void decodeRuns(const NSArray* starts, const NSArray* attributes);
+    /// Attributes that nobody can change any more; the empty dictionary for null.
+    [[nodiscard]] static Ref<NSDictionary> frozen(const NSDictionary* attributes);
+    [[nodiscard]] static bool same(const NSDictionary* a, const NSDictionary* b);
+    [[nodiscard]] static const std::vector<Run>& runsOf(const NSAttributedString& s) noexcept { return s.runs_; }
     [[nodiscard]] std::size_t runAt(NSUInteger i) const noexcept;
     [[nodiscard]] NSRange rangeOfRun(std::size_t run) const noexcept;
     [[nodiscard]] std::vector<Run> runsInRange(NSRange range) const;
@@ -93,8 +102,9 @@ protected:
 
 /// An attributed text that can change.
 ///
-/// Every change goes through the two primitives, replaceCharactersInRange_withString and setAttributes_range; a subclass that
-/// overrides them (and calls the base) hears of all. Changes of several steps stand between beginEditing and endEditing.
+/// Every change goes through the two primitives, replaceCharactersInRange_withString and setAttributes_range; a
+/// subclass that overrides them (and calls the base) hears of all. Changes of several steps stand between beginEditing
+/// and endEditing.
 class LIBVUE_API NSMutableAttributedString : public NSAttributedString {
 public:
     static void describe(ClassDescription<NSMutableAttributedString, NSAttributedString>& c);
@@ -109,8 +119,8 @@ public:
                                                                                   const NSDictionary* attributes);
     [[nodiscard]] static Ref<NSMutableAttributedString> initWithAttributedString(const NSAttributedString* other);
 
-    /// The new characters take the attributes of the first that they replace, else those of the one before, else of the one
-    /// behind. Null is the empty text.
+    /// The new characters take the attributes of the first that they replace, else those of the one before, else of the
+    /// one behind. Null is the empty text.
     virtual void replaceCharactersInRange_withString(NSRange range, const NSString* s);
     /// Null is no attributes.
     virtual void setAttributes_range(const NSDictionary* attributes, NSRange range);
@@ -129,7 +139,11 @@ public:
     [[nodiscard]] Ref<NSObject> copyWithZone() const override;
 
 private:
-    [[nodiscard]] NSMutableString* backing() const noexcept;
+    [[nodiscard]] NSMutableString* backing() const noexcept { return static_cast<NSMutableString*>(text_.get()); }
+    /// The index of the run that begins at `i`, which is split off where it lies within one.
+    std::size_t splitAt(NSUInteger i);
+    void mergeAround(std::size_t first, std::size_t end);
+    /// Sets new attributes on each run within the range, through the primitive.
     void changeRuns(NSRange range, const std::function<Ref<NSDictionary>(NSDictionary*)>& change);
 };
 

@@ -69,7 +69,9 @@ protected:
     /// Sorted code points at which membership turns, starting from "not a member".
     using Turns = std::vector<std::uint32_t>;
     explicit NSCharacterSet(Turns turns);
+    [[nodiscard]] static Ref<NSCharacterSet> ofTurns(Turns turns);
     [[nodiscard]] const Turns& turns() const noexcept { return turns_; }
+    [[nodiscard]] static const Turns& turnsOf(const NSCharacterSet& other) noexcept { return other.turns_; }
     void setTurns(Turns turns);
 
 private:

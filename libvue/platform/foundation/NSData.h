@@ -28,7 +28,8 @@ public:
     [[nodiscard]] static Ref<NSData> data();
     [[nodiscard]] static Ref<NSData> dataWithData(const NSData* other);
     [[nodiscard]] static Ref<NSData> dataWithBytes_length(const void* bytes, NSUInteger length);
-    /// Takes bytes that stand elsewhere; with YES, `std::free` gives them back at the end, else they must outlive the data.
+    /// Takes bytes that stand elsewhere; with YES, `std::free` gives them back at the end, else they must outlive the
+    /// data.
     [[nodiscard]] static Ref<NSData> dataWithBytesNoCopy_length_freeWhenDone(void* bytes, NSUInteger length,
                                                                              BOOL freeWhenDone);
     [[nodiscard]] static Ref<NSData> dataWithBytesNoCopy_length(void* bytes, NSUInteger length) {
@@ -47,7 +48,8 @@ public:
     }
     [[nodiscard]] static Ref<NSData> dataWithContentsOfURL_options_error(const NSURL* url, NSUInteger options,
                                                                          Ref<NSError>* error);
-    /// Null where the text is no base64; white space between the characters is one of those faults unless it is ignored.
+    /// Null where the text is no base64; white space between the characters is one of those faults unless it is
+    /// ignored.
     [[nodiscard]] static Ref<NSData> initWithBase64EncodedString_options(const NSString* s, NSUInteger options);
 
     /// Null may come back for no bytes.

@@ -5,8 +5,8 @@
 
 namespace libvue {
 
-/// Reads a text from left to right. Each scan first skips white space (or the set that is given); where it does not find what
-/// it looks for it answers NO and stays. Results may be null.
+/// Reads a text from left to right. Each scan first skips white space (or the set that is given); where it does not
+/// find what it looks for it answers NO and stays. Results may be null.
 class LIBVUE_API NSScanner : public NSObject {
 public:
     static void describe(ClassDescription<NSScanner>& c);

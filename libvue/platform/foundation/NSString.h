@@ -31,8 +31,8 @@ enum NSStringCompareOptions : NSUInteger {
     NSForcedOrderingSearch = 512
 };
 
-/// A text: immutable and shared, indexed by UTF-16 unit. Stored as 8-bit while all units fit in Latin-1, as UTF-16 otherwise;
-/// the units stand behind the object in the same block.
+/// A text: immutable and shared, indexed by UTF-16 unit. Stored as 8-bit while all units fit in Latin-1, as UTF-16
+/// otherwise; the units stand behind the object in the same block.
 ///
 /// An index or a range out of the text raises NSRangeException. Lone surrogates are kept as they are.
 class LIBVUE_API NSString : public NSObject {
@@ -53,16 +53,16 @@ public:
                                                                      NSStringEncoding encoding);
     [[nodiscard]] static Ref<NSString> initWithData_encoding(NSData* data, NSStringEncoding encoding);
     [[nodiscard]] static Ref<NSString> stringWithUTF8String(const char* bytes);
-    /// %@ takes an NSObject* (null prints "(null)"), %d %i %u %x %X %o %c %s %C %S %f %e %g %a %p %% with flags, width, precision,
-    /// h l ll q z t j lengths and positions (%1$@). Passing a Ref through the dots is not possible: pass `.get()`.
+    /// %@ takes an NSObject* (null prints "(null)"), %d %i %u %x %X %o %c %s %C %S %f %e %g %a %p %% with flags, width,
+    /// precision, h l ll q z t j lengths and positions (%1$@). Passing a Ref through the dots is not possible: pass
+    /// `.get()`.
     [[nodiscard]] static Ref<NSString> stringWithFormat(const NSString* format, ...);
     [[nodiscard]] static Ref<NSString> initWithFormat_arguments(const NSString* format, va_list arguments);
     /// The text of a file, UTF-8, or UTF-16 with its mark; null and `error` filled where it cannot be read.
-    [[nodiscard]] static Ref<NSString> stringWithContentsOfFile_encoding_error(const NSString* path,
-                                                                               NSStringEncoding encoding,
-                                                                               Ref<NSError>* error);
-    [[nodiscard]] static Ref<NSString> stringWithContentsOfURL_usedEncoding_error(NSURL* url, NSStringEncoding* encoding,
-                                                                                  Ref<NSError>* error);
+    [[nodiscard]] static Ref<NSString>
+    stringWithContentsOfFile_encoding_error(const NSString* path, NSStringEncoding encoding, Ref<NSError>* error);
+    [[nodiscard]] static Ref<NSString>
+    stringWithContentsOfURL_usedEncoding_error(NSURL* url, NSStringEncoding* encoding, Ref<NSError>* error);
 
     // Reading.
 
@@ -137,15 +137,16 @@ public:
     [[nodiscard]] Ref<NSString> substringWithRange(NSRange range) const;
     [[nodiscard]] Ref<NSString> stringByAppendingString(const NSString* s) const;
     [[nodiscard]] Ref<NSString> stringByAppendingFormat(const NSString* format, ...) const;
-    [[nodiscard]] Ref<NSString> stringByReplacingOccurrencesOfString_withString(const NSString* s, const NSString* by) const;
+    [[nodiscard]] Ref<NSString> stringByReplacingOccurrencesOfString_withString(const NSString* s,
+                                                                                const NSString* by) const;
     [[nodiscard]] Ref<NSString> stringByReplacingOccurrencesOfString_withString_options_range(const NSString* s,
                                                                                               const NSString* by,
                                                                                               NSUInteger options,
                                                                                               NSRange range) const;
     [[nodiscard]] Ref<NSString> stringByReplacingCharactersInRange_withString(NSRange range, const NSString* by) const;
     [[nodiscard]] Ref<NSString> stringByTrimmingCharactersInSet(const NSCharacterSet* set) const;
-    [[nodiscard]] Ref<NSString> stringByPaddingToLength_withString_startingAtIndex(NSUInteger length, const NSString* pad,
-                                                                                   NSUInteger index) const;
+    [[nodiscard]] Ref<NSString>
+    stringByPaddingToLength_withString_startingAtIndex(NSUInteger length, const NSString* pad, NSUInteger index) const;
     [[nodiscard]] Ref<NSArray> componentsSeparatedByString(const NSString* separator) const;
     [[nodiscard]] Ref<NSArray> componentsSeparatedByCharactersInSet(const NSCharacterSet* set) const;
     [[nodiscard]] Ref<NSString> lowercaseString() const;
@@ -198,6 +199,9 @@ protected:
     [[noreturn]] void raiseOutOfRange(NSRange range) const;
     /// The text as one that cannot change: itself, or a copy of a mutable one.
     [[nodiscard]] Ref<NSString> immutable() const;
+    /// This text with the occurrences within the range replaced, and how many there were.
+    [[nodiscard]] Ref<NSString> replacing(const NSString* s, const NSString* by, NSUInteger options, NSRange range,
+                                          NSUInteger& count) const;
     /// Forgets what was derived from the units.
     void unitsChanged() noexcept;
 
@@ -237,8 +241,8 @@ public:
     void deleteCharactersInRange(NSRange range);
     void replaceCharactersInRange_withString(NSRange range, const NSString* s);
     /// The number of replacements.
-    NSUInteger replaceOccurrencesOfString_withString_options_range(const NSString* s, const NSString* by, NSUInteger options,
-                                                                   NSRange range);
+    NSUInteger replaceOccurrencesOfString_withString_options_range(const NSString* s, const NSString* by,
+                                                                   NSUInteger options, NSRange range);
     [[nodiscard]] Ref<NSObject> copyWithZone() const override;
 
 private:

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include <libvue/platform/foundation/NSObject.h>
 #include <libvue/platform/foundation/NSString.h>
 
@@ -52,20 +54,25 @@ public:
     [[nodiscard]] Ref<NSString> description() const override;
     [[nodiscard]] Ref<NSObject> copyWithZone() const override;
     void encodeWithCoder(NSCoder& coder) const override;
-    [[nodiscard]] static Ref<NSURL> initWithCoder(NSCoder& coder);
+    /// A damaged archive gives the empty URL.
+    explicit NSURL(NSCoder& coder);
 
 private:
-    struct Parts;
-    NSURL() = default;
+    NSURL();
     /// A piece of absolute_; `from` is NSNotFound where the part is missing.
     struct Piece {
         NSUInteger from = static_cast<NSUInteger>(NSNotFound);
         NSUInteger length = 0;
         [[nodiscard]] bool present() const noexcept { return from != static_cast<NSUInteger>(NSNotFound); }
     };
-    static Ref<NSURL> make(Ref<NSString> absolute, Ref<NSString> relative, Ref<NSURL> base);
+    /// Finds the pieces of absolute_; false where it is no URL.
+    bool parse();
+    static Ref<NSURL> ofStrings(Ref<NSString> absolute, Ref<NSString> relative, const NSURL* base);
+    [[nodiscard]] std::string resolve(const std::string& reference) const;
+    [[nodiscard]] std::string text(const Piece& p) const;
     [[nodiscard]] Ref<NSString> piece(const Piece& p) const;
-    [[nodiscard]] Ref<NSURL> withPath(const NSString* path, BOOL isDirectory) const;
+    [[nodiscard]] Ref<NSURL> withPath(const std::string& path) const;
+    [[nodiscard]] std::string escapedPath() const;
 
     Ref<NSString> absolute_;
     Ref<NSString> relative_;
@@ -74,13 +81,13 @@ private:
     NSInteger port_ = -1;
 };
 
-/// Escapes what a URL may not hold, in the bytes of `encoding`. Characters of `leave` (may be null) stay as they are, those
-/// of `alsoEscape` (may be null) are escaped although they are legal. Null where the text has no such bytes.
+/// Escapes what a URL may not hold, in the bytes of `encoding`. Characters of `leave` (may be null) stay as they are,
+/// those of `alsoEscape` (may be null) are escaped although they are legal. Null where the text has no such bytes.
 [[nodiscard]] LIBVUE_API Ref<NSString> CFURLCreateStringByAddingPercentEscapes(const NSString* s, const NSString* leave,
                                                                                const NSString* alsoEscape,
                                                                                NSStringEncoding encoding);
-/// Takes the escapes away, but those of the characters of `leaveEscaped`: "" takes all, null takes none. Null where an
-/// escape is broken or the bytes are no UTF-8.
+/// Takes the escapes away, but those of the ASCII characters of `leaveEscaped`: "" takes all away, null none. Null
+/// where an escape is broken or the bytes are no UTF-8.
 [[nodiscard]] LIBVUE_API Ref<NSString> CFURLCreateStringByReplacingPercentEscapes(const NSString* s,
                                                                                   const NSString* leaveEscaped);
 
