@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 #include <libvue/platform/backend/Drawing.h>
@@ -19,10 +20,13 @@ public:
     /// One pixel, from the top left corner; transparent outside.
     [[nodiscard]] virtual Color pixel(int x, int y) const = 0;
     [[nodiscard]] virtual bool hasAlpha() const = 0;
+    /// All pixels as 0xAARRGGBB, premultiplied, row after row from the top without gaps. Null where they are not in
+    /// memory. Good until the next drawing into the picture.
+    [[nodiscard]] virtual const std::uint32_t* pixels() const { return nullptr; }
 };
 
-/// What drawing goes through: a state stack, paths, pictures, text. A canvas starts with the identity over its surface in
-/// points, y upward, origin bottom left; the transform maps user space to that base space.
+/// What drawing goes through: a state stack, paths, pictures, text. A canvas starts with the identity over its surface
+/// in points, y upward, origin bottom left; the transform maps user space to that base space.
 class LIBVUE_API Canvas {
 public:
     virtual ~Canvas() = default;

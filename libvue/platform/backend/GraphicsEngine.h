@@ -15,8 +15,8 @@ namespace libvue::backend {
 class LIBVUE_API GraphicsEngine {
 public:
     virtual ~GraphicsEngine() = default;
-    /// A transparent surface of that many points at `scale` pixels each. Null where the size is empty, not finite or over
-    /// the largest that is reasonable (100 million pixels).
+    /// A transparent surface of that many points at `scale` pixels each. Null where the size is empty, not finite or
+    /// over the largest that is reasonable (100 million pixels).
     [[nodiscard]] virtual std::shared_ptr<Picture> makePicture(NSSize size, double scale) = 0;
     /// A canvas that draws into the picture.
     [[nodiscard]] virtual std::unique_ptr<Canvas> canvasOn(const std::shared_ptr<Picture>& picture) = 0;
@@ -33,10 +33,14 @@ public:
     [[nodiscard]] virtual std::shared_ptr<Picture> decode(std::span<const std::uint8_t> bytes, std::string* error) = 0;
     /// `format` is "png", "jpeg", "tiff", "bmp"; empty where it cannot be written.
     [[nodiscard]] virtual std::vector<std::uint8_t> encode(const Picture& picture, std::string_view format) = 0;
-    /// A part, in pixels from the top left corner, as a copy.
+    /// A copy that shares nothing with the picture.
     [[nodiscard]] virtual std::shared_ptr<Picture> copy(const Picture& picture) = 0;
-    /// Clears to transparent, all of it or one rectangle (points, y upward).
+    /// Clears to transparent: the rectangle in points, y upward; all of the picture where the rectangle is empty.
     virtual void clear(Picture& picture, const NSRect& rect) = 0;
+    /// A picture of premultiplied 0xAARRGGBB pixels, row after row from the top. Null where there are not enough of
+    /// them or the size is refused.
+    [[nodiscard]] virtual std::shared_ptr<Picture> makePicture(std::span<const std::uint32_t> pixels, int pixelWidth,
+                                                               int pixelHeight, NSSize size) = 0;
 };
 
 } // namespace libvue::backend

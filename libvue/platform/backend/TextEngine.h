@@ -35,7 +35,14 @@ public:
 };
 
 enum class TextAlignment : std::uint8_t { left = 0, right = 1, center = 2, justified = 3, natural = 4 };
-enum class LineBreak : std::uint8_t { wordWrapping, charWrapping, clipping, truncatingHead, truncatingTail, truncatingMiddle };
+enum class LineBreak : std::uint8_t {
+    wordWrapping,
+    charWrapping,
+    clipping,
+    truncatingHead,
+    truncatingTail,
+    truncatingMiddle
+};
 
 /// A run of one look, in UTF-16 units.
 struct TextRun {
@@ -83,14 +90,16 @@ struct TextLine {
     bool truncated = false;
 };
 
-/// Shaped and broken lines, kept for drawing and for finding characters. All coordinates from its top left corner, y downward.
+/// Shaped and broken lines, kept for drawing and for finding characters. All coordinates from its top left corner, y
+/// downward.
 class LIBVUE_API TextLayout {
 public:
     virtual ~TextLayout() = default;
     /// The used size: the widest line, the sum of heights. Not rounded.
     [[nodiscard]] virtual NSSize size() const = 0;
     [[nodiscard]] virtual std::span<const TextLine> lines() const = 0;
-    /// The unit under the point, nearest line and character where there is none; `fraction` (may be null) says how far across it.
+    /// The unit under the point, nearest line and character where there is none; `fraction` (may be null) says how far
+    /// across it.
     [[nodiscard]] virtual NSUInteger characterAtPoint(NSPoint p, double* fraction) const = 0;
     /// The caret before the unit (length for the end): zero width, the height of its line.
     [[nodiscard]] virtual NSRect caretRect(NSUInteger index) const = 0;
@@ -99,6 +108,9 @@ public:
     /// The next position of a caret from `index`, by whole user-perceived characters.
     [[nodiscard]] virtual NSUInteger nextCaretPosition(NSUInteger index, bool forward) const = 0;
     [[nodiscard]] virtual NSUInteger length() const = 0;
+    /// What was laid out.
+    [[nodiscard]] virtual std::u16string_view text() const { return {}; }
+    [[nodiscard]] virtual std::span<const TextRun> runs() const { return {}; }
 };
 
 /// Fonts, shaping and line breaking. Nothing here needs a window.

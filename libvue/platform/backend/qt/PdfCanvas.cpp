@@ -1,0 +1,341 @@
+#include <libvue/platform/backend/qt/PdfCanvas.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include <QBuffer>
+#include <QByteArray>
+#include <QMarginsF>
+#include <QPageSize>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPdfWriter>
+#include <QString>
+
+#include <libvue/platform/backend/qt/QtConvert.h>
+#include <libvue/platform/backend/qt/RasterCanvas.h>
+#include <libvue/platform/backend/qt/RasterGradient.h>
+#include <libvue/platform/backend/qt/RasterPath.h>
+#include <libvue/platform/backend/qt/RasterPicture.h>
+#include <libvue/platform/backend/qt/RasterTextLayout.h>
+
+namespace libvue::backend {
+
+namespace {
+
+constexpr int resolution = 1440;
+constexpr double unitsAPoint = resolution / 72.0;
+constexpr double pixelsAPoint = 3; // of the pixels on the side
+
+/// The box of all control points, and something around it.
+NSRect boxOf(const Path& path, double margin) {
+    if (path.points.empty()) return {};
+    double x0 = path.points[0].x;
+    double x1 = x0;
+    double y0 = path.points[0].y;
+    double y1 = y0;
+    for (const NSPoint p : path.points) {
+        x0 = std::min(x0, p.x);
+        x1 = std::max(x1, p.x);
+        y0 = std::min(y0, p.y);
+        y1 = std::max(y1, p.y);
+    }
+    return {{x0 - margin, y0 - margin}, {x1 - x0 + 2 * margin, y1 - y0 + 2 * margin}};
+}
+
+} // namespace
+
+struct PdfCanvas::Page {
+    NSSize size;
+    QByteArray bytes;
+    QBuffer buffer{&bytes};
+    QPdfWriter writer;
+    QPainter painter;
+    Transform base; // points of the page to the writer's units
+    std::shared_ptr<RasterPicture> pixels;
+    std::unique_ptr<RasterCanvas> side;
+
+    Page(NSSize wanted, std::string_view title)
+        : size(wanted), writer(buffer.open(QIODevice::WriteOnly) ? &buffer : nullptr) {
+        writer.setResolution(resolution);
+        writer.setPageSize(
+            QPageSize(QSizeF(size.width, size.height), QPageSize::Point, QString(), QPageSize::ExactMatch));
+        writer.setPageMargins(QMarginsF());
+        writer.setTitle(QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())));
+        base = {unitsAPoint, 0, 0, -unitsAPoint, 0, size.height * unitsAPoint};
+        painter.begin(&writer);
+        painter.setRenderHint(QPainter::Antialiasing);
+    }
+};
+
+PdfCanvas::PdfCanvas(NSSize page, std::string_view title) : page_(std::make_unique<Page>(page, title)) { resetPage(); }
+PdfCanvas::~PdfCanvas() = default;
+
+void PdfCanvas::resetPage() {
+    const NSSize size = page_->size;
+    QImage image(static_cast<int>(std::ceil(size.width * pixelsAPoint)),
+                 static_cast<int>(std::ceil(size.height * pixelsAPoint)), QImage::Format_ARGB32_Premultiplied);
+    image.fill(0);
+    page_->side.reset();
+    page_->pixels = std::make_shared<RasterPicture>(std::move(image), size);
+    page_->side = std::make_unique<RasterCanvas>(page_->pixels);
+    state_ = {};
+    saved_.clear();
+    layers_.clear();
+    layerInk_ = {};
+    page_->painter.save();
+}
+
+void PdfCanvas::beginPage() {
+    for (std::size_t i = 0; i <= saved_.size(); ++i)
+        page_->painter.restore();
+    page_->writer.newPage();
+    resetPage();
+}
+
+std::vector<std::uint8_t> PdfCanvas::finish() {
+    if (page_->painter.isActive()) page_->painter.end();
+    page_->buffer.close();
+    return {page_->bytes.begin(), page_->bytes.end()};
+}
+
+void PdfCanvas::save() {
+    saved_.push_back(state_);
+    page_->painter.save();
+    page_->side->save();
+}
+
+void PdfCanvas::restore() {
+    if (saved_.size() <= (layers_.empty() ? 0 : layers_.back())) return;
+    state_ = saved_.back();
+    saved_.pop_back();
+    page_->painter.restore();
+    page_->side->restore();
+}
+
+void PdfCanvas::concat(const Transform& t) {
+    if (!isFinite(t)) return;
+    state_.user = t.then(state_.user);
+    page_->side->concat(t);
+}
+
+void PdfCanvas::useTransform(const Transform& toUser) {
+    page_->painter.setWorldTransform(toQt(toUser.then(state_.user).then(page_->base)));
+}
+
+void PdfCanvas::clip(const Path& path, FillRule rule) {
+    page_->side->clip(path, rule);
+    QPainterPath converted;
+    if (!convertPath(path, {}, rule, converted)) converted.clear();
+    useTransform({});
+    page_->painter.setClipPath(converted, Qt::IntersectClip);
+}
+
+void PdfCanvas::clip(const NSRect& rect) { clip(&rect, 1); }
+
+void PdfCanvas::clip(const NSRect* rects, std::size_t count) {
+    page_->side->clip(rects, count);
+    QPainterPath converted;
+    converted.setFillRule(Qt::WindingFill);
+    for (std::size_t i = 0; i < count; ++i)
+        if (!NSIsEmptyRect(rects[i]) && isFinite(rects[i])) converted.addRect(toQt(rects[i]));
+    useTransform({});
+    page_->painter.setClipPath(converted, Qt::IntersectClip);
+}
+
+NSRect PdfCanvas::clipBounds() const { return page_->side->clipBounds(); }
+
+void PdfCanvas::setCompositing(Compositing op) {
+    state_.op = op;
+    page_->side->setCompositing(op);
+}
+void PdfCanvas::setAlpha(double alpha) {
+    state_.alpha = component(alpha);
+    page_->side->setAlpha(alpha);
+}
+void PdfCanvas::setShadow(const Shadow* shadow) {
+    state_.hasShadow = shadow != nullptr && shadow->color.alpha > 0;
+    if (state_.hasShadow) state_.shadow = *shadow;
+    page_->side->setShadow(shadow);
+}
+void PdfCanvas::setAntialiasing(bool on) { page_->side->setAntialiasing(on); }
+void PdfCanvas::setInterpolation(Interpolation quality) {
+    page_->painter.setRenderHint(QPainter::SmoothPixmapTransform, quality != Interpolation::none);
+    page_->side->setInterpolation(quality);
+}
+
+bool PdfCanvas::isPlain(Compositing op, double alpha, const NSRect& bounds) {
+    const bool covers =
+        op == Compositing::sourceOver || op == Compositing::highlight || (op == Compositing::copy && alpha >= 1);
+    if (layers_.empty() && covers && !state_.hasShadow) return true;
+    NSRect box = state_.user.apply(bounds);
+    if (state_.hasShadow) {
+        const Shadow& s = state_.shadow;
+        box =
+            NSUnionRect(box, NSInsetRect(NSOffsetRect(box, s.offset.width, s.offset.height), -2 * s.blur, -2 * s.blur));
+    }
+    if (layers_.empty())
+        patch(box);
+    else
+        layerInk_ = NSUnionRect(layerInk_, box);
+    return false;
+}
+
+void PdfCanvas::patch(const NSRect& bounds) {
+    const NSRect clipped = NSIntersectionRect(bounds, state_.user.apply(page_->side->clipBounds()));
+    if (NSIsEmptyRect(clipped) || !isFinite(clipped)) return;
+    const double height = page_->pixels->pixelHeight();
+    const QRect area = outward(QRectF(clipped.origin.x * pixelsAPoint, height - NSMaxY(clipped) * pixelsAPoint,
+                                      clipped.size.width * pixelsAPoint, clipped.size.height * pixelsAPoint)) &
+                       page_->pixels->image().rect();
+    if (area.isEmpty()) return;
+    QImage image(area.size(), QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter(&image).drawImage(QPoint(), page_->pixels->image(), area);
+    QPainter& painter = page_->painter;
+    painter.save();
+    painter.setClipping(false);
+    painter.setOpacity(1);
+    painter.resetTransform();
+    const double units = unitsAPoint / pixelsAPoint;
+    // The lower edge of the pixels is that of the page, whose height may be no whole number of them.
+    const double top = page_->size.height * unitsAPoint - (height - area.top()) * units;
+    painter.drawImage(QRectF(area.left() * units, top, area.width() * units, area.height() * units), image);
+    painter.restore();
+}
+
+void PdfCanvas::fill(const Path& path, FillRule rule, const Color& color) {
+    page_->side->fill(path, rule, color);
+    if (!isPlain(state_.op, color.alpha * state_.alpha, boxOf(path, 1))) return;
+    QPainterPath converted;
+    if (!convertPath(path, {}, rule, converted)) return;
+    useTransform({});
+    page_->painter.fillPath(converted, toQt(color, state_.alpha));
+}
+
+void PdfCanvas::fillRect(const NSRect& rect, const Color& color, Compositing op) {
+    if (NSIsEmptyRect(rect) || !isFinite(rect)) return;
+    page_->side->fillRect(rect, color, op);
+    if (!isPlain(op, color.alpha * state_.alpha, NSInsetRect(rect, -1, -1))) return;
+    useTransform({});
+    page_->painter.fillRect(toQt(rect), toQt(color, state_.alpha));
+}
+
+void PdfCanvas::stroke(const Path& path, const Stroke& stroke, const Color& color) {
+    page_->side->stroke(path, stroke, color);
+    if (!isPlain(state_.op, color.alpha * state_.alpha, boxOf(path, reach(stroke) + 1))) return;
+    QPainterPath converted;
+    if (!convertPath(path, {}, FillRule::nonZero, converted)) return;
+    QPen pen = makePen(stroke, 1);
+    pen.setColor(toQt(color, state_.alpha));
+    useTransform({});
+    page_->painter.strokePath(converted, pen);
+}
+
+void PdfCanvas::strokeLine(NSPoint from, NSPoint to, const Stroke& line, const Color& color) {
+    stroke({{PathVerb::move, PathVerb::line}, {from, to}}, line, color);
+}
+
+void PdfCanvas::drawGradient(const AxialGradient& gradient) {
+    const NSRect bounds = clipBounds();
+    page_->side->drawGradient(gradient);
+    double least = state_.alpha;
+    for (const GradientStop& stop : gradient.stops)
+        least = std::min(least, stop.color.alpha * state_.alpha);
+    if (!isPlain(state_.op, least, bounds)) return;
+    const auto brush = makeGradientBrush(gradient, {}, state_.alpha);
+    const auto strip = brush ? gradientStrip(gradient, bounds) : std::nullopt;
+    QPainterPath converted;
+    if (!strip || !convertPath(*strip, {}, FillRule::nonZero, converted)) return;
+    useTransform({});
+    page_->painter.fillPath(converted, *brush);
+}
+
+void PdfCanvas::drawPicture(const Picture& picture, const NSRect& source, const NSRect& destination, Compositing op,
+                            double fraction, YAxis axis) {
+    page_->side->drawPicture(picture, source, destination, op, fraction, axis);
+    const auto placement = placePicture(picture, source, destination, axis);
+    if (!placement) return;
+    const double opacity = component(fraction) * state_.alpha;
+    if (!isPlain(op, picture.hasAlpha() ? 0 : opacity, destination)) return;
+    const QImage image = pixelsOf(picture);
+    if (image.isNull() || opacity <= 0) return;
+    useTransform(placement->toUser);
+    page_->painter.setOpacity(opacity);
+    page_->painter.drawImage(placement->pixels, image, placement->pixels);
+    page_->painter.setOpacity(1);
+}
+
+void PdfCanvas::drawText(const TextLayout& text, NSPoint origin, YAxis axis) {
+    const auto* layout = dynamic_cast<const RasterTextLayout*>(&text);
+    if (layout == nullptr || !isFinite(origin)) return;
+    page_->side->drawText(text, origin, axis);
+    const Transform toUser{1, 0, 0, axis == YAxis::up ? -1.0 : 1.0, origin.x, origin.y};
+    const NSRect ink = layout->inkBounds();
+    if (layout->hasShadows() && layers_.empty()) return patch(state_.user.apply(toUser.apply(ink)));
+    if (!isPlain(state_.op, 0, toUser.apply(ink))) return;
+    QPainter& painter = page_->painter;
+    painter.save();
+    useTransform(toUser);
+    if (const auto clipped = layout->clippedTo()) painter.setClipRect(toQt(*clipped), Qt::IntersectClip);
+    layout->paint(painter, ink, state_.alpha);
+    painter.restore();
+}
+
+void PdfCanvas::beginLayer() {
+    page_->side->beginLayer();
+    if (layers_.empty()) layerInk_ = {};
+    save();
+    layers_.push_back(saved_.size());
+    state_.op = Compositing::sourceOver;
+    state_.alpha = 1;
+    state_.hasShadow = false;
+}
+
+void PdfCanvas::endLayer() {
+    if (layers_.empty()) return;
+    while (saved_.size() > layers_.back())
+        restore();
+    layers_.pop_back();
+    restore();
+    page_->side->endLayer();
+    if (!layers_.empty()) return;
+    // The layer's own state, with its shadow, decides how far it reaches.
+    const NSRect ink = layerInk_;
+    NSRect box = ink;
+    if (state_.hasShadow) {
+        const Shadow& s = state_.shadow;
+        box =
+            NSUnionRect(box, NSInsetRect(NSOffsetRect(ink, s.offset.width, s.offset.height), -2 * s.blur, -2 * s.blur));
+    }
+    patch(box);
+}
+
+namespace pdf {
+
+GraphicsEngine::PDF make(NSSize page, std::string_view title) {
+    constexpr double largest = 14400; // of a page description, in points
+    const auto held = [=](double v) { return v >= 1 ? std::min(v, largest) : 1; };
+    NSSize size{held(page.width), held(page.height)};
+    // The pixels on the side stay within reason.
+    constexpr double largestArea = 4e6;
+    if (size.width * size.height > largestArea) {
+        const double k = std::sqrt(largestArea / (size.width * size.height));
+        size = {size.width * k, size.height * k};
+    }
+    auto canvas = std::make_unique<PdfCanvas>(size, title);
+    return {std::move(canvas), nullptr};
+}
+
+void beginPage(GraphicsEngine::PDF& document) {
+    if (auto* canvas = dynamic_cast<PdfCanvas*>(document.canvas.get())) canvas->beginPage();
+}
+
+std::vector<std::uint8_t> finish(GraphicsEngine::PDF& document) {
+    auto* canvas = dynamic_cast<PdfCanvas*>(document.canvas.get());
+    return canvas != nullptr ? canvas->finish() : std::vector<std::uint8_t>{};
+}
+
+} // namespace pdf
+
+} // namespace libvue::backend

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include <libvue/platform/backend/GraphicsEngine.h>
+
+namespace libvue::backend {
+
+/// Draws pages. Everything is also drawn into pixels on the side: what a page description cannot compose (operations
+/// that read what is below, shadows, layers) is taken from there as a picture, on white. All else stays text and
+/// outlines.
+class PdfCanvas final : public Canvas {
+public:
+    PdfCanvas(NSSize page, std::string_view title);
+    ~PdfCanvas() override;
+
+    void beginPage();
+    [[nodiscard]] std::vector<std::uint8_t> finish();
+
+    void save() override;
+    void restore() override;
+    void concat(const Transform& t) override;
+    [[nodiscard]] Transform transform() const override { return state_.user; }
+    void clip(const Path& path, FillRule rule) override;
+    void clip(const NSRect& rect) override;
+    void clip(const NSRect* rects, std::size_t count) override;
+    [[nodiscard]] NSRect clipBounds() const override;
+    void setCompositing(Compositing op) override;
+    void setAlpha(double alpha) override;
+    void setShadow(const Shadow* shadow) override;
+    void setAntialiasing(bool on) override;
+    void setInterpolation(Interpolation quality) override;
+
+    void fill(const Path& path, FillRule rule, const Color& color) override;
+    void fillRect(const NSRect& rect, const Color& color) override { fillRect(rect, color, state_.op); }
+    void fillRect(const NSRect& rect, const Color& color, Compositing op) override;
+    void stroke(const Path& path, const Stroke& stroke, const Color& color) override;
+    void strokeLine(NSPoint from, NSPoint to, const Stroke& stroke, const Color& color) override;
+    void drawGradient(const AxialGradient& gradient) override;
+    void drawPicture(const Picture& picture, const NSRect& source, const NSRect& destination, Compositing op,
+                     double fraction, YAxis axis) override;
+    void drawText(const TextLayout& text, NSPoint origin, YAxis axis) override;
+
+    void beginLayer() override;
+    void endLayer() override;
+
+private:
+    struct Page;
+    struct State {
+        Transform user;
+        Compositing op = Compositing::sourceOver;
+        double alpha = 1;
+        Shadow shadow;
+        bool hasShadow = false;
+    };
+    std::unique_ptr<Page> page_;
+    State state_;
+    std::vector<State> saved_;
+    std::vector<std::size_t> layers_; // how many states were saved at the start of each
+    NSRect layerInk_;                 // what was drawn in the outermost layer, in points of the page
+
+    void useTransform(const Transform& toUser);
+    void resetPage();
+    /// Whether the page can show it by itself; else what lies in `bounds` (user space) is taken from the pixels.
+    bool isPlain(Compositing op, double alpha, const NSRect& bounds);
+    void patch(const NSRect& bounds);
+};
+
+/// The engine's page functions.
+namespace pdf {
+[[nodiscard]] GraphicsEngine::PDF make(NSSize page, std::string_view title);
+void beginPage(GraphicsEngine::PDF& document);
+[[nodiscard]] std::vector<std::uint8_t> finish(GraphicsEngine::PDF& document);
+} // namespace pdf
+
+} // namespace libvue::backend

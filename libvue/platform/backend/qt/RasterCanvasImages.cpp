@@ -1,0 +1,176 @@
+#include <algorithm>
+#include <cmath>
+
+#include <QLinearGradient>
+
+#include <libvue/platform/backend/qt/RasterCanvas.h>
+#include <libvue/platform/backend/qt/RasterGradient.h>
+#include <libvue/platform/backend/qt/RasterPath.h>
+#include <libvue/platform/backend/qt/RasterTextLayout.h>
+
+namespace libvue::backend {
+
+namespace {
+
+constexpr double onTheEdge = 1.0 / 256;
+
+bool isWhole(double v) noexcept { return std::abs(v - std::floor(v + 0.5)) < onTheEdge; }
+
+/// A part of the image with its alpha multiplied.
+QImage faded(const QImage& image, const QRect& part, double opacity) {
+    QImage out(part.size(), QImage::Format_ARGB32_Premultiplied);
+    out.fill(0);
+    QPainter painter(&out);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.setOpacity(opacity);
+    painter.drawImage(QPoint(), image, part);
+    return out;
+}
+
+} // namespace
+
+void RasterCanvas::drawGradient(const AxialGradient& gradient) {
+    if (state_.clip.rect.isEmpty()) return;
+    const auto brush = makeGradientBrush(gradient, state_.device, state_.alpha);
+    if (!brush) return;
+    const auto strip = gradientStrip(gradient, clipBounds());
+    if (!strip) return;
+    if (const auto r = asRectangle(*strip, state_.device)) {
+        const bool whole = isWhole(r->left()) && isWhole(r->top()) && isWhole(r->right()) && isWhole(r->bottom());
+        if (whole || !state_.antialias) {
+            const QRect pixels = nearest(*r) & state_.clip.rect;
+            if (pixels.isEmpty()) return;
+            render(pixels, state_.op, false, 1, [&](QPainter& p, RasterTarget&) { p.fillRect(pixels, *brush); });
+            return;
+        }
+    }
+    if (!convertPath(*strip, state_.device, FillRule::nonZero, path_)) return;
+    const QRectF bounds = isDirect(state_.op) ? QRectF() : path_.boundingRect() & QRectF(state_.clip.rect);
+    render(bounds, state_.op, state_.antialias, 1, [&](QPainter& p, RasterTarget&) { p.fillPath(path_, *brush); });
+}
+
+void RasterCanvas::drawImage(const QImage& image, const QRectF& source, const QTransform& toDevice, Compositing op,
+                             double opacity) {
+    const bool straight = toDevice.type() <= QTransform::TxScale && toDevice.m11() > 0 && toDevice.m22() > 0;
+    const QRectF target = toDevice.mapRect(source);
+    if (!std::isfinite(target.left() + target.top() + target.right() + target.bottom())) return;
+    if (straight && !target.adjusted(-1, -1, 1, 1).intersects(QRectF(state_.clip.rect)) && isDirect(op)) return;
+
+    const bool sameSize = std::abs(toDevice.m11() - 1) < 1e-6 && std::abs(toDevice.m22() - 1) < 1e-6;
+    if (straight && sameSize && isWhole(source.left()) && isWhole(source.top()) && isWhole(source.right()) &&
+        isWhole(source.bottom())) {
+        // Pixels stay pixels, at the nearest ones.
+        const QRect part = nearest(source);
+        const QPoint at(static_cast<int>(std::floor(target.left() + 0.5)),
+                        static_cast<int>(std::floor(target.top() + 0.5)));
+        render(QRectF(at, part.size()), op, false, opacity,
+               [&](QPainter& p, RasterTarget&) { p.drawImage(at, image, part); });
+        return;
+    }
+    const bool smooth = state_.interpolation != Interpolation::none;
+    const auto quality = [&](QPainter& p, bool on) {
+        if (!smooth) p.setRenderHint(QPainter::SmoothPixmapTransform, on);
+    };
+    if (straight) {
+        // Below half the size, the painter's four samples miss pixels.
+        const bool shrinks = target.width() < source.width() / 2 || target.height() < source.height() / 2;
+        if (smooth && shrinks && target.width() >= 1 && target.height() >= 1) {
+            const QRect part = outward(source) & image.rect();
+            const QSize size(std::max(1, static_cast<int>(std::ceil(target.width()))),
+                             std::max(1, static_cast<int>(std::ceil(target.height()))));
+            const QImage smaller = image.copy(part).scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+            render(target, op, state_.antialias, opacity,
+                   [&](QPainter& p, RasterTarget&) { p.drawImage(target, smaller, QRectF(smaller.rect())); });
+            return;
+        }
+        render(target, op, state_.antialias, opacity, [&](QPainter& p, RasterTarget&) {
+            quality(p, false);
+            p.drawImage(target, image, source);
+            quality(p, true);
+        });
+        return;
+    }
+    render(target.adjusted(-1, -1, 1, 1), op, state_.antialias, opacity, [&](QPainter& p, RasterTarget& t) {
+        t.pushTransform(toDevice);
+        quality(p, false);
+        p.drawImage(source, image, source);
+        quality(p, true);
+        t.popTransform();
+    });
+}
+
+void RasterCanvas::drawPicture(const Picture& picture, const NSRect& source, const NSRect& destination, Compositing op,
+                               double fraction, YAxis axis) {
+    if (state_.clip.rect.isEmpty()) return;
+    const auto placement = placePicture(picture, source, destination, axis);
+    if (!placement) return;
+    const double opacity = component(fraction) * state_.alpha;
+    if (opacity <= 0 && keepsUncovered(op)) return;
+    QImage image = pixelsOf(picture);
+    if (image.isNull()) return;
+    QRectF pixels = placement->pixels;
+    Transform toUser = placement->toUser;
+    // Drawing a surface into itself reads pixels that are being written.
+    if (image.constBits() == base_.image().constBits()) image = image.copy();
+    const bool fades = opacity < 1 && !keepsUncovered(op);
+    if (fades) {
+        // For these operations the painter's opacity would let the destination through.
+        const QRect part = outward(pixels) & image.rect();
+        image = faded(image, part, opacity);
+        pixels.translate(-part.topLeft());
+        toUser = Transform::translation(part.left(), part.top()).then(toUser);
+    }
+    drawImage(image, pixels, toQt(toUser.then(state_.device)), op, fades ? 1 : opacity);
+}
+
+// Text.
+
+bool RasterCanvas::drawCachedText(const RasterTextLayout& text, const Transform& toDevice) {
+    if (toDevice.b != 0 || toDevice.c != 0 || !(toDevice.a > 0) || toDevice.a != toDevice.d) return false;
+    if (!keepsUncovered(state_.op)) return false;
+    const auto rendered = text.rendered(toDevice.a, {toDevice.tx, toDevice.ty});
+    if (!rendered) return false;
+    if (rendered->image.isNull()) return true;
+    const QRect area(rendered->at, rendered->image.size());
+    if (isDirect(state_.op) && !area.intersects(state_.clip.rect)) return true;
+    render(area, state_.op, false, state_.alpha,
+           [&](QPainter& p, RasterTarget&) { p.drawImage(rendered->at, rendered->image); });
+    return true;
+}
+
+void RasterCanvas::drawText(const TextLayout& text, NSPoint origin, YAxis axis) {
+    const auto* layout = dynamic_cast<const RasterTextLayout*>(&text);
+    if (layout == nullptr || state_.clip.rect.isEmpty() || !isFinite(origin)) return;
+    const Transform toUser{1, 0, 0, axis == YAxis::up ? -1.0 : 1.0, origin.x, origin.y};
+    const Transform toDevice = toUser.then(state_.device);
+    if (!isFinite(toDevice)) return;
+    if (const auto clipped = layout->clippedTo()) {
+        save();
+        const double height = clipped->size.height;
+        clip({{origin.x + clipped->origin.x, axis == YAxis::up ? origin.y - height : origin.y},
+              {clipped->size.width, height}});
+        if (!state_.clip.rect.isEmpty() && !drawCachedText(*layout, toDevice)) drawGlyphs(*layout, toDevice);
+        restore();
+        return;
+    }
+    if (!drawCachedText(*layout, toDevice)) drawGlyphs(*layout, toDevice);
+}
+
+void RasterCanvas::drawGlyphs(const RasterTextLayout& text, const Transform& toDevice) {
+    const NSRect ink = text.inkBounds();
+    const QRectF bounds = mapRect(ink, toDevice);
+    if (isDirect(state_.op) && !bounds.intersects(QRectF(state_.clip.rect))) return;
+    const QRect& r = state_.clip.rect;
+    const NSRect clipped =
+        toDevice.inverted().apply(NSRect{{static_cast<double>(r.x()), static_cast<double>(r.y())},
+                                         {static_cast<double>(r.width()), static_cast<double>(r.height())}});
+    // A shadow may fall into the clip from text outside of it.
+    const NSRect& visible = state_.hasShadow ? ink : clipped;
+    render(bounds, state_.op, state_.antialias, 1, [&](QPainter& p, RasterTarget& t) {
+        t.pushTransform(toQt(toDevice));
+        text.paint(p, visible, state_.alpha);
+        t.popTransform();
+    });
+}
+
+} // namespace libvue::backend

@@ -1,0 +1,124 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <QGlyphRun>
+#include <QImage>
+#include <QPoint>
+#include <QPointF>
+#include <QString>
+#include <QTextLayout>
+
+#include <libvue/platform/backend/TextEngine.h>
+
+class QPainter;
+
+namespace libvue::backend {
+
+/// Lines of shaped text. Glyphs are taken from the shaper at the first drawing, and the pixels of a short text are kept
+/// for the next one.
+class RasterTextLayout final : public TextLayout {
+public:
+    explicit RasterTextLayout(const TextInput& input);
+    RasterTextLayout(const RasterTextLayout&) = delete;
+    RasterTextLayout& operator=(const RasterTextLayout&) = delete;
+    ~RasterTextLayout() override;
+
+    [[nodiscard]] NSSize size() const override { return size_; }
+    [[nodiscard]] std::span<const TextLine> lines() const override { return lines_; }
+    [[nodiscard]] NSUInteger characterAtPoint(NSPoint p, double* fraction) const override;
+    [[nodiscard]] NSRect caretRect(NSUInteger index) const override;
+    [[nodiscard]] std::vector<NSRect> rects(NSRange range) const override;
+    [[nodiscard]] NSUInteger nextCaretPosition(NSUInteger index, bool forward) const override;
+    [[nodiscard]] NSUInteger length() const override { return text_.size(); }
+    [[nodiscard]] std::u16string_view text() const override { return text_; }
+    [[nodiscard]] std::span<const TextRun> runs() const override { return runs_; }
+
+    /// What may be inked, with a margin for overhanging glyphs and shadows.
+    [[nodiscard]] NSRect inkBounds() const;
+    /// The box that a clipped line is cut to, where one is.
+    [[nodiscard]] std::optional<NSRect> clippedTo() const;
+
+    [[nodiscard]] bool hasShadows() const noexcept { return hasRunShadow_; }
+
+    /// Draws what lies near `visible` (this layout's coordinates), which the painter maps to its device. Colours are
+    /// multiplied with `alpha`.
+    void paint(QPainter& painter, const NSRect& visible, double alpha) const;
+    /// Finished pixels and where they stand on the device, for a layout that is short enough to be kept.
+    struct Rendered {
+        QImage image;
+        QPoint at;
+    };
+    [[nodiscard]] std::optional<Rendered> rendered(double scale, NSPoint origin) const;
+
+private:
+    friend class TextBuilder;
+    friend class RenderedTexts;
+
+    /// A paragraph, or what truncation made of it: `head` units, "…", then `tail` units of its end.
+    struct Block {
+        std::unique_ptr<QTextLayout> shaped; // null where there is nothing to shape
+        QString string;                      // what is shaped; most often without a copy of the text
+        std::size_t start = 0, length = 0;   // in the text, without the line end
+        std::size_t end = 0;                 // with the line end
+        bool truncated = false;
+        std::size_t head = 0, tail = 0;
+
+        [[nodiscard]] int toShaped(std::size_t index) const;
+        [[nodiscard]] std::size_t toText(int position) const;
+    };
+    /// Where a line of `lines_` comes from, and what to add to the shaper's x.
+    struct Place {
+        std::uint32_t block;
+        int line;
+        double x;
+    };
+    struct Glyphs {
+        QGlyphRun run;
+        std::uint32_t look; // index into runs_
+    };
+    struct Bar { // a rectangle of one colour: background, underline, strike
+        NSRect rect;
+        Color color;
+        bool behind;
+    };
+    struct DrawnLine {
+        std::vector<Glyphs> glyphs;
+        std::vector<Bar> bars;
+    };
+    struct Kept {
+        QImage image;
+        QPoint at; // from the whole pixel of the origin
+        double scale = 0;
+        int phase = -1;
+        double rise = 0;
+    };
+
+    std::u16string text_;
+    std::vector<TextRun> runs_;
+    std::vector<Block> blocks_;
+    std::vector<TextLine> lines_;
+    std::vector<Place> places_;
+    NSSize size_;
+    double width_ = 0;       // between the margins of the container
+    double largestFont_ = 0; // points
+    bool clips_ = false, hasRunShadow_ = false, oneLook_ = false;
+    mutable std::vector<DrawnLine> drawn_; // empty until the first drawing
+    mutable Kept kept_;
+
+    [[nodiscard]] std::size_t lineOf(std::size_t index) const;
+    [[nodiscard]] std::size_t runAt(std::size_t index) const;
+    [[nodiscard]] std::size_t visibleEnd(std::size_t line) const;
+    [[nodiscard]] double xOf(std::size_t line, std::size_t index, bool trailing) const;
+    void prepareDrawing() const;
+    void addDrawn(DrawnLine& out, std::size_t line, int from, int length, std::size_t run) const;
+    void paintLine(QPainter& painter, std::size_t line, double alpha) const;
+    void paintGlyphs(QPainter& painter, const std::vector<Glyphs>& glyphs, double alpha) const;
+    void paintShadows(QPainter& painter, std::size_t line, double alpha) const;
+};
+
+} // namespace libvue::backend

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+
+#include <QList>
+#include <QTextLayout>
+#include <QTextOption>
+
+#include <libvue/platform/backend/qt/RasterTextLayout.h>
+#include <libvue/platform/backend/qt/TextFonts.h>
+
+namespace libvue::backend {
+
+/// Breaks the text into paragraphs and these into lines, and places them. Lives for one layout.
+class TextBuilder {
+public:
+    TextBuilder(RasterTextLayout& layout, const TextInput& input);
+    void build();
+
+private:
+    struct Paragraph {
+        std::size_t start, length, end;
+    };
+    struct Measures {
+        double ascent = 0, descent = 0, leading = 0;
+    };
+    using Block = RasterTextLayout::Block;
+
+    RasterTextLayout& to_;
+    const TextInput& in_;
+    double width_, height_;
+    bool bounded_; // whether the width is one that lines can be aligned in
+    double y_ = 0;
+    std::size_t nextStyle_ = 0;
+    const TextParagraph* style_ = nullptr;
+
+    [[nodiscard]] std::size_t paragraphAt(std::size_t start, Paragraph& out) const;
+    [[nodiscard]] const TextParagraph& styleAt(std::size_t index);
+    [[nodiscard]] bool isFull() const;
+    void addParagraph(const Paragraph& p);
+    void addWrapped(const Paragraph& p, Block& block);
+    bool addTruncated(const Paragraph& p, std::size_t from, double indent, double width);
+    void addEmptyLine(const Paragraph& p);
+    /// As the shaper gets it: as long as the text, with a stand-in for each attachment.
+    [[nodiscard]] QString stringOf(std::size_t from, std::size_t to) const;
+    void shape(Block& block) const;
+    [[nodiscard]] QTextOption option() const;
+    [[nodiscard]] QList<QTextLayout::FormatRange> formats(const Block& block) const;
+    [[nodiscard]] Measures measure(std::size_t from, std::size_t to) const;
+    void place(const Measures& measures, NSRange range, double x, double available, const QTextLine* line,
+               std::size_t block, bool truncated);
+    void align();
+
+    struct Pending { // lines are aligned at the end, when the widest one is known
+        double x, available;
+        TextAlignment alignment;
+        bool rightToLeft;
+    };
+    std::vector<Pending> pending_;
+};
+
+} // namespace libvue::backend
