@@ -11,7 +11,7 @@ if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
 fi
 
 PAQUETS_CONSTRUCTION=(g++ cmake ninja-build pkg-config ccache qt6-base-dev qt6-base-private-dev qt6-qpa-plugins
-    libicu-dev libxcb1-dev libxcb-shape0-dev libgl-dev libopengl-dev libxkbcommon-dev
+    libicu-dev rapidjson-dev libxcb1-dev libxcb-shape0-dev libgl-dev libopengl-dev libxkbcommon-dev
     fonts-liberation2 fonts-dejavu-core)
 PAQUETS_ESSAIS=(libgtest-dev libgmock-dev)
 PAQUETS_LINT=(clang-format clang-tidy shellcheck git)

@@ -135,6 +135,7 @@ public:
 
 protected:
     [[noreturn]] void raiseOutOfRange(NSUInteger i) const;
+    void checkRange(NSRange range) const;
     void reserve(NSUInteger capacity);
     void append(NSObject* o);
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include <libvue/platform/foundation/NSGeometry.h>
 #include <libvue/platform/foundation/NSObject.h>
 
@@ -96,5 +98,10 @@ private:
     [[noreturn]] void raiseWrongKind(const char* operation) const;
     Ref<NSError> error_;
 };
+
+/// The elements of a collection, in order: "NS.object.0" and so on, or their number and then each.
+LIBVUE_API void encodeElements(NSCoder& coder, NSUInteger count, const std::function<NSObject*(NSUInteger)>& element);
+/// Gives the elements to `take`, one after the other; null for one that could not be read.
+LIBVUE_API void decodeElements(NSCoder& coder, const std::function<void(NSObject*)>& take);
 
 } // namespace libvue

@@ -23,11 +23,8 @@ public:
     [[nodiscard]] static Ref<NSDate> distantPast();
     [[nodiscard]] static Ref<NSDate> distantFuture();
 
-    /// The current time since the reference date; of the installed source where there is one.
+    /// The time of the process's clock, see Clock.
     [[nodiscard]] static NSTimeInterval currentTimeIntervalSinceReferenceDate();
-    using Now = NSTimeInterval (*)();
-    /// Replaces the wall clock (seconds since the reference date), for virtual time; null gives it back.
-    static void installNow(Now now) noexcept;
 
     [[nodiscard]] NSTimeInterval timeIntervalSinceReferenceDate() const noexcept { return time_; }
     [[nodiscard]] NSTimeInterval timeIntervalSince1970() const noexcept { return time_ + NSTimeIntervalSince1970; }

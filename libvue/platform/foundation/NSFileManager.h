@@ -1,19 +1,20 @@
 #pragma once
 
+#include <libvue/platform/foundation/ConstantString.h>
 #include <libvue/platform/foundation/NSObject.h>
 
 namespace libvue {
 
 /// Keys of attributesOfItemAtPath.
-extern LIBVUE_API NSString* const NSFileType;
-extern LIBVUE_API NSString* const NSFileSize;
-extern LIBVUE_API NSString* const NSFileModificationDate;
-extern LIBVUE_API NSString* const NSFilePosixPermissions;
+inline constexpr ConstantString NSFileType{u"NSFileType"};
+inline constexpr ConstantString NSFileSize{u"NSFileSize"};
+inline constexpr ConstantString NSFileModificationDate{u"NSFileModificationDate"};
+inline constexpr ConstantString NSFilePosixPermissions{u"NSFilePosixPermissions"};
 /// Values of NSFileType.
-extern LIBVUE_API NSString* const NSFileTypeDirectory;
-extern LIBVUE_API NSString* const NSFileTypeRegular;
-extern LIBVUE_API NSString* const NSFileTypeSymbolicLink;
-extern LIBVUE_API NSString* const NSFileTypeUnknown;
+inline constexpr ConstantString NSFileTypeDirectory{u"NSFileTypeDirectory"};
+inline constexpr ConstantString NSFileTypeRegular{u"NSFileTypeRegular"};
+inline constexpr ConstantString NSFileTypeSymbolicLink{u"NSFileTypeSymbolicLink"};
+inline constexpr ConstantString NSFileTypeUnknown{u"NSFileTypeUnknown"};
 
 /// Files and folders. A failure answers NO or null and fills `error` (may be null) with an error of domain
 /// NSPOSIXErrorDomain.

@@ -59,11 +59,11 @@ public:
     /// True for float, double and decimal numbers.
     [[nodiscard]] BOOL isFloating() const noexcept { return kind() >= Kind::float32; }
 
-    /// By value and exactly, also between 64-bit integers, doubles and decimals. Not a number comes before all others;
-    /// null raises NSInvalidArgumentException.
+    /// By value, exactly also between 64-bit integers and doubles; against a decimal number a double counts as its
+    /// shortest decimal text. Not a number comes before all others; null raises NSInvalidArgumentException.
     [[nodiscard]] NSComparisonResult compare(const NSNumber* n) const;
     [[nodiscard]] BOOL isEqualToNumber(const NSNumber* n) const { return n && isEqual(n); }
-    /// One letter: c C s S i I q Q f d, B for booleans.
+    /// One letter: c C s S i I q Q f d. A boolean says c, as a signed char does.
     [[nodiscard]] const char* objCType() const noexcept override;
     [[nodiscard]] BOOL isEqual(const NSObject* other) const override;
     [[nodiscard]] NSUInteger hash() const override;
@@ -80,6 +80,7 @@ private:
     NSNumber(Kind kind, NSInteger v) noexcept : integer_(v) { setTag_(static_cast<std::uint8_t>(kind)); }
     NSNumber(Kind kind, double v) noexcept : double_(v) { setTag_(static_cast<std::uint8_t>(kind)); }
     [[nodiscard]] static Ref<NSNumber> withInteger(Kind kind, NSInteger v);
+    [[nodiscard]] bool isUnsigned64() const noexcept { return kind() == Kind::uint64; }
 
     // The value: an unsigned 64-bit one in the same bits, a single-precision one widened.
     union {

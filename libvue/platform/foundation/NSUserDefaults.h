@@ -1,11 +1,12 @@
 #pragma once
 
+#include <libvue/platform/foundation/ConstantString.h>
 #include <libvue/platform/foundation/NSObject.h>
 
 namespace libvue {
 
 /// Posted after a change made through this process, with the defaults as object.
-extern LIBVUE_API NSString* const NSUserDefaultsDidChangeNotification;
+inline constexpr ConstantString NSUserDefaultsDidChangeNotification{u"NSUserDefaultsDidChangeNotification"};
 
 /// The user's settings: values by name, in one JSON file that is replaced as a whole, over registered fallbacks.
 ///

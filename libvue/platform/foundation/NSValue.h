@@ -12,6 +12,29 @@ class LIBVUE_API NSValue : public NSObject {
 public:
     static void describe(ClassDescription<NSValue>& c);
 
+    /// What a value or number holds, in the eight bits of NSObject.
+    enum class Kind : std::uint8_t {
+        none,
+        point,
+        size,
+        rect,
+        range,
+        pointer,
+        nonretainedObject,
+        boolean,
+        int8,
+        uint8,
+        int16,
+        uint16,
+        int32,
+        uint32,
+        int64,
+        uint64,
+        float32,
+        float64,
+        decimal
+    };
+
     [[nodiscard]] static Ref<NSValue> valueWithPoint(NSPoint v);
     [[nodiscard]] static Ref<NSValue> valueWithSize(NSSize v);
     [[nodiscard]] static Ref<NSValue> valueWithRect(const NSRect& v);
@@ -40,29 +63,6 @@ public:
 
 protected:
     NSValue() noexcept = default;
-
-    /// What a value or number holds, in the eight bits of NSObject.
-    enum class Kind : std::uint8_t {
-        none,
-        point,
-        size,
-        rect,
-        range,
-        pointer,
-        nonretainedObject,
-        boolean,
-        int8,
-        uint8,
-        int16,
-        uint16,
-        int32,
-        uint32,
-        int64,
-        uint64,
-        float32,
-        float64,
-        decimal
-    };
     [[nodiscard]] Kind kind() const noexcept { return static_cast<Kind>(tag()); }
 
 private:

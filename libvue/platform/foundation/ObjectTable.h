@@ -35,8 +35,9 @@ public:
     [[nodiscard]] std::uint32_t used() const noexcept { return used_; }
     [[nodiscard]] Entry* entry(std::uint32_t i) const noexcept { return entries_ + i; }
     [[nodiscard]] Entry* find(const NSObject* key) const;
-    /// The entry of `key`, made where there is none; a made one keeps `key` and has an empty value. `made` tells which.
-    Entry* insert(NSObject* key, bool& made);
+    /// The entry of `key`, made where there is none, as `made` tells; a made one has an empty value. Beside objects
+    /// stands a copy of the key, beside numbers the key itself.
+    Entry* insert(const NSObject* key, bool& made);
     /// False where there is none.
     bool remove(const NSObject* key);
     void clear() noexcept;
