@@ -1,0 +1,344 @@
+#include <deque>
+#include <limits>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <libvue/platform/foundation/NSDate.h>
+#include <libvue/platform/foundation/NSException.h>
+#include <libvue/platform/foundation/NSNumber.h>
+#include <libvue/platform/foundation/NSRunLoop.h>
+#include <libvue/platform/foundation/NSString.h>
+#include <libvue/platform/foundation/NSThread.h>
+#include <libvue/platform/foundation/NSTimer.h>
+
+using namespace libvue;
+
+namespace {
+
+constexpr NSTimeInterval sansFin = std::numeric_limits<NSTimeInterval>::infinity();
+
+/// Time that moves only by waiting, and native events at given times.
+class SourceVirtuelle : public RunLoopSource {
+public:
+    NSTimeInterval now() override { return temps; }
+    bool waitAndDispatch(NSTimeInterval deadline) override {
+        attentes.push_back(deadline);
+        if (!evenements.empty() && evenements.front().time <= std::max(deadline, temps)) {
+            auto e = std::move(evenements.front());
+            evenements.pop_front();
+            temps = std::max(temps, e.time);
+            e.run();
+            return true;
+        }
+        if (deadline > temps && deadline != sansFin) temps = deadline;
+        return false;
+    }
+    void wake() override { ++reveils; }
+
+    struct Evenement {
+        NSTimeInterval time;
+        std::function<void()> run;
+    };
+    NSTimeInterval temps = 0;
+    std::deque<Evenement> evenements;
+    std::vector<NSTimeInterval> attentes;
+    int reveils = 0;
+};
+
+class Cible : public NSObject {
+public:
+    static void describe(ClassDescription<Cible>& c) {
+        c.answers<&Cible::note>("note:");
+        c.answers<&Cible::sonne>("sonne:");
+        c.answers<&Cible::rien>("rien");
+    }
+    void note(NSObject* o) { journal += (o ? o->description()->utf8() : "-") + " "; }
+    void sonne(NSTimer* t) {
+        journal += "t";
+        if (action) action(t);
+    }
+    void rien() { journal += "rien "; }
+
+    std::string journal;
+    std::function<void(NSTimer*)> action;
+};
+
+class NSRunLoopTest : public testing::Test {
+protected:
+    void SetUp() override { boucle->setSource(&source); }
+    void TearDown() override {
+        boucle->cancelAll();
+        boucle->setSource(nullptr);
+    }
+    std::string pris() { return std::exchange(cible->journal, {}); }
+
+    SourceVirtuelle source;
+    NSRunLoop* boucle = NSRunLoop::mainRunLoop();
+    Ref<Cible> cible = make<Cible>();
+};
+
+} // namespace
+
+TEST_F(NSRunLoopTest, delayedPerformsRunByTimeAndThenByOrderOfScheduling) {
+    for (const auto& [texte, delai] :
+         {std::pair(u"c", 2.0), {u"a", 1.0}, {u"d", 2.0}, {u"b", 1.0}, {u"z", 0.0}, {u"y", -5.0}})
+        cible->performSelector_withObject_afterDelay(sel("note:"), NSString::from(texte), delai);
+    EXPECT_TRUE(boucle->runOnce(sansFin));
+    EXPECT_EQ(pris(), "z y ");
+    EXPECT_TRUE(boucle->runOnce(sansFin));
+    EXPECT_EQ(pris(), "a b ");
+    EXPECT_EQ(source.temps, 1.0);
+    EXPECT_FALSE(boucle->runOnce(1.5));
+    EXPECT_EQ(source.temps, 1.5);
+    boucle->runUntilTime(10);
+    EXPECT_EQ(pris(), "c d ");
+    EXPECT_EQ(source.temps, 10.0);
+}
+
+TEST_F(NSRunLoopTest, whatIsScheduledDuringATurnRunsInALaterOne) {
+    int tours = 0;
+    std::function<void()> encore = [&] {
+        if (++tours < 5) boucle->performBlock(encore);
+    };
+    boucle->performBlock(encore);
+    cible->performSelector_withObject_afterDelay(sel("rien"), nullptr, 0);
+    boucle->runOnce(0);
+    EXPECT_EQ(tours, 1);
+    EXPECT_EQ(pris(), "rien ");
+    boucle->runOnce(0);
+    EXPECT_EQ(tours, 2);
+    // An event does not wait behind work that never ends.
+    bool vu = false;
+    source.evenements.push_back({0, [&] { vu = true; }});
+    boucle->runOnce(0);
+    EXPECT_TRUE(vu);
+}
+
+TEST_F(NSRunLoopTest, delayedPerformsAreTakenBack) {
+    const auto autre = make<Cible>();
+    const auto programme = [&] {
+        for (int i = 0; i < 2; ++i)
+            cible->performSelector_withObject_afterDelay(sel("note:"), NSNumber::numberWithInteger(i), 1);
+        cible->performSelector_withObject_afterDelay(sel("note:"), nullptr, 1);
+        cible->performSelector_withObject_afterDelay(sel("rien"), nullptr, 1);
+        autre->performSelector_withObject_afterDelay(sel("rien"), nullptr, 1);
+    };
+    programme();
+    // The argument is compared by what it says, not by who it is.
+    NSObject::cancelPreviousPerformRequestsWithTarget_selector_object(cible, sel("note:"),
+                                                                      NSNumber::numberWithInteger(1));
+    boucle->runUntilTime(2);
+    EXPECT_EQ(pris(), "0 - rien ");
+    programme();
+    NSObject::cancelPreviousPerformRequestsWithTarget_selector_object(cible, sel("note:"), nullptr);
+    boucle->runUntilTime(4);
+    EXPECT_EQ(pris(), "0 1 rien ");
+    programme();
+    NSObject::cancelPreviousPerformRequestsWithTarget(cible);
+    boucle->runUntilTime(6);
+    EXPECT_EQ(pris(), "");
+    EXPECT_EQ(autre->journal, "rien rien rien ");
+}
+
+TEST_F(NSRunLoopTest, aDelayedPerformKeepsItsObjects) {
+    const Weak<Cible> faible(cible);
+    cible->performSelector_withObject_afterDelay(sel("note:"), make<Cible>(), 1);
+    cible = nullptr;
+    EXPECT_NE(faible, nullptr);
+    boucle->runUntilTime(1);
+    EXPECT_EQ(faible, nullptr);
+    cible = make<Cible>();
+}
+
+TEST_F(NSRunLoopTest, aRepeatingTimerKeepsItsPhaseAndSkipsWhatItMissed) {
+    std::vector<NSTimeInterval> heures;
+    const auto t = NSTimer::scheduledTimerWithTimeInterval_repeats_block(1.0, YES, [&](NSTimer*) {
+        heures.push_back(source.temps);
+        if (heures.size() == 2) source.temps += 2.6; // a long piece of work
+    });
+    boucle->runUntilTime(6.5);
+    EXPECT_EQ(heures, (std::vector<NSTimeInterval>{1, 2, 5, 6}));
+    t->invalidate();
+    boucle->runUntilTime(9);
+    EXPECT_EQ(heures.size(), 4u);
+}
+
+TEST_F(NSRunLoopTest, twentyTicksOfAThirtiethAreTwenty) {
+    int tics = 0;
+    const auto t = NSTimer::scheduledTimerWithTimeInterval_repeats_block(1.0 / 30.0, YES, [&](NSTimer*) { ++tics; });
+    for (int i = 1; i <= 20; ++i) {
+        boucle->runUntilTime(i / 30.0);
+        EXPECT_EQ(tics, i);
+    }
+    t->invalidate();
+}
+
+TEST_F(NSRunLoopTest, aTimerKeepsItsTargetUntilItIsInvalid) {
+    const Weak<Cible> faible(cible);
+    Weak<NSTimer> timer;
+    std::string vu;
+    cible->action = [&](NSTimer* t) { vu += t->userInfo()->description()->utf8() + (t->isValid() ? "+" : "-"); };
+    {
+        const auto t = NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
+            0.3, cible, sel("sonne:"), u"info"_ns, NO);
+        timer = t;
+    }
+    cible = nullptr;
+    boucle->runUntilTime(0.29);
+    EXPECT_NE(faible, nullptr);
+    boucle->runUntilTime(1);
+    EXPECT_EQ(vu, "info+");
+    EXPECT_EQ(timer, nullptr);
+    EXPECT_EQ(faible, nullptr);
+    cible = make<Cible>();
+}
+
+TEST_F(NSRunLoopTest, aTimerMayEndOrMoveItselfWhileItFires) {
+    const auto t =
+        NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(1, cible, sel("sonne:"), nullptr, YES);
+    cible->action = [&](NSTimer* timer) { timer->invalidate(); };
+    boucle->runUntilTime(5);
+    EXPECT_EQ(pris(), "t");
+    EXPECT_FALSE(t->isValid());
+
+    const auto u =
+        NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(1, cible, sel("sonne:"), nullptr, YES);
+    cible->action = [&](NSTimer* timer) { timer->setFireDate(NSDate::dateWithTimeIntervalSinceNow(3)); };
+    boucle->runUntilTime(11.5);
+    EXPECT_EQ(pris(), "tt");             // at 6 and 9
+    EXPECT_NEAR(u->fireTime(), 12, 0.1); // two clocks of the system are read for it
+    u->invalidate();
+}
+
+TEST_F(NSRunLoopTest, firingByHandLeavesTheScheduleAlone) {
+    const auto encore =
+        NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(1, cible, sel("sonne:"), nullptr, YES);
+    const auto seule =
+        NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(1, cible, sel("rien"), nullptr, NO);
+    encore->fire();
+    seule->fire();
+    seule->fire();
+    EXPECT_EQ(pris(), "trien ");
+    boucle->runUntilTime(1);
+    EXPECT_EQ(pris(), "t");
+    encore->invalidate();
+}
+
+TEST_F(NSRunLoopTest, anExceptionDoesNotStopARepeatingTimer) {
+    const auto t = NSTimer::scheduledTimerWithTimeInterval_repeats_block(
+        1, YES, [](NSTimer*) { raiseNamed(NSGenericException, "voulu"); });
+    EXPECT_THROW(boucle->runUntilTime(1), NSExceptionRaised);
+    EXPECT_EQ(boucle->currentMode(), nullptr);
+    EXPECT_EQ(boucle->nextDeadline(), 2.0);
+    t->invalidate();
+}
+
+TEST_F(NSRunLoopTest, modesHoldBackWhatIsNotTheirs) {
+    const auto ajoute = [&](const char16_t* nom, NSString* mode) {
+        const auto t = NSTimer::timerWithTimeInterval_repeats_block(
+            1, NO, [this, nom](NSTimer*) { cible->journal += NSString::from(nom)->utf8() + " "; });
+        boucle->addTimer_forMode(t, mode);
+        return t;
+    };
+    ajoute(u"defaut", NSDefaultRunLoopMode);
+    ajoute(u"suivi", NSEventTrackingRunLoopMode);
+    ajoute(u"commun", NSRunLoopCommonModes);
+    const auto deux = ajoute(u"deux", u"mien"_ns);
+    boucle->addTimer_forMode(deux, NSEventTrackingRunLoopMode);
+    EXPECT_EQ(boucle->nextDeadline(u"autre"_ns), sansFin);
+    boucle->runUntilTime(2, NSEventTrackingRunLoopMode);
+    EXPECT_EQ(pris(), "suivi commun deux ");
+    boucle->runUntilTime(3, u"mien"_ns);
+    EXPECT_EQ(pris(), "");
+    boucle->runOnce(3);
+    EXPECT_EQ(pris(), "defaut ");
+}
+
+TEST_F(NSRunLoopTest, aNestedRunIsAnOrdinaryReEntry) {
+    const auto t =
+        NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(1, cible, sel("sonne:"), nullptr, YES);
+    boucle->addTimer_forMode(t, NSModalPanelRunLoopMode);
+    std::string modes;
+    cible->action = [&](NSTimer*) {
+        if (source.temps > 1) return;
+        boucle->performBlock([&] { modes += boucle->currentMode()->utf8() + " "; });
+        // The timer that is firing does not fire again inside.
+        boucle->runUntilTime(3.5, NSModalPanelRunLoopMode);
+        modes += boucle->currentMode()->utf8();
+    };
+    boucle->runUntilTime(4);
+    EXPECT_EQ(pris(), "tt");
+    EXPECT_EQ(modes, "NSModalPanelRunLoopMode NSDefaultRunLoopMode");
+    t->invalidate();
+}
+
+TEST_F(NSRunLoopTest, theEndOfTheTurnRunsBeforeTheWaitAndAfterTheWork) {
+    std::string ordre;
+    NSUInteger second = 0;
+    const NSUInteger premier = boucle->addEndOfTurnObserver([&] { ordre += "F"; });
+    second = boucle->addEndOfTurnObserver([&] {
+        ordre += "G";
+        boucle->removeEndOfTurnObserver(second);
+    });
+    source.evenements.push_back({1, [&] {
+                                     ordre += "e";
+                                     boucle->performBlock([&] { ordre += "b"; });
+                                 }});
+    boucle->runOnce(sansFin);
+    EXPECT_EQ(ordre, "FGebF");
+    // Something due: no wait, so nothing to show before it.
+    ordre.clear();
+    boucle->performBlock([&] { ordre += "b"; });
+    boucle->runOnce(sansFin);
+    EXPECT_EQ(ordre, "bF");
+    boucle->removeEndOfTurnObserver(premier);
+    boucle->removeEndOfTurnObserver(premier);
+}
+
+TEST_F(NSRunLoopTest, nothingToDoIsOneWaitWithoutEnd) {
+    boucle->runOnce(sansFin);
+    EXPECT_EQ(source.attentes, std::vector<NSTimeInterval>{sansFin});
+}
+
+TEST_F(NSRunLoopTest, aBlockComesFromAnotherThread) {
+    int fois = 0;
+    std::thread fil([&] {
+        EXPECT_FALSE(NSThread::isMainThread());
+        boucle->performBlock([&] { fois += NSThread::isMainThread() ? 1 : 100; });
+    });
+    fil.join();
+    EXPECT_EQ(source.reveils, 1);
+    EXPECT_EQ(fois, 0);
+    EXPECT_TRUE(boucle->runOnce(sansFin));
+    EXPECT_EQ(fois, 1);
+    EXPECT_TRUE(NSThread::isMainThread());
+}
+
+TEST_F(NSRunLoopTest, theSystemsOwnWaitEndsOnAWake) {
+    boucle->setSource(nullptr);
+    std::thread fil([&] { boucle->wake(); });
+    EXPECT_FALSE(boucle->runOnce(sansFin));
+    fil.join();
+    bool fait = false;
+    std::thread autre([&] { boucle->performBlock([&] { fait = true; }); });
+    EXPECT_TRUE(boucle->runOnce(sansFin));
+    EXPECT_TRUE(fait);
+    autre.join();
+}
+
+TEST_F(NSRunLoopTest, cancellingEverythingInvalidatesTheTimers) {
+    const Weak<Cible> faible(cible);
+    const auto t =
+        NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(1, cible, sel("sonne:"), nullptr, YES);
+    cible->performSelector_withObject_afterDelay(sel("rien"), nullptr, 1);
+    boucle->performBlock([garde = cible] {});
+    cible = nullptr;
+    boucle->cancelAll();
+    EXPECT_FALSE(t->isValid());
+    EXPECT_EQ(faible, nullptr);
+    EXPECT_EQ(boucle->nextDeadline(), sansFin);
+    cible = make<Cible>();
+}
