@@ -93,7 +93,8 @@ typename ObjectTable<beside>::Entry* ObjectTable<beside>::insert(const NSObject*
         kept = const_cast<NSObject*>(key);
     if (used_ == capacity_) {
         // Half full of holes: the same room will do.
-        std::size_t wanted = count_ <= used_ / 2 ? capacity_ : std::max<std::size_t>(4, std::size_t(capacity_) * 2);
+        std::size_t wanted =
+            capacity_ && count_ <= used_ / 2 ? capacity_ : std::max<std::size_t>(4, std::size_t(capacity_) * 2);
         if (wanted == capacity_)
             rebuild(capacity_);
         else
