@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include <libvue/platform/foundation/ConstantString.h>
 #include <libvue/platform/foundation/NSGeometry.h>
 #include <libvue/platform/foundation/NSObject.h>
 #include <libvue/platform/graphics/NSCompositingOperation.h>
@@ -131,7 +132,7 @@ private:
     enum class Upright : unsigned char { yes, asFlipped };
     void composite(const NSRect& rect, const NSRect& from, NSCompositingOperation operation, CGFloat fraction,
                    Upright upright);
-    void takeIn(const NSString* path, CGFloat scale);
+    [[nodiscard]] Ref<NSImageRep> surface(CGFloat scale);
 
     std::unique_ptr<State> s_;
     Ref<NSString> name_;
@@ -142,5 +143,10 @@ private:
     bool flipped_ = false;
     bool template_ = false;
 };
+
+/// The path of the picture of that name in the bundle, with or without its extension; null where there is none.
+[[nodiscard]] LIBVUE_API Ref<NSString> pathForImageResource(NSBundle* bundle, const NSString* name);
+
+inline constexpr ConstantString NSImageCacheException{u"NSImageCacheException"};
 
 } // namespace libvue

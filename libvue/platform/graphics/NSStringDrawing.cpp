@@ -1,6 +1,8 @@
 #include <libvue/platform/graphics/NSStringDrawing.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <deque>
 
 #include <libvue/platform/backend/Canvas.h>
 #include <libvue/platform/foundation/NSAttributedString.h>
@@ -15,26 +17,36 @@ namespace {
 
 using LayoutRef = std::shared_ptr<const backend::TextLayout>;
 
-/// What two forms of text have in common: a builder that holds it, and the attributed text if it has attachments.
-struct Source {
+/// A text in a builder, whichever form it came in. Builders are kept for their buffers, one for each text that is being
+/// drawn within another: what an attachment answers may measure texts of its own.
+class Source {
+public:
+    Source(const NSString* text, NSDictionary* attributes) : Source() {
+        builder.setString_attributes(text, attributes);
+    }
+    explicit Source(NSAttributedString* text) : Source() {
+        builder.setAttributedString(text);
+        if (builder.hasAttachments()) attributed = text;
+    }
+    ~Source() { --depth(); }
+    Source(const Source&) = delete;
+    Source& operator=(const Source&) = delete;
+
     TextLayoutBuilder& builder;
-    NSAttributedString* attributed = nullptr;
+    NSAttributedString* attributed = nullptr; ///< only where it has attachments
+
+private:
+    Source() : builder(next()) {}
+    static std::size_t& depth() {
+        static std::size_t d = 0;
+        return d;
+    }
+    static TextLayoutBuilder& next() {
+        static std::deque<TextLayoutBuilder> builders;
+        if (depth() == builders.size()) builders.emplace_back();
+        return builders[depth()++];
+    }
 };
-
-TextLayoutBuilder& scratch() {
-    static TextLayoutBuilder builder;
-    return builder;
-}
-
-Source source(const NSString* text, NSDictionary* attributes) {
-    scratch().setString_attributes(text, attributes);
-    return {scratch()};
-}
-
-Source source(NSAttributedString* text) {
-    scratch().setAttributedString(text);
-    return {scratch(), scratch().hasAttachments() ? text : nullptr};
-}
 
 /// An empty text is as high as a line of its font would be.
 NSSize sizeOf(const Source& s, const backend::TextLayout& layout) {
@@ -138,39 +150,39 @@ void drawWith(const Source& s, const NSRect& rect, NSUInteger options) {
 } // namespace
 
 NSSize sizeWithAttributes(const NSString* text, NSDictionary* attributes) {
-    return naturalSize(source(text, attributes));
+    return naturalSize(Source(text, attributes));
 }
 
 void drawAtPoint_withAttributes(const NSString* text, NSPoint point, NSDictionary* attributes) {
-    drawAt(source(text, attributes), point);
+    drawAt(Source(text, attributes), point);
 }
 
 void drawInRect_withAttributes(const NSString* text, const NSRect& rect, NSDictionary* attributes) {
-    drawIn(source(text, attributes), rect);
+    drawIn(Source(text, attributes), rect);
 }
 
 NSRect boundingRectWithSize_options_attributes(const NSString* text, NSSize size, NSUInteger options,
                                                NSDictionary* attributes) {
-    return boundingRect(source(text, attributes), size, options);
+    return boundingRect(Source(text, attributes), size, options);
 }
 
 void drawWithRect_options_attributes(const NSString* text, const NSRect& rect, NSUInteger options,
                                      NSDictionary* attributes) {
-    drawWith(source(text, attributes), rect, options);
+    drawWith(Source(text, attributes), rect, options);
 }
 
-NSSize size(NSAttributedString* text) { return naturalSize(source(text)); }
+NSSize size(NSAttributedString* text) { return naturalSize(Source(text)); }
 
-void drawAtPoint(NSAttributedString* text, NSPoint point) { drawAt(source(text), point); }
+void drawAtPoint(NSAttributedString* text, NSPoint point) { drawAt(Source(text), point); }
 
-void drawInRect(NSAttributedString* text, const NSRect& rect) { drawIn(source(text), rect); }
+void drawInRect(NSAttributedString* text, const NSRect& rect) { drawIn(Source(text), rect); }
 
 NSRect boundingRectWithSize_options(NSAttributedString* text, NSSize size, NSUInteger options) {
-    return boundingRect(source(text), size, options);
+    return boundingRect(Source(text), size, options);
 }
 
 void drawWithRect_options(NSAttributedString* text, const NSRect& rect, NSUInteger options) {
-    drawWith(source(text), rect, options);
+    drawWith(Source(text), rect, options);
 }
 
 } // namespace libvue
