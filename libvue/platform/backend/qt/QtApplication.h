@@ -8,8 +8,8 @@ namespace libvue::backend {
 enum class QtDisplay : std::uint8_t { whatThereIs, none };
 
 /// Makes Qt's application object, once a process; whoever asks first decides on the display. X11 where DISPLAY names a
-/// server that answers, then Wayland, else Qt's offscreen platform. A QT_QPA_PLATFORM in the environment is tried first.
-/// Main thread.
+/// server that answers, then Wayland, else Qt's offscreen platform. A QT_QPA_PLATFORM in the environment is tried
+/// first. Main thread.
 void ensureQtApplication(QtDisplay display = QtDisplay::whatThereIs);
 
 /// Whether windows are X11 windows. False before ensureQtApplication.

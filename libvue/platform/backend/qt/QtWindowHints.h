@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QtGui/qwindowdefs.h>
+
+/// What X11 windows are told beside Qt. Without an X11 connection each of these does nothing.
+namespace libvue::backend::x11 {
+
+/// Whether a compositor owns the screen, so that transparent pixels are transparent.
+[[nodiscard]] bool hasCompositor();
+/// Sends what is buffered.
+void flush();
+void bell();
+/// For the window manager, also for kinds of windows that Qt does not tell about; 0 for none.
+void setTransientFor(WId window, WId parent);
+/// Lets the pointer through to what lies below. To be said again after each mapping.
+void setMouseTransparent(WId window, bool transparent);
+/// A property before the window is mapped, a wish to the window manager afterwards.
+void setOnAllDesktops(WId window, bool all, bool mapped);
+
+} // namespace libvue::backend::x11

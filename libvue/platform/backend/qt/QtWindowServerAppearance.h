@@ -1,0 +1,29 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace libvue::backend {
+
+/// Whether the desktop asks for dark windows. LIBVUE_APPEARANCE (dark, light) decides where it is set; then the
+/// desktop's settings portal once it has answered; until then, or without one, the lightness of the theme's windows.
+class QtWindowServerAppearance {
+public:
+    explicit QtWindowServerAppearance(std::function<void()> changed);
+    ~QtWindowServerAppearance();
+
+    [[nodiscard]] bool prefersDark() const;
+    /// Begins to ask the portal, once. Costs a connection to the session bus, so it waits until a window has been
+    /// shown.
+    void askDesktop();
+    /// The theme may have changed.
+    void update();
+
+private:
+    struct Portal;
+    std::function<void()> changed_;
+    std::unique_ptr<Portal> portal_;
+    bool dark_ = false, asked_ = false;
+};
+
+} // namespace libvue::backend
