@@ -84,7 +84,7 @@ public:
     [[nodiscard]] BOOL allowsMixedState() const noexcept { return mixed_; }
     void setAllowsMixedState(BOOL f) noexcept { mixed_ = f; }
     /// Off, on, and mixed between them where it is allowed.
-    [[nodiscard]] NSInteger nextState() const noexcept;
+    [[nodiscard]] virtual NSInteger nextState() const noexcept;
     void setNextState() { setState(nextState()); }
     [[nodiscard]] BOOL isEnabled() const noexcept { return enabled_; }
     virtual void setEnabled(BOOL f);

@@ -1,5 +1,6 @@
 #include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSCell.h>
+#include <libvue/platform/appkit/NSControl.h>
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSText.h>
 #include <libvue/platform/appkit/NSWindow.h>
@@ -12,10 +13,13 @@ namespace libvue {
 namespace {
 
 void sendActionOf(NSCell* cell, NSView* view) {
-    if (!cell->action()) return;
     const Ref<NSCell> kept(cell);
     const Ref<NSView> sender(view);
-    NSApp()->sendAction_to_from(cell->action(), cell->target(), sender ? static_cast<NSObject*>(sender.get()) : cell);
+    // A control hears of it even without an action: a radio button has its group to settle.
+    if (auto* control = as<NSControl>(view))
+        control->sendAction_to(cell->action(), cell->target());
+    else if (cell->action())
+        NSApp()->sendAction_to_from(cell->action(), cell->target(), cell);
 }
 
 } // namespace

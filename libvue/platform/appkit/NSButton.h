@@ -1,0 +1,76 @@
+#pragma once
+
+#include <libvue/platform/appkit/NSButtonCell.h>
+#include <libvue/platform/appkit/NSControl.h>
+
+namespace libvue {
+
+/// A push button, check box or radio button. Radio buttons of one superview with one action form a group.
+class LIBVUE_API NSButton : public NSControl {
+public:
+    static void describe(ClassDescription<NSButton, NSControl>& c);
+    NSButton();
+    explicit NSButton(const NSRect& frame);
+    explicit NSButton(NSCoder& coder);
+    ~NSButton() override;
+    /// At their natural size; `target` is held weakly.
+    [[nodiscard]] static Ref<NSButton> buttonWithTitle_target_action(NSString* title, NSObject* target, SEL action);
+    [[nodiscard]] static Ref<NSButton> checkboxWithTitle_target_action(NSString* title, NSObject* target, SEL action);
+    [[nodiscard]] static Ref<NSButton> radioButtonWithTitle_target_action(NSString* title, NSObject* target,
+                                                                          SEL action);
+
+    /// The cell where it is a button cell, which it is unless another was set.
+    [[nodiscard]] NSButtonCell* buttonCell() const;
+
+    [[nodiscard]] NSString* title() const;
+    virtual void setTitle(NSString* title);
+    [[nodiscard]] NSString* alternateTitle() const;
+    virtual void setAlternateTitle(NSString* title);
+    [[nodiscard]] Ref<NSAttributedString> attributedTitle() const;
+    virtual void setAttributedTitle(NSAttributedString* title);
+    [[nodiscard]] NSImage* image() const;
+    virtual void setImage(NSImage* image);
+    [[nodiscard]] NSImage* alternateImage() const;
+    virtual void setAlternateImage(NSImage* image);
+    [[nodiscard]] NSCellImagePosition imagePosition() const;
+    virtual void setImagePosition(NSCellImagePosition p);
+    virtual void setButtonType(NSButtonType type);
+    [[nodiscard]] NSInteger state() const;
+    virtual void setState(NSInteger state);
+    [[nodiscard]] BOOL allowsMixedState() const;
+    virtual void setAllowsMixedState(BOOL f);
+    void setNextState();
+    [[nodiscard]] BOOL isBordered() const;
+    virtual void setBordered(BOOL f);
+    [[nodiscard]] BOOL isTransparent() const;
+    void setTransparent(BOOL f);
+    [[nodiscard]] BOOL showsBorderOnlyWhileMouseInside() const;
+    void setShowsBorderOnlyWhileMouseInside(BOOL f);
+    [[nodiscard]] NSBezelStyle bezelStyle() const;
+    virtual void setBezelStyle(NSBezelStyle s);
+    [[nodiscard]] Ref<NSString> keyEquivalent() const;
+    /// "\r" makes it the window's default button.
+    void setKeyEquivalent(NSString* key);
+    [[nodiscard]] NSUInteger keyEquivalentModifierMask() const;
+    void setKeyEquivalentModifierMask(NSUInteger mask);
+    virtual void highlight(BOOL f);
+
+    BOOL performKeyEquivalent(NSEvent* e) override;
+    void keyDown(NSEvent* e) override;
+    void mouseDown(NSEvent* e) override;
+    void mouseEntered(NSEvent* e) override;
+    void mouseExited(NSEvent* e) override;
+    void updateTrackingAreas() override;
+    void viewDidMoveToWindow() override;
+    BOOL sendAction_to(SEL action, NSObject* target) override;
+    [[nodiscard]] NSRect focusRingMaskBounds() const override;
+    [[nodiscard]] CGFloat focusRingRadius() const override;
+    [[nodiscard]] AccessibilityDescription accessibilityDescription() const override;
+    /// Turns the other buttons of its group off; a radio button sends it when it comes on.
+    void clearRadioGroup_();
+
+private:
+    Ref<NSTrackingArea> hover_;
+};
+
+} // namespace libvue

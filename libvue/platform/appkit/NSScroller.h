@@ -1,0 +1,58 @@
+#pragma once
+
+#include <libvue/platform/appkit/NSControl.h>
+
+namespace libvue {
+
+enum NSScrollerPart : NSUInteger {
+    NSScrollerNoPart = 0,
+    NSScrollerDecrementPage = 1,
+    NSScrollerKnob = 2,
+    NSScrollerIncrementPage = 3,
+    NSScrollerKnobSlot = 6
+};
+
+/// A knob in a slot: where a scroll view stands (0 to 1) and how much of the document it shows. Its action is sent
+/// while the knob moves and for each page; hitPart says which it was.
+class LIBVUE_API NSScroller : public NSControl {
+public:
+    static void describe(ClassDescription<NSScroller, NSControl>& c);
+    NSScroller();
+    explicit NSScroller(const NSRect& frame);
+    ~NSScroller() override;
+
+    [[nodiscard]] static CGFloat scrollerWidth() noexcept;
+    [[nodiscard]] CGFloat knobProportion() const noexcept { return proportion_; }
+    /// Held to 0 … 1.
+    void setKnobProportion(CGFloat p);
+    [[nodiscard]] CGFloat position() const noexcept { return position_; }
+    void setPosition(CGFloat p);
+    [[nodiscard]] BOOL isVertical() const noexcept { return bounds().size.height >= bounds().size.width; }
+    [[nodiscard]] NSScrollerPart hitPart() const noexcept { return hitPart_; }
+    [[nodiscard]] NSScrollerPart testPart(NSPoint pointInView) const;
+    [[nodiscard]] NSRect rectForPart(NSScrollerPart part) const;
+
+    [[nodiscard]] NSObject* scrollerTarget() const { return target_; }
+    void setTarget(NSObject* t) override { target_ = t; }
+    void setAction(SEL a) override { action_ = a; }
+
+    /// As the scroll view: position 0 is at the top.
+    [[nodiscard]] BOOL isFlipped() const override { return YES; }
+    [[nodiscard]] BOOL acceptsFirstResponder() override { return NO; }
+    void drawRect(const NSRect& r) override;
+    void mouseDown(NSEvent* e) override;
+    void mouseEntered(NSEvent* e) override;
+    void mouseExited(NSEvent* e) override;
+    [[nodiscard]] AccessibilityDescription accessibilityDescription() const override;
+
+private:
+    void send(NSScrollerPart part);
+
+    Weak<NSObject> target_;
+    SEL action_ = nullptr;
+    CGFloat proportion_ = 1, position_ = 0;
+    NSScrollerPart hitPart_ = NSScrollerNoPart;
+    bool hovered_ = false;
+};
+
+} // namespace libvue
