@@ -110,6 +110,7 @@ public:
     void removeWindow_(NSWindow* w);
     void windowNeedsDisplay_(NSWindow* w);
     void displayWindows_();
+    /// Null for none. The old window resigns first; whoever hears of that may choose another one.
     void setKeyWindow_(NSWindow* w);
     void setMainWindow_(NSWindow* w);
     void windowOrdered_(NSWindow* w, BOOL in);
@@ -123,7 +124,10 @@ private:
     struct Native;
     BOOL fetchNative(NSTimeInterval deadline);
     void handleNative(NSEvent* notice);
+    [[nodiscard]] Ref<NSEvent> nextQueued(NSEventMask mask, BOOL dequeue);
+    [[nodiscard]] bool focusFollows() const;
     void focusChanged(NSWindow* w, BOOL gained);
+    void focusRequested(NSWindow* w);
     void setActive(BOOL active);
     void appearanceChanged();
     void displayLater();

@@ -317,7 +317,9 @@ private:
     void followDrag(NSEvent* e);
     void updateCursor(NSView* hit, NSPoint p);
     void updateToolTip(NSView* hit, NSPoint p);
+    void showToolTip();
     void hideToolTip();
+    BOOL performDefaultButton();
     void firstResponderChanged();
 
     Ref<NSView> root_;
@@ -368,7 +370,7 @@ private:
     bool allDesktops_ : 1 = false;
     bool closing_ : 1 = false;
     bool hiddenWithParent_ : 1 = false;
-    bool settingFrame_ : 1 = false;
+    bool showsActivating_ : 1 = false;
 };
 
 } // namespace libvue

@@ -1,0 +1,35 @@
+#include <libvue/platform/appkit/FocusRing.h>
+
+#include <libvue/platform/graphics/NSBezierPath.h>
+#include <libvue/platform/graphics/NSColor.h>
+
+namespace libvue {
+
+namespace {
+
+constexpr CGFloat ringWidth = 3;
+/// Room for the pixels that smooth the edge.
+constexpr CGFloat ringMargin = ringWidth + 1;
+
+/// The strip from the rectangle out to `width`.
+void fillStrip(const NSRect& rect, CGFloat radius, CGFloat width, CGFloat alpha) {
+    const Ref<NSBezierPath> strip = NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius(
+        NSInsetRect(rect, -width, -width), radius + width, radius + width);
+    strip->appendBezierPathWithRoundedRect_xRadius_yRadius(rect, radius, radius);
+    strip->setWindingRule(NSEvenOddWindingRule);
+    NSColor::keyboardFocusIndicatorColor()->colorWithAlphaComponent(alpha)->set();
+    strip->fill();
+}
+
+} // namespace
+
+NSRect focusRingBounds(const NSRect& rect) noexcept { return NSInsetRect(rect, -ringMargin, -ringMargin); }
+
+void drawFocusRing(const NSRect& rect, CGFloat radius) {
+    // One strip over the other: strongest at the rectangle.
+    fillStrip(rect, radius, ringWidth, 0.3);
+    fillStrip(rect, radius, ringWidth * 2 / 3, 0.35);
+    fillStrip(rect, radius, ringWidth / 3, 0.4);
+}
+
+} // namespace libvue

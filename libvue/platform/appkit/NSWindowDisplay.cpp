@@ -1,0 +1,189 @@
+#include <algorithm>
+#include <cmath>
+
+#include <libvue/platform/appkit/FocusRing.h>
+#include <libvue/platform/appkit/NSApplication.h>
+#include <libvue/platform/appkit/NSControl.h>
+#include <libvue/platform/appkit/NSScrollView.h>
+#include <libvue/platform/appkit/NSText.h>
+#include <libvue/platform/appkit/NSWindowPrivate.h>
+#include <libvue/platform/backend/Backend.h>
+#include <libvue/platform/foundation/NSNotificationCenter.h>
+#include <libvue/platform/graphics/NSBitmapImageRep.h>
+#include <libvue/platform/graphics/NSGraphicsContext.h>
+#include <libvue/platform/graphics/NSImage.h>
+
+namespace libvue {
+
+namespace {
+
+/// How often a pass starts over while drawing marks more; what is left then waits for the next cycle.
+constexpr int mostRounds = 4;
+
+/// Outward to whole pixels.
+NSRect toPixels(const NSRect& r, CGFloat scale, const NSRect& bounds) {
+    const CGFloat left = std::floor(NSMinX(r) * scale) / scale, bottom = std::floor(NSMinY(r) * scale) / scale;
+    const CGFloat right = std::ceil(NSMaxX(r) * scale) / scale, top = std::ceil(NSMaxY(r) * scale) / scale;
+    return NSIntersectionRect({{left, bottom}, {right - left, top - bottom}}, bounds);
+}
+
+class Flag {
+public:
+    explicit Flag(NSWindow* w, void (*end)(NSWindow*)) : window_(w), end_(end) {}
+    ~Flag() { end_(window_); }
+    Flag(const Flag&) = delete;
+    Flag& operator=(const Flag&) = delete;
+
+private:
+    NSWindow* window_;
+    void (*end_)(NSWindow*);
+};
+
+} // namespace
+
+NSWindow::Display& NSWindow::displayState() {
+    if (!display_) display_ = std::make_unique<Display>();
+    return *display_;
+}
+
+void NSWindow::setViewsNeedDisplay(BOOL flag) {
+    viewsNeedDisplay_ = flag;
+    if (flag && visible_ && !displaying_) NSApp()->windowNeedsDisplay_(this);
+}
+
+void NSWindow::display() {
+    root_->setNeedsDisplay(YES);
+    displayIfNeeded();
+}
+
+void NSWindow::displayIfNeeded() {
+    if (!visible_ || !native_ || displaying_) return;
+    if (!viewsNeedDisplay_ && !displayState().whole) {
+        flushWindow();
+        return;
+    }
+    const Ref<NSWindow> self(this);
+    auto& server = *backend::Backend::current().windows;
+    ++passes_;
+    {
+        displaying_ = true;
+        const Flag ends(this, [](NSWindow* w) { w->displaying_ = false; });
+        for (int round = 0; round < mostRounds && (viewsNeedDisplay_ || displayState().whole); ++round) {
+            viewsNeedDisplay_ = false;
+            const auto surface = server.surface(native_);
+            if (!surface) break;
+            Display& d = displayState();
+            const NSRect bounds = root_->bounds();
+            NSView::DirtySink dirty;
+            root_->collectDirty_(dirty, bounds);
+            if (d.whole || d.surface.lock() != surface) {
+                dirty.rects.assign(1, bounds);
+                d.surface = surface;
+                d.whole = false;
+            }
+            const NSView* ringed = focusRingView();
+            const NSRect ring =
+                ringed ? ringed->convertRect_toView(ringed->focusRingMaskBounds(), nullptr) : NSZeroRect;
+            const CGFloat radius = ringed ? ringed->focusRingRadius() : 0;
+            if (ring != d.ring || radius != d.ringRadius) {
+                if (!NSIsEmptyRect(d.ring)) dirty.add(NSIntersectionRect(focusRingBounds(d.ring), bounds));
+                if (!NSIsEmptyRect(ring)) dirty.add(NSIntersectionRect(focusRingBounds(ring), bounds));
+                d.ring = ring;
+                d.ringRadius = radius;
+            }
+            const CGFloat scale = server.scale(native_);
+            for (NSRect& r : dirty.rects)
+                r = toPixels(r, scale, bounds);
+            std::erase_if(dirty.rects, [](const NSRect& r) { return NSIsEmptyRect(r); });
+            if (dirty.rects.empty()) break;
+            drawRegion(d, dirty.rects);
+            // Drawing may have closed the window, and with it what it showed.
+            if (!native_ || !display_) return;
+            for (const NSRect& r : dirty.rects)
+                display_->present.add(r);
+        }
+    }
+    if (!visible_ || !native_) return;
+    flushWindow();
+    if (viewsNeedDisplay_) NSApp()->windowNeedsDisplay_(this);
+}
+
+void NSWindow::drawRegion(Display& d, const std::vector<NSRect>& rects) {
+    auto& b = backend::Backend::current();
+    const auto surface = d.surface.lock();
+    auto canvas = b.graphics->canvasOn(surface);
+    if (!canvas) return;
+    const Ref<NSGraphicsContext> context = make<NSGraphicsContext>(std::move(canvas), NO, surface);
+    const GraphicsContextScope scope(context);
+    NSRect all = NSZeroRect;
+    for (const NSRect& r : rects)
+        all = NSUnionRect(all, r);
+    const NSRect ring = d.ring;
+    const CGFloat radius = d.ringRadius;
+    context->saveState();
+    context->canvas().clip(rects.data(), rects.size());
+    root_->drawTree_(context, all);
+    if (!NSIsEmptyRect(ring) && NSIntersectsRect(focusRingBounds(ring), all))
+        if (const NSView* ringed = focusRingView()) {
+            // What scrolls keeps its ring inside of what it scrolls in.
+            if (const NSView* clip = ringed->enclosingScrollView())
+                context->canvas().clip(clip->convertRect_toView(clip->visibleRect(), nullptr));
+            drawFocusRing(ring, radius);
+        }
+    context->restoreState();
+}
+
+NSView* NSWindow::focusRingView() const {
+    if (!isKeyWindow()) return nullptr;
+    auto* v = as<NSView>(firstResponder());
+    if (!v) return nullptr;
+    if (static_cast<const NSResponder*>(v) == static_cast<const NSResponder*>(fieldEditor_.get())) {
+        while (v && !as<NSControl>(v))
+            v = v->superview();
+        if (!v) return nullptr;
+    }
+    if (v->isHiddenOrHasHiddenAncestor()) return nullptr;
+    switch (v->focusRingType()) {
+    case NSFocusRingTypeNone:
+        return nullptr;
+    case NSFocusRingTypeExterior:
+        return v;
+    // Of itself a control shows where the keys go; a view that draws its own content may show it in its own way.
+    default:
+        return as<NSControl>(v) ? v : nullptr;
+    }
+}
+
+void NSWindow::flushWindow() {
+    if (flushDisabled_ > 0 || !display_ || !native_ || display_->present.rects.empty()) return;
+    const std::vector<NSRect> rects = std::exchange(display_->present.rects, {});
+    backend::Backend::current().windows->present(native_, rects);
+}
+
+void NSWindow::enableFlushWindow() {
+    if (flushDisabled_ == 0) return;
+    if (--flushDisabled_ == 0) flushWindow();
+}
+
+void NSWindow::nativeExposed_(const NSRect& rect) {
+    if (!native_ || !visible_ || NSIsEmptyRect(rect)) return;
+    const Ref<NSWindow> self(this);
+    Display& d = displayState();
+    // What was drawn is on the surface still; showing it again is enough.
+    if (!d.whole) d.present.add(NSIntersectionRect(rect, root_->bounds()));
+    NSApp()->windowNeedsDisplay_(this);
+    postDelegateNotification(NSWindowDidExposeNotification, op::windowDidExpose);
+}
+
+void NSWindow::nativeAppearanceChanged_() { root_->setNeedsDisplay(YES); }
+
+Ref<NSImage> NSWindow::captureImage() {
+    if (!native_) return nullptr;
+    const auto picture = backend::Backend::current().windows->capture(native_);
+    if (!picture) return nullptr;
+    const Ref<NSImage> image = make<NSImage>(picture->size());
+    image->addRepresentation(make<NSBitmapImageRep>(picture));
+    return image;
+}
+
+} // namespace libvue

@@ -1,0 +1,253 @@
+#include <algorithm>
+#include <limits>
+
+#include <libvue/platform/appkit/NSApplicationNative.h>
+#include <libvue/platform/appkit/NSWindowPrivate.h>
+#include <libvue/platform/backend/Backend.h>
+#include <libvue/platform/foundation/NSRunLoop.h>
+
+namespace libvue {
+
+NSWindow::Tracking& NSWindow::tracking() {
+    if (!tracking_) tracking_ = std::make_unique<Tracking>();
+    return *tracking_;
+}
+
+namespace {
+
+std::size_t pressOf(const NSEvent& e) {
+    switch (e.type()) {
+    case NSRightMouseDown:
+    case NSRightMouseUp:
+    case NSRightMouseDragged:
+        return 1;
+    case NSOtherMouseDown:
+    case NSOtherMouseUp:
+    case NSOtherMouseDragged:
+        return 2;
+    default:
+        return 0;
+    }
+}
+
+} // namespace
+
+void NSWindow::sendEvent(NSEvent* e) {
+    if (!e) return;
+    const Ref<NSWindow> self(this);
+    const Ref<NSEvent> kept(e);
+    switch (e->type()) {
+    case NSLeftMouseDown:
+    case NSRightMouseDown:
+    case NSOtherMouseDown:
+        sendMouseDown(e);
+        break;
+    case NSLeftMouseDragged:
+    case NSRightMouseDragged:
+    case NSOtherMouseDragged:
+        sendMouseDragged(e);
+        break;
+    case NSLeftMouseUp:
+    case NSRightMouseUp:
+    case NSOtherMouseUp:
+        sendMouseUp(e);
+        break;
+    case NSMouseMoved:
+        updateMouseTracking_(e);
+        if (acceptsMouseMoved_)
+            if (const Ref<NSResponder> first = firstResponder()) first->mouseMoved(e);
+        break;
+    case NSMouseEntered:
+    case NSMouseExited:
+        updateMouseTracking_(e);
+        break;
+    case NSScrollWheel:
+        hideToolTip();
+        if (const Ref<NSView> hit = root_->hitTest(e->locationInWindow())) hit->scrollWheel(e);
+        break;
+    case NSKeyDown:
+        hideToolTip();
+        if (const Ref<NSResponder> first = firstResponder()) first->keyDown(e);
+        break;
+    case NSKeyUp:
+        if (const Ref<NSResponder> first = firstResponder()) first->keyUp(e);
+        break;
+    case NSFlagsChanged:
+        if (const Ref<NSResponder> first = firstResponder()) first->flagsChanged(e);
+        break;
+    case NSTextInput:
+        if (const Ref<NSResponder> first = firstResponder()) first->textInput(e);
+        break;
+    default:
+        break;
+    }
+}
+
+// The mouse.
+
+void NSWindow::sendMouseDown(NSEvent* e) {
+    hideToolTip();
+    Tracking& t = tracking();
+    const std::size_t button = pressOf(*e);
+    t.pressed[button] = nullptr;
+    const Ref<NSView> hit(root_->hitTest(e->locationInWindow()));
+
+    const bool wasKey = isKeyWindow();
+    bool becomesKey = false;
+    if (e->type() == NSLeftMouseDown && canBecomeKeyWindow() && !wasKey) {
+        // A panel that takes the focus only where that is needed leaves it for a view that types.
+        becomesKey = acceptsNativeFocus_() || (hit && hit->needsPanelToBecomeKey());
+        if (becomesKey) {
+            if (!(e->modifierFlags() & NSCommandKeyMask)) orderFront(nullptr);
+            makeKeyWindow();
+        }
+    }
+    if (!hit || hit->window() != this) return;
+    // The click that brings a window forward is for the view only where the view says so.
+    if (becomesKey && !hit->acceptsFirstMouse(e)) return;
+
+    if (e->type() == NSLeftMouseDown && firstResponder() != hit && hit->acceptsFirstResponder() &&
+        (isKeyWindow() || !canBecomeKeyWindow())) {
+        const Ref<NSResponder> former(firstResponder());
+        // An editor that keeps the focus keeps the click away as well.
+        if (!makeFirstResponder(hit) && former && former.get() != this && firstResponder() == former) return;
+        if (hit->window() != this) return;
+    }
+    t.pressed[button] = hit;
+    if (button == 0) {
+        t.dragging = movable_ && movableByBackground_ && hit->mouseDownCanMoveWindow();
+        t.dragPoint = e->fields().screenLocation;
+    }
+    switch (button) {
+    case 0:
+        hit->mouseDown(e);
+        break;
+    case 1:
+        hit->rightMouseDown(e);
+        break;
+    default:
+        hit->otherMouseDown(e);
+        break;
+    }
+}
+
+void NSWindow::sendMouseDragged(NSEvent* e) {
+    const std::size_t button = pressOf(*e);
+    if (const Ref<NSView> view = tracking().pressed[button].ref()) {
+        switch (button) {
+        case 0:
+            view->mouseDragged(e);
+            break;
+        case 1:
+            view->rightMouseDragged(e);
+            break;
+        default:
+            view->otherMouseDragged(e);
+            break;
+        }
+    }
+    if (button == 0 && tracking().dragging) followDrag(e);
+    updateMouseTracking_(e);
+}
+
+void NSWindow::sendMouseUp(NSEvent* e) {
+    const std::size_t button = pressOf(*e);
+    Tracking& t = tracking();
+    if (button == 0) t.dragging = false;
+    const Ref<NSView> view = std::exchange(t.pressed[button], nullptr).ref();
+    if (view) {
+        switch (button) {
+        case 0:
+            view->mouseUp(e);
+            break;
+        case 1:
+            view->rightMouseUp(e);
+            break;
+        default:
+            view->otherMouseUp(e);
+            break;
+        }
+    }
+    updateMouseTracking_(e);
+}
+
+void NSWindow::followDrag(NSEvent* e) {
+    if (!visible_ || !native_) return;
+    Tracking& t = tracking();
+    auto& server = *backend::Backend::current().windows;
+    if (style_ & NSTitledWindowMask && server.hasDisplay()) {
+        // The window manager moves it from here on, and keeps the rest of the press to itself.
+        t.dragging = false;
+        t.pressed[0] = nullptr;
+        auto& n = *NSApp()->native_;
+        n.buttons = 0;
+        n.grab = nullptr;
+        server.startMove(native_);
+        return;
+    }
+    const NSPoint p = e->fields().screenLocation;
+    const NSPoint delta{p.x - t.dragPoint.x, p.y - t.dragPoint.y};
+    t.dragPoint = p;
+    if (delta != NSPoint{0, 0}) setFrameOrigin({frame_.origin.x + delta.x, frame_.origin.y + delta.y});
+}
+
+// Keys that nobody below wanted.
+
+void NSWindow::keyDown(NSEvent* e) {
+    const Ref<NSWindow> self(this);
+    const NSString* keys = e->charactersIgnoringModifiers();
+    const unichar c = keys && keys->length() > 0 ? keys->characterAtIndex(0) : unichar{0};
+    const NSUInteger modifiers =
+        e->modifierFlags() & (NSControlKeyMask | NSAlternateKeyMask | NSCommandKeyMask | NSShiftKeyMask);
+    switch (c) {
+    case NSTabCharacter:
+    case NSBackTabCharacter:
+        if (modifiers & ~NSUInteger{NSShiftKeyMask | NSControlKeyMask}) break;
+        if (c == NSBackTabCharacter || modifiers & NSShiftKeyMask)
+            selectPreviousKeyView(this);
+        else
+            selectNextKeyView(this);
+        return;
+    case NSCarriageReturnCharacter:
+    case NSEnterCharacter:
+        if (modifiers) break;
+        if (performDefaultButton() || performKeyEquivalent(e)) return;
+        break;
+    case NSEscapeCharacter:
+        if (modifiers) break;
+        if (!performKeyEquivalent(e)) cancelOperation(this);
+        return;
+    default:
+        if (performKeyEquivalent(e)) return;
+        break;
+    }
+    NSResponder::keyDown(e);
+}
+
+BOOL NSWindow::performKeyEquivalent(NSEvent* e) {
+    const Ref<NSWindow> self(this);
+    return root_->performKeyEquivalent(e);
+}
+
+void NSWindow::cancelOperation(NSObject*) {}
+
+void NSWindow::setCaretRect_(BOOL on, const NSRect& rectInWindow) {
+    if (native_) backend::Backend::current().windows->setTextInput(native_, on, rectInWindow);
+}
+
+// Its part of the application's queue.
+
+void NSWindow::postEvent_atStart(NSEvent* e, BOOL atStart) { NSApp()->postEvent_atStart(e, atStart); }
+
+Ref<NSEvent> NSWindow::nextEventMatchingMask(NSEventMask mask) {
+    return NSApp()->nextEventMatchingMask_untilDate_inMode_dequeue(
+        mask, std::numeric_limits<NSTimeInterval>::infinity(), NSEventTrackingRunLoopMode, YES);
+}
+
+void NSWindow::discardEventsMatchingMask_beforeEvent(NSEventMask mask, NSEvent* last) {
+    NSApp()->discardEventsMatchingMask_beforeEvent(mask, last);
+}
+
+NSEvent* NSWindow::currentEvent() const { return NSApp()->currentEvent(); }
+
+} // namespace libvue

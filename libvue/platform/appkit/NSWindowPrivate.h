@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include <libvue/platform/appkit/NSScreen.h>
+#include <libvue/platform/appkit/NSTrackingArea.h>
+#include <libvue/platform/appkit/NSViewExtras.h>
+#include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/appkit/ToolTipWindow.h>
+#include <libvue/platform/backend/Canvas.h>
+#include <libvue/platform/foundation/NSTimer.h>
+
+namespace libvue {
+
+/// Where the pointer is in a window, and what it holds.
+struct NSWindow::Tracking {
+    /// The view that got the press of each button: left, right, others.
+    Weak<NSView> pressed[3];
+    /// The window follows the pointer, which was there (screen coordinates).
+    bool dragging = false;
+    NSPoint dragPoint;
+
+    struct Inside {
+        Ref<NSTrackingArea> area;
+        Weak<NSView> view;
+    };
+    std::vector<Inside> inside;
+
+    /// The view whose cursor rectangles, and whose ancestors', are up to date.
+    Weak<NSView> cursorView;
+    NSRect cursorVisible;
+    bool cursorRectsValid = false;
+
+    Weak<NSView> tipView;
+    NSToolTipTag tipTag = 0;
+    NSPoint tipPoint; ///< in base coordinates
+    Ref<NSTimer> tipTimer;
+    Ref<ToolTipWindow> tip;
+};
+
+/// What a window shows and has still to show.
+struct NSWindow::Display {
+    std::weak_ptr<backend::Picture> surface; ///< the one that was drawn into last
+    NSView::DirtySink present;               ///< drawn or exposed, and not handed to the server yet
+    NSRect ring;                             ///< round which the focus ring was drawn; empty for none
+    CGFloat ringRadius = 0;
+    Weak<NSScreen> screen; ///< that it was told to be on
+    bool screenKnown = false;
+    bool whole = true; ///< nothing on the surface is good
+};
+
+} // namespace libvue
