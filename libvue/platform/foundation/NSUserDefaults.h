@@ -62,15 +62,15 @@ public:
     void setValue_forKey(NSObject* value, NSString* key) override;
 
 private:
-    void read();
     void setAside(const NSString* reason);
-    void changed(NSString* key);
+    void changed();
 
     Ref<NSString> path_;
     Ref<NSMutableDictionary> values_;
     Ref<NSMutableDictionary> registered_;
     bool dirty_ = false;
     bool writingIsDue_ = false;
+    bool writable_ = true;
 };
 
 } // namespace libvue

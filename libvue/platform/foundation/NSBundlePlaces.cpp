@@ -1,0 +1,181 @@
+// Where the bundles of a process are.
+#include <libvue/platform/foundation/NSBundle.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include <dlfcn.h>
+
+#include <libvue/platform/foundation/NSArray.h>
+#include <libvue/platform/foundation/NSString.h>
+
+namespace libvue {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool isFolder(const fs::path& p) {
+    std::error_code code;
+    return fs::is_directory(p, code);
+}
+
+fs::path resolved(const fs::path& p) {
+    std::error_code code;
+    auto real = fs::canonical(p, code);
+    return code ? p : real;
+}
+
+fs::path executable() { return resolved("/proc/self/exe"); }
+
+/// The file that holds the address, or an empty path.
+fs::path fileWith(const void* address) {
+    Dl_info info{};
+    // A program knows its own file under the name that it was started with, which may be relative to a folder long
+    // left.
+    if (!dladdr(address, &info) || !info.dli_fname) return {};
+    fs::path p = info.dli_fname;
+    return p.has_parent_path() && fs::path(p).is_absolute() ? resolved(p) : fs::path();
+}
+
+fs::path libraryFile() { return fileWith(reinterpret_cast<const void*>(&fileWith)); }
+
+fs::path libraryResources() {
+    if (const char* chosen = std::getenv("LIBVUE_RESOURCES"); chosen && isFolder(chosen)) return resolved(chosen);
+    fs::path folder = libraryFile().parent_path();
+    if (folder.empty()) folder = executable().parent_path();
+    // Installed: lib/ or lib/<machine>/ beside share/. In a build folder: somewhere below the source tree.
+    for (const char* name : {"share/libvue/resources", "libvue/resources"})
+        for (fs::path up = folder; !up.empty(); up = up.parent_path()) {
+            if (isFolder(up / name)) return up / name;
+            if (up == up.parent_path()) break;
+        }
+    return folder;
+}
+
+fs::path mainResources() {
+    fs::path program = executable(), folder = program.parent_path(), name = program.filename();
+    for (const fs::path& p :
+         {folder / "Resources", folder / "resources", folder.parent_path() / "share" / name / "resources",
+          folder.parent_path() / "share" / name})
+        if (isFolder(p)) return p;
+    return folder;
+}
+
+/// All bundles in use, and never given up, so that plain pointers to them stay good.
+struct Bundles {
+    NSMutableArray* applications = kept(NSMutableArray::array());
+    NSMutableArray* frameworks = kept(NSMutableArray::array());
+    NSBundle* own = nullptr; // the application's
+    NSBundle* chosen = nullptr;
+    NSBundle* library = nullptr;
+
+    template <class T> static T* kept(Ref<T> o) {
+        markLiveObjectAsExpected(o);
+        return o.leak();
+    }
+    static Bundles& all() {
+        static auto* const one = new Bundles();
+        return *one;
+    }
+    static NSBundle* find(const NSArray& list, const fs::path& p) {
+        for (NSBundle* b : list.as<NSBundle>())
+            if (b->bundlePath()->utf8() == p.string()) return b;
+        return nullptr;
+    }
+};
+
+} // namespace
+
+Ref<NSBundle> NSBundle::bundleWithPath(const NSString* path) {
+    if (!path) return nullptr;
+    fs::path folder = path->utf8();
+    if (!isFolder(folder)) return nullptr;
+    folder = resolved(folder);
+    Bundles& all = Bundles::all();
+    for (const NSArray* list : {all.applications, all.frameworks})
+        if (NSBundle* known = Bundles::find(*list, folder)) return known;
+    fs::path resources = folder;
+    for (const char* name : {"Resources", "resources"})
+        if (isFolder(folder / name)) {
+            resources = folder / name;
+            break;
+        }
+    auto bundle = adopt(new NSBundle(NSString::fromUTF8(folder.string()), NSString::fromUTF8(resources.string())));
+    all.applications->addObject(bundle);
+    return bundle;
+}
+
+NSBundle* NSBundle::mainBundle() {
+    Bundles& all = Bundles::all();
+    if (all.chosen) return all.chosen;
+    if (!all.own) {
+        auto resources = NSString::fromUTF8(mainResources().string());
+        auto b = adopt(new NSBundle(NSString::fromUTF8(executable().parent_path().string()), resources));
+        all.applications->insertObject_atIndex(b, 0);
+        all.own = b;
+    }
+    return all.own;
+}
+
+void NSBundle::setMainBundle(NSBundle* bundle) {
+    Bundles& all = Bundles::all();
+    if (bundle && !all.applications->containsObject(bundle)) all.applications->addObject(bundle);
+    all.chosen = bundle;
+}
+
+NSBundle* NSBundle::libraryBundle() {
+    Bundles& all = Bundles::all();
+    if (!all.library) {
+        auto resources = NSString::fromUTF8(libraryResources().string());
+        auto b = adopt(new NSBundle(resources, resources));
+        all.frameworks->insertObject_atIndex(b, 0);
+        all.library = b;
+    }
+    return all.library;
+}
+
+NSBundle* NSBundle::bundleForClass(const Class& c) {
+    // The name's letters lie in the object that defines the class; the type information itself may have been copied
+    // elsewhere.
+    fs::path file = fileWith(c.type().name());
+    if (file.empty() || file == executable()) return mainBundle();
+    if (file == libraryFile()) return libraryBundle();
+    Bundles& all = Bundles::all();
+    fs::path folder = file.parent_path();
+    if (NSBundle* known = Bundles::find(*all.frameworks, folder)) return known;
+    fs::path resources = folder;
+    fs::path name = file.stem();
+    for (const fs::path& p :
+         {folder / "Resources", folder / "resources", folder.parent_path() / "share" / name / "resources"})
+        if (isFolder(p)) {
+            resources = p;
+            break;
+        }
+    auto b = adopt(new NSBundle(NSString::fromUTF8(folder.string()), NSString::fromUTF8(resources.string())));
+    all.frameworks->addObject(b);
+    return b;
+}
+
+NSBundle* NSBundle::bundleWithIdentifier(const NSString* identifier) {
+    Bundles& all = Bundles::all();
+    if (!identifier) return nullptr;
+    for (const NSArray* list : {all.applications, all.frameworks})
+        for (NSBundle* b : list->as<NSBundle>())
+            if (libvue::isEqual(b->bundleIdentifier(), identifier)) return b;
+    return nullptr;
+}
+
+Ref<NSArray> NSBundle::allBundles() {
+    NSBundle* first = mainBundle();
+    auto rest = Bundles::all().applications->filteredArray([first](NSObject* b) { return b != first; });
+    return NSArray::arrayWithObject(first)->arrayByAddingObjectsFromArray(rest);
+}
+
+Ref<NSArray> NSBundle::allFrameworks() {
+    (void)libraryBundle();
+    return NSArray::arrayWithArray(Bundles::all().frameworks);
+}
+
+} // namespace libvue
