@@ -80,7 +80,8 @@ TEST(NSObjectTest, aWeakReferenceReadsAbsentOnceItsObjectIsGone) {
     auto objet = make<Maillon>();
     Weak<Maillon> a(objet);
     Weak<NSObject> b(objet.get());
-    const Weak<Maillon> copie = a;
+    Weak<Maillon> copie;
+    copie = a;
     EXPECT_EQ(copie.get(), objet.get());
     objet = nullptr;
     EXPECT_EQ(a, nullptr);
