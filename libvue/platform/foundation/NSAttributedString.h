@@ -39,13 +39,12 @@ public:
     /// The attributes at `i`, never null (borrowed until the next change). `range`, which may be null, gets the run as
     /// it is stored; the longest… forms give the longest part of `within` with equal attributes, or an equal value of
     /// the attribute.
-    [[nodiscard]] NSDictionary* attributesAtIndex_effectiveRange(NSUInteger i, NSRange* range) const;
-    [[nodiscard]] NSDictionary* attributesAtIndex_longestEffectiveRange_inRange(NSUInteger i, NSRange* range,
-                                                                                NSRange within) const;
+    NSDictionary* attributesAtIndex_effectiveRange(NSUInteger i, NSRange* range) const;
+    NSDictionary* attributesAtIndex_longestEffectiveRange_inRange(NSUInteger i, NSRange* range, NSRange within) const;
     /// Null where the character has no such attribute.
-    [[nodiscard]] NSObject* attribute_atIndex_effectiveRange(const NSString* name, NSUInteger i, NSRange* range) const;
-    [[nodiscard]] NSObject* attribute_atIndex_longestEffectiveRange_inRange(const NSString* name, NSUInteger i,
-                                                                            NSRange* range, NSRange within) const;
+    NSObject* attribute_atIndex_effectiveRange(const NSString* name, NSUInteger i, NSRange* range) const;
+    NSObject* attribute_atIndex_longestEffectiveRange_inRange(const NSString* name, NSUInteger i, NSRange* range,
+                                                              NSRange within) const;
     [[nodiscard]] Ref<NSAttributedString> attributedSubstringFromRange(NSRange range) const;
     [[nodiscard]] BOOL isEqualToAttributedString(const NSAttributedString* other) const;
 
