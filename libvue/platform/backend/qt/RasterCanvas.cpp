@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <utility>
 
 #include <libvue/platform/backend/qt/RasterPath.h>
@@ -26,6 +27,7 @@ RasterCanvas::RasterCanvas(std::shared_ptr<RasterPicture> picture)
       base_(picture_->image().bits(), picture_->pixelWidth(), picture_->pixelHeight(), picture_->image().bytesPerLine(),
             picture_->image().format()),
       target_(&base_) {
+    picture_->beginDrawing();
     if (picture_->image().format() != QImage::Format_RGB32) picture_->setOpaque(false);
     state_.device = {picture_->scaleX(), 0, 0, -picture_->scaleY(), 0, static_cast<double>(picture_->pixelHeight())};
     state_.clip.rect = base_.rect();
@@ -34,6 +36,7 @@ RasterCanvas::RasterCanvas(std::shared_ptr<RasterPicture> picture)
 RasterCanvas::~RasterCanvas() {
     while (!layers_.empty())
         endLayer();
+    picture_->endDrawing();
 }
 
 void RasterCanvas::save() { saved_.push_back(state_); }
@@ -206,8 +209,10 @@ void RasterCanvas::fillPixels(const QRect& r, const Color& color, Compositing op
         if (replaces && !state_.clip.node) {
             const QRgb written = target_->isOpaque() ? pixel | 0xff000000u : pixel;
             const auto width = static_cast<std::size_t>(area.width());
-            for (int y = area.top(); y <= area.bottom(); ++y)
-                std::fill_n(target_->row(y) + area.left(), width, written);
+            const QRgb* first = target_->row(area.top()) + area.left();
+            std::fill_n(target_->row(area.top()) + area.left(), width, written);
+            for (int y = area.top() + 1; y <= area.bottom(); ++y)
+                std::memcpy(target_->row(y) + area.left(), first, width * sizeof(QRgb));
             return;
         }
         target_->painter(state_.clip, op, false).fillRect(area, toQt(color, state_.alpha));

@@ -103,8 +103,11 @@ private:
     void narrow(const QRect& r);
     void narrow(const QPainterPath& path);
     const QPen& penFor(const Stroke& stroke, double scale, const Color& color);
-    void drawImage(const QImage& image, const QRectF& source, const QTransform& toDevice, Compositing op,
-                   double opacity);
+    /// Where every pixel of the image is one of the target; false where that is not so.
+    bool blit(const QImage& image, const NSRect& destination, Compositing op, double opacity, YAxis axis);
+    /// `owner` keeps reduced copies; null where nobody does.
+    void drawImage(const QImage& image, const RasterPicture* owner, const QRectF& source, const Transform& toDevice,
+                   Compositing op, double opacity);
     bool drawCachedText(const RasterTextLayout& text, const Transform& toDevice);
     void drawGlyphs(const RasterTextLayout& text, const Transform& toDevice);
 };

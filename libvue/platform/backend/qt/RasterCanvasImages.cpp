@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <typeinfo>
 
 #include <QLinearGradient>
 
@@ -15,6 +16,9 @@ namespace {
 constexpr double onTheEdge = 1.0 / 256;
 
 bool isWhole(double v) noexcept { return std::abs(v - std::floor(v + 0.5)) < onTheEdge; }
+bool isWhole(const QRectF& r) noexcept {
+    return isWhole(r.left()) && isWhole(r.top()) && isWhole(r.right()) && isWhole(r.bottom());
+}
 
 /// A part of the image with its alpha multiplied.
 QImage faded(const QImage& image, const QRect& part, double opacity) {
@@ -36,8 +40,7 @@ void RasterCanvas::drawGradient(const AxialGradient& gradient) {
     const auto strip = gradientStrip(gradient, clipBounds());
     if (!strip) return;
     if (const auto r = asRectangle(*strip, state_.device)) {
-        const bool whole = isWhole(r->left()) && isWhole(r->top()) && isWhole(r->right()) && isWhole(r->bottom());
-        if (whole || !state_.antialias) {
+        if (isWhole(*r) || !state_.antialias) {
             const QRect pixels = nearest(*r) & state_.clip.rect;
             if (pixels.isEmpty()) return;
             render(pixels, state_.op, false, 1, [&](QPainter& p, RasterTarget&) { p.fillRect(pixels, *brush); });
@@ -49,16 +52,15 @@ void RasterCanvas::drawGradient(const AxialGradient& gradient) {
     render(bounds, state_.op, state_.antialias, 1, [&](QPainter& p, RasterTarget&) { p.fillPath(path_, *brush); });
 }
 
-void RasterCanvas::drawImage(const QImage& image, const QRectF& source, const QTransform& toDevice, Compositing op,
-                             double opacity) {
-    const bool straight = toDevice.type() <= QTransform::TxScale && toDevice.m11() > 0 && toDevice.m22() > 0;
-    const QRectF target = toDevice.mapRect(source);
+void RasterCanvas::drawImage(const QImage& image, const RasterPicture* owner, const QRectF& source,
+                             const Transform& toDevice, Compositing op, double opacity) {
+    const bool straight = toDevice.b == 0 && toDevice.c == 0 && toDevice.a > 0 && toDevice.d > 0;
+    const QRectF target = mapRect({{source.x(), source.y()}, {source.width(), source.height()}}, toDevice);
     if (!std::isfinite(target.left() + target.top() + target.right() + target.bottom())) return;
-    if (straight && !target.adjusted(-1, -1, 1, 1).intersects(QRectF(state_.clip.rect)) && isDirect(op)) return;
+    if (!target.adjusted(-1, -1, 1, 1).intersects(QRectF(state_.clip.rect)) && isDirect(op)) return;
 
-    const bool sameSize = std::abs(toDevice.m11() - 1) < 1e-6 && std::abs(toDevice.m22() - 1) < 1e-6;
-    if (straight && sameSize && isWhole(source.left()) && isWhole(source.top()) && isWhole(source.right()) &&
-        isWhole(source.bottom())) {
+    const bool sameSize = std::abs(toDevice.a - 1) < 1e-6 && std::abs(toDevice.d - 1) < 1e-6;
+    if (straight && sameSize && isWhole(source)) {
         // Pixels stay pixels, at the nearest ones.
         const QRect part = nearest(source);
         const QPoint at(static_cast<int>(std::floor(target.left() + 0.5)),
@@ -68,59 +70,82 @@ void RasterCanvas::drawImage(const QImage& image, const QRectF& source, const QT
         return;
     }
     const bool smooth = state_.interpolation != Interpolation::none;
-    const auto quality = [&](QPainter& p, bool on) {
-        if (!smooth) p.setRenderHint(QPainter::SmoothPixmapTransform, on);
+    // Only while pixels are scaled: it slows down those that are not.
+    const auto scaling = [&](QPainter& p, bool on) {
+        if (smooth) p.setRenderHint(QPainter::SmoothPixmapTransform, on);
     };
     if (straight) {
+        QImage smaller;
+        QRectF from = source;
         // Below half the size, the painter's four samples miss pixels.
         const bool shrinks = target.width() < source.width() / 2 || target.height() < source.height() / 2;
         if (smooth && shrinks && target.width() >= 1 && target.height() >= 1) {
             const QRect part = outward(source) & image.rect();
-            const QSize size(std::max(1, static_cast<int>(std::ceil(target.width()))),
-                             std::max(1, static_cast<int>(std::ceil(target.height()))));
-            const QImage smaller = image.copy(part).scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-            render(target, op, state_.antialias, opacity,
-                   [&](QPainter& p, RasterTarget&) { p.drawImage(target, smaller, QRectF(smaller.rect())); });
-            return;
+            const QSize size(static_cast<int>(std::ceil(target.width())), static_cast<int>(std::ceil(target.height())));
+            smaller = owner != nullptr ? owner->reduced(part, size)
+                                       : image.copy(part).scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+            from = QRectF(smaller.rect());
         }
+        const QImage& drawn = smaller.isNull() ? image : smaller;
         render(target, op, state_.antialias, opacity, [&](QPainter& p, RasterTarget&) {
-            quality(p, false);
-            p.drawImage(target, image, source);
-            quality(p, true);
+            scaling(p, true);
+            p.drawImage(target, drawn, from);
+            scaling(p, false);
         });
         return;
     }
     render(target.adjusted(-1, -1, 1, 1), op, state_.antialias, opacity, [&](QPainter& p, RasterTarget& t) {
-        t.pushTransform(toDevice);
-        quality(p, false);
+        t.pushTransform(toQt(toDevice));
+        scaling(p, true);
         p.drawImage(source, image, source);
-        quality(p, true);
+        scaling(p, false);
         t.popTransform();
     });
+}
+
+bool RasterCanvas::blit(const QImage& image, const NSRect& destination, Compositing op, double opacity, YAxis axis) {
+    const Transform& t = state_.device;
+    if (t.b != 0 || t.c != 0 || !(t.a > 0) || (axis == YAxis::up) == (t.d > 0)) return false;
+    constexpr double same = 1e-6;
+    if (!(std::abs(destination.size.width * t.a - image.width()) < same) ||
+        !(std::abs(destination.size.height * std::abs(t.d) - image.height()) < same))
+        return false;
+    const double left = destination.origin.x * t.a + t.tx;
+    const double top = (axis == YAxis::up ? NSMaxY(destination) : destination.origin.y) * t.d + t.ty;
+    constexpr double far = 1 << 24;
+    if (!(std::abs(left) < far) || !(std::abs(top) < far)) return false;
+    const QPoint at(static_cast<int>(std::floor(left + 0.5)), static_cast<int>(std::floor(top + 0.5)));
+    if (QRect(at, image.size()).intersects(state_.clip.rect))
+        target_->painter(state_.clip, op, false, opacity).drawImage(at, image);
+    return true;
 }
 
 void RasterCanvas::drawPicture(const Picture& picture, const NSRect& source, const NSRect& destination, Compositing op,
                                double fraction, YAxis axis) {
     if (state_.clip.rect.isEmpty()) return;
-    const auto placement = placePicture(picture, source, destination, axis);
-    if (!placement) return;
     const double opacity = component(fraction) * state_.alpha;
     if (opacity <= 0 && keepsUncovered(op)) return;
-    QImage image = pixelsOf(picture);
-    if (image.isNull()) return;
-    QRectF pixels = placement->pixels;
-    Transform toUser = placement->toUser;
-    // Drawing a surface into itself reads pixels that are being written.
-    if (image.constBits() == base_.image().constBits()) image = image.copy();
+    const auto* owner =
+        typeid(picture) == typeid(RasterPicture) ? static_cast<const RasterPicture*>(&picture) : nullptr;
+    if (owner != nullptr && owner != picture_.get() && NSIsEmptyRect(source) && isDirect(op) &&
+        (opacity >= 1 || keepsUncovered(op)) && blit(owner->image(), destination, op, opacity, axis))
+        return;
+    const auto placement = placePicture(picture, source, destination, axis);
+    if (!placement) return;
+    QImage copy;
+    if (owner == nullptr)
+        copy = pixelsOf(picture);
+    else if (owner == picture_.get())
+        copy = owner->image().copy(); // drawn into itself, it would read pixels that are being written
+    const QImage* image = owner != nullptr && copy.isNull() ? &owner->image() : &copy;
+    if (image->isNull()) return;
     const bool fades = opacity < 1 && !keepsUncovered(op);
-    if (fades) {
-        // For these operations the painter's opacity would let the destination through.
-        const QRect part = outward(pixels) & image.rect();
-        image = faded(image, part, opacity);
-        pixels.translate(-part.topLeft());
-        toUser = Transform::translation(part.left(), part.top()).then(toUser);
-    }
-    drawImage(image, pixels, toQt(toUser.then(state_.device)), op, fades ? 1 : opacity);
+    if (!fades) return drawImage(*image, owner, placement->pixels, placement->toUser.then(state_.device), op, opacity);
+    // For these operations the painter's opacity would let the destination through.
+    const QRect part = outward(placement->pixels) & image->rect();
+    copy = faded(*image, part, opacity);
+    drawImage(copy, nullptr, placement->pixels.translated(-part.topLeft()),
+              Transform::translation(part.left(), part.top()).then(placement->toUser).then(state_.device), op, 1);
 }
 
 // Text.

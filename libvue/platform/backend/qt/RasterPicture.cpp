@@ -31,6 +31,22 @@ const std::uint32_t* RasterPicture::pixels() const {
     return reinterpret_cast<const std::uint32_t*>(image_.constBits());
 }
 
+QImage RasterPicture::reduced(const QRect& part, QSize size) const {
+    if (!reduced_.isNull() && reduced_.size() == size && reducedPart_ == part) return reduced_;
+    const QImage all = part == image_.rect() ? image_ : image_.copy(part);
+    QImage result = all.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    if (drawings_ == 0) {
+        reduced_ = result;
+        reducedPart_ = part;
+    }
+    return result;
+}
+
+void RasterPicture::beginDrawing() {
+    ++drawings_;
+    reduced_ = {};
+}
+
 QImage& imageOf(Picture& picture) { return dynamic_cast<RasterPicture&>(picture).image(); }
 const QImage& imageOf(const Picture& picture) { return dynamic_cast<const RasterPicture&>(picture).image(); }
 

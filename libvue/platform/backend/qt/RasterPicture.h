@@ -4,6 +4,7 @@
 #include <optional>
 
 #include <QImage>
+#include <QRect>
 #include <QRectF>
 
 #include <libvue/platform/backend/Canvas.h>
@@ -29,6 +30,12 @@ public:
     [[nodiscard]] double scaleY() const noexcept { return scaleY_; }
     [[nodiscard]] const QImage& image() const noexcept { return image_; }
     [[nodiscard]] QImage& image() noexcept { return image_; }
+    /// A part, scaled down with all of its pixels counted. The last one is kept as long as nobody draws into the
+    /// picture.
+    [[nodiscard]] QImage reduced(const QRect& part, QSize size) const;
+    /// Brackets the life of a canvas on the picture.
+    void beginDrawing();
+    void endDrawing() noexcept { --drawings_; }
     /// What the file said, where it was read from one that has no alpha.
     void setOpaque(bool opaque) noexcept { opaque_ = opaque; }
 
@@ -37,6 +44,9 @@ private:
     NSSize size_;
     double scaleX_, scaleY_;
     bool opaque_ = false;
+    int drawings_ = 0;
+    mutable QImage reduced_;
+    mutable QRect reducedPart_;
 };
 
 /// The pixels of a picture that this engine made. Copy them with QImage::copy where they must outlast the next drawing.

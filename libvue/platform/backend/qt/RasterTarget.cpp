@@ -19,7 +19,6 @@ void RasterTarget::begin() {
     painter_.begin(&image_);
     base_ = QTransform::fromTranslate(-origin_.x(), -origin_.y());
     if (!origin_.isNull()) painter_.setWorldTransform(base_);
-    painter_.setRenderHint(QPainter::SmoothPixmapTransform);
     clip_ = {rect(), nullptr};
 }
 

@@ -229,7 +229,9 @@ RasterFontFace::RasterFontFace(std::string requested, QFont font, double pointSi
         if (const auto cap = signed16(heights, 88); cap && *cap > 0) capHeight_ = *cap * unit;
     }
     const QByteArray post = raw_.fontTable("post");
-    if (const auto position = signed16(post, 8)) underlinePosition_ = *position * unit;
+    // Some fonts put it so near to the baseline that it touches the letters.
+    constexpr double nearest = -0.1;
+    if (const auto position = signed16(post, 8)) underlinePosition_ = std::min(*position * unit, nearest * pointSize_);
     if (const auto thickness = signed16(post, 10); thickness && *thickness > 0) underlineThickness_ = *thickness * unit;
     if (signed16(post, 12).value_or(0) != 0 || signed16(post, 14).value_or(0) != 0) traits_ |= fontFixedPitch;
 }
