@@ -21,17 +21,17 @@ struct Binding {
     const char* operation; ///< without its colon
 };
 
-// The keys of this desktop and those of the platform's tradition side by side: words by Control or Option, lines and
-// documents by Home and End or Command.
+// The keys of this desktop, whose Ctrl key is the command modifier: words by it, by Option or by Control; lines by Home
+// and End, documents by these with the modifier.
 constexpr Binding bindings[] = {
     {NSLeftArrowFunctionKey, plain, Shift::selects, "moveLeft"},
     {NSLeftArrowFunctionKey, ctrl, Shift::selects, "moveWordLeft"},
     {NSLeftArrowFunctionKey, option, Shift::selects, "moveWordLeft"},
-    {NSLeftArrowFunctionKey, command, Shift::selects, "moveToBeginningOfLine"},
+    {NSLeftArrowFunctionKey, command, Shift::selects, "moveWordLeft"},
     {NSRightArrowFunctionKey, plain, Shift::selects, "moveRight"},
     {NSRightArrowFunctionKey, ctrl, Shift::selects, "moveWordRight"},
     {NSRightArrowFunctionKey, option, Shift::selects, "moveWordRight"},
-    {NSRightArrowFunctionKey, command, Shift::selects, "moveToEndOfLine"},
+    {NSRightArrowFunctionKey, command, Shift::selects, "moveWordRight"},
     {NSUpArrowFunctionKey, plain, Shift::selects, "moveUp"},
     {NSUpArrowFunctionKey, ctrl, Shift::selects, "moveToBeginningOfParagraph"},
     {NSUpArrowFunctionKey, option, Shift::selects, "moveToBeginningOfParagraph"},
@@ -42,10 +42,10 @@ constexpr Binding bindings[] = {
     {NSDownArrowFunctionKey, command, Shift::selects, "moveToEndOfDocument"},
     {NSHomeFunctionKey, plain, Shift::selects, "moveToBeginningOfLine"},
     {NSHomeFunctionKey, ctrl, Shift::selects, "moveToBeginningOfDocument"},
-    {NSHomeFunctionKey, command, Shift::refused, "scrollToBeginningOfDocument"},
+    {NSHomeFunctionKey, command, Shift::selects, "moveToBeginningOfDocument"},
     {NSEndFunctionKey, plain, Shift::selects, "moveToEndOfLine"},
     {NSEndFunctionKey, ctrl, Shift::selects, "moveToEndOfDocument"},
-    {NSEndFunctionKey, command, Shift::refused, "scrollToEndOfDocument"},
+    {NSEndFunctionKey, command, Shift::selects, "moveToEndOfDocument"},
     {NSPageUpFunctionKey, plain, Shift::selects, "pageUp"},
     {NSPageUpFunctionKey, option, Shift::refused, "scrollPageUp"},
     {NSPageUpFunctionKey, ctrl, Shift::refused, "scrollPageUp"},
@@ -57,12 +57,12 @@ constexpr Binding bindings[] = {
     {NSBackspaceCharacter, plain, Shift::required, "deleteBackward"},
     {NSBackspaceCharacter, ctrl, Shift::refused, "deleteWordBackward"},
     {NSBackspaceCharacter, option, Shift::refused, "deleteWordBackward"},
-    {NSBackspaceCharacter, command, Shift::refused, "deleteToBeginningOfLine"},
+    {NSBackspaceCharacter, command, Shift::refused, "deleteWordBackward"},
     {NSDeleteFunctionKey, plain, Shift::refused, "deleteForward"},
     {NSDeleteFunctionKey, plain, Shift::required, "cut"},
     {NSDeleteFunctionKey, ctrl, Shift::refused, "deleteWordForward"},
     {NSDeleteFunctionKey, option, Shift::refused, "deleteWordForward"},
-    {NSDeleteFunctionKey, command, Shift::refused, "deleteToEndOfLine"},
+    {NSDeleteFunctionKey, command, Shift::refused, "deleteWordForward"},
     {NSInsertFunctionKey, ctrl, Shift::refused, "copy"},
     {NSInsertFunctionKey, plain, Shift::required, "paste"},
 
@@ -93,6 +93,8 @@ constexpr Binding bindings[] = {
     {u'v', command, Shift::refused, "paste"},
     {u'z', command, Shift::refused, "undo"},
     {u'z', command, Shift::required, "redo"},
+    {u'y', command, Shift::refused, "redo"},
+    {NSInsertFunctionKey, command, Shift::refused, "copy"},
 };
 
 /// One key under the several characters that it comes as.

@@ -19,6 +19,17 @@ enum NSTextMovement : NSInteger {
     NSOtherTextMovement = 0
 };
 
+/// Optional operations of an editor's delegate.
+namespace op {
+inline constexpr Operation<BOOL(NSText*)> textShouldBeginEditing{"textShouldBeginEditing:"};
+inline constexpr Operation<BOOL(NSText*)> textShouldEndEditing{"textShouldEndEditing:"};
+inline constexpr Operation<void(NSNotification*)> textDidBeginEditing{"textDidBeginEditing:"};
+inline constexpr Operation<void(NSNotification*)> textDidChange{"textDidChange:"};
+inline constexpr Operation<void(NSNotification*)> textDidEndEditing{"textDidEndEditing:"};
+/// YES where the delegate has done it.
+inline constexpr Operation<BOOL(NSText*, SEL)> textView_doCommandBySelector{"textView:doCommandBySelector:"};
+} // namespace op
+
 /// What every editor of text answers. The window's field editor is one; so are the text views.
 class LIBVUE_API NSText : public NSView {
 public:

@@ -1,0 +1,173 @@
+#include <libvue/platform/appkit/NSPasteboard.h>
+
+#include <algorithm>
+#include <string>
+
+#include <libvue/platform/backend/Backend.h>
+#include <libvue/platform/foundation/NSArray.h>
+#include <libvue/platform/foundation/NSData.h>
+
+namespace libvue {
+
+namespace {
+
+/// The types of the platform and what the desktop calls them.
+std::string mimeOf(const NSString* type) {
+    if (type->isEqualToString(NSStringPboardType)) return "text/plain";
+    if (type->isEqualToString(NSRTFPboardType)) return "text/rtf";
+    if (type->isEqualToString(NSHTMLPboardType)) return "text/html";
+    if (type->isEqualToString(NSURLPboardType)) return "text/uri-list";
+    return type->utf8();
+}
+
+Ref<NSString> typeOf(std::string_view mime) {
+    if (mime.starts_with("text/plain")) return NSStringPboardType.get();
+    if (mime == "text/rtf" || mime == "application/rtf") return NSRTFPboardType.get();
+    if (mime == "text/html") return NSHTMLPboardType.get();
+    if (mime == "text/uri-list") return NSURLPboardType.get();
+    return NSString::fromUTF8(mime);
+}
+
+backend::Clipboard& clipboard() { return *backend::Backend::current().clipboard; }
+
+std::vector<Ref<NSPasteboard>>& table() {
+    static std::vector<Ref<NSPasteboard>> boards;
+    return boards;
+}
+
+} // namespace
+
+void NSPasteboard::describe(ClassDescription<NSPasteboard>&) {}
+
+NSPasteboard::NSPasteboard(NSString* name, bool general) : name_(name), general_(general) {}
+NSPasteboard::~NSPasteboard() = default;
+
+NSPasteboard* NSPasteboard::pasteboardWithName(NSString* name) {
+    const Ref<NSString> wanted = name ? NSString::stringWithString(name) : u"general"_ns;
+    for (const auto& b : table())
+        if (b->name_->isEqualToString(wanted)) return b;
+    (void)classOf<NSPasteboard>();
+    table().push_back(adopt(new NSPasteboard(wanted, wanted->isEqualTo(u"general"))));
+    return table().back();
+}
+
+NSPasteboard* NSPasteboard::generalPasteboard() { return pasteboardWithName(u"general"_ns); }
+
+NSPasteboard::Item* NSPasteboard::item(const NSString* type) {
+    const auto at =
+        std::find_if(items_.begin(), items_.end(), [&](const Item& i) { return i.type->isEqualToString(type); });
+    return at == items_.end() ? nullptr : &*at;
+}
+
+NSInteger NSPasteboard::clearContents() {
+    items_.clear();
+    owner_ = nullptr;
+    ++changes_;
+    if (general_) publish();
+    return changes_;
+}
+
+NSInteger NSPasteboard::declareTypes_owner(NSArray* types, NSObject* owner) {
+    const Ref<NSPasteboard> self(this);
+    if (const Ref<NSObject> former = owner_.ref(); former && former != owner)
+        if (auto tell = op::pasteboardChangedOwner.of(former)) tell(this);
+    items_.clear();
+    ++changes_;
+    return addTypes_owner(types, owner);
+}
+
+NSInteger NSPasteboard::addTypes_owner(NSArray* types, NSObject* owner) {
+    owner_ = owner;
+    if (types)
+        for (NSObject* o : *types)
+            if (auto* t = as<NSString>(o); t && !item(t)) items_.push_back({t, nullptr});
+    if (general_) publish();
+    return changes_;
+}
+
+BOOL NSPasteboard::setString_forType(NSString* s, NSString* type) {
+    return s && setData_forType(s->dataUsingEncoding(NSUTF8StringEncoding), type);
+}
+
+BOOL NSPasteboard::setData_forType(NSData* data, NSString* type) {
+    if (!type) return NO;
+    Item* i = item(type);
+    if (!i) return NO;
+    i->data = data;
+    if (general_) publish();
+    return YES;
+}
+
+void NSPasteboard::publish() {
+    std::vector<backend::Clipboard::Item> out;
+    for (const Item& i : items_) {
+        // A promise is kept now: the clipboard outlives this process's turn.
+        if (!i.data) continue;
+        const auto* bytes = static_cast<const std::uint8_t*>(i.data->bytes());
+        out.push_back({mimeOf(i.type), std::vector<std::uint8_t>(bytes, bytes + i.data->length())});
+    }
+    clipboard().set(std::move(out));
+    published_ = clipboard().changeCount();
+}
+
+void NSPasteboard::followClipboard() {
+    if (!general_ || clipboard().changeCount() == published_) return;
+    items_.clear();
+    owner_ = nullptr;
+    for (const std::string& mime : clipboard().types()) {
+        const auto type = typeOf(mime);
+        if (!item(type)) items_.push_back({type, nullptr});
+    }
+    ++changes_;
+    published_ = clipboard().changeCount();
+}
+
+Ref<NSArray> NSPasteboard::types() {
+    followClipboard();
+    auto out = NSMutableArray::array();
+    for (const Item& i : items_)
+        out->addObject(i.type);
+    return out;
+}
+
+Ref<NSString> NSPasteboard::availableTypeFromArray(NSArray* types) {
+    followClipboard();
+    if (types)
+        for (NSObject* o : *types)
+            if (auto* t = as<NSString>(o); t && item(t)) return t;
+    return nullptr;
+}
+
+Ref<NSData> NSPasteboard::dataForType(NSString* type) {
+    if (!type) return nullptr;
+    const Ref<NSPasteboard> self(this);
+    followClipboard();
+    Item* i = item(type);
+    if (!i) return nullptr;
+    if (!i->data) {
+        if (auto provide = op::pasteboard_provideDataForType.of(owner_)) {
+            provide(this, type);
+            i = item(type);
+        } else if (general_) {
+            auto bytes = clipboard().read(mimeOf(type));
+            if (bytes.empty() && type->isEqualToString(NSStringPboardType))
+                bytes = clipboard().read("text/plain;charset=utf-8");
+            return NSData::dataWithBytes_length(bytes.data(), bytes.size());
+        }
+    }
+    return i ? i->data : nullptr;
+}
+
+Ref<NSString> NSPasteboard::stringForType(NSString* type) {
+    const auto data = dataForType(type);
+    if (!data) return nullptr;
+    const auto* bytes = static_cast<const char*>(data->bytes());
+    return NSString::fromUTF8({bytes ? bytes : "", data->length()});
+}
+
+NSInteger NSPasteboard::changeCount() {
+    followClipboard();
+    return changes_;
+}
+
+} // namespace libvue

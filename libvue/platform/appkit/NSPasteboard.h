@@ -1,0 +1,73 @@
+#pragma once
+
+#include <vector>
+
+#include <libvue/platform/appkit/Forward.h>
+#include <libvue/platform/foundation/ConstantString.h>
+#include <libvue/platform/foundation/NSString.h>
+
+namespace libvue {
+
+inline constexpr ConstantString NSStringPboardType{u"NSStringPboardType"};
+inline constexpr ConstantString NSRTFPboardType{u"NeXT Rich Text Format v1.0 pasteboard type"};
+inline constexpr ConstantString NSHTMLPboardType{u"Apple HTML pasteboard type"};
+inline constexpr ConstantString NSURLPboardType{u"NSURL pasteboard type"};
+inline constexpr ConstantString NSFindPboard{u"Find pasteboard"};
+inline constexpr ConstantString NSFontPboard{u"Font pasteboard"};
+inline constexpr ConstantString NSDragPboard{u"Drag pasteboard"};
+
+namespace op {
+/// Asks the owner for a type that it declared and has not given yet.
+inline constexpr Operation<void(NSPasteboard*, NSString*)> pasteboard_provideDataForType{
+    "pasteboard:provideDataForType:"};
+/// Tells the former owner that someone else has declared types.
+inline constexpr Operation<void(NSPasteboard*)> pasteboardChangedOwner{"pasteboardChangedOwner:"};
+} // namespace op
+
+/// What is copied from one place and pasted in another, in several representations. The general one is the desktop's
+/// clipboard; the others, the find pasteboard among them, belong to the process.
+class LIBVUE_API NSPasteboard : public NSObject {
+public:
+    static void describe(ClassDescription<NSPasteboard>& c);
+    [[nodiscard]] static NSPasteboard* generalPasteboard();
+    /// Made on first use and kept.
+    [[nodiscard]] static NSPasteboard* pasteboardWithName(NSString* name);
+    ~NSPasteboard() override;
+
+    [[nodiscard]] NSString* name() const noexcept { return name_; }
+    /// Empties it and says what will be there. The owner (held weakly, may be null) is asked for what it has not given.
+    NSInteger declareTypes_owner(NSArray* types, NSObject* owner);
+    NSInteger addTypes_owner(NSArray* types, NSObject* owner);
+    NSInteger clearContents();
+    /// NO for a type that was not declared.
+    BOOL setString_forType(NSString* s, NSString* type);
+    BOOL setData_forType(NSData* data, NSString* type);
+    [[nodiscard]] Ref<NSArray> types();
+    /// The first of the array that is there; null where none is.
+    [[nodiscard]] Ref<NSString> availableTypeFromArray(NSArray* types);
+    /// Null where it is not there.
+    [[nodiscard]] Ref<NSString> stringForType(NSString* type);
+    [[nodiscard]] Ref<NSData> dataForType(NSString* type);
+    /// Grows with each change, also by other applications.
+    [[nodiscard]] NSInteger changeCount();
+
+private:
+    explicit NSPasteboard(NSString* name, bool general);
+    struct Item {
+        Ref<NSString> type;
+        Ref<NSData> data; ///< null while the owner has not given it
+    };
+    [[nodiscard]] Item* item(const NSString* type);
+    /// Drops what is held here where another application has taken the clipboard.
+    void followClipboard();
+    void publish();
+
+    Ref<NSString> name_;
+    std::vector<Item> items_;
+    Weak<NSObject> owner_;
+    NSInteger changes_ = 0;
+    std::uint64_t published_ = 0; ///< the clipboard's count at our last publication
+    bool general_;
+};
+
+} // namespace libvue
