@@ -158,6 +158,11 @@ TEST_F(NSNotificationCenterTest, aPostSurvivesWhatItsObserversDo) {
     EXPECT_EQ(faible, nullptr);
     a->action = nullptr;
     EXPECT_EQ(poste(kBouge, objet), "a:bouge a:bouge ");
+    // Neither does one hear it that joins those of any object meanwhile.
+    ajoute(b, kBouge, nullptr);
+    a->action = [&] { ajoute(b, kBouge, nullptr); };
+    EXPECT_EQ(poste(kBouge, objet), "a:bouge a:bouge b:bouge ");
+    centre->removeObserver(b);
     // Removing oneself, and all of one's registrations, is no different.
     a->action = [&] { centre->removeObserver(a); };
     EXPECT_EQ(poste(kBouge, objet), "a:bouge ");
@@ -166,7 +171,10 @@ TEST_F(NSNotificationCenterTest, aPostSurvivesWhatItsObserversDo) {
 
 TEST_F(NSNotificationCenterTest, anObserverMayLetGoOfItselfWhileItIsTold) {
     const Weak<Ecouteur> faible(a);
-    a->action = [this] { a = nullptr; };
+    a->action = [this, &faible] {
+        a = nullptr;
+        EXPECT_NE(faible, nullptr);
+    };
     ajoute(a, kBouge, objet);
     ajoute(b, kBouge, objet);
     EXPECT_EQ(poste(kBouge, objet), "a:bouge b:bouge ");

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <deque>
 #include <limits>
 #include <string>
@@ -54,11 +55,16 @@ public:
         c.answers<&Cible::note>("note:");
         c.answers<&Cible::sonne>("sonne:");
         c.answers<&Cible::rien>("rien");
+        c.answers<&Cible::recommence>("recommence");
     }
     void note(NSObject* o) { journal += (o ? o->description()->utf8() : "-") + " "; }
     void sonne(NSTimer* t) {
         journal += "t";
         if (action) action(t);
+    }
+    void recommence() {
+        journal += "r";
+        if (journal.size() < 9) performSelector_withObject_afterDelay(sel("recommence"), nullptr, 0);
     }
     void rien() { journal += "rien "; }
 
@@ -99,6 +105,14 @@ TEST_F(NSRunLoopTest, delayedPerformsRunByTimeAndThenByOrderOfScheduling) {
 }
 
 TEST_F(NSRunLoopTest, whatIsScheduledDuringATurnRunsInALaterOne) {
+    cible->performSelector_withObject_afterDelay(sel("recommence"), nullptr, 0);
+    boucle->runOnce(0);
+    EXPECT_EQ(cible->journal, "r");
+    boucle->runOnce(0);
+    EXPECT_EQ(cible->journal, "rr");
+    NSObject::cancelPreviousPerformRequestsWithTarget(cible);
+    cible->journal.clear();
+
     int tours = 0;
     std::function<void()> encore = [&] {
         if (++tours < 5) boucle->performBlock(encore);
@@ -166,14 +180,39 @@ TEST_F(NSRunLoopTest, aRepeatingTimerKeepsItsPhaseAndSkipsWhatItMissed) {
     EXPECT_EQ(heures.size(), 4u);
 }
 
-TEST_F(NSRunLoopTest, twentyTicksOfAThirtiethAreTwenty) {
-    int tics = 0;
-    const auto t = NSTimer::scheduledTimerWithTimeInterval_repeats_block(1.0 / 30.0, YES, [&](NSTimer*) { ++tics; });
-    for (int i = 1; i <= 20; ++i) {
-        boucle->runUntilTime(i / 30.0);
-        EXPECT_EQ(tics, i);
+TEST_F(NSRunLoopTest, asManyTicksAsStepsOfTheClock) {
+    for (const double frequence : {30.0, 10.0, 7.0}) {
+        const NSTimeInterval debut = source.temps = 0;
+        int tics = 0;
+        const auto t =
+            NSTimer::scheduledTimerWithTimeInterval_repeats_block(1 / frequence, YES, [&](NSTimer*) { ++tics; });
+        for (int i = 1; i <= 60; ++i) {
+            boucle->runUntilTime(debut + i / frequence);
+            ASSERT_EQ(tics, i) << frequence;
+        }
+        t->invalidate();
     }
-    t->invalidate();
+}
+
+TEST_F(NSRunLoopTest, theOrderHoldsWhateverIsTakenBack) {
+    std::vector<std::pair<NSTimeInterval, int>> attendus;
+    std::vector<Ref<NSTimer>> timers;
+    std::vector<int> obtenus;
+    unsigned hasard = 12345;
+    for (int i = 0; i < 2000; ++i) {
+        hasard = hasard * 1103515245 + 12345;
+        const NSTimeInterval delai = hasard >> 16 & 1023;
+        timers.push_back(NSTimer::scheduledTimerWithTimeInterval_repeats_block(
+            delai, NO, [&obtenus, i](NSTimer*) { obtenus.push_back(i); }));
+        if (i % 2) attendus.emplace_back(delai, i);
+    }
+    for (int i = 0; i < 2000; i += 2)
+        timers[static_cast<std::size_t>(i * 7 % 2000)]->invalidate();
+    boucle->runUntilTime(2000);
+    std::sort(attendus.begin(), attendus.end());
+    ASSERT_EQ(obtenus.size(), attendus.size());
+    for (std::size_t i = 0; i < obtenus.size(); ++i)
+        ASSERT_EQ(obtenus[i], attendus[i].second) << i;
 }
 
 TEST_F(NSRunLoopTest, aTimerKeepsItsTargetUntilItIsInvalid) {
@@ -238,7 +277,7 @@ TEST_F(NSRunLoopTest, anExceptionDoesNotStopARepeatingTimer) {
 
 TEST_F(NSRunLoopTest, modesHoldBackWhatIsNotTheirs) {
     const auto ajoute = [&](const char16_t* nom, NSString* mode) {
-        const auto t = NSTimer::timerWithTimeInterval_repeats_block(
+        auto t = NSTimer::timerWithTimeInterval_repeats_block(
             1, NO, [this, nom](NSTimer*) { cible->journal += NSString::from(nom)->utf8() + " "; });
         boucle->addTimer_forMode(t, mode);
         return t;
