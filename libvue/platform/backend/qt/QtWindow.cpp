@@ -9,7 +9,6 @@
 #include <QImage>
 #include <QInputMethod>
 #include <QPainterPath>
-#include <QPixmap>
 #include <QPolygon>
 #include <QScreen>
 #include <QSurfaceFormat>
@@ -392,10 +391,9 @@ void QtWindow::present(std::span<const NSRect> dirty) {
 std::shared_ptr<Picture> QtWindow::capture() {
     if (shown_.isEmpty() || !backing_) return nullptr;
     QImage image;
-    if (runsOnX11() && isExposed() && screen()) {
-        image = screen()->grabWindow(winId()).toImage();
-    } else if (auto* kept = dynamic_cast<QImage*>(backing_->paintDevice())) {
-        image = kept->copy();
+    if (isExposed()) image = x11::contents(winId(), inPixels(size_, scale_));
+    if (image.isNull()) {
+        if (const auto* kept = dynamic_cast<QImage*>(backing_->paintDevice())) image = kept->copy();
     }
     if (image.isNull()) return nullptr;
     image.convertTo(QImage::Format_ARGB32_Premultiplied);

@@ -1,5 +1,8 @@
 #include <libvue/platform/backend/qt/QtWindowHints.h>
 
+#include <QImage>
+#include <QSize>
+
 #include <libvue/platform/backend/qt/QtApplication.h>
 
 #if LIBVUE_HAVE_XCB
@@ -130,6 +133,20 @@ void setOnAllDesktops(WId window, bool all, bool mapped) {
     }
 }
 
+QImage contents(WId window, QSize pixels) {
+    xcb_connection_t* c = connection();
+    if (!c) return {};
+    const auto cookie =
+        xcb_get_image(c, XCB_IMAGE_FORMAT_Z_PIXMAP, static_cast<xcb_drawable_t>(window), 0, 0,
+                      static_cast<std::uint16_t>(pixels.width()), static_cast<std::uint16_t>(pixels.height()), ~0u);
+    const Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(c, cookie, nullptr));
+    if (!reply || (reply->depth != 24 && reply->depth != 32)) return {};
+    const int line = pixels.width() * 4;
+    if (xcb_get_image_data_length(reply.get()) < line * pixels.height()) return {};
+    const QImage::Format format = reply->depth == 32 ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
+    return QImage(xcb_get_image_data(reply.get()), pixels.width(), pixels.height(), line, format).copy();
+}
+
 } // namespace libvue::backend::x11
 
 #else
@@ -142,6 +159,7 @@ void bell() {}
 void setTransientFor(WId, WId) {}
 void setMouseTransparent(WId, bool) {}
 void setOnAllDesktops(WId, bool, bool) {}
+QImage contents(WId, QSize) { return {}; }
 
 } // namespace libvue::backend::x11
 

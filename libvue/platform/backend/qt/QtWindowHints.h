@@ -2,6 +2,9 @@
 
 #include <QtGui/qwindowdefs.h>
 
+class QImage;
+class QSize;
+
 /// What X11 windows are told beside Qt. Without an X11 connection each of these does nothing.
 namespace libvue::backend::x11 {
 
@@ -16,5 +19,8 @@ void setTransientFor(WId window, WId parent);
 void setMouseTransparent(WId window, bool transparent);
 /// A property before the window is mapped, a wish to the window manager afterwards.
 void setOnAllDesktops(WId window, bool all, bool mapped);
+/// The window's own pixels, without what lies above it and whatever a compositor makes of it; null where the server
+/// does not have them.
+[[nodiscard]] QImage contents(WId window, QSize pixels);
 
 } // namespace libvue::backend::x11

@@ -331,10 +331,12 @@ void QtWindowServer::setOpacity(WindowId w, double opacity) {
 
 void QtWindowServer::setIgnoresMouse(WindowId w, bool ignores) {
     if (QtWindow* at = find(w)) at->setIgnoresMouse(ignores);
+    flush();
 }
 
 void QtWindowServer::setAllDesktops(WindowId w, bool all) {
     if (QtWindow* at = find(w)) at->setAllDesktops(all);
+    flush();
 }
 
 void QtWindowServer::miniaturize(WindowId w, bool mini) {
@@ -351,10 +353,12 @@ void QtWindowServer::zoom(WindowId w) {
 
 void QtWindowServer::setShape(WindowId w, const Path* shape) {
     if (QtWindow* at = find(w)) at->setOutline(shape);
+    flush();
 }
 
 void QtWindowServer::startMove(WindowId w) {
     if (QtWindow* at = find(w)) at->startSystemMove();
+    flush();
 }
 
 std::shared_ptr<Picture> QtWindowServer::surface(WindowId w) {
