@@ -60,26 +60,33 @@ NSComparisonResult compareLiterally(const A* a, std::size_t countA, const B* b, 
 }
 
 /// The answer where it does not hang on marks or decompositions: the first difference lies between two ASCII units, or
-/// one text ends before an unmarked unit of the other.
+/// one text ends before an unmarked unit of the other. Else false, and from `differs` on the texts must be folded.
 template <class A, class B>
-bool compareSimply(const A* a, std::size_t countA, const B* b, std::size_t countB, bool fold,
+bool compareSimply(const A* a, std::size_t countA, const B* b, std::size_t countB, bool fold, std::size_t& differs,
                    NSComparisonResult& result) noexcept {
     const std::size_t common = std::min(countA, countB);
-    for (std::size_t i = 0; i < common; ++i) {
+    std::size_t i = 0;
+    for (; i < common; ++i) {
         if (a[i] == b[i]) continue;
-        if (a[i] >= 0x80 || b[i] >= 0x80) return false;
-        const std::uint8_t x =
-            fold ? detail::foldLatin1(static_cast<std::uint8_t>(a[i])) : static_cast<std::uint8_t>(a[i]);
-        const std::uint8_t y =
-            fold ? detail::foldLatin1(static_cast<std::uint8_t>(b[i])) : static_cast<std::uint8_t>(b[i]);
-        if (x == y) continue;
-        result = order(x, y);
+        if (a[i] >= 0x80 || b[i] >= 0x80) break;
+        const auto x = static_cast<std::uint8_t>(a[i]), y = static_cast<std::uint8_t>(b[i]);
+        const std::uint8_t seenX = fold ? detail::foldLatin1(x) : x, seenY = fold ? detail::foldLatin1(y) : y;
+        if (seenX == seenY) continue;
+        result = order(seenX, seenY);
         return true;
     }
-    if (countA > common && a[common] >= 0x300) return false;
-    if (countB > common && b[common] >= 0x300) return false;
-    result = order(countA, countB);
-    return true;
+    if (i == common && (countA == common || a[common] < 0x300) && (countB == common || b[common] < 0x300)) {
+        result = order(countA, countB);
+        return true;
+    }
+    // Back to where a character begins in both: what stands before is equal, and no mark reaches over.
+    const auto begins = [](const auto* units, std::size_t count, std::size_t at) {
+        return at == count || units[at] < 0x300;
+    };
+    while (i > 0 && !(begins(a, countA, i) && begins(b, countB, i)))
+        --i;
+    differs = i;
+    return false;
 }
 
 /// An ICU collator, or null where ICU has none.
@@ -137,13 +144,15 @@ NSComparisonResult NSString::compare_options_range(const NSString* s, NSUInteger
     } else if (options & NSLiteralSearch)
         return literally();
     else {
+        std::size_t differs = 0;
         const bool simple = detail::visitUnits(*this, range, [&](const auto* a, std::size_t countA) {
             return detail::visitUnits(*s, [&](const auto* b, std::size_t countB) {
-                return compareSimply(a, countA, b, countB, folds != 0, result);
+                return compareSimply(a, countA, b, countB, folds != 0, differs, result);
             });
         });
         if (!simple) {
-            const detail::FoldedText a(*this, range, options), b(*s, whole, options);
+            const detail::FoldedText a(*this, {range.location + differs, range.length - differs}, options);
+            const detail::FoldedText b(*s, {differs, whole.length - differs}, options);
             result = order(a.units.compare(b.units), 0);
         }
     }
