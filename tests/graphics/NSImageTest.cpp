@@ -272,18 +272,19 @@ TEST(NSImageTest, damagedFilesGiveNullOrAPictureOfTheirSize) {
     const Ref<NSImage> image = drapeau({8, 8});
     const Ref<NSData> png = image->PNGRepresentation();
     ASSERT_NE(png, nullptr);
+    // The codec's own complaints say nothing here.
+    testing::internal::CaptureStderr();
     for (NSUInteger length = 0; length < png->length(); ++length) {
         const Ref<NSImage> cut = NSImage::initWithData(png->subdataWithRange({0, length}));
         EXPECT_TRUE(!cut || cut->picture(1)->pixelWidth() == 8) << length;
+        const Ref<NSMutableData> bent = make<NSMutableData>(png.get());
+        static_cast<std::uint8_t*>(bent->mutableBytes())[length] ^= 0x55;
+        const Ref<NSImage> read = NSImage::initWithData(bent);
+        EXPECT_TRUE(!read || read->isValid()) << length;
     }
     EXPECT_EQ(NSImage::initWithData(png->subdataWithRange({0, png->length() / 2})), nullptr);
+    (void)testing::internal::GetCapturedStderr();
     EXPECT_EQ(NSImage::initWithData(nullptr), nullptr);
-    for (NSUInteger at = 0; at < png->length(); ++at) {
-        const Ref<NSMutableData> bent = make<NSMutableData>(png.get());
-        static_cast<std::uint8_t*>(bent->mutableBytes())[at] ^= 0x55;
-        const Ref<NSImage> read = NSImage::initWithData(bent);
-        EXPECT_TRUE(!read || read->isValid()) << at;
-    }
     EXPECT_EQ(pixel(*NSImage::initWithData(png), 0, 0), "0000ffff");
 }
 

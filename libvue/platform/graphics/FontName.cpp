@@ -66,7 +66,6 @@ bool takeTraits(std::string_view suffix, NSUInteger& traits) {
 
 FontName parseFontName(std::string_view name) {
     FontName out{std::string(name), 0};
-    if (backend::Backend::current().text->hasFamily(name)) return out;
     if (const auto hyphen = name.rfind('-'); hyphen != std::string_view::npos && hyphen > 0) {
         NSUInteger traits = 0;
         if (takeTraits(name.substr(hyphen + 1), traits)) out = {std::string(name.substr(0, hyphen)), traits};

@@ -118,6 +118,11 @@ LayoutRef layoutWithin(const Source& s, NSSize size, NSUInteger options) {
     const auto lines = layout->lines();
     const auto fits = std::count_if(lines.begin(), lines.end(),
                                     [&](const backend::TextLine& l) { return NSMaxY(l.rect) <= size.height; });
+    const auto truncates = [](const backend::TextParagraph& p) {
+        return p.lineBreak >= backend::LineBreak::truncatingHead;
+    };
+    if (std::none_of(b.paragraphs().begin(), b.paragraphs().end(), truncates))
+        b.setLineBreak(backend::LineBreak::truncatingTail);
     b.setMaximumLines(static_cast<NSUInteger>(std::max<std::ptrdiff_t>(fits, 1)));
     return b.layout();
 }

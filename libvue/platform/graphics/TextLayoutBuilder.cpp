@@ -26,24 +26,6 @@ constexpr double superscriptRaise = 0.4;
 
 const std::shared_ptr<const backend::FontFace>& defaultFace() { return NSFont::userFontOfSize(0)->face(); }
 
-bool isStrongRightToLeft(char16_t u) {
-    return (u >= 0x0590 && u <= 0x08FF) || (u >= 0xFB1D && u <= 0xFDFF) || (u >= 0xFE70 && u <= 0xFEFC);
-}
-
-bool isStrongLeftToRight(char16_t u) {
-    return (u >= 'A' && u <= 'Z') || (u >= 'a' && u <= 'z') || (u >= 0x00C0 && u < 0x0590) ||
-           (u >= 0x0900 && u < 0x2000) || (u >= 0x2C00 && u < 0xFB00);
-}
-
-/// Whether the first letter that has a direction runs to the left.
-bool startsRightToLeft(std::u16string_view text) {
-    for (char16_t u : text) {
-        if (isStrongLeftToRight(u)) return false;
-        if (isStrongRightToLeft(u)) return true;
-    }
-    return false;
-}
-
 /// Behind the end of the paragraph that starts at `from`, its line end included.
 std::size_t endOfParagraph(std::u16string_view text, std::size_t from) {
     for (std::size_t i = from; i < text.size(); ++i) {
@@ -148,10 +130,7 @@ void TextLayoutBuilder::appendParagraphs(NSRange range, const NSParagraphStyle* 
     std::size_t from = range.location;
     while (from < NSMaxRange(range)) {
         const std::size_t end = endOfParagraph(text_, from);
-        backend::TextParagraph p = paragraphWithStyle(style, {from, end - from});
-        if (!style || style->baseWritingDirection() == NSWritingDirectionNatural)
-            p.rightToLeft = startsRightToLeft(std::u16string_view(text_).substr(from, end - from));
-        paragraphs_.push_back(std::move(p));
+        paragraphs_.push_back(paragraphWithStyle(style, {from, end - from}));
         from = end;
     }
 }
