@@ -62,9 +62,13 @@ bool takeTraits(std::string_view suffix, NSUInteger& traits) {
     return true;
 }
 
-} // namespace
+/// Names that were taken apart: drawing code asks for the same few again and again.
+std::unordered_map<std::string, FontName>& parsedNames() {
+    static std::unordered_map<std::string, FontName> table;
+    return table;
+}
 
-FontName parseFontName(std::string_view name) {
+FontName parse(std::string_view name) {
     FontName out{std::string(name), 0};
     if (const auto hyphen = name.rfind('-'); hyphen != std::string_view::npos && hyphen > 0) {
         NSUInteger traits = 0;
@@ -77,6 +81,16 @@ FontName parseFontName(std::string_view name) {
     return out;
 }
 
+} // namespace
+
+const FontName& parseFontName(const std::string& name) {
+    auto& table = parsedNames();
+    if (const auto found = table.find(name); found != table.end()) return found->second;
+    constexpr std::size_t mostNames = 256;
+    if (table.size() >= mostNames) table.clear();
+    return table.emplace(name, parse(name)).first->second;
+}
+
 std::string fullFontName(std::string_view family, NSUInteger traits) {
     std::string name = withoutSpaces(family);
     std::string suffix;
@@ -86,6 +100,9 @@ std::string fullFontName(std::string_view family, NSUInteger traits) {
     return suffix.empty() ? name : name + "-" + suffix;
 }
 
-void forgetFontFamilies() { spacedFamilies().clear(); }
+void forgetFontFamilies() {
+    spacedFamilies().clear();
+    parsedNames().clear();
+}
 
 } // namespace libvue

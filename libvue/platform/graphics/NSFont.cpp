@@ -103,7 +103,7 @@ Ref<NSFont> NSFont::system(CGFloat size, CGFloat standard, NSUInteger traits) {
 
 Ref<NSFont> NSFont::fontWithName_size(const NSString* name, CGFloat size) {
     if (!name || name->length() == 0) return nullptr;
-    const FontName parsed = parseFontName(name->utf8());
+    const FontName& parsed = parseFontName(name->utf8());
     return shared(NSString::fromUTF8(parsed.family), parsed.traits, goodSize(size, userFontSize), Kind::named);
 }
 
