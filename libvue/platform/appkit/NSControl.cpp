@@ -25,7 +25,7 @@ void NSControl::describe(ClassDescription<NSControl, NSView>& c) {
 NSControl::NSControl() = default;
 NSControl::NSControl(const NSRect& frame) : NSView(frame) {}
 NSControl::NSControl(NSCoder& coder) : NSView(coder), tag_(coder.decodeIntegerForKey(u"NSTag"_ns)) {
-    if (auto* c = as<NSCell>(coder.decodeObjectForKey(u"NSCell"_ns).get())) NSControl::setCell(c);
+    if (const Ref<NSCell> c = as<NSCell>(coder.decodeObjectForKey(u"NSCell"_ns))) NSControl::setCell(c);
 }
 NSControl::~NSControl() = default;
 

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include <libvue/platform/appkit/Forward.h>
+#include <libvue/platform/foundation/ConstantString.h>
 #include <libvue/platform/foundation/NSGeometry.h>
 #include <libvue/platform/foundation/NSString.h>
 
@@ -15,6 +16,12 @@ inline constexpr Operation<void(NSMenu*)> menuWillOpen{"menuWillOpen:"};
 inline constexpr Operation<void(NSMenu*)> menuDidClose{"menuDidClose:"};
 inline constexpr Operation<BOOL(NSMenuItem*)> validateMenuItem{"validateMenuItem:"};
 } // namespace op
+
+// The object of each is the menu.
+inline constexpr ConstantString NSMenuDidChangeItemNotification{u"NSMenuDidChangeItemNotification"};
+inline constexpr ConstantString NSMenuDidAddItemNotification{u"NSMenuDidAddItemNotification"};
+inline constexpr ConstantString NSMenuDidRemoveItemNotification{u"NSMenuDidRemoveItemNotification"};
+inline constexpr ConstantString NSMenuDidSendActionNotification{u"NSMenuDidSendActionNotification"};
 
 /// A list of commands, opened in a window of its own and tracked in a nested event loop.
 class LIBVUE_API NSMenu : public NSObject {
@@ -77,6 +84,12 @@ public:
     static void popUpContextMenu_withEvent_forView(NSMenu* menu, NSEvent* e, NSView* view);
     void cancelTracking();
     [[nodiscard]] BOOL isTracking() const noexcept { return tracking_; }
+
+    // Between a menu, its items and what shows it.
+
+    void itemChanged_(NSMenuItem* item);
+    void setSupermenu_(NSMenu* m) { supermenu_ = m; }
+    void setHighlightedItem_(NSMenuItem* item);
 
 private:
     friend class NSMenuItem;

@@ -28,7 +28,7 @@ NSView::NSView(const NSRect& frame) : frame_(frame), bounds_{{0, 0}, frame.size}
 NSView::NSView(NSCoder& coder) : NSView(coder.decodeRectForKey(u"NSFrame"_ns)) {
     mask_ = static_cast<std::uint8_t>(coder.decodeIntegerForKey(u"NSAutoresizingMask"_ns));
     hidden_ = coder.decodeBoolForKey(u"NSHidden"_ns);
-    if (auto views = as<NSArray>(coder.decodeObjectForKey(u"NSSubviews"_ns)); views)
+    if (const Ref<NSArray> views = as<NSArray>(coder.decodeObjectForKey(u"NSSubviews"_ns)))
         for (NSObject* o : *views)
             if (auto* v = as<NSView>(o)) addSubview(v);
 }

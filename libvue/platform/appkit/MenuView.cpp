@@ -1,0 +1,189 @@
+#include <libvue/platform/appkit/MenuView.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include <libvue/platform/appkit/NSEvent.h>
+#include <libvue/platform/appkit/NSMenuItem.h>
+#include <libvue/platform/appkit/ThemeDessin.h>
+#include <libvue/platform/foundation/NSAttributedString.h>
+#include <libvue/platform/foundation/NSDictionary.h>
+#include <libvue/platform/graphics/NSBezierPath.h>
+#include <libvue/platform/graphics/NSColor.h>
+#include <libvue/platform/graphics/NSDrawing.h>
+#include <libvue/platform/graphics/NSFont.h>
+#include <libvue/platform/graphics/NSImage.h>
+#include <libvue/platform/graphics/NSStringDrawing.h>
+
+namespace libvue {
+
+namespace {
+
+constexpr CGFloat kSeparatorHeight = 9, kStateColumn = 22, kTrailing = 14, kShortcutGap = 28, kIndent = 12,
+                  kImageGap = 6;
+
+Ref<NSFont> fontOf(const NSMenu& m) { return m.font() ? Ref<NSFont>(m.font()) : NSFont::menuFontOfSize(0); }
+
+Ref<NSDictionary> attributes(const NSMenu& m, NSColor* color) {
+    return NSDictionary::dictionaryWithObjectsAndKeys(
+        {{fontOf(m).get(), NSFontAttributeName.get()}, {color, NSForegroundColorAttributeName.get()}});
+}
+
+/// How the desktop writes a shortcut: the platform's command modifier is its Ctrl key.
+Ref<NSString> shortcutOf(const NSMenuItem& i) {
+    NSString* key = i.keyEquivalent();
+    if (key->length() == 0) return NSString::string();
+    std::u16string s;
+    const NSUInteger mask = i.keyEquivalentModifierMask();
+    if (mask & NSCommandKeyMask) s += u"Ctrl+";
+    if (mask & NSControlKeyMask) s += u"Super+";
+    if (mask & NSAlternateKeyMask) s += u"Alt+";
+    const bool capital = !key->isEqualToString(key->lowercaseString());
+    if ((mask & NSShiftKeyMask) || capital) s += u"Maj+";
+    const unichar c = key->unit(0);
+    if (c == u'\r')
+        s += u"Entrée";
+    else if (c == NSEscapeCharacter)
+        s += u"Échap";
+    else if (c == NSBackspaceCharacter || c == NSDeleteCharacter)
+        s += u"Retour arrière";
+    else if (c >= NSF1FunctionKey && c < NSF1FunctionKey + 24) {
+        s += u'F';
+        for (char d : std::to_string(c - NSF1FunctionKey + 1))
+            s += static_cast<char16_t>(d);
+    } else
+        s += key->uppercaseString()->utf16();
+    return NSString::from(s);
+}
+
+CGFloat heightOf(const NSMenuItem& i) {
+    if (i.isHidden()) return 0;
+    if (i.isSeparatorItem()) return kSeparatorHeight;
+    return std::max(theme::kMenuItemHeight, i.image() ? i.image()->size().height + 4 : 0.0);
+}
+
+} // namespace
+
+MenuView::MenuView(NSMenu* menu) : menu_(menu) {}
+MenuView::~MenuView() = default;
+
+NSSize MenuView::naturalSize(const NSMenu& m) {
+    CGFloat width = 0, height = 2 * theme::kMenuMargin;
+    const auto look = attributes(m, NSColor::controlTextColor());
+    for (NSInteger k = 0; k < m.numberOfItems(); ++k) {
+        const NSMenuItem& i = *m.itemAtIndex(k);
+        height += heightOf(i);
+        if (i.isHidden() || i.isSeparatorItem()) continue;
+        CGFloat w = kStateColumn + kTrailing + static_cast<CGFloat>(i.indentationLevel()) * kIndent;
+        w += i.attributedTitle() ? libvue::size(i.attributedTitle()).width : sizeWithAttributes(i.title(), look).width;
+        if (i.image()) w += i.image()->size().width + kImageGap;
+        const auto shortcut = shortcutOf(i);
+        if (shortcut->length() > 0) w += kShortcutGap + sizeWithAttributes(shortcut, look).width;
+        if (i.hasSubmenu()) w += kShortcutGap;
+        width = std::max(width, w);
+    }
+    return {std::ceil(std::max({width + 2 * theme::kMenuMargin, m.minimumWidth(), 60.0})), std::ceil(height)};
+}
+
+NSRect MenuView::rectOfItem(const NSMenuItem* item) const {
+    CGFloat y = theme::kMenuMargin - scroll_;
+    for (NSInteger k = 0; k < menu_->numberOfItems(); ++k) {
+        const NSMenuItem* i = menu_->itemAtIndex(k);
+        const CGFloat h = heightOf(*i);
+        if (i == item) return {{theme::kMenuMargin, y}, {bounds().size.width - 2 * theme::kMenuMargin, h}};
+        y += h;
+    }
+    return NSZeroRect;
+}
+
+NSMenuItem* MenuView::itemAt(NSPoint p) const {
+    if (!NSPointInRect(p, bounds())) return nullptr;
+    for (NSInteger k = 0; k < menu_->numberOfItems(); ++k) {
+        NSMenuItem* i = menu_->itemAtIndex(k);
+        NSRect r = rectOfItem(i);
+        r.origin.x = 0;
+        r.size.width = bounds().size.width;
+        if (!i->isSeparatorItem() && NSPointInRect(p, r)) return i;
+    }
+    return nullptr;
+}
+
+void MenuView::setScroll(CGFloat s) {
+    const CGFloat most = std::max(0.0, naturalSize(*menu_).height - bounds().size.height);
+    s = std::clamp(s, 0.0, most);
+    if (s == scroll_) return;
+    scroll_ = s;
+    setNeedsDisplay(YES);
+}
+
+void MenuView::scrollBy(CGFloat dy) { setScroll(scroll_ + dy); }
+
+void MenuView::showItem(const NSMenuItem* item) {
+    const NSRect r = rectOfItem(item);
+    if (NSMinY(r) < theme::kMenuMargin) scrollBy(NSMinY(r) - theme::kMenuMargin);
+    if (NSMaxY(r) > bounds().size.height - theme::kMenuMargin)
+        scrollBy(NSMaxY(r) - bounds().size.height + theme::kMenuMargin);
+}
+
+void MenuView::drawRect(const NSRect& dirty) {
+    drawMenuBackground(bounds());
+    for (NSInteger k = 0; k < menu_->numberOfItems(); ++k) {
+        const NSMenuItem* i = menu_->itemAtIndex(k);
+        const NSRect row = rectOfItem(i);
+        if (!NSIsEmptyRect(NSIntersectionRect(row, dirty))) drawItem(i, row);
+    }
+}
+
+void MenuView::drawItem(const NSMenuItem* i, const NSRect& row) const {
+    if (i->isSeparatorItem()) {
+        drawSeparator(NSInsetRect(row, 6, 0));
+        return;
+    }
+    const bool chosen = menu_->highlightedItem() == i && i->isEnabled();
+    if (chosen) {
+        NSColor::selectedMenuItemColor()->setFill();
+        NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius(alignedToPixels(row), 4, 4)->fill();
+    }
+    NSColor* ink = !i->isEnabled() ? NSColor::disabledControlTextColor()
+                   : chosen        ? NSColor::selectedMenuItemTextColor()
+                                   : NSColor::controlTextColor();
+    if (i->state() == NSOnState)
+        drawCheckmark({{row.origin.x + 6, NSMidY(row) - 5}, {10, 10}}, ink);
+    else if (i->state() == NSMixedState) {
+        ink->setFill();
+        NSRectFill({{row.origin.x + 7, NSMidY(row) - 1}, {8, 2}});
+    }
+    CGFloat x = row.origin.x + kStateColumn + static_cast<CGFloat>(i->indentationLevel()) * kIndent;
+    if (NSImage* picture = i->image()) {
+        const NSSize s = picture->size();
+        picture->drawInRect_fromRect_operation_fraction_respectFlipped_hints(
+            {{x, std::floor(NSMidY(row) - s.height / 2)}, s}, NSZeroRect, NSCompositeSourceOver,
+            i->isEnabled() ? 1 : 0.4, YES, nullptr);
+        x += s.width + kImageGap;
+    }
+    const auto look = attributes(*menu_, ink);
+    const NSSize text = sizeWithAttributes(i->title(), look);
+    const CGFloat y = std::floor(NSMidY(row) - text.height / 2 + 0.5);
+    if (i->attributedTitle() && !chosen)
+        drawAtPoint(i->attributedTitle(), {x, y});
+    else
+        drawAtPoint_withAttributes(i->title(), {x, y}, look);
+    if (i->hasSubmenu()) {
+        drawChevron({{NSMaxX(row) - 16, row.origin.y}, {12, row.size.height}}, Chevron::right, ink);
+        return;
+    }
+    const auto shortcut = shortcutOf(*i);
+    if (shortcut->length() == 0) return;
+    const auto pale = chosen || !i->isEnabled() ? look : attributes(*menu_, NSColor::secondaryLabelColor());
+    drawAtPoint_withAttributes(shortcut, {NSMaxX(row) - 10 - sizeWithAttributes(shortcut, pale).width, y}, pale);
+}
+
+AccessibilityDescription MenuView::accessibilityDescription() const {
+    AccessibilityDescription d = NSView::accessibilityDescription();
+    d.role = u"menu"_ns;
+    d.label = menu_->title();
+    return d;
+}
+
+} // namespace libvue

@@ -1,0 +1,203 @@
+#include <libvue/platform/appkit/NSPopUpButtonCell.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include <libvue/platform/appkit/NSControl.h>
+#include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/appkit/ThemeDessin.h>
+#include <libvue/platform/foundation/NSAttributedString.h>
+#include <libvue/platform/foundation/NSCoder.h>
+#include <libvue/platform/foundation/NSDictionary.h>
+#include <libvue/platform/foundation/NSNotificationCenter.h>
+#include <libvue/platform/graphics/NSColor.h>
+#include <libvue/platform/graphics/NSImage.h>
+#include <libvue/platform/graphics/NSStringDrawing.h>
+
+namespace libvue {
+
+static const ClassRegistration<NSPopUpButtonCell> registration;
+
+namespace {
+constexpr CGFloat kPadding = 10, kArrowRoom = 20;
+constexpr ConstantString kPullsDown{u"NSPullDown"}, kArrow{u"NSArrowPosition"}, kEdge{u"NSPreferredEdge"};
+} // namespace
+
+void NSPopUpButtonCell::describe(ClassDescription<NSPopUpButtonCell, NSButtonCell>& c) {
+    c.answers<&NSPopUpButtonCell::menuChosen>("menuChosen:");
+    c.key<&NSPopUpButtonCell::indexOfSelectedItem, &NSPopUpButtonCell::selectItemAtIndex>("selectedIndex");
+}
+
+NSPopUpButtonCell::NSPopUpButtonCell() : NSPopUpButtonCell(nullptr, NO) {}
+NSPopUpButtonCell::NSPopUpButtonCell(NSString* title, BOOL pullsDown)
+    : NSButtonCell(NSString::string().get()), pullsDown_(pullsDown) {
+    setAlignment(NSLeftTextAlignment);
+    setLineBreakMode(NSLineBreakByTruncatingTail);
+    setMenu(make<NSMenu>());
+    if (title && title->length() > 0) addItemWithTitle(title);
+}
+NSPopUpButtonCell::NSPopUpButtonCell(NSCoder& coder)
+    : NSButtonCell(coder),
+      arrow_(static_cast<NSPopUpArrowPosition>(coder.decodeIntegerForKey(kArrow))),
+      edge_(static_cast<NSRectEdge>(coder.decodeIntegerForKey(kEdge))),
+      pullsDown_(coder.decodeBoolForKey(kPullsDown)) {
+    setMenu(make<NSMenu>());
+}
+NSPopUpButtonCell::~NSPopUpButtonCell() { NSNotificationCenter::defaultCenter()->removeObserver(this); }
+
+void NSPopUpButtonCell::encodeWithCoder(NSCoder& coder) const {
+    NSButtonCell::encodeWithCoder(coder);
+    coder.encodeBool_forKey(pullsDown_, kPullsDown);
+    coder.encodeInteger_forKey(static_cast<NSInteger>(arrow_), kArrow);
+    coder.encodeInteger_forKey(static_cast<NSInteger>(edge_), kEdge);
+}
+
+void NSPopUpButtonCell::setMenu(NSMenu* menu) {
+    auto* centre = NSNotificationCenter::defaultCenter();
+    if (items_) centre->removeObserver_name_object(this, nullptr, items_);
+    items_ = menu ? Ref<NSMenu>(menu) : make<NSMenu>();
+    NSButtonCell::setMenu(items_);
+    for (NSString* name : {NSMenuDidAddItemNotification.get(), NSMenuDidRemoveItemNotification.get(),
+                           NSMenuDidChangeItemNotification.get()})
+        centre->addObserver<&NSPopUpButtonCell::menuChanged>(this, name, items_);
+    selected_ = nullptr;
+    menuChanged(nullptr);
+}
+
+void NSPopUpButtonCell::menuChanged(NSNotification*) {
+    // A pop-up always shows something while it has items.
+    if (!pullsDown_ && (!selected_ || selected_->menu() != items_.get()))
+        selected_ = items_->numberOfItems() > 0 ? items_->itemAtIndex(0) : nullptr;
+    redisplay();
+}
+
+void NSPopUpButtonCell::setPullsDown(BOOL f) {
+    pullsDown_ = f;
+    redisplay();
+}
+void NSPopUpButtonCell::setArrowPosition(NSPopUpArrowPosition p) {
+    arrow_ = p;
+    redisplay();
+}
+
+NSInteger NSPopUpButtonCell::numberOfItems() const { return items_->numberOfItems(); }
+
+void NSPopUpButtonCell::addItemWithTitle(NSString* title) {
+    const auto item = make<NSMenuItem>(title, sel("menuChosen:"), nullptr);
+    item->setTarget(this);
+    items_->addItem(item);
+}
+
+void NSPopUpButtonCell::removeAllItems() {
+    items_->removeAllItems();
+    selected_ = nullptr;
+    redisplay();
+}
+
+void NSPopUpButtonCell::selectItem(NSMenuItem* item) {
+    if (item && item->menu() != items_.get()) item = nullptr;
+    if (NSMenuItem* old = selected_; old && old != item && alters_ && !pullsDown_) old->setState(NSOffState);
+    selected_ = item;
+    if (item && alters_ && !pullsDown_) item->setState(NSOnState);
+    redisplay();
+}
+
+void NSPopUpButtonCell::selectItemAtIndex(NSInteger i) {
+    selectItem(i >= 0 && i < numberOfItems() ? items_->itemAtIndex(i) : nullptr);
+}
+
+NSInteger NSPopUpButtonCell::indexOfSelectedItem() const { return selected_ ? items_->indexOfItem(selected_) : -1; }
+
+NSString* NSPopUpButtonCell::title() const {
+    NSMenuItem* shown =
+        pullsDown_ ? (items_ && items_->numberOfItems() > 0 ? items_->itemAtIndex(0) : nullptr) : selected_.get();
+    return shown ? shown->title() : NSButtonCell::title();
+}
+
+// Opening.
+
+void NSPopUpButtonCell::menuChosen(NSObject* sender) {
+    auto* item = as<NSMenuItem>(sender);
+    if (!item) return;
+    const Ref<NSPopUpButtonCell> self(this);
+    selectItem(item);
+    if (auto* control = as<NSControl>(controlView())) {
+        const Ref<NSControl> kept(control);
+        kept->setNeedsDisplay(YES);
+        kept->sendAction_to(action(), target());
+    }
+}
+
+void NSPopUpButtonCell::performClickWithFrame_inView(const NSRect& frame, NSView* view) {
+    if (!isEnabled() || !view) return;
+    const Ref<NSPopUpButtonCell> self(this);
+    const Ref<NSView> kept(view);
+    const bool flipped = view->isFlipped();
+    items_->setMinimumWidth(frame.size.width);
+    if (alters_ && !pullsDown_ && selected_) selected_->setState(NSOnState);
+    setHighlighted(YES);
+    if (pullsDown_) {
+        // Its first item is the title: the menu shows what follows, under the button.
+        NSMenuItem* title = items_->numberOfItems() > 0 ? items_->itemAtIndex(0) : nullptr;
+        const Ref<NSMenuItem> hidden(title);
+        if (hidden) hidden->setHidden(YES);
+        items_->popUpMenuPositioningItem_atLocation_inView(
+            nullptr, {NSMinX(frame), flipped ? NSMaxY(frame) + 3 : NSMinY(frame) - 3}, view);
+        if (hidden) hidden->setHidden(NO);
+    } else {
+        // The chosen item comes to lie over the button.
+        const CGFloat middle = NSMidY(frame) + (flipped ? -1 : 1) * theme::kMenuItemHeight / 2;
+        items_->popUpMenuPositioningItem_atLocation_inView(selected_ ? selected_.get() : nullptr,
+                                                           {NSMinX(frame) - 13, middle}, view);
+    }
+    setHighlighted(NO);
+}
+
+void NSPopUpButtonCell::performClick(NSObject*) {
+    if (const Ref<NSView> v = Ref<NSView>(controlView())) performClickWithFrame_inView(v->bounds(), v);
+}
+
+BOOL NSPopUpButtonCell::trackMouse_inRect_ofView_untilMouseUp(NSEvent*, const NSRect& frame, NSView* view, BOOL) {
+    performClickWithFrame_inView(frame, view);
+    return YES;
+}
+
+// Looks.
+
+NSSize NSPopUpButtonCell::cellSizeForBounds(const NSRect&) const {
+    CGFloat width = 0;
+    for (NSInteger i = 0; i < items_->numberOfItems(); ++i) {
+        if (pullsDown_ && i > 0) break;
+        width = std::max(width, sizeWithAttributes(items_->itemAtIndex(i)->title(), textAttributes()).width);
+    }
+    if (image()) width += image()->size().width + 4;
+    const CGFloat height = controlSize() == NSMiniControlSize    ? theme::kMiniHeight
+                           : controlSize() == NSSmallControlSize ? theme::kSmallHeight
+                                                                 : theme::kRegularHeight;
+    return {std::ceil(width) + 2 * kPadding + (arrow_ == NSPopUpNoArrow ? 0 : kArrowRoom), height};
+}
+
+void NSPopUpButtonCell::drawInteriorWithFrame_inView(const NSRect& frame, NSView*) {
+    NSRect room = isBordered() ? NSInsetRect(frame, kPadding, 1) : frame;
+    if (arrow_ != NSPopUpNoArrow) {
+        room.size.width = std::max(0.0, room.size.width - kArrowRoom + 4);
+        NSColor* ink = isEnabled() ? NSColor::secondaryLabelColor() : NSColor::disabledControlTextColor();
+        drawChevron({{NSMaxX(frame) - kArrowRoom, frame.origin.y}, {kArrowRoom - 2, frame.size.height - 1}},
+                    pullsDown_ ? Chevron::down : Chevron::upDown, ink);
+    }
+    if (NSImage* picture = imagePosition() != NSNoImage ? image() : nullptr) {
+        const NSSize s = picture->size();
+        drawImage_withFrame_inView(picture, {{room.origin.x, std::floor(NSMidY(room) - s.height / 2)}, s},
+                                   controlView());
+        room.origin.x += s.width + 4;
+        room.size.width = std::max(0.0, room.size.width - s.width - 4);
+        if (imagePosition() == NSImageOnly) return;
+    }
+    const auto text = NSAttributedString::initWithString_attributes(title(), textAttributes());
+    const NSSize s = size(text);
+    drawTitle_withFrame_inView(
+        text, {{room.origin.x, std::floor(NSMidY(room) - s.height / 2)}, {room.size.width, std::ceil(s.height)}},
+        controlView());
+}
+
+} // namespace libvue

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <libvue/platform/appkit/NSButtonCell.h>
+#include <libvue/platform/appkit/NSMenu.h>
+#include <libvue/platform/appkit/NSMenuItem.h>
+
+namespace libvue {
+
+enum NSPopUpArrowPosition : NSUInteger { NSPopUpNoArrow = 0, NSPopUpArrowAtCenter = 1, NSPopUpArrowAtBottom = 2 };
+
+/// A button that opens a menu: a pop-up shows the item that was chosen last, a pull-down its own title, the menu's
+/// first item.
+class LIBVUE_API NSPopUpButtonCell : public NSButtonCell {
+public:
+    static void describe(ClassDescription<NSPopUpButtonCell, NSButtonCell>& c);
+    NSPopUpButtonCell();
+    NSPopUpButtonCell(NSString* title, BOOL pullsDown); ///< initTextCell:pullsDown:
+    explicit NSPopUpButtonCell(NSCoder& coder);
+    ~NSPopUpButtonCell() override;
+    void encodeWithCoder(NSCoder& coder) const override;
+
+    [[nodiscard]] NSMenu* popUpMenu() const noexcept { return items_; }
+    void setMenu(NSMenu* menu) override;
+    [[nodiscard]] BOOL pullsDown() const noexcept { return pullsDown_; }
+    void setPullsDown(BOOL f);
+    [[nodiscard]] NSPopUpArrowPosition arrowPosition() const noexcept { return arrow_; }
+    void setArrowPosition(NSPopUpArrowPosition p);
+    [[nodiscard]] NSRectEdge preferredEdge() const noexcept { return edge_; }
+    void setPreferredEdge(NSRectEdge e) noexcept { edge_ = e; }
+    [[nodiscard]] BOOL altersStateOfSelectedItem() const noexcept { return alters_; }
+    void setAltersStateOfSelectedItem(BOOL f) noexcept { alters_ = f; }
+
+    [[nodiscard]] NSInteger numberOfItems() const;
+    void addItemWithTitle(NSString* title);
+    void removeAllItems();
+    /// -1 for none; out of range is none.
+    void selectItemAtIndex(NSInteger i);
+    void selectItem(NSMenuItem* item);
+    [[nodiscard]] NSMenuItem* selectedItem() const noexcept { return selected_; }
+    [[nodiscard]] NSInteger indexOfSelectedItem() const;
+    [[nodiscard]] NSString* title() const override;
+
+    /// Opens the menu over the frame and tracks it; the chosen item is selected and the action sent.
+    void performClickWithFrame_inView(const NSRect& frame, NSView* view);
+    void performClick(NSObject* sender) override;
+    BOOL trackMouse_inRect_ofView_untilMouseUp(NSEvent* e, const NSRect& frame, NSView* view,
+                                               BOOL untilMouseUp) override;
+
+    [[nodiscard]] NSSize cellSizeForBounds(const NSRect& bounds) const override;
+    void drawInteriorWithFrame_inView(const NSRect& frame, NSView* view) override;
+
+private:
+    void menuChosen(NSObject* sender);
+    void menuChanged(NSNotification* n);
+
+    Ref<NSMenu> items_;
+    Weak<NSMenuItem> selected_;
+    NSPopUpArrowPosition arrow_ = NSPopUpArrowAtBottom;
+    NSRectEdge edge_ = NSMaxYEdge;
+    bool pullsDown_ = false;
+    bool alters_ = true;
+};
+
+} // namespace libvue
