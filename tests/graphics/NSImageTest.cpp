@@ -6,6 +6,7 @@
 #include "Dessin.h"
 
 #include <libvue/platform/foundation/NSArray.h>
+#include <libvue/platform/foundation/NSBundle.h>
 #include <libvue/platform/foundation/NSURL.h>
 #include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/NSBitmapImageRep.h>
@@ -20,7 +21,7 @@ namespace {
 
 /// Red below, blue above.
 Ref<NSImage> drapeau(NSSize size = {4, 4}) {
-    const Ref<NSImage> image = make<NSImage>(size);
+    Ref<NSImage> image = make<NSImage>(size);
     image->lockFocus();
     NSColor::redColor()->set();
     NSRectFill({{0, 0}, {size.width, size.height / 2}});
@@ -39,10 +40,12 @@ public:
     }
     ~Dossier() { std::filesystem::remove_all(path_); }
     Ref<NSString> write(const std::string& name, const NSData* data) const {
-        const Ref<NSString> path = NSString::fromUTF8((path_ / name).string());
+        Ref<NSString> path = NSString::fromUTF8((path_ / name).string());
         EXPECT_TRUE(data->writeToFile_atomically(path, NO));
         return path;
     }
+
+    [[nodiscard]] Ref<NSString> path() const { return NSString::fromUTF8(path_.string()); }
 
 private:
     std::filesystem::path path_;
@@ -301,6 +304,23 @@ TEST(NSImageTest, namesAreSharedUntilTheImageIsGone) {
         EXPECT_EQ(NSImage::imageNamed(u"pavillon"_ns), image);
     }
     EXPECT_EQ(NSImage::imageNamed(u"pavillon"_ns), nullptr);
+}
+
+TEST(NSImageTest, aResourceOfTheBundleIsFoundByItsNameAndKept) {
+    const Dossier dossier;
+    (void)dossier.write("voile.png", drapeau()->PNGRepresentation());
+    (void)dossier.write("voile@2x.png", drapeau({8, 8})->PNGRepresentation());
+    const Ref<NSBundle> bundle = NSBundle::bundleWithPath(dossier.path());
+    NSBundle::setMainBundle(bundle);
+    EXPECT_NE(pathForImageResource(bundle, u"voile"_ns), nullptr);
+    EXPECT_NE(pathForImageResource(bundle, u"voile.png"_ns), nullptr);
+    EXPECT_EQ(pathForImageResource(bundle, u"voile.jpg"_ns), nullptr);
+    NSImage* const first = NSImage::imageNamed(u"voile"_ns).get();
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(NSImage::imageNamed(u"voile"_ns), first) << "nobody else kept it";
+    EXPECT_EQ(first->picture(2)->pixelWidth(), 8);
+    EXPECT_TRUE(first->setName(nullptr));
+    NSBundle::setMainBundle(nullptr);
 }
 
 TEST(NSImageTest, imagesComeBackFromArchives) {

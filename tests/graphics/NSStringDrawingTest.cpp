@@ -21,13 +21,13 @@ using Kind = backend::RecordingCanvas::Kind;
 namespace {
 
 Ref<NSMutableDictionary> attributes(CGFloat size = 13) {
-    const Ref<NSMutableDictionary> d = NSMutableDictionary::dictionary();
+    Ref<NSMutableDictionary> d = NSMutableDictionary::dictionary();
     d->setObject_forKey(NSFont::systemFontOfSize(size), NSFontAttributeName);
     return d;
 }
 
 Ref<NSMutableParagraphStyle> style(NSTextAlignment alignment, NSLineBreakMode mode = NSLineBreakByWordWrapping) {
-    const Ref<NSMutableParagraphStyle> s = NSParagraphStyle::defaultParagraphStyle()->mutableCopy();
+    Ref<NSMutableParagraphStyle> s = NSParagraphStyle::defaultParagraphStyle()->mutableCopy();
     s->setAlignment(alignment);
     s->setLineBreakMode(mode);
     return s;

@@ -35,7 +35,8 @@ backend::TextEngine& engine() { return *backend::Backend::current().text; }
 
 } // namespace
 
-/// The fonts in use lately. A font holds no more than its face, so a full table is simply emptied.
+/// The fonts in use lately. A font holds no more than its face, so a full table is simply emptied. Never torn down: at
+/// the end of the process the engine may be gone before its faces.
 struct NSFont::Table {
     struct Key {
         std::string family;
@@ -54,7 +55,7 @@ struct NSFont::Table {
     std::unordered_map<Key, Ref<NSFont>, Hash> fonts;
 
     static Table& shared() {
-        static Table t;
+        static Table& t = *new Table;
         return t;
     }
 };

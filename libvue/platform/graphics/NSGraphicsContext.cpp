@@ -11,14 +11,15 @@ namespace libvue {
 
 namespace {
 
-// A context in use is kept here; what is null is the absence of a context.
+// Both are never torn down: a process may end in the middle of a drawing, after its backend.
+
 Ref<NSGraphicsContext>& current() {
-    static Ref<NSGraphicsContext> c;
+    static auto& c = *new Ref<NSGraphicsContext>;
     return c;
 }
 
 std::vector<Ref<NSGraphicsContext>>& savedContexts() {
-    static std::vector<Ref<NSGraphicsContext>> v;
+    static auto& v = *new std::vector<Ref<NSGraphicsContext>>;
     return v;
 }
 
@@ -179,16 +180,18 @@ void NSGraphicsContext::tilePattern(NSImage* image, NSCompositingOperation opera
     if (!picture || !(tile.width > 0) || !(tile.height > 0) || NSIsEmptyRect(box)) return;
     const NSPoint phase = state_.patternPhase;
     const auto first = [](double low, double origin, double step) { return std::floor((low - origin) / step); };
-    const double i0 = first(NSMinX(box), phase.x, tile.width), i1 = first(NSMaxX(box), phase.x, tile.width);
-    const double j0 = first(NSMinY(box), phase.y, tile.height), j1 = first(NSMaxY(box), phase.y, tile.height);
+    const double i0 = first(NSMinX(box), phase.x, tile.width), j0 = first(NSMinY(box), phase.y, tile.height);
+    const double columns = first(NSMaxX(box), phase.x, tile.width) - i0 + 1;
+    const double rows = first(NSMaxY(box), phase.y, tile.height) - j0 + 1;
     // A tile of nearly no size would never come to an end.
     constexpr double mostTiles = 1e6;
-    if (!((i1 - i0 + 1) * (j1 - j0 + 1) <= mostTiles)) return;
+    if (!(columns * rows <= mostTiles)) return;
     const auto axis = isFlipped() ? backend::YAxis::down : backend::YAxis::up;
-    for (double j = j0; j <= j1; ++j)
-        for (double i = i0; i <= i1; ++i)
-            canvas_->drawPicture(*picture, NSZeroRect, {{phase.x + i * tile.width, phase.y + j * tile.height}, tile},
-                                 compositing(operation), 1, axis);
+    for (int j = 0; j < rows; ++j)
+        for (int i = 0; i < columns; ++i) {
+            const NSPoint at{phase.x + (i0 + i) * tile.width, phase.y + (j0 + j) * tile.height};
+            canvas_->drawPicture(*picture, NSZeroRect, {at, tile}, compositing(operation), 1, axis);
+        }
 }
 
 } // namespace libvue

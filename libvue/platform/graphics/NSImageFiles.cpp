@@ -24,8 +24,9 @@ struct NamedImage {
     Ref<NSImage> kept; ///< only what was found by its name
 };
 
+/// Never torn down: images take themselves out of it, also those that only the end of the process lets go.
 std::unordered_map<std::string, NamedImage>& namedImages() {
-    static std::unordered_map<std::string, NamedImage> table;
+    static auto& table = *new std::unordered_map<std::string, NamedImage>;
     return table;
 }
 

@@ -42,7 +42,7 @@ private:
         return d;
     }
     static TextLayoutBuilder& next() {
-        static std::deque<TextLayoutBuilder> builders;
+        static auto& builders = *new std::deque<TextLayoutBuilder>;
         if (depth() == builders.size()) builders.emplace_back();
         return builders[depth()++];
     }

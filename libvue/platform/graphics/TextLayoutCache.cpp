@@ -82,7 +82,8 @@ TextLayoutCache::TextLayoutCache() : table_(std::make_unique<Table>()) {}
 TextLayoutCache::~TextLayoutCache() = default;
 
 TextLayoutCache& TextLayoutCache::shared() {
-    static TextLayoutCache cache;
+    // Never torn down: at the end of the process the engine may be gone before its layouts.
+    static TextLayoutCache& cache = *new TextLayoutCache;
     return cache;
 }
 
