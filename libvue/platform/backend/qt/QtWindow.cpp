@@ -42,6 +42,18 @@ QSize inPixels(QSize points, double scale) {
     return {std::max(1, qRound(points.width() * scale)), std::max(1, qRound(points.height() * scale))};
 }
 
+/// Between whole scales Qt asks the window manager for sizes in steps of whole points, which are several pixels. This
+/// is the size to count the steps from, so that `points` comes out as it is.
+int baseOfSteps(int points, double scale) {
+    const int step = std::max(1, qRound(scale));
+    const int wanted = qRound(points * scale) % step;
+    int base = 0;
+    while (base < step * step && qRound(base * scale) % step != wanted) {
+        ++base;
+    }
+    return base;
+}
+
 /// `rect` in pixels of both; parts outside of either are left out.
 void copyPixels(QImage& to, const QImage& from, const QRect& rect) {
     const QRect r = rect & to.rect() & from.rect();
@@ -74,6 +86,7 @@ QRect toQtScreen(const NSRect& rect) {
 
 QtWindow::QtWindow(QtWindowServer& server, WindowId id, const WindowSpec& spec)
     : server_(server), id_(id), spec_(spec), acceptsFocus_(spec.acceptsFocus) {
+    scale_ = devicePixelRatio();
     if (spec.transparent) {
         QSurfaceFormat format;
         format.setAlphaBufferSize(8);
@@ -83,7 +96,6 @@ QtWindow::QtWindow(QtWindowServer& server, WindowId id, const WindowSpec& spec)
     setTitleAndMark(spec.title, false);
     setContent(spec.content);
     applyLimits();
-    scale_ = devicePixelRatio();
     QObject::connect(this, &QWindow::screenChanged, this, [this] { noteScale(); });
 }
 
@@ -169,6 +181,7 @@ void QtWindow::reveal(bool activate) {
         if (allDesktops_) x11::setOnAllDesktops(winId(), true, false);
         expectGeometry(patience);
         setVisible(true);
+        allowEverySize();
         if (ignoresMouse_) setIgnoresMouse(true);
         if (const QWindow* owner = transientParent(); owner && owner->handle()) {
             x11::setTransientFor(winId(), owner->winId());
@@ -194,10 +207,14 @@ void QtWindow::setContent(const NSRect& rect) {
         size_ = wanted.size();
         dropPictures();
     }
+    if (scale_ != std::floor(scale_)) {
+        setBaseSize({baseOfSteps(size_.width(), scale_), baseOfSteps(size_.height(), scale_)});
+    }
     if (!spec_.resizable) applyLimits();
     if (wanted == geometry()) return;
     if (revealed_) expectGeometry(patience);
     setGeometry(wanted);
+    allowEverySize();
 }
 
 NSEdgeInsets QtWindow::frameInsets() const {
@@ -220,11 +237,17 @@ void QtWindow::applyLimits() {
     if (!spec_.resizable && isManaged()) {
         setMinimumSize(size_);
         setMaximumSize(size_);
-        return;
+    } else {
+        const QSize low(whole(std::max(0.0, minimum_.width)), whole(std::max(0.0, minimum_.height)));
+        setMinimumSize(low);
+        setMaximumSize(QSize(whole(maximum_.width), whole(maximum_.height)).expandedTo(low));
     }
-    const QSize low(whole(std::max(0.0, minimum_.width)), whole(std::max(0.0, minimum_.height)));
-    setMinimumSize(low);
-    setMaximumSize(QSize(whole(maximum_.width), whole(maximum_.height)).expandedTo(low));
+    allowEverySize();
+}
+
+// Qt tells the window manager anew at each change of the size or its limits.
+void QtWindow::allowEverySize() {
+    if (handle() && isManaged() && scale_ != std::floor(scale_)) x11::allowEverySize(winId());
 }
 
 bool QtWindow::settleGeometry() {
@@ -346,18 +369,19 @@ std::shared_ptr<Picture> QtWindow::surface() {
         QImage image(inPixels(size_, scale_), QImage::Format_ARGB32_Premultiplied);
         if (image.isNull()) return nullptr;
         image.fill(Qt::transparent);
-        surface_ = std::make_shared<RasterPicture>(
-            std::move(image), NSMakeSize(static_cast<double>(size_.width()), static_cast<double>(size_.height())));
+        surface_ = wrapImage(std::move(image), scale_);
     }
     return surface_;
 }
 
 QRect QtWindow::toWindow(const NSRect& r) const {
-    const auto held = [](double v) { return static_cast<int>(std::clamp(v, -1e6, 1e6)); };
-    const int left = held(std::floor(NSMinX(r)));
-    const int top = held(std::floor(size_.height() - NSMaxY(r)));
-    const QRect outward(left, top, held(std::ceil(NSMaxX(r))) - left,
-                        held(std::ceil(size_.height() - NSMinY(r))) - top);
+    const double height = surface_->pixelHeight() / scale_;
+    const auto down = [](double v) { return static_cast<int>(std::clamp(std::floor(v), -1e6, 1e6)); };
+    const int left = down(NSMinX(r));
+    const int top = down(height - NSMaxY(r));
+    QRect outward(left, top, -down(-NSMaxX(r)) - left, -down(NSMinY(r) - height) - top);
+    // Qt takes the edges of what it copies to the nearest pixel, not outward.
+    if (scale_ != std::floor(scale_)) outward.adjust(-1, -1, 1, 1);
     return outward & QRect(QPoint(), size_);
 }
 
@@ -374,7 +398,7 @@ void QtWindow::present(std::span<const NSRect> dirty) {
     backing_->beginPaint(region);
     auto* image = dynamic_cast<QImage*>(backing_->paintDevice());
     if (image && image->depth() == 32) {
-        const QImage& source = imageOf(*surface_);
+        const QImage& source = imageOf(std::as_const(*surface_));
         for (const QRect& r : region) {
             const int left = static_cast<int>(std::floor(r.left() * scale_));
             const int top = static_cast<int>(std::floor(r.top() * scale_));
@@ -398,8 +422,7 @@ std::shared_ptr<Picture> QtWindow::capture() {
     if (image.isNull()) return nullptr;
     image.convertTo(QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(1);
-    return std::make_shared<RasterPicture>(
-        std::move(image), NSMakeSize(static_cast<double>(size_.width()), static_cast<double>(size_.height())));
+    return wrapImage(std::move(image), scale_);
 }
 
 } // namespace libvue::backend

@@ -79,6 +79,7 @@ private:
     [[nodiscard]] QRect toWindow(const NSRect& points) const;
     void placeInPoints(Event& event, QPointF position, QPointF screen) const;
     void applyLimits();
+    void allowEverySize();
     void expectGeometry(double seconds);
     void noteScale();
     void handleKey(QKeyEvent& key);

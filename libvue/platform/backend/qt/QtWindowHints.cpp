@@ -133,6 +133,21 @@ void setOnAllDesktops(WId window, bool all, bool mapped) {
     }
 }
 
+void allowEverySize(WId window) {
+    xcb_connection_t* c = connection();
+    if (!c) return;
+    constexpr std::uint32_t hintCount = 18, hasSteps = 1u << 6;
+    const auto w = static_cast<xcb_window_t>(window);
+    const auto cookie = xcb_get_property(c, 0, w, XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS, 0, hintCount);
+    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(c, cookie, nullptr));
+    if (!reply || reply->format != 32 || reply->value_len != hintCount) return;
+    auto* hints = static_cast<std::uint32_t*>(xcb_get_property_value(reply.get()));
+    if (!(hints[0] & hasSteps)) return;
+    hints[0] &= ~hasSteps;
+    xcb_change_property(c, XCB_PROP_MODE_REPLACE, w, XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS, 32, hintCount,
+                        hints);
+}
+
 QImage contents(WId window, QSize pixels) {
     xcb_connection_t* c = connection();
     if (!c) return {};
@@ -159,6 +174,7 @@ void bell() {}
 void setTransientFor(WId, WId) {}
 void setMouseTransparent(WId, bool) {}
 void setOnAllDesktops(WId, bool, bool) {}
+void allowEverySize(WId) {}
 QImage contents(WId, QSize) { return {}; }
 
 } // namespace libvue::backend::x11

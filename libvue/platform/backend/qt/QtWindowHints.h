@@ -19,6 +19,8 @@ void setTransientFor(WId window, WId parent);
 void setMouseTransparent(WId window, bool transparent);
 /// A property before the window is mapped, a wish to the window manager afterwards.
 void setOnAllDesktops(WId window, bool all, bool mapped);
+/// Takes the steps out of the sizes that the window manager allows. At a scale of 1.5 Qt asks for steps of two pixels.
+void allowEverySize(WId window);
 /// The window's own pixels, without what lies above it and whatever a compositor makes of it; null where the server
 /// does not have them.
 [[nodiscard]] QImage contents(WId window, QSize pixels);
