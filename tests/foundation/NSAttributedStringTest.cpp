@@ -5,8 +5,12 @@
 #include <random>
 #include <vector>
 
+#include <libvue/platform/foundation/NSArchiver.h>
 #include <libvue/platform/foundation/NSAttributedString.h>
+#include <libvue/platform/foundation/NSData.h>
+#include <libvue/platform/foundation/NSKeyedArchiver.h>
 #include <libvue/platform/foundation/NSNumber.h>
+#include <libvue/platform/foundation/NSURL.h>
 
 using namespace libvue;
 using namespace libvue::textes;
@@ -277,6 +281,30 @@ TEST(NSAttributedStringTest, enumerationLetsTheBlockChangeTheRun) {
         shrinking->deleteCharactersInRange({1, shrinking->length() - 1});
     });
     EXPECT_EQ(turns, 1);
+}
+
+TEST(NSAttributedStringTest, archivesGiveItBack) {
+    const Ref<NSObject> originals[] = {sample(),
+                                       sample()->copyWithZone(),
+                                       make<NSAttributedString>(),
+                                       NSData::from("a\0\xFF"),
+                                       NSMutableData::dataWithLength(3),
+                                       NSURL::URLWithString(text(u"http://h/%C3%A9?q#f"))};
+    for (const auto& original : originals)
+        for (const bool keyed : {true, false}) {
+            const Ref<NSData> archive = keyed ? NSKeyedArchiver::archivedDataWithRootObject(original)
+                                              : NSArchiver::archivedDataWithRootObject(original);
+            ASSERT_NE(archive, nullptr);
+            const Ref<NSObject> back = keyed ? NSKeyedUnarchiver::unarchiveObjectWithData(archive)
+                                             : NSUnarchiver::unarchiveObjectWithData(archive);
+            ASSERT_NE(back, nullptr);
+            EXPECT_TRUE(back->isEqual(original)) << original->className()->utf8();
+            EXPECT_EQ(&back->isa(), &original->isa());
+            if (auto* s = as<NSMutableAttributedString>(back)) {
+                s->appendAttributedString(sample());
+                EXPECT_EQ(s->length(), 12u);
+            }
+        }
 }
 
 TEST(NSAttributedStringTest, words) {

@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -184,7 +183,7 @@ TEST_F(NSDataTest, changes) {
         EXPECT_EQ(raised(fault), "NSRangeException");
     // Bytes that are handed over are given back by the data, which the leak checker watches.
     void* taken = std::malloc(4);
-    std::memcpy(taken, "four", 4);
+    "four"sv.copy(static_cast<char*>(taken), 4);
     EXPECT_EQ(NSData::dataWithBytesNoCopy_length(taken, 4)->view(), "four");
     char here[] = "here";
     EXPECT_EQ(NSData::dataWithBytesNoCopy_length_freeWhenDone(here, 4, NO)->bytes(), here);

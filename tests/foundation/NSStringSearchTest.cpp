@@ -65,7 +65,12 @@ TEST(NSStringSearchTest, ranges) {
         // Lone surrogates and pairs.
         {u"a\xD83D", u"\xD83D", 0, {1, 1}},
         {u"\U0001F600\U0001F601", u"\U0001F601", 0, {2, 2}},
+        {u"\U0001F600", u"\xD83D", 0, notFound},
+        {u"\U0001F600", u"\xDE00", 0, notFound},
+        {u"\U0001F600", u"\xDE00", l, {1, 1}},
+        {u"\U0001F600e\u2019e\u0301", u"e", b, {2, 1}},
         {u"\U00010400", u"\U00010428", i, {0, 2}},
+        {u"\U0001D15E", u"\U0001D157\U0001D165", 0, {0, 2}}, // a decomposition out of the BMP
         {u"\uAC00", u"\u1100\u1161", 0, {0, 1}},
         {u"a\u2019b\u2019", u"\u2019", b, {3, 1}},
     };

@@ -37,6 +37,8 @@ void NSAttributedString::encodeWithCoder(NSCoder& coder) const {
 }
 
 NSAttributedString::NSAttributedString(NSCoder& coder) : NSAttributedString() {
+    // What an attribute holds, an attachment say, may refer back to the text.
+    coder.beginDecoding(this);
     const bool keyed = coder.allowsKeyedCoding();
     const Ref<NSObject> text = keyed ? coder.decodeObject_forKey(textKey) : coder.decodeObject();
     const Ref<NSObject> starts = keyed ? coder.decodeObject_forKey(startsKey) : coder.decodeObject();

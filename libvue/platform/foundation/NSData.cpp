@@ -215,9 +215,9 @@ void NSMutableData::replaceBytesInRange_withBytes_length(NSRange range, const vo
     char* at = static_cast<char*>(bytes_) + range.location;
     if (behind) std::memmove(at + length, at + range.length, behind);
     if (length && from)
-        std::memcpy(at, from, length);
-    else if (length)
-        std::memset(at, 0, length);
+        std::copy_n(from, length, at);
+    else
+        std::fill_n(at, length, '\0');
     length_ = range.location + length + behind;
 }
 

@@ -70,7 +70,23 @@ bool equalUnits(const std::uint8_t* narrow, const unichar* wide, std::size_t cou
 
 } // namespace
 
-void NSString::describe(ClassDescription<NSString>&) {}
+void NSString::describe(ClassDescription<NSString>& c) {
+    c.answers<&NSString::compare>("compare:");
+    c.answers<&NSString::caseInsensitiveCompare>("caseInsensitiveCompare:");
+    c.answers<&NSString::localizedCompare>("localizedCompare:");
+    c.answers<&NSString::localizedCaseInsensitiveCompare>("localizedCaseInsensitiveCompare:");
+    c.answers<&NSString::uppercaseString>("uppercaseString");
+    c.answers<&NSString::lowercaseString>("lowercaseString");
+    c.answers<&NSString::capitalizedString>("capitalizedString");
+    c.answers<&NSString::intValue>("intValue");
+    c.answers<&NSString::integerValue>("integerValue");
+    c.answers<&NSString::doubleValue>("doubleValue");
+    c.answers<&NSString::boolValue>("boolValue");
+    c.key<&NSString::length>("length");
+    c.key<&NSString::uppercaseString>("uppercaseString");
+    c.key<&NSString::lowercaseString>("lowercaseString");
+    c.key<&NSString::capitalizedString>("capitalizedString");
+}
 
 NSString::~NSString() {
     if (tag() & tagHasUTF8) utf8Forms().erase(this);

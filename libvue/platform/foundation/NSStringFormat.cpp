@@ -319,7 +319,7 @@ private:
         });
     }
     void signedInteger(const Conversion& c, std::int64_t v) {
-        if (c.length == Length::hh) v = static_cast<signed char>(v);
+        if (c.length == Length::hh) v = static_cast<std::int64_t>(static_cast<std::uint64_t>(v) << 56) >> 56;
         if (c.length == Length::h) v = static_cast<short>(v);
         if (c.length == Length::none) v = static_cast<int>(v);
         char room[24];

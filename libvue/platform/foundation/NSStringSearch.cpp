@@ -135,6 +135,11 @@ bool inert(const NSString& s, NSRange range) {
                               [](const auto* units, std::size_t count) { return detail::areInert(units, count); });
 }
 
+/// Whether the text begins or ends with half a pair, which would be found within whole ones.
+bool endsInHalves(const NSString& s) {
+    return detail::isLowSurrogate(s.unit(0)) || detail::isHighSurrogate(s.unit(s.length() - 1));
+}
+
 } // namespace
 
 NSRange NSString::rangeOfString_options(const NSString* s, NSUInteger options) const {
@@ -148,7 +153,7 @@ NSRange NSString::rangeOfString_options_range(const NSString* s, NSUInteger opti
     const bool folds = options & detail::foldingOptions;
     const NSRange whole{0, s->length()};
     if (!folds) {
-        if ((options & NSLiteralSearch) || (inert(*this, range) && inert(*s, whole)))
+        if ((options & NSLiteralSearch) || (inert(*this, range) && inert(*s, whole) && !endsInHalves(*s)))
             return findLiterally(*this, range, *s, Way(options));
     } else if ((options & detail::foldingOptions) == NSCaseInsensitiveSearch && latin1Contents() &&
                s->latin1Contents()) {

@@ -121,7 +121,7 @@ bool NSURL::parse() {
             if (colon != s.npos) password_ = {i + colon + 1, at - colon - 1};
             i += at + 1;
         }
-        std::size_t hostEnd = end;
+        std::size_t hostEnd;
         if (i < end && s[i] == '[') {
             const std::size_t closing = s.substr(i, end - i).find(']');
             if (closing == s.npos) return false;

@@ -22,7 +22,12 @@ constexpr std::array<std::uint8_t, 256> makeLatin1Folding() {
 }
 constexpr std::array<std::uint8_t, 256> latin1Folding = makeLatin1Folding();
 
-bool isInert(unichar c) noexcept { return c < 0x300 || (c >= 0x2002 && c < 0x20D0) || (c >= 0x3400 && c < 0xA000); }
+bool isInert(unichar c) noexcept {
+    if (c < 0x300) return true;
+    if (c < 0xD800) return (c >= 0x2002 && c < 0x20D0) || (c >= 0x3400 && c < 0xA000);
+    // Emoji: their surrogates and the signs that choose their look. A low surrogate goes by the high one before it.
+    return (c >= 0xD83C && c <= 0xD83E) || (c >= 0xDC00 && c < 0xE000) || (c >= 0xFE00 && c <= 0xFE0F);
+}
 
 /// Folds segment after segment into a FoldedText.
 class Folder {
