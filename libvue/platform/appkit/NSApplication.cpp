@@ -271,14 +271,20 @@ void NSApplication::displayWindows_() {
         shown.push_back(w->windowNumber());
         w->displayIfNeeded();
     }
-    if (!toDisplay_.empty()) displayLater();
+    // What is left asked anew after its turn.
+    for (NSWindow* w : std::exchange(toDisplay_, {}))
+        displayLater(w);
 }
 
-void NSApplication::displayLater() {
+void NSApplication::displayLater(NSWindow* w) {
+    auto& later = native_->displayedLater;
+    if (std::none_of(later.begin(), later.end(), [&](const auto& o) { return o.get() == w; })) later.emplace_back(w);
     auto& timer = native_->displayTimer;
     if (timer && timer->isValid()) return;
-    // Its turn ends with a display pass like any other.
-    timer = NSTimer::timerWithTimeInterval_repeats_block(displayInterval, NO, [](NSTimer*) {});
+    timer = NSTimer::timerWithTimeInterval_repeats_block(displayInterval, NO, [this](NSTimer*) {
+        for (const auto& weak : std::exchange(native_->displayedLater, {}))
+            if (NSWindow* window = weak) windowNeedsDisplay_(window);
+    });
     NSRunLoop::mainRunLoop()->addTimer_forMode(timer, NSRunLoopCommonModes);
 }
 

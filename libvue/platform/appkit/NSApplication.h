@@ -130,7 +130,7 @@ private:
     void focusRequested(NSWindow* w);
     void setActive(BOOL active);
     void appearanceChanged();
-    void displayLater();
+    void displayLater(NSWindow* w);
     [[nodiscard]] Ref<NSEvent> throughMonitors(Ref<NSEvent> e);
     [[nodiscard]] BOOL isBlockedByModal(NSWindow* w) const;
     [[nodiscard]] NSObject* responderFor(SEL action, NSWindow* w) const;

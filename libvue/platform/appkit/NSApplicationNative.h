@@ -47,6 +47,7 @@ struct NSApplication::Native final : RunLoopSource {
     backend::Time requestedUntil = 0;
     Weak<NSWindow> lastKey, lastMain;
     std::vector<Weak<NSWindow>> hiddenWhileInactive;
+    std::vector<Weak<NSWindow>> displayedLater;
     Ref<NSTimer> displayTimer;
     NSUInteger endOfTurn = 0;
     int idleTurns = 0;

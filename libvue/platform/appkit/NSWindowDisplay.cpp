@@ -105,7 +105,7 @@ void NSWindow::displayIfNeeded() {
     }
     if (!visible_ || !native_) return;
     flushWindow();
-    if (viewsNeedDisplay_) NSApp()->windowNeedsDisplay_(this);
+    if (viewsNeedDisplay_) NSApp()->displayLater(this);
 }
 
 void NSWindow::drawRegion(Display& d, const std::vector<NSRect>& rects) {

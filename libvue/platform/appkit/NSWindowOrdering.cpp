@@ -175,34 +175,36 @@ void NSWindow::passKeyStatusOn() {
     std::vector<Ref<NSWindow>> candidates;
     for (NSWindow* p = parent_; p; p = p->parent_)
         candidates.emplace_back(p);
-    for (NSWindow* w : app->ordered_)
-        candidates.emplace_back(w);
-    const auto fits = [&](const Ref<NSWindow>& w) { return w->visible_ && !app->isBlockedByModal(w); };
-    if (main) {
-        const auto next = std::find_if(candidates.begin(), candidates.end(),
-                                       [&](const auto& w) { return fits(w) && w->canBecomeMainWindow(); });
-        app->setMainWindow_(next == candidates.end() ? nullptr : next->get());
-    }
+    candidates.insert(candidates.end(), app->ordered_.begin(), app->ordered_.end());
+    const auto firstOf = [&](const auto& fits) -> NSWindow* {
+        for (const auto& w : candidates)
+            if (w->visible_ && !app->isBlockedByModal(w) && fits(*w)) return w;
+        return nullptr;
+    };
+    if (main) app->setMainWindow_(firstOf([](const NSWindow& w) { return w.canBecomeMainWindow(); }));
     // Whoever heard of it may have given the key status away already.
     if (!key || !isKeyWindow()) return;
-    for (const auto& w : candidates)
-        if (fits(w) && w->acceptsNativeFocus_()) {
-            w->makeKeyWindow();
-            return;
-        }
-    app->setKeyWindow_(nullptr);
+    // A palette in front does not take the keys from the window that is worked in.
+    if (!parent_ && app->mainWindow_) candidates.insert(candidates.begin(), app->mainWindow_.ref());
+    NSWindow* next = firstOf([](const NSWindow& w) { return w.acceptsNativeFocus_(); });
+    if (next)
+        next->makeKeyWindow();
+    else
+        app->setKeyWindow_(nullptr);
 }
 
 // Closing.
 
 void NSWindow::performClose(NSObject*) {
     const Ref<NSWindow> self(this);
+    const bool wasThere = visible_ || miniaturized_;
     if (const auto asks = op::windowShouldClose.of(delegate_)) {
         if (!asks(this)) return;
     } else if (const auto own = op::windowShouldClose.of(this)) {
         if (!own(this)) return;
     }
-    close();
+    // Whoever was asked may have closed it already.
+    if (!wasThere || visible_ || miniaturized_) close();
 }
 
 void NSWindow::nativeCloseRequest_() { performClose(nullptr); }
