@@ -34,6 +34,10 @@ constexpr std::string_view translations = ".lproj";
 
 } // namespace
 
+namespace {
+const ClassRegistration<NSBundle> registration;
+}
+
 void NSBundle::describe(ClassDescription<NSBundle>&) {}
 
 NSBundle::NSBundle(const NSString* path, const NSString* resources)

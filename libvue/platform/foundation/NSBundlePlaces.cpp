@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include <dlfcn.h>
 
@@ -63,28 +64,40 @@ fs::path mainResources() {
     return folder;
 }
 
-/// All bundles in use, and never given up, so that plain pointers to them stay good.
+/// The bundles that are known. The application's own, the toolkit's and those of other shared objects are never given
+/// up, so that plain pointers to them stay good; all others live as long as someone keeps them.
 struct Bundles {
-    NSMutableArray* applications = kept(NSMutableArray::array());
-    NSMutableArray* frameworks = kept(NSMutableArray::array());
     NSBundle* own = nullptr; // the application's
-    NSBundle* chosen = nullptr;
+    Ref<NSBundle> chosen;
     NSBundle* library = nullptr;
+    std::vector<NSBundle*> frameworks; // the toolkit's among them
+    std::vector<Weak<NSBundle>> others;
 
-    template <class T> static T* kept(Ref<T> o) {
-        markLiveObjectAsExpected(o);
-        return o.leak();
-    }
     static Bundles& all() {
         static auto* const one = new Bundles();
         return *one;
     }
-    static NSBundle* find(const NSArray& list, const fs::path& p) {
-        for (NSBundle* b : list.as<NSBundle>())
-            if (b->bundlePath()->utf8() == p.string()) return b;
-        return nullptr;
+    /// The living ones.
+    std::vector<NSBundle*> applications() {
+        std::erase_if(others, [](const Weak<NSBundle>& b) { return !b; });
+        std::vector<NSBundle*> living;
+        if (own) living.push_back(own);
+        for (const auto& b : others)
+            living.push_back(b.get());
+        return living;
     }
 };
+
+NSBundle* find(const std::vector<NSBundle*>& list, const fs::path& p) {
+    for (NSBundle* b : list)
+        if (b->bundlePath()->utf8() == p.string()) return b;
+    return nullptr;
+}
+
+NSBundle* kept(Ref<NSBundle> b) {
+    markLiveObjectAsExpected(b);
+    return b.leak();
+}
 
 } // namespace
 
@@ -94,8 +107,8 @@ Ref<NSBundle> NSBundle::bundleWithPath(const NSString* path) {
     if (!isFolder(folder)) return nullptr;
     folder = resolved(folder);
     Bundles& all = Bundles::all();
-    for (const NSArray* list : {all.applications, all.frameworks})
-        if (NSBundle* known = Bundles::find(*list, folder)) return known;
+    for (const auto& list : {all.applications(), all.frameworks})
+        if (NSBundle* known = find(list, folder)) return known;
     fs::path resources = folder;
     for (const char* name : {"Resources", "resources"})
         if (isFolder(folder / name)) {
@@ -103,7 +116,7 @@ Ref<NSBundle> NSBundle::bundleWithPath(const NSString* path) {
             break;
         }
     auto bundle = adopt(new NSBundle(NSString::fromUTF8(folder.string()), NSString::fromUTF8(resources.string())));
-    all.applications->addObject(bundle);
+    all.others.emplace_back(bundle);
     return bundle;
 }
 
@@ -112,26 +125,19 @@ NSBundle* NSBundle::mainBundle() {
     if (all.chosen) return all.chosen;
     if (!all.own) {
         auto resources = NSString::fromUTF8(mainResources().string());
-        auto b = adopt(new NSBundle(NSString::fromUTF8(executable().parent_path().string()), resources));
-        all.applications->insertObject_atIndex(b, 0);
-        all.own = b;
+        all.own = kept(adopt(new NSBundle(NSString::fromUTF8(executable().parent_path().string()), resources)));
     }
     return all.own;
 }
 
-void NSBundle::setMainBundle(NSBundle* bundle) {
-    Bundles& all = Bundles::all();
-    if (bundle && !all.applications->containsObject(bundle)) all.applications->addObject(bundle);
-    all.chosen = bundle;
-}
+void NSBundle::setMainBundle(NSBundle* bundle) { Bundles::all().chosen = bundle; }
 
 NSBundle* NSBundle::libraryBundle() {
     Bundles& all = Bundles::all();
     if (!all.library) {
         auto resources = NSString::fromUTF8(libraryResources().string());
-        auto b = adopt(new NSBundle(resources, resources));
-        all.frameworks->insertObject_atIndex(b, 0);
-        all.library = b;
+        all.library = kept(adopt(new NSBundle(resources, resources)));
+        all.frameworks.insert(all.frameworks.begin(), all.library);
     }
     return all.library;
 }
@@ -144,7 +150,7 @@ NSBundle* NSBundle::bundleForClass(const Class& c) {
     if (file == libraryFile()) return libraryBundle();
     Bundles& all = Bundles::all();
     fs::path folder = file.parent_path();
-    if (NSBundle* known = Bundles::find(*all.frameworks, folder)) return known;
+    if (NSBundle* known = find(all.frameworks, folder)) return known;
     fs::path resources = folder;
     fs::path name = file.stem();
     for (const fs::path& p :
@@ -153,29 +159,34 @@ NSBundle* NSBundle::bundleForClass(const Class& c) {
             resources = p;
             break;
         }
-    auto b = adopt(new NSBundle(NSString::fromUTF8(folder.string()), NSString::fromUTF8(resources.string())));
-    all.frameworks->addObject(b);
+    auto* b = kept(adopt(new NSBundle(NSString::fromUTF8(folder.string()), NSString::fromUTF8(resources.string()))));
+    all.frameworks.push_back(b);
     return b;
 }
 
 NSBundle* NSBundle::bundleWithIdentifier(const NSString* identifier) {
     Bundles& all = Bundles::all();
     if (!identifier) return nullptr;
-    for (const NSArray* list : {all.applications, all.frameworks})
-        for (NSBundle* b : list->as<NSBundle>())
+    for (const auto& list : {all.applications(), all.frameworks})
+        for (NSBundle* b : list)
             if (libvue::isEqual(b->bundleIdentifier(), identifier)) return b;
     return nullptr;
 }
 
 Ref<NSArray> NSBundle::allBundles() {
     NSBundle* first = mainBundle();
-    auto rest = Bundles::all().applications->filteredArray([first](NSObject* b) { return b != first; });
-    return NSArray::arrayWithObject(first)->arrayByAddingObjectsFromArray(rest);
+    auto all = NSMutableArray::arrayWithObject(first);
+    for (NSBundle* b : Bundles::all().applications())
+        if (b != first) all->addObject(b);
+    return all;
 }
 
 Ref<NSArray> NSBundle::allFrameworks() {
     (void)libraryBundle();
-    return NSArray::arrayWithArray(Bundles::all().frameworks);
+    auto all = NSMutableArray::array();
+    for (NSBundle* b : Bundles::all().frameworks)
+        all->addObject(b);
+    return all;
 }
 
 } // namespace libvue

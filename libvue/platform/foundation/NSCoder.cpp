@@ -15,6 +15,10 @@ namespace libvue {
 NSCoder::NSCoder() noexcept = default;
 NSCoder::~NSCoder() = default;
 
+namespace {
+const ClassRegistration<NSCoder> registration;
+}
+
 void NSCoder::describe(ClassDescription<NSCoder>&) {}
 
 void NSCoder::raiseWrongKind(const char* operation) const {

@@ -52,7 +52,7 @@ Ref<NSDate> NSDate::dateWithTimeIntervalSinceReferenceDate(NSTimeInterval second
 Ref<NSDate> NSDate::dateWithTimeIntervalSince1970(NSTimeInterval seconds) {
     return make<NSDate>(seconds - NSTimeIntervalSince1970);
 }
-Ref<NSDate> NSDate::distantPast() { return make<NSDate>(-63114076800.0); }  // 1 January of the year 1
+Ref<NSDate> NSDate::distantPast() { return make<NSDate>(-63113904000.0); }  // 1 January of the year 1
 Ref<NSDate> NSDate::distantFuture() { return make<NSDate>(63113904000.0); } // 1 January 4001
 
 NSTimeInterval NSDate::currentTimeIntervalSinceReferenceDate() { return Clock::current().now(); }

@@ -35,6 +35,10 @@ Ref<NSDecimalNumber> checked(const Decimal& result, NSCalculationError error) {
 
 void NSDecimalNumber::describe(ClassDescription<NSDecimalNumber, NSNumber>&) {}
 
+Ref<NSDecimalNumber> NSDecimalNumber::initWithCoder(NSCoder& coder) {
+    return Ref<NSDecimalNumber>(dynamic_cast<NSDecimalNumber*>(NSNumber::initWithCoder(coder).get()));
+}
+
 Ref<NSDecimalNumber> NSDecimalNumber::zero() { return Decimal().object(); }
 Ref<NSDecimalNumber> NSDecimalNumber::one() { return Decimal::of(1).object(); }
 Ref<NSDecimalNumber> NSDecimalNumber::notANumber() { return Decimal::nan().object(); }

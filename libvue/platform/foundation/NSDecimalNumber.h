@@ -20,6 +20,8 @@ enum NSCalculationError : NSUInteger {
 class LIBVUE_API NSDecimalNumber : public NSNumber {
 public:
     static void describe(ClassDescription<NSDecimalNumber, NSNumber>& c);
+    /// The number in an archive, or null.
+    [[nodiscard]] static Ref<NSDecimalNumber> initWithCoder(NSCoder& coder);
 
     [[nodiscard]] static Ref<NSDecimalNumber> zero();
     [[nodiscard]] static Ref<NSDecimalNumber> one();

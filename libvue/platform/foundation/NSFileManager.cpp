@@ -37,6 +37,10 @@ BOOL checked(const std::error_code& code, const NSString* path, Ref<NSError>* er
 
 } // namespace
 
+namespace {
+const ClassRegistration<NSFileManager> registration;
+}
+
 void NSFileManager::describe(ClassDescription<NSFileManager>&) {}
 
 NSFileManager* NSFileManager::defaultManager() {

@@ -169,8 +169,9 @@ NSComparisonResult NSNumber::compare(const NSNumber* n) const {
         if (!std::isfinite(a) || !std::isfinite(b)) return result(compareDoubles(a, b));
         auto decimal = [&](const NSNumber& v) {
             if (v.kind() == Kind::decimal) return Decimal::of(static_cast<const NSDecimalNumber&>(v));
-            if (v.isFloating()) return Decimal::ofDouble(v.double_);
-            Integer i = integer(v);
+            bool whole = v.isFloating() && std::fabs(v.double_) < twoTo64 && v.double_ == std::trunc(v.double_);
+            if (v.isFloating() && !whole) return Decimal::ofDouble(v.double_);
+            Integer i = whole ? Integer{static_cast<std::uint64_t>(std::fabs(v.double_)), v.double_ < 0} : integer(v);
             return Decimal::of(i.magnitude, i.negative);
         };
         Decimal x = decimal(*this), y = decimal(*n);

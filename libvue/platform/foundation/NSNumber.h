@@ -59,8 +59,9 @@ public:
     /// True for float, double and decimal numbers.
     [[nodiscard]] BOOL isFloating() const noexcept { return kind() >= Kind::float32; }
 
-    /// By value, exactly also between 64-bit integers and doubles; against a decimal number a double counts as its
-    /// shortest decimal text. Not a number comes before all others; null raises NSInvalidArgumentException.
+    /// By value, exactly also between 64-bit integers and doubles; against a decimal number a double that is no 64-bit
+    /// integer counts as its shortest decimal text. Not a number comes before all others; null raises
+    /// NSInvalidArgumentException.
     [[nodiscard]] NSComparisonResult compare(const NSNumber* n) const;
     [[nodiscard]] BOOL isEqualToNumber(const NSNumber* n) const { return n && isEqual(n); }
     /// One letter: c C s S i I q Q f d. A boolean says c, as a signed char does.

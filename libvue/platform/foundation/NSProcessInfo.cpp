@@ -17,6 +17,10 @@
 
 namespace libvue {
 
+namespace {
+const ClassRegistration<NSProcessInfo> registration;
+}
+
 void NSProcessInfo::describe(ClassDescription<NSProcessInfo>& c) { c.key<&NSProcessInfo::processName>("processName"); }
 
 NSProcessInfo::NSProcessInfo() {

@@ -33,6 +33,10 @@ Ref<NSString> standardPath() {
 
 } // namespace
 
+namespace {
+const ClassRegistration<NSUserDefaults> registration;
+}
+
 void NSUserDefaults::describe(ClassDescription<NSUserDefaults>&) {}
 
 NSUserDefaults::NSUserDefaults(const NSString* path)

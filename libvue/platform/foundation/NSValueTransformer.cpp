@@ -46,6 +46,10 @@ NSMutableDictionary& registry() {
 
 } // namespace
 
+namespace {
+const ClassRegistration<NSValueTransformer> registration;
+}
+
 void NSValueTransformer::describe(ClassDescription<NSValueTransformer>& c) {
     c.answers<&NSValueTransformer::transformedValue>("transformedValue:");
     c.answers<&NSValueTransformer::reverseTransformedValue>("reverseTransformedValue:");
