@@ -99,13 +99,15 @@ void NSView::unlink(BOOL needsDisplay) {
     if (superview_ != parent.get()) return;
     viewWillMoveToSuperview(nullptr);
     if (needsDisplay) parent->setNeedsDisplayInRect(frame_);
-    if (window_) moveToWindow_(nullptr);
-    if (superview_ != parent.get()) return;
     auto& views = parent->subviews_.views_;
     const auto at = std::find_if(views.begin(), views.end(), [&](const Ref<NSView>& v) { return v.get() == this; });
     ++parent->subviews_.changes_;
     superview_ = nullptr;
     if (at != views.end()) views.erase(at);
+    // After the link is cut, so that what looks upward on leaving the window no longer sees the old branch.
+    if (window_) moveToWindow_(nullptr);
+    // Somewhere on the way the view may have been put elsewhere.
+    if (superview_) return;
     setNextResponder(nullptr);
     viewDidMoveToSuperview();
 }
