@@ -276,6 +276,29 @@ TEST_F(EventsTest, KeysAndComposedTextReachTheFirstResponder) {
     EXPECT_THAT(taken(), ElementsAre("left key a", "left preedit ^", "left insert ê"));
 }
 
+TEST_F(EventsTest, DiscardingStopsAtTheEventThatIsNamed) {
+    const auto left = [] {
+        Log keys;
+        while (const Ref<NSEvent> e = NSApp()->nextEventMatchingMask_untilDate_inMode_dequeue(
+                   NSKeyDownMask, NSRunLoop::mainRunLoop()->now(), NSDefaultRunLoopMode, YES))
+            keys.push_back(e->characters()->utf8());
+        return keys;
+    };
+    const auto next = [](BOOL dequeue) {
+        return NSApp()->nextEventMatchingMask_untilDate_inMode_dequeue(NSKeyDownMask, NSRunLoop::mainRunLoop()->now(),
+                                                                       NSDefaultRunLoopMode, dequeue);
+    };
+    for (const char16_t c : {u'a', u'b', u'c'})
+        windows().keyDown(c);
+    const Ref<NSEvent> a = next(YES);
+    windows().advance(1);
+    // The event that is being handled: what came after it stays.
+    NSApp()->discardEventsMatchingMask_beforeEvent(NSKeyDownMask, a);
+    const Ref<NSEvent> b = next(NO);
+    NSApp()->discardEventsMatchingMask_beforeEvent(NSKeyDownMask, b);
+    EXPECT_THAT(left(), ElementsAre("b", "c"));
+}
+
 class Actor : public NSObject {
 public:
     static void describe(ClassDescription<Actor>& c) { c.answers<&Actor::agit>("agit:"); }

@@ -391,12 +391,16 @@ TEST_F(WindowTest, FramesAreKeptInTheSettings) {
         const Ref<NSWindow> w = windowAt({{100, 100}, {300, 200}});
         EXPECT_TRUE(w->setFrameAutosaveName(u"essai"_ns));
         w->setFrame_display({{120, 140}, {320, 240}}, NO);
+        EXPECT_FALSE(settings->objectForKey(u"NSWindow Frame essai"_ns)); // not at each step of a move
+        pass(1);
+        EXPECT_TRUE(settings->objectForKey(u"NSWindow Frame essai"_ns));
+        w->setFrame_display({{120, 150}, {320, 240}}, NO);
         const Ref<NSWindow> other = windowAt({{0, 0}, {10, 10}});
         EXPECT_FALSE(other->setFrameAutosaveName(u"essai"_ns)); // one window a name
     }
-    const Ref<NSWindow> again = windowAt({{0, 0}, {10, 10}});
+    Ref<NSWindow> again = windowAt({{0, 0}, {10, 10}});
     EXPECT_TRUE(again->setFrameAutosaveName(u"essai"_ns));
-    EXPECT_EQ(again->frame(), NSMakeRect(120, 140, 320, 240));
+    EXPECT_EQ(again->frame(), NSMakeRect(120, 150, 320, 240)); // saved at the latest as the window went
 
     // A frame on a screen that is gone comes back onto one that is there.
     settings->setObject_forKey(NSStringFromRect({{5000, 5000}, {320, 240}}), u"NSWindow Frame loin"_ns);
@@ -404,6 +408,7 @@ TEST_F(WindowTest, FramesAreKeptInTheSettings) {
     EXPECT_TRUE(again->screen());
     settings->setObject_forKey(u"rien de bon"_ns, u"NSWindow Frame loin"_ns);
     EXPECT_FALSE(again->setFrameUsingName(u"loin"_ns));
+    again = nullptr;
     settings->removeObjectForKey(u"NSWindow Frame essai"_ns);
     settings->removeObjectForKey(u"NSWindow Frame loin"_ns);
 }

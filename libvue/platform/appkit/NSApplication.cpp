@@ -139,6 +139,8 @@ void NSApplication::terminate(NSObject*) {
     if (const auto asks = op::applicationShouldTerminate.of(delegate_))
         if (asks(this) != NSTerminateNow) return;
     post(NSApplicationWillTerminateNotification, op::applicationWillTerminate);
+    for (const auto& w : kept(windows_))
+        w->savePendingFrame();
     NSUserDefaults::standardUserDefaults()->synchronize();
     for (Modal& m : modals_)
         if (m.code == NSRunContinuesResponse) m.code = NSRunAbortedResponse;

@@ -285,13 +285,16 @@ void NSApplication::postEvent_atStart(NSEvent* e, BOOL atStart) {
 }
 
 void NSApplication::discardEventsMatchingMask_beforeEvent(NSEventMask mask, NSEvent* last) {
-    auto end = last ? std::find_if(queue_.begin(), queue_.end(), [&](const auto& e) { return e.get() == last; })
-                    : queue_.end();
-    const std::size_t before = static_cast<std::size_t>(end - queue_.begin());
+    const auto at = std::find_if(queue_.begin(), queue_.end(), [&](const auto& e) { return e.get() == last; });
+    const std::size_t place = static_cast<std::size_t>(at - queue_.begin());
+    // One that has left the queue already is older than what came after it.
+    const auto isBefore = [&](std::size_t i) {
+        return !last || (at != queue_.end() ? i < place : queue_[i]->timestamp() < last->timestamp());
+    };
     std::deque<Ref<NSEvent>> left;
     for (std::size_t i = 0; i < queue_.size(); ++i) {
         const auto& e = queue_[i];
-        if (i < before && mask & NSEventMaskFromType(e->type()) && !as<NativeNotice>(e)) continue;
+        if (isBefore(i) && mask & NSEventMaskFromType(e->type()) && !as<NativeNotice>(e)) continue;
         left.push_back(e);
     }
     queue_ = std::move(left);

@@ -25,7 +25,7 @@ void NSPanel::setBecomesKeyOnlyIfNeeded(BOOL flag) {
 }
 
 void NSPanel::cancelOperation(NSObject* sender) {
-    if (styleMask() & NSClosableWindowMask) performClose(sender);
+    if (!performCancelButton() && styleMask() & NSClosableWindowMask) performClose(sender);
 }
 
 int NSPanel::nativeKind_() const {

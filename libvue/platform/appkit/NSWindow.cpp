@@ -63,6 +63,7 @@ NSWindow::NSWindow(const NSRect& contentRect, NSUInteger styleMask, NSBackingSto
 }
 
 NSWindow::~NSWindow() {
+    savePendingFrame();
     if (tracking_ && tracking_->tipTimer) tracking_->tipTimer->invalidate();
     firstResponder_ = nullptr;
     root_->moveToWindow_(nullptr);

@@ -247,6 +247,7 @@ public:
     void keyDown(NSEvent* e) override;
     void cursorUpdate(NSEvent* e) override;
     BOOL performKeyEquivalent(NSEvent* e) override;
+    /// Escape: presses the button with that key. A panel without one closes.
     virtual void cancelOperation(NSObject* sender);
     void invalidateCursorRectsForView(NSView* view);
     void enableCursorRects();
@@ -289,6 +290,8 @@ public:
 protected:
     [[nodiscard]] virtual int nativeKind_() const;
     [[nodiscard]] virtual BOOL acceptsNativeFocus_() const { return canBecomeKeyWindow(); }
+    /// Presses the button whose key is Escape, where Escape is what was typed. NO where there is none.
+    BOOL performCancelButton();
     /// After what acceptsNativeFocus_ or nativeKind_ answer has changed.
     void updateNativeSpec();
 
@@ -307,6 +310,8 @@ private:
     void detachFromParent();
     void passKeyStatusOn();
     void noteScreen();
+    void saveFrameSoon();
+    void savePendingFrame();
     [[nodiscard]] Tracking& tracking();
     [[nodiscard]] Display& displayState();
     void drawRegion(Display& d, const std::vector<NSRect>& rects);

@@ -215,7 +215,7 @@ void NSWindow::keyDown(NSEvent* e) {
         break;
     case NSEscapeCharacter:
         if (modifiers) break;
-        if (!performKeyEquivalent(e)) cancelOperation(this);
+        cancelOperation(this);
         return;
     default:
         if (performKeyEquivalent(e)) return;
@@ -229,7 +229,15 @@ BOOL NSWindow::performKeyEquivalent(NSEvent* e) {
     return root_->performKeyEquivalent(e);
 }
 
-void NSWindow::cancelOperation(NSObject*) {}
+BOOL NSWindow::performCancelButton() {
+    // The button whose key is Escape: an editor that gave the key up sends the operation alone.
+    const Ref<NSEvent> e(currentEvent());
+    if (!e || e->type() != NSKeyDown || !e->charactersIgnoringModifiers()) return NO;
+    NSString* keys = e->charactersIgnoringModifiers();
+    return keys->length() == 1 && keys->characterAtIndex(0) == NSEscapeCharacter && performKeyEquivalent(e);
+}
+
+void NSWindow::cancelOperation(NSObject*) { (void)performCancelButton(); }
 
 void NSWindow::setCaretRect_(BOOL on, const NSRect& rectInWindow) {
     if (native_) backend::Backend::current().windows->setTextInput(native_, on, rectInWindow);

@@ -17,6 +17,8 @@ backend::WindowServer& server() { return *backend::Backend::current().windows; }
 /// changes round the content, which stays.
 constexpr NSEdgeInsets titledInsets{22, 0, 0, 0};
 constexpr NSEdgeInsets noInsets{};
+/// Seconds.
+constexpr NSTimeInterval restBeforeSaving = 0.5;
 
 NSRect grown(const NSRect& content, const NSEdgeInsets& i) {
     return {{content.origin.x - i.left, content.origin.y - i.bottom},
@@ -60,7 +62,7 @@ void NSWindow::applyFrame(const NSRect& frame, BOOL tellServer) {
     if (frame.size != old.size) postDelegateNotification(NSWindowDidResizeNotification, op::windowDidResize);
     if (frame.origin != old.origin) postDelegateNotification(NSWindowDidMoveNotification, op::windowDidMove);
     noteScreen();
-    if (autosaveName_) saveFrameUsingName(autosaveName_);
+    if (autosaveName_) saveFrameSoon();
 }
 
 void NSWindow::moveChildren(NSPoint delta) {
@@ -193,6 +195,22 @@ BOOL NSWindow::setFrameAutosaveName(NSString* name) {
     autosaveName_ = NSString::stringWithString(name);
     setFrameUsingName(autosaveName_);
     return YES;
+}
+
+void NSWindow::saveFrameSoon() {
+    // A window on its way under the pointer writes once, when it has come to rest.
+    auto& timer = tracking().saveTimer;
+    if (timer) timer->invalidate();
+    const Weak<NSWindow> weak(this);
+    timer = NSTimer::scheduledTimerWithTimeInterval_repeats_block(restBeforeSaving, NO, [weak](NSTimer*) {
+        if (const Ref<NSWindow> w = weak.ref()) w->savePendingFrame();
+    });
+}
+
+void NSWindow::savePendingFrame() {
+    if (!tracking_ || !tracking_->saveTimer) return;
+    std::exchange(tracking_->saveTimer, nullptr)->invalidate();
+    if (autosaveName_) saveFrameUsingName(autosaveName_);
 }
 
 void NSWindow::saveFrameUsingName(NSString* name) {

@@ -216,6 +216,7 @@ void NSWindow::close() {
     postDelegateNotification(NSWindowWillCloseNotification, op::windowWillClose);
     if (visible_ || miniaturized_) orderWindow_relativeTo(NSWindowOut, 0);
     detachFromParent();
+    savePendingFrame();
     closing_ = false;
     self_ = nullptr;
     NSApp()->windowClosed(this);

@@ -36,6 +36,7 @@ struct NSWindow::Tracking {
     NSToolTipTag tipTag = 0;
     NSPoint tipPoint; ///< in base coordinates
     Ref<NSTimer> tipTimer;
+    Ref<NSTimer> saveTimer; ///< runs while a frame waits to be saved
     Ref<ToolTipWindow> tip;
 };
 
