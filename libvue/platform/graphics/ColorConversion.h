@@ -1,5 +1,7 @@
 #pragma once
 
+#include <libvue/platform/foundation/Export.h>
+
 namespace libvue {
 
 struct RGB {
@@ -13,10 +15,10 @@ struct HSB {
 [[nodiscard]] constexpr double unitInterval(double v) noexcept { return v >= 1 ? 1 : v > 0 ? v : 0; }
 
 /// The hue is 0 for a grey, and below 1.
-[[nodiscard]] HSB hsbFromRGB(const RGB& c) noexcept;
+[[nodiscard]] LIBVUE_API HSB hsbFromRGB(const RGB& c) noexcept;
 /// A hue of 1 is red again.
-[[nodiscard]] RGB rgbFromHSB(const HSB& c) noexcept;
+[[nodiscard]] LIBVUE_API RGB rgbFromHSB(const HSB& c) noexcept;
 /// The grey of the same luminance.
-[[nodiscard]] double whiteFromRGB(const RGB& c) noexcept;
+[[nodiscard]] LIBVUE_API double whiteFromRGB(const RGB& c) noexcept;
 
 } // namespace libvue
