@@ -349,6 +349,8 @@ void NSApplication::handleNative(NSEvent* event) {
     using Kind = Event::Kind;
     const Event& e = static_cast<NativeNotice*>(event)->native;
     const Ref<NSWindow> w(native_->windowOf(e.window));
+    // Its decoration is known by the time that the desktop speaks of a window.
+    if (w) w->noteInsets();
     switch (e.kind) {
     case Kind::focusIn:
     case Kind::focusOut:

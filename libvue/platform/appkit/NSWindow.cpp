@@ -169,10 +169,7 @@ void NSWindow::setStyleMask(NSUInteger mask) {
     // The content stays where it is; the frame changes round it.
     frame_ = frameRectForContentRect(content);
     updateNativeSpec();
-    if (native_ && visible_ && mask & NSTitledWindowMask) {
-        insets_ = server().frameInsets(native_);
-        frame_ = frameRectForContentRect(content);
-    }
+    if (visible_) noteInsets();
     root_->setNeedsDisplay(YES);
 }
 

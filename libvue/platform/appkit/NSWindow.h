@@ -310,6 +310,7 @@ private:
     void detachFromParent();
     void passKeyStatusOn();
     void noteScreen();
+    void noteInsets();
     void saveFrameSoon();
     void savePendingFrame();
     [[nodiscard]] Tracking& tracking();

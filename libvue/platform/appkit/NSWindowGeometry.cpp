@@ -142,10 +142,20 @@ NSPoint NSWindow::mouseLocationOutsideOfEventStream() const { return convertScre
 
 // What the desktop does.
 
+void NSWindow::noteInsets() {
+    if (!native_ || !(style_ & NSTitledWindowMask)) return;
+    const NSEdgeInsets told = server().frameInsets(native_);
+    if (told == insets_ || told == noInsets) return;
+    // The content is where it was, so this is no move and no resize.
+    const NSRect content = contentRectForFrameRect(frame_);
+    insets_ = told;
+    frame_ = frameRectForContentRect(content);
+}
+
 void NSWindow::nativeMoved_(const NSRect& content) {
     if (!native_) return;
     const Ref<NSWindow> self(this);
-    if (style_ & NSTitledWindowMask) insets_ = server().frameInsets(native_);
+    noteInsets();
     NSRect frame = frameRectForContentRect(content);
     if (frame.size != frame_.size)
         if (const auto asks = op::windowWillResize_toSize.of(delegate_)) {

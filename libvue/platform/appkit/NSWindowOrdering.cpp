@@ -50,14 +50,7 @@ void NSWindow::orderWindow_relativeTo(NSWindowOrderingMode place, NSInteger othe
     orderNative(place, other);
     if (!native_) return;
     if (appears) {
-        // The title bar's size is known once the desktop has put it there; the content has its place already.
-        if (style_ & NSTitledWindowMask) {
-            const NSRect content = contentRectForFrameRect(frame_);
-            if (const NSEdgeInsets told = server().frameInsets(native_); told != NSEdgeInsets{}) {
-                insets_ = told;
-                frame_ = frameRectForContentRect(content);
-            }
-        }
+        noteInsets();
         noteScreen();
         viewsNeedDisplay_ = true;
         app->windowNeedsDisplay_(this);
