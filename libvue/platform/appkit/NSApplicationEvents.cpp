@@ -45,12 +45,14 @@ NSEventType mouseType(Event::Kind kind, int button) {
 NSApplication::Native::Native(NSApplication& a, backend::WindowServer& s) : app(a), server(s), offset(offsetOf(s)) {}
 
 bool NSApplication::Native::isExhausted(bool didSomething) {
-    // A wake from outside counts as nothing done, so one such turn proves nothing.
+    // A wake from outside counts as nothing done, so one such turn proves nothing; but where time passes, more can
+    // come.
     constexpr int most = 1000;
-    idleTurns = didSomething ? 0 : idleTurns + 1;
-    if (idleTurns < most) return false;
-    idleTurns = 0;
-    return true;
+    const backend::Time time = server.now();
+    const bool stands = !didSomething && time == idleTime;
+    idleTime = time;
+    idleTurns = stands ? idleTurns + 1 : 0;
+    return idleTurns >= most;
 }
 
 // From the server into the queue.

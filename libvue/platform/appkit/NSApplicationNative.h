@@ -23,7 +23,7 @@ struct NSApplication::Native final : RunLoopSource {
     void enqueueMouse(const backend::Event& e);
     void enqueueKey(const backend::Event& e);
     [[nodiscard]] NSWindow* windowOf(backend::WindowId id) const;
-    /// True once turn after turn has done nothing: a server that cannot wait has nothing to come.
+    /// True once turn after turn has done nothing while no time passed: such a server has nothing to come.
     [[nodiscard]] bool isExhausted(bool didSomething);
     [[nodiscard]] NSInteger countClick(const backend::Event& e, NSWindow* w);
 
@@ -51,6 +51,7 @@ struct NSApplication::Native final : RunLoopSource {
     Ref<NSTimer> displayTimer;
     NSUInteger endOfTurn = 0;
     int idleTurns = 0;
+    backend::Time idleTime = 0; ///< of the last one
 };
 
 } // namespace libvue

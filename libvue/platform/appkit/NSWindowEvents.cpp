@@ -117,6 +117,7 @@ void NSWindow::sendMouseDown(NSEvent* e) {
     if (button == 0) {
         t.dragging = movable_ && movableByBackground_ && hit->mouseDownCanMoveWindow();
         t.dragPoint = e->fields().screenLocation;
+        t.dragged = false;
     }
     switch (button) {
     case 0:
@@ -188,7 +189,9 @@ void NSWindow::followDrag(NSEvent* e) {
     const NSPoint p = e->fields().screenLocation;
     const NSPoint delta{p.x - t.dragPoint.x, p.y - t.dragPoint.y};
     t.dragPoint = p;
-    if (delta != NSPoint{0, 0}) setFrameOrigin({frame_.origin.x + delta.x, frame_.origin.y + delta.y});
+    if (delta == NSPoint{0, 0}) return;
+    if (!std::exchange(t.dragged, true)) postDelegateNotification(NSWindowWillMoveNotification, op::windowWillMove);
+    if (visible_) setFrameOrigin({frame_.origin.x + delta.x, frame_.origin.y + delta.y});
 }
 
 // Keys that nobody below wanted.

@@ -20,6 +20,7 @@ struct NSWindow::Tracking {
     /// The window follows the pointer, which was there (screen coordinates).
     bool dragging = false;
     NSPoint dragPoint;
+    bool dragged = false; ///< and has moved with it
 
     struct Inside {
         Ref<NSTrackingArea> area;
