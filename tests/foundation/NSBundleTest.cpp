@@ -189,6 +189,7 @@ TEST_F(NSBundleTest, information) {
 TEST_F(NSBundleTest, theBundleOfAClass) {
     class Mine : public NSObject {};
     EXPECT_EQ(NSBundle::bundleForClass(classOf<Mine>()), NSBundle::mainBundle());
+    EXPECT_EQ(NSBundle::bundleForClass(classOf<NSBundle>()), NSBundle::libraryBundle());
     EXPECT_EQ(NSBundle::allBundles()->objectAtIndex(0), NSBundle::mainBundle());
     EXPECT_TRUE(NSBundle::allFrameworks()->containsObject(NSBundle::libraryBundle()));
     auto* own = bundle();

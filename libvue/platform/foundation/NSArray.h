@@ -29,7 +29,7 @@ public:
     [[nodiscard]] static Ref<NSArray> arrayWithObjects(std::initializer_list<NSObject*> objects);
     [[nodiscard]] static Ref<NSArray> arrayWithObjects_count(NSObject* const* objects, NSUInteger count);
     [[nodiscard]] static Ref<NSArray> arrayWithArray(const NSArray* a);
-    /// Takes the references over.
+    /// The objects that the references name.
     template <class T> [[nodiscard]] static Ref<NSArray> arrayWithRefs(const std::vector<Ref<T>>& refs) {
         Ref<NSArray> a = make<NSArray>();
         a->reserve(refs.size());

@@ -16,7 +16,7 @@ enum class Beside : std::uint8_t { object, number };
 /// values are kept.
 ///
 /// No caller's code runs between a change's first and last step: what is let go is let go last.
-template <Beside beside> class ObjectTable {
+template <Beside beside> class LIBVUE_API ObjectTable {
 public:
     using Value = std::conditional_t<beside == Beside::object, NSObject*, NSUInteger>;
     struct Entry {
@@ -65,7 +65,7 @@ private:
     std::uint32_t mutations_ = 0;
 };
 
-extern template class ObjectTable<Beside::object>;
-extern template class ObjectTable<Beside::number>;
+extern template class LIBVUE_API ObjectTable<Beside::object>;
+extern template class LIBVUE_API ObjectTable<Beside::number>;
 
 } // namespace libvue::detail
