@@ -79,6 +79,13 @@ TEST_F(KeyViewsTest, AFirstResponderThatLeavesOrDiesLeavesTheWindow) {
     window->makeFirstResponder(b);
     b->setHidden(YES);
     EXPECT_EQ(window->firstResponder(), window.get());
+    window->makeFirstResponder(c);
+    c->resigns = NO;
+    c->removeFromSuperview();
+    EXPECT_EQ(window->firstResponder(), window.get()); // it was asked, and is gone nevertheless
+    windows().key(u'x');
+    drain();
+    EXPECT_EQ(std::count(log.begin(), log.end(), "c key x"), 0);
 }
 
 TEST_F(KeyViewsTest, AClickMovesTheFocusUnlessItsHolderRefuses) {

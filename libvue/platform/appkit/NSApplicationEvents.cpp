@@ -246,7 +246,7 @@ Ref<NSEvent> NSApplication::throughMonitors(Ref<NSEvent> e) {
 
 Ref<NSEvent> NSApplication::nextQueued(NSEventMask mask, BOOL dequeue) {
     for (std::size_t i = 0; i < queue_.size();) {
-        const Ref<NSEvent> e = queue_[i];
+        Ref<NSEvent> e = queue_[i];
         if (e->type() == NSAppKitDefined && as<NativeNotice>(e)) {
             queue_.erase(queue_.begin() + static_cast<std::ptrdiff_t>(i));
             handleNative(e);

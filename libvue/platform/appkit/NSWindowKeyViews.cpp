@@ -15,6 +15,8 @@ void installFieldEditorFactory(FieldEditorFactory factory) noexcept { fieldEdito
 
 NSResponder* NSWindow::firstResponder() const noexcept {
     NSResponder* r = firstResponder_;
+    // A view that would not resign may have left all the same.
+    if (const auto* v = as<NSView>(r); v && v->window() != this) r = nullptr;
     return r ? r : const_cast<NSWindow*>(this);
 }
 
