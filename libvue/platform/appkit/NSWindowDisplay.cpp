@@ -181,7 +181,7 @@ Ref<NSImage> NSWindow::captureImage() {
     if (!native_) return nullptr;
     const auto picture = backend::Backend::current().windows->capture(native_);
     if (!picture) return nullptr;
-    const Ref<NSImage> image = make<NSImage>(picture->size());
+    Ref<NSImage> image = make<NSImage>(picture->size());
     image->addRepresentation(make<NSBitmapImageRep>(picture));
     return image;
 }
