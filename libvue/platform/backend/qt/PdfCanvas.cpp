@@ -94,6 +94,8 @@ void PdfCanvas::beginPage() {
 }
 
 std::vector<std::uint8_t> PdfCanvas::finish() {
+    for (std::size_t i = 0; page_->painter.isActive() && i <= saved_.size(); ++i)
+        page_->painter.restore();
     if (page_->painter.isActive()) page_->painter.end();
     page_->buffer.close();
     return {page_->bytes.begin(), page_->bytes.end()};

@@ -112,4 +112,10 @@ namespace libvue::backend {
     }
 }
 
+/// True where the painter's opacity is the same as a source of that much less alpha; else it lets the destination
+/// through.
+[[nodiscard]] inline bool takesOpacity(Compositing op) noexcept {
+    return keepsUncovered(op) && op != Compositing::plusLighter;
+}
+
 } // namespace libvue::backend

@@ -66,6 +66,7 @@ void RasterCanvas::narrow(const QPainterPath& path) {
     auto node = std::make_shared<ClipNode>();
     node->parent = state_.clip.node;
     node->path = path;
+    node->isSmooth = true;
     state_.clip.node = std::move(node);
 }
 
@@ -91,6 +92,7 @@ void RasterCanvas::clip(const NSRect* rects, std::size_t count) {
     auto node = std::make_shared<ClipNode>();
     node->parent = state_.clip.node;
     node->isRegion = straight;
+    node->isSmooth = !straight || (node->parent && node->parent->isSmooth);
     node->path.setFillRule(Qt::WindingFill);
     for (std::size_t i = 0; i < count; ++i) {
         if (NSIsEmptyRect(rects[i])) continue;
@@ -349,9 +351,11 @@ void RasterCanvas::endLayer() {
     state_ = layer.state;
     target_ = layers_.empty() ? &base_ : layers_.back().target.get();
     if (state_.clip.rect.isEmpty()) return;
-    const QImage& image = layer.target->image();
     const QPoint at = layer.target->origin();
-    render(QRectF(at, image.size()), state_.op, false, state_.alpha,
+    const bool fades = state_.alpha < 1 && !takesOpacity(state_.op);
+    const QImage& whole = layer.target->image();
+    const QImage image = fades ? faded(whole, whole.rect(), state_.alpha) : whole;
+    render(QRectF(at, image.size()), state_.op, false, fades ? 1 : state_.alpha,
            [&](QPainter& p, RasterTarget&) { p.drawImage(at, image); });
 }
 

@@ -20,17 +20,6 @@ bool isWhole(const QRectF& r) noexcept {
     return isWhole(r.left()) && isWhole(r.top()) && isWhole(r.right()) && isWhole(r.bottom());
 }
 
-/// A part of the image with its alpha multiplied.
-QImage faded(const QImage& image, const QRect& part, double opacity) {
-    QImage out(part.size(), QImage::Format_ARGB32_Premultiplied);
-    out.fill(0);
-    QPainter painter(&out);
-    painter.setCompositionMode(QPainter::CompositionMode_Source);
-    painter.setOpacity(opacity);
-    painter.drawImage(QPoint(), image, part);
-    return out;
-}
-
 } // namespace
 
 void RasterCanvas::drawGradient(const AxialGradient& gradient) {
@@ -128,7 +117,7 @@ void RasterCanvas::drawPicture(const Picture& picture, const NSRect& source, con
     const auto* owner =
         typeid(picture) == typeid(RasterPicture) ? static_cast<const RasterPicture*>(&picture) : nullptr;
     if (owner != nullptr && owner != picture_.get() && NSIsEmptyRect(source) && isDirect(op) &&
-        (opacity >= 1 || keepsUncovered(op)) && blit(owner->image(), destination, op, opacity, axis))
+        (opacity >= 1 || takesOpacity(op)) && blit(owner->image(), destination, op, opacity, axis))
         return;
     const auto placement = placePicture(picture, source, destination, axis);
     if (!placement) return;
@@ -139,7 +128,7 @@ void RasterCanvas::drawPicture(const Picture& picture, const NSRect& source, con
         copy = owner->image().copy(); // drawn into itself, it would read pixels that are being written
     const QImage* image = owner != nullptr && copy.isNull() ? &owner->image() : &copy;
     if (image->isNull()) return;
-    const bool fades = opacity < 1 && !keepsUncovered(op);
+    const bool fades = opacity < 1 && !takesOpacity(op);
     if (!fades) return drawImage(*image, owner, placement->pixels, placement->toUser.then(state_.device), op, opacity);
     // For these operations the painter's opacity would let the destination through.
     const QRect part = outward(placement->pixels) & image->rect();
@@ -152,7 +141,7 @@ void RasterCanvas::drawPicture(const Picture& picture, const NSRect& source, con
 
 bool RasterCanvas::drawCachedText(const RasterTextLayout& text, const Transform& toDevice) {
     if (toDevice.b != 0 || toDevice.c != 0 || !(toDevice.a > 0) || toDevice.a != toDevice.d) return false;
-    if (!keepsUncovered(state_.op)) return false;
+    if (state_.alpha < 1 ? !takesOpacity(state_.op) : !keepsUncovered(state_.op)) return false;
     const auto rendered = text.rendered(toDevice.a, {toDevice.tx, toDevice.ty});
     if (!rendered) return false;
     if (rendered->image.isNull()) return true;

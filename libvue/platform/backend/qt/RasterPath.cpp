@@ -84,7 +84,8 @@ double similarity(const Transform& t) noexcept {
 
 QPen makePen(const Stroke& stroke, double scale) {
     QPen pen;
-    const double width = std::isfinite(stroke.width) && stroke.width > 0 ? stroke.width * scale : 0;
+    constexpr double widest = 32000; // what the painter takes
+    const double width = std::isfinite(stroke.width) && stroke.width > 0 ? std::min(stroke.width * scale, widest) : 0;
     // The thinnest line is one pixel wide.
     pen.setWidthF(width > 0 ? width : 1);
     if (width == 0) pen.setCosmetic(true);

@@ -24,6 +24,8 @@ void RasterTarget::begin() {
 
 QPainter& RasterTarget::painter(const Clip& clip, Compositing op, bool antialias, double opacity) {
     if (!painter_.isActive()) begin();
+    // The painter makes the clip's spans when it draws: an outline has smooth edges only if the drawing has.
+    if (clip.node && clip.node->isSmooth) antialias = true;
     if (clip_.rect != clip.rect || clip_.node != clip.node) applyClip(clip);
     if (const auto mode = toQt(op); mode != mode_) {
         painter_.setCompositionMode(mode);
@@ -41,11 +43,6 @@ QPainter& RasterTarget::painter(const Clip& clip, Compositing op, bool antialias
 }
 
 void RasterTarget::applyClip(const Clip& clip) {
-    // Outlines narrow the clip with smooth edges.
-    if (clip.node && !antialias_) {
-        painter_.setRenderHint(QPainter::Antialiasing, true);
-        antialias_ = true;
-    }
     const bool narrowsTheLast = clip.node && clip.node->parent == clip_.node && clip_.node;
     if (!narrowsTheLast) {
         painter_.setClipRect(clip.rect, Qt::ReplaceClip);
@@ -68,5 +65,15 @@ void RasterTarget::applyNodes(const ClipNode* node, const ClipNode* until) {
 
 void RasterTarget::pushTransform(const QTransform& t) { painter_.setWorldTransform(t * base_); }
 void RasterTarget::popTransform() { painter_.setWorldTransform(base_); }
+
+QImage faded(const QImage& image, const QRect& part, double opacity) {
+    QImage out(part.size(), QImage::Format_ARGB32_Premultiplied);
+    out.fill(0);
+    QPainter painter(&out);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.setOpacity(opacity);
+    painter.drawImage(QPoint(), image, part);
+    return out;
+}
 
 } // namespace libvue::backend

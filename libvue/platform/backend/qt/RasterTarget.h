@@ -18,6 +18,7 @@ struct ClipNode {
     QPainterPath path;
     QRegion region;
     bool isRegion = false;
+    bool isSmooth = false; // it or one of its parents is an outline
 };
 
 /// A clip in device pixels: a rectangle, and what narrows it further.
@@ -70,5 +71,8 @@ private:
     void applyClip(const Clip& clip);
     void applyNodes(const ClipNode* node, const ClipNode* until);
 };
+
+/// A part of the image with its alpha multiplied.
+[[nodiscard]] QImage faded(const QImage& image, const QRect& part, double opacity);
 
 } // namespace libvue::backend

@@ -51,14 +51,36 @@ std::size_t RasterTextLayout::visibleEnd(std::size_t line) const {
     return std::min<std::size_t>(NSMaxRange(lines_[line].range), block.start + block.length);
 }
 
-double RasterTextLayout::xOf(std::size_t line, std::size_t index, bool trailing) const {
+namespace {
+
+/// From where to where glyphs reach in a line, and whether they run from right to left.
+struct Extent {
+    double left = 0, right = 0;
+    bool turned = false;
+};
+Extent glyphExtent(const QTextLine& line, int from, int to) {
+    QRectF all;
+    bool turned = false;
+    const auto runs = line.glyphRuns(from, to - from);
+    for (const QGlyphRun& run : runs) {
+        all = all.isNull() ? run.boundingRect() : all.united(run.boundingRect());
+        turned = run.isRightToLeft();
+    }
+    if (!all.isNull()) return {all.left(), all.right(), turned};
+    const double x = line.cursorToX(from);
+    return {x, x, false};
+}
+
+} // namespace
+
+double RasterTextLayout::xOf(std::size_t line, std::size_t index) const {
     const Place& place = places_[line];
     const Block& block = blocks_[place.block];
     if (!block.shaped || place.line < 0) return lines_[line].used.origin.x;
     const QTextLine shaped = block.shaped->lineAt(place.line);
     const int position =
         std::clamp(block.toShaped(index), shaped.textStart(), shaped.textStart() + shaped.textLength());
-    return shaped.cursorToX(position, trailing ? QTextLine::Trailing : QTextLine::Leading) + place.x;
+    return shaped.cursorToX(position) + place.x;
 }
 
 NSUInteger RasterTextLayout::characterAtPoint(NSPoint p, double* fraction) const {
@@ -75,13 +97,29 @@ NSUInteger RasterTextLayout::characterAtPoint(NSPoint p, double* fraction) const
     const QTextLine shaped = block.shaped->lineAt(place.line);
     const double x = std::isnan(p.x) ? 0 : std::clamp(p.x - place.x, -1e6, 1e6);
     const int last = shaped.textStart() + shaped.textLength();
-    int position = std::clamp(shaped.xToCursor(x, QTextLine::CursorOnCharacter), shaped.textStart(), last);
-    if (position == last) position = block.shaped->previousCursorPosition(last);
-    if (fraction != nullptr) {
-        const double leading = shaped.cursorToX(position, QTextLine::Leading);
-        const double trailing = shaped.cursorToX(position, QTextLine::Trailing);
-        if (trailing != leading) *fraction = std::clamp((x - leading) / (trailing - leading), 0.0, 1.0);
+    int position = 0;
+    Extent at;
+    if (block.isMixed) {
+        // Where directions meet, the shaper's carets are not the edges of the characters beside them.
+        double nearest = HUGE_VAL;
+        for (int i = shaped.textStart(); i < last;) {
+            const int next = std::max(i + 1, block.shaped->nextCursorPosition(i));
+            const Extent extent = glyphExtent(shaped, i, std::min(next, last));
+            const double distance = std::max({0.0, extent.left - x, x - extent.right});
+            if (distance < nearest) {
+                nearest = distance;
+                position = i;
+                at = extent;
+            }
+            i = next;
+        }
+    } else {
+        position = std::clamp(shaped.xToCursor(x, QTextLine::CursorOnCharacter), shaped.textStart(), last);
+        if (position == last) position = block.shaped->previousCursorPosition(last);
+        at = {shaped.cursorToX(position, QTextLine::Leading), shaped.cursorToX(position, QTextLine::Trailing), false};
     }
+    if (fraction != nullptr && at.right > at.left)
+        *fraction = std::clamp((at.turned ? at.right - x : x - at.left) / (at.right - at.left), 0.0, 1.0);
     return block.toText(position);
 }
 
@@ -90,7 +128,7 @@ NSRect RasterTextLayout::caretRect(NSUInteger index) const {
     const std::size_t at = std::min<std::size_t>(index, text_.size());
     const std::size_t line = lineOf(at);
     const TextLine& l = lines_[line];
-    return {{xOf(line, std::min(at, visibleEnd(line)), false), l.used.origin.y}, {0, l.used.size.height}};
+    return {{xOf(line, std::min(at, visibleEnd(line))), l.used.origin.y}, {0, l.used.size.height}};
 }
 
 std::vector<NSRect> RasterTextLayout::rects(NSRange range) const {
@@ -104,18 +142,15 @@ std::vector<NSRect> RasterTextLayout::rects(NSRange range) const {
         const std::size_t shown = visibleEnd(i);
         const std::size_t from = std::clamp<std::size_t>(range.location, line.range.location, shown);
         const std::size_t to = std::clamp<std::size_t>(end, line.range.location, shown);
-        const double a = xOf(i, from, false);
-        const double b = from == to ? a : xOf(i, to, false);
-        double left = std::min(a, b);
-        double right = std::max(a, b);
-        // In mixed directions the ends of the range need not be the ends of its rectangle.
-        const Block& block = blocks_[places_[i].block];
-        if (block.shaped && from < to && (block.string.isRightToLeft() || b < a)) {
-            for (std::size_t k = from; k < to; ++k)
-                for (const double x : {xOf(i, k, false), xOf(i, k, true)}) {
-                    left = std::min(left, x);
-                    right = std::max(right, x);
-                }
+        const Place& place = places_[i];
+        const Block& block = blocks_[place.block];
+        double left = xOf(i, from);
+        double right = from == to ? left : xOf(i, to);
+        if (block.isMixed && place.line >= 0 && from < to) {
+            const Extent extent =
+                glyphExtent(block.shaped->lineAt(place.line), block.toShaped(from), block.toShaped(to));
+            left = extent.left + place.x;
+            right = extent.right + place.x;
         }
         out.push_back({{left, line.used.origin.y}, {right - left, line.used.size.height}});
     }

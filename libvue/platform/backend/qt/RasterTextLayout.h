@@ -66,6 +66,7 @@ private:
         std::size_t start = 0, length = 0;   // in the text, without the line end
         std::size_t end = 0;                 // with the line end
         bool truncated = false;
+        bool isMixed = false; // may hold text from right to left
         std::size_t head = 0, tail = 0;
 
         [[nodiscard]] int toShaped(std::size_t index) const;
@@ -85,6 +86,7 @@ private:
         NSRect rect;
         Color color;
         bool behind;
+        bool isLine; // as high at every place
     };
     struct DrawnLine {
         std::vector<Glyphs> glyphs;
@@ -113,7 +115,7 @@ private:
     [[nodiscard]] std::size_t lineOf(std::size_t index) const;
     [[nodiscard]] std::size_t runAt(std::size_t index) const;
     [[nodiscard]] std::size_t visibleEnd(std::size_t line) const;
-    [[nodiscard]] double xOf(std::size_t line, std::size_t index, bool trailing) const;
+    [[nodiscard]] double xOf(std::size_t line, std::size_t index) const;
     void prepareDrawing() const;
     void addDrawn(DrawnLine& out, std::size_t line, int from, int length, std::size_t run) const;
     void paintLine(QPainter& painter, std::size_t line, double alpha) const;

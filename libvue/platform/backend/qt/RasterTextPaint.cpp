@@ -108,10 +108,10 @@ void RasterTextLayout::addDrawn(DrawnLine& out, std::size_t line, int from, int 
     if (a > b) std::swap(a, b);
     b = std::min(b, std::max(a, NSMaxX(placed.used)));
     const double thickness = std::max(face.underlineThickness(), 0.5);
-    const auto bar = [&](double top, double height, const Color& color, bool behind) {
-        out.bars.push_back({{{a, top}, {b - a, height}}, color, behind});
+    const auto bar = [&](double top, double height, const Color& color, bool behind, bool isLine = true) {
+        out.bars.push_back({{{a, top}, {b - a, height}}, color, behind, isLine});
     };
-    if (look.background) bar(placed.used.origin.y, placed.used.size.height, *look.background, true);
+    if (look.background) bar(placed.used.origin.y, placed.used.size.height, *look.background, true, false);
     if (style != 0) {
         const Color& color = look.underlineColor ? *look.underlineColor : look.color;
         const bool isDouble = style == 9;
@@ -216,8 +216,9 @@ void RasterTextLayout::paint(QPainter& painter, const NSRect& visible, double al
             QRectF r = toQt(bar.rect);
             if (device.type() <= QTransform::TxScale) {
                 // Whole pixels, and at least one.
-                QRect pixels = nearest(device.mapRect(r));
-                if (pixels.height() < 1) pixels.setHeight(1);
+                const QRectF exact = device.mapRect(r);
+                QRect pixels = nearest(exact);
+                if (bar.isLine) pixels.setHeight(std::max(1, static_cast<int>(std::lround(exact.height()))));
                 r = device.inverted().mapRect(QRectF(pixels));
             }
             painter.fillRect(r, toQt(bar.color, alpha));

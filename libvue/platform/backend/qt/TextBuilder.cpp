@@ -29,6 +29,12 @@ bool isHostile(std::u16string_view text, std::size_t i) {
     return false;
 }
 
+/// Whether the unit may run from right to left, or make others do so. Some that do not are taken for it.
+bool mayTurn(QChar c) {
+    const char16_t u = c.unicode();
+    return u >= 0x590 && (u < 0x900 || (u >= 0x200E && u < 0x2070) || (u >= 0xD800 && u < 0xE000) || u >= 0xFB1D);
+}
+
 /// As long as the text. Without a copy where there is nothing to replace.
 QString shapeable(std::u16string_view text) {
     const auto* units = reinterpret_cast<const QChar*>(text.data());
@@ -117,6 +123,15 @@ TextBuilder::Measures TextBuilder::measure(std::size_t from, std::size_t to) con
     return m;
 }
 
+/// The advances of a line. Blanks at the end of the text count, blanks that a line was broken at do not.
+double TextBuilder::usedWidth(const QTextLine& line, const Block& block, double available) {
+    const double advance = std::max(0.0, line.horizontalAdvance());
+    const int end = line.textStart() + line.textLength();
+    if (end == 0 || end != block.string.size() || block.isMixed || !isSpace(block.string.at(end - 1).unicode()))
+        return advance;
+    return std::max(advance, std::min(line.cursorToX(end), std::max(available, advance)));
+}
+
 void TextBuilder::place(const Measures& measured, NSRange range, double x, double available, const QTextLine* line,
                         std::size_t block, bool truncated) {
     const TextParagraph& style = *style_;
@@ -125,7 +140,7 @@ void TextBuilder::place(const Measures& measured, NSRange range, double x, doubl
     if (style.lineHeightMultiple > 0) height *= style.lineHeightMultiple;
     if (style.minimumLineHeight > 0) height = std::max(height, style.minimumLineHeight);
     if (style.maximumLineHeight > 0) height = std::min(height, style.maximumLineHeight);
-    const double used = line != nullptr ? std::max(0.0, line->naturalTextWidth()) : 0;
+    const double used = line != nullptr ? usedWidth(*line, to_.blocks_[block], available) : 0;
     const double spacing = std::max(0.0, style.lineSpacing);
     TextLine out;
     out.range = range;
@@ -137,8 +152,8 @@ void TextBuilder::place(const Measures& measured, NSRange range, double x, doubl
     to_.lines_.push_back(out);
     to_.places_.push_back({static_cast<std::uint32_t>(block), line != nullptr ? line->lineNumber() : -1,
                            line != nullptr ? -line->naturalTextRect().x() : 0});
-    const bool toTheLeft =
-        block < to_.blocks_.size() && to_.blocks_[block].shaped ? to_.blocks_[block].string.isRightToLeft() : false;
+    const Block& from = to_.blocks_[block];
+    const bool toTheLeft = from.shaped && from.isMixed && from.string.isRightToLeft();
     pending_.push_back({x, available, style.alignment, style.rightToLeft || toTheLeft});
     y_ += height + spacing;
 }
@@ -180,7 +195,10 @@ void TextBuilder::addEmptyLine(const Paragraph& p) {
     const double indent = std::max(0.0, style_->firstLineHeadIndent);
     // The empty text behind a line end has the look of what stands before it.
     const std::size_t look = p.start == to_.text_.size() && p.start > 0 ? p.start - 1 : p.start;
-    to_.blocks_.push_back({nullptr, {}, p.start, 0, p.end, false, 0, 0});
+    Block block;
+    block.start = p.start;
+    block.end = p.end;
+    to_.blocks_.push_back(std::move(block));
     place(measure(look, look + 1), {p.start, p.end - p.start}, indent, std::max(0.0, width_ - indent), nullptr,
           to_.blocks_.size() - 1, false);
 }
@@ -263,6 +281,7 @@ void TextBuilder::shape(Block& block) const {
     const std::size_t run = to_.runAt(block.start);
     const RasterFontFace& face = rasterFace(to_.runs_.empty() ? nullptr : to_.runs_[run].font.get());
     block.shaped = std::make_unique<QTextLayout>(block.string, face.font());
+    block.isMixed = style_->rightToLeft || std::any_of(block.string.cbegin(), block.string.cend(), mayTurn);
     block.shaped->setCacheEnabled(true);
     block.shaped->setTextOption(option());
     if (to_.runs_.size() > 1 || (to_.runs_.size() == 1 && (to_.runs_[0].kern != 0 || to_.runs_[0].attachment)))
@@ -334,7 +353,7 @@ bool TextBuilder::addTruncated(const Paragraph& p, std::size_t from, double inde
     QTextLine line = layout.createLine();
     line.setLineWidth(unbounded);
     layout.endLayout();
-    if (line.naturalTextWidth() <= width + tolerance) {
+    if (line.horizontalAdvance() <= width + tolerance) {
         // A text that breaks by itself has more than one line.
         if (from == p.start && layout.lineCount() >= 1 && line.textLength() < whole.string.size()) return false;
         const Measures m = measure(from, end);
@@ -393,7 +412,7 @@ bool TextBuilder::addTruncated(const Paragraph& p, std::size_t from, double inde
         QTextLine shown = cut.shaped->createLine();
         shown.setLineWidth(unbounded);
         cut.shaped->endLayout();
-        const bool fits = shown.naturalTextWidth() <= width + tolerance;
+        const bool fits = shown.horizontalAdvance() <= width + tolerance;
         if (!fits && (head > 0 || tail < count)) {
             // Joined anew, the parts came out wider than apart.
             if (tail < count && (head == 0 || tailWidth >= headWidth))

@@ -47,6 +47,7 @@ private:
     [[nodiscard]] QTextOption option() const;
     [[nodiscard]] QList<QTextLayout::FormatRange> formats(const Block& block) const;
     [[nodiscard]] Measures measure(std::size_t from, std::size_t to) const;
+    [[nodiscard]] static double usedWidth(const QTextLine& line, const Block& block, double available);
     void place(const Measures& measures, NSRange range, double x, double available, const QTextLine* line,
                std::size_t block, bool truncated);
     void align();
