@@ -1,0 +1,77 @@
+#include <Composition.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include <libvue/layout/KCLayoutLineaire.h>
+#include <libvue/platform/appkit/NSBox.h>
+#include <libvue/platform/graphics/NSColor.h>
+#include <libvue/platform/graphics/NSFont.h>
+
+namespace galerie {
+
+namespace {
+
+enum Sens : std::int32_t { deCote = 0, deHautEnBas = 1 };
+
+Ref<KCLayoutView> aligne(const std::vector<Ref<NSView>>& vues, Sens sens, CGFloat ecart) {
+    const auto hote = make<KCLayoutView>(NSZeroRect);
+    for (const auto& v : vues)
+        hote->addSubview(v);
+    const auto lineaire = make<KCLayoutLineaire>();
+    hote->setLayoutManager(lineaire);
+    lineaire->setDirection(sens);
+    lineaire->setEspacement(ecart);
+    lineaire->setAjusteTailleAuContenu(YES);
+    // Whoever composes further needs the size at once, not at the first draw.
+    hote->zerl_layout();
+    return hote;
+}
+
+} // namespace
+
+Ref<NSTextField> etiquette(NSString* texte) { return NSTextField::labelWithString(texte); }
+
+Ref<NSTextField> legende(NSString* texte) {
+    auto l = NSTextField::labelWithString(texte);
+    l->setFont(NSFont::systemFontOfSize(NSFont::smallSystemFontSize()));
+    l->setTextColor(NSColor::secondaryLabelColor());
+    l->sizeToFit();
+    return l;
+}
+
+Ref<NSTextField> titreGroupe(NSString* texte) {
+    auto l = NSTextField::labelWithString(texte);
+    l->setFont(NSFont::boldSystemFontOfSize(NSFont::systemFontSize()));
+    l->sizeToFit();
+    return l;
+}
+
+Ref<NSView> filet(CGFloat largeur) {
+    auto b = make<NSBox>(NSMakeRect(0, 0, largeur, 1));
+    b->setBoxType(NSBoxSeparator);
+    return b;
+}
+
+Ref<KCLayoutView> pile(const std::vector<Ref<NSView>>& vues, CGFloat ecart) { return aligne(vues, deHautEnBas, ecart); }
+
+Ref<KCLayoutView> rangee(const std::vector<Ref<NSView>>& vues, CGFloat ecart) {
+    CGFloat haut = 0;
+    for (const auto& v : vues)
+        haut = std::max(haut, v->frame().size.height);
+    for (const auto& v : vues)
+        v->setFrameOrigin({0, std::floor((haut - v->frame().size.height) / 2)});
+    return aligne(vues, deCote, ecart);
+}
+
+Ref<KCLayoutView> groupe(NSString* titre, const std::vector<Ref<NSView>>& vues) {
+    std::vector<Ref<NSView>> toutes{titreGroupe(titre)};
+    toutes.insert(toutes.end(), vues.begin(), vues.end());
+    return pile(toutes);
+}
+
+Ref<NSString> enTexte(CGFloat nombre) {
+    return NSString::stringWithFormat(u"%ld"_ns, static_cast<long>(std::lround(nombre)));
+}
+
+} // namespace galerie

@@ -1,0 +1,61 @@
+#include <Images.h>
+
+#include <cstdio>
+
+#include <libvue/platform/appkit/NSApplication.h>
+#include <libvue/platform/foundation/NSData.h>
+#include <libvue/platform/foundation/NSError.h>
+#include <libvue/platform/foundation/NSFileManager.h>
+
+namespace galerie {
+
+namespace {
+
+std::string raison(const Ref<NSError>& erreur) {
+    return erreur ? erreur->localizedDescription()->utf8() : std::string("raison inconnue");
+}
+
+} // namespace
+
+std::string nomDeFichier(const NSString* page) {
+    std::string nom;
+    for (const char c : page->stringByFoldingWithOptions(NSDiacriticInsensitiveSearch)->lowercaseString()->utf8())
+        nom += (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') ? c : '-';
+    return nom;
+}
+
+bool ecritImages(FenetreGalerie& galerie, const DemandeImages& demande) {
+    const auto dossier = NSString::fromUTF8(demande.dossier);
+    Ref<NSError> erreur;
+    if (!NSFileManager::defaultManager()->createDirectoryAtPath_withIntermediateDirectories_attributes_error(
+            dossier, YES, nullptr, &erreur)) {
+        std::fprintf(stderr, "galerie : le dossier « %s » ne peut pas être créé : %s\n", demande.dossier.c_str(),
+                     raison(erreur).c_str());
+        return false;
+    }
+    for (const NSUInteger i : demande.pages) {
+        galerie.montrePage(i);
+        for (const ChoixApparence a : demande.apparences) {
+            galerie.setApparence(a);
+            NSApp()->drain_();
+            for (const CGFloat echelle : demande.echelles) {
+                char suite[48];
+                std::snprintf(suite, sizeof suite, "-%s@%gx.png", a == ChoixApparence::sombre ? "sombre" : "clair",
+                              echelle);
+                const auto chemin = dossier->stringByAppendingPathComponent(
+                    NSString::fromUTF8(nomDeFichier(galerie.pages()[i]->nom()) + suite));
+                const auto png = galerie.image(echelle);
+                if (!png || !png->writeToFile_options_error(chemin, NSDataWritingAtomic, &erreur)) {
+                    std::fprintf(stderr, "galerie : « %s » ne peut pas être écrit : %s\n", chemin->utf8().c_str(),
+                                 png ? raison(erreur).c_str() : "l’image n’a pas pu être dessinée");
+                    return false;
+                }
+                std::printf("%s\n", chemin->utf8().c_str());
+                std::fflush(stdout);
+            }
+        }
+    }
+    return true;
+}
+
+} // namespace galerie
