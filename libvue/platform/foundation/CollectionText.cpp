@@ -20,7 +20,7 @@ bool isPlainWord(const NSString* s) {
 
 class Writer {
 public:
-    void append(const NSObject* o) {
+    void append(const NSObject& o) {
         // A collection may hold itself.
         constexpr int deepest = 32;
         if (depth_ == deepest) {
@@ -28,16 +28,16 @@ public:
             return;
         }
         ++depth_;
-        if (auto* a = dynamic_cast<const NSArray*>(o))
+        if (auto* a = dynamic_cast<const NSArray*>(&o))
             appendList(*a, "(", ")");
-        else if (auto* d = dynamic_cast<const NSDictionary*>(o))
+        else if (auto* d = dynamic_cast<const NSDictionary*>(&o))
             appendDictionary(*d);
-        else if (auto* s = dynamic_cast<const NSSet*>(o))
+        else if (auto* s = dynamic_cast<const NSSet*>(&o))
             appendList(*s, "{(", ")}");
-        else if (auto* word = dynamic_cast<const NSString*>(o))
+        else if (auto* word = dynamic_cast<const NSString*>(&o))
             appendText(word);
         else
-            text.append(o->description());
+            text.append(o.description());
         --depth_;
     }
     StringBuilder text;
@@ -50,7 +50,7 @@ private:
             text.append(first ? "\n" : ",\n");
             first = false;
             indent();
-            append(o);
+            append(*o);
         }
         end(close);
     }
@@ -59,9 +59,9 @@ private:
         for (auto [key, value] : d) {
             text.append("\n");
             indent();
-            append(key);
+            append(*key);
             text.append(" = ");
-            append(value);
+            append(*value);
             text.append(";");
         }
         end("}");
@@ -79,7 +79,7 @@ private:
         }
         text.append("\"");
     }
-    void indent() { text.appendRepeated(u' ', static_cast<NSUInteger>(4 * depth_)); }
+    void indent() { text.appendRepeated(u' ', 4 * static_cast<NSUInteger>(depth_)); }
     void end(const char* close) {
         --depth_;
         text.append("\n");
@@ -94,7 +94,7 @@ private:
 
 Ref<NSString> collectionText(const NSObject* collection) {
     Writer w;
-    w.append(collection);
+    w.append(*collection);
     return w.text.build();
 }
 

@@ -84,7 +84,7 @@ void NSArray::checkRange(NSRange range) const {
 void NSArray::grow(NSUInteger capacity) {
     constexpr NSUInteger most = 1u << 30;
     if (capacity > most) throw std::bad_alloc();
-    void* p = std::realloc(items_, capacity * sizeof(NSObject*));
+    void* p = std::realloc(items_, capacity * sizeof(void*));
     if (!p) throw std::bad_alloc();
     items_ = static_cast<NSObject**>(p);
     capacity_ = static_cast<std::uint32_t>(capacity);
@@ -193,10 +193,7 @@ Ref<NSString> NSArray::componentsJoinedByString(const NSString* separator) const
     StringBuilder b;
     for (NSUInteger i = 0; i < count_; ++i) {
         if (i) b.append(separator);
-        if (auto* s = dynamic_cast<const NSString*>(items_[i]))
-            b.append(s);
-        else
-            b.append(items_[i]->description());
+        b.append(items_[i]->description());
     }
     return b.build();
 }

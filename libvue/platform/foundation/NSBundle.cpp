@@ -134,7 +134,7 @@ Ref<NSArray> NSBundle::preferredLocalizations() const {
         auto name = NSString::fromUTF8(language);
         if (!all->containsObject(name)) all->addObject(name);
     };
-    auto addWithParents = [&](std::string language) {
+    auto addWithParents = [&](const std::string& language) {
         add(language);
         auto underscore = language.find('_');
         if (underscore == std::string::npos) return;

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstring>
 
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSException.h>
@@ -99,12 +98,14 @@ void NSMutableArray::removeObject(const NSObject* o) { removeObject_inRange(o, {
 
 void NSMutableArray::removeObject_inRange(const NSObject* o, NSRange range) {
     checkRange(range);
+    if (!o) return;
     Ref<const NSObject> wanted(o); // it may live by this list alone
     for (NSUInteger i = NSMaxRange(range); i-- > range.location;)
-        if (i < count_ && (items_[i] == o || (o && items_[i]->isEqual(o)))) removeObjectAtIndex(i);
+        if (i < count_ && (items_[i] == o || items_[i]->isEqual(o))) removeObjectAtIndex(i);
 }
 
 void NSMutableArray::removeObjectIdenticalTo(const NSObject* o) {
+    if (!o) return;
     Ref<const NSObject> wanted(o);
     for (NSUInteger i = count_; i-- > 0;)
         if (i < count_ && items_[i] == o) removeObjectAtIndex(i);
@@ -113,7 +114,7 @@ void NSMutableArray::removeObjectIdenticalTo(const NSObject* o) {
 void NSMutableArray::removeObjectAtIndex(NSUInteger index) {
     if (index >= count_) raiseOutOfRange(index);
     NSObject* old = items_[index];
-    std::memmove(items_ + index, items_ + index + 1, (count_ - index - 1) * sizeof(NSObject*));
+    std::copy(items_ + index + 1, items_ + count_, items_ + index);
     --count_;
     ++mutations_;
     old->release();
@@ -127,7 +128,7 @@ void NSMutableArray::removeObjectsInRange(NSRange range) {
     auto removed = subarrayWithRange(range);
     for (NSUInteger i = range.location; i < NSMaxRange(range); ++i)
         items_[i]->release(); // `removed` still keeps it
-    std::memmove(items_ + range.location, items_ + NSMaxRange(range), (count_ - NSMaxRange(range)) * sizeof(NSObject*));
+    std::copy(items_ + NSMaxRange(range), items_ + count_, items_ + range.location);
     count_ -= static_cast<std::uint32_t>(range.length);
     ++mutations_;
 }

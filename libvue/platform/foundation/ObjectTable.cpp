@@ -63,7 +63,7 @@ template <Beside beside> void ObjectTable<beside>::rebuild(std::uint32_t capacit
     capacity_ = capacity;
     std::memset(slots(), 0, slotBytes);
     std::uint32_t at = 0;
-    for (std::uint32_t i = 0; i < used_; ++i) {
+    for (std::uint32_t i = 0; old && i < used_; ++i) {
         if (!old[i].key) continue;
         entries_[at] = old[i];
         hashes()[at] = oldHashes[i];
