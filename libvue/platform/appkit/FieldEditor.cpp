@@ -176,9 +176,9 @@ const backend::TextLayout& FieldEditor::layout() const {
     auto paragraph = make<NSMutableParagraphStyle>();
     paragraph->setLineBreakMode(NSLineBreakByClipping);
     const auto attributes =
-        NSDictionary::dictionaryWithObjectsAndKeys({{font_.get(), NSFontAttributeName.get()},
-                                                    {textColor(), NSForegroundColorAttributeName.get()},
-                                                    {paragraph.get(), NSParagraphStyleAttributeName.get()}});
+        NSDictionary::dictionaryWithObjectsAndKeys({{NSFontAttributeName.get(), font_.get()},
+                                                    {NSForegroundColorAttributeName.get(), textColor()},
+                                                    {NSParagraphStyleAttributeName.get(), paragraph.get()}});
     auto a = NSMutableAttributedString::initWithString_attributes(NSString::from(shown), attributes);
     if (!preedit_.empty())
         a->addAttribute_value_range(NSUnderlineStyleAttributeName, NSNumber::numberWithInteger(1),

@@ -27,7 +27,7 @@ Ref<NSFont> fontOf(const NSMenu& m) { return m.font() ? Ref<NSFont>(m.font()) : 
 
 Ref<NSDictionary> attributes(const NSMenu& m, NSColor* color) {
     return NSDictionary::dictionaryWithObjectsAndKeys(
-        {{fontOf(m).get(), NSFontAttributeName.get()}, {color, NSForegroundColorAttributeName.get()}});
+        {{NSFontAttributeName.get(), fontOf(m).get()}, {NSForegroundColorAttributeName.get(), color}});
 }
 
 /// How the desktop writes a shortcut: the platform's command modifier is its Ctrl key.

@@ -26,9 +26,9 @@ Ref<NSDictionary> NSCell::textAttributes() const {
     paragraph->setAlignment(alignment_);
     paragraph->setLineBreakMode(lineBreak_);
     const Ref<NSFont> f = font_ ? font_ : NSFont::systemFontOfSize(NSFont::systemFontSizeForControlSize(size_));
-    return NSDictionary::dictionaryWithObjectsAndKeys({{f.get(), NSFontAttributeName.get()},
-                                                       {effectiveTextColor(), NSForegroundColorAttributeName.get()},
-                                                       {paragraph.get(), NSParagraphStyleAttributeName.get()}});
+    return NSDictionary::dictionaryWithObjectsAndKeys({{NSFontAttributeName.get(), f.get()},
+                                                       {NSForegroundColorAttributeName.get(), effectiveTextColor()},
+                                                       {NSParagraphStyleAttributeName.get(), paragraph.get()}});
 }
 
 NSSize NSCell::cellSize() const { return cellSizeForBounds({{0, 0}, {1e5, 1e5}}); }
