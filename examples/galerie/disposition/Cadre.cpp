@@ -82,7 +82,7 @@ void Cadre::adapte() {
 void Cadre::drawRect(const NSRect&) {
     NSColor* encre = NSColor::secondaryLabelColor();
     const auto forme = NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius(NSInsetRect(bounds(), 0.5, 0.5), 8, 8);
-    encre->colorWithAlphaComponent(0.07)->setFill();
+    encre->colorWithAlphaComponent(0.05)->setFill();
     forme->fill();
     encre->colorWithAlphaComponent(0.28)->setStroke();
     forme->stroke();

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include <Composition.h>
-#include <libvue/platform/appkit/NSApplication.h>
+#include <libvue/platform/appkit/NSMenuItem.h>
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSNotification.h>
@@ -155,8 +155,9 @@ void Inspecteur::montreConteneur() {
     const auto cadres = scene_.cadres();
     conteneurs_->removeAllItems();
     for (Cadre* c : cadres) {
-        const std::u16string retrait(c->profondeur() * 3, u'\u00A0');
-        conteneurs_->addItemWithTitle(NSString::from(retrait)->stringByAppendingString(c->nom()));
+        conteneurs_->addItemWithTitle(c->nom());
+        conteneurs_->itemAtIndex(conteneurs_->numberOfItems() - 1)
+            ->setIndentationLevel(static_cast<NSInteger>(c->profondeur()));
     }
     const auto ici = std::find(cadres.begin(), cadres.end(), conteneur);
     conteneurs_->selectItemAtIndex(ici - cadres.begin());

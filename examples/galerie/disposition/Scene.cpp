@@ -16,32 +16,35 @@ constexpr CGFloat kMargeScene = 16;
 /// What the page starts with: three levels, and a column in which a box follows a field.
 Ref<Cadre> arbreDuDebut() {
     using G = GenreFeuille;
-    const auto racine = make<Cadre>(u"Racine"_ns, 1, 12);
+    const auto racine = make<Cadre>(u"Racine"_ns, 1, 14);
     const auto mets = [](Cadre* dans, NSView* vue) { dans->disposition()->addSubview(vue); };
 
     const auto barre = make<Cadre>(u"Barre"_ns, 0, 8);
-    mets(barre, fabriqueFeuille(G::pastille, u"Accueil"_ns, 0, {88, 40}));
-    mets(barre, fabriqueFeuille(G::pastille, u"Recherche"_ns, 0, {96, 40}));
-    mets(barre, fabriqueFeuille(G::pastille, u"Réglages"_ns, 0, {88, 40}));
+    mets(barre, fabriqueFeuille(G::pastille, u"Accueil"_ns, 0, {96, 44}));
+    mets(barre, fabriqueFeuille(G::pastille, u"Recherche"_ns, 0, {108, 44}));
+    mets(barre, fabriqueFeuille(G::pastille, u"Réglages"_ns, 0, {96, 44}));
 
     const auto corps = make<Cadre>(u"Corps"_ns, 0, 12);
     const auto colonne = make<Cadre>(u"Colonne"_ns, 1, 6);
     mets(colonne, fabriqueFeuille(G::etiquette, u"Prénom"_ns, 0, {150, 18}));
     mets(colonne, fabriqueFeuille(G::champ, u"Hélène"_ns, 0, {150, 24}));
-    mets(colonne, fabriqueFeuille(G::boite, u"Adresse"_ns, 0, {150, 64}));
+    mets(colonne, fabriqueFeuille(G::boite, u"Adresse"_ns, 0, {150, 135}));
     const auto galerie = make<Cadre>(u"Galerie"_ns, 1, 8);
-    mets(galerie, fabriqueFeuille(G::pastille, u"Aperçu"_ns, 1, {160, 72}));
+    mets(galerie, fabriqueFeuille(G::pastille, u"Aperçu"_ns, 1, {196, 110}));
     const auto vignettes = make<Cadre>(u"Vignettes"_ns, 0, 6);
-    mets(vignettes, fabriqueFeuille(G::pastille, u"Été"_ns, 1, {64, 40}));
-    mets(vignettes, fabriqueFeuille(G::pastille, u"Noël"_ns, 1, {64, 40}));
+    mets(vignettes, fabriqueFeuille(G::pastille, u"Été"_ns, 1, {85, 44}));
+    mets(vignettes, fabriqueFeuille(G::pastille, u"Noël"_ns, 1, {85, 44}));
     mets(galerie, vignettes);
     mets(corps, colonne);
     mets(corps, galerie);
 
     const auto pied = make<Cadre>(u"Pied"_ns, 0, 8);
-    mets(pied, fabriqueFeuille(G::etiquette, u"Prêt"_ns, 0, {120, 18}));
-    mets(pied, fabriqueFeuille(G::pastille, u"Annuler"_ns, 2, {88, 28}));
-    mets(pied, fabriqueFeuille(G::pastille, u"Garder"_ns, 2, {88, 28}));
+    const auto pret = fabriqueFeuille(G::etiquette, u"Prêt"_ns, 0, {190, 18});
+    // Across the axis a view stays where it is, here in the middle of its neighbours.
+    pret->setFrameOrigin({0, 7});
+    mets(pied, pret);
+    mets(pied, fabriqueFeuille(G::pastille, u"Annuler"_ns, 2, {96, 32}));
+    mets(pied, fabriqueFeuille(G::pastille, u"Garder"_ns, 2, {96, 32}));
 
     mets(racine, barre);
     mets(racine, corps);

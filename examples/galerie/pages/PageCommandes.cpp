@@ -21,7 +21,7 @@ namespace galerie {
 
 namespace {
 
-constexpr CGFloat kColonne = 236;
+constexpr CGFloat kColonne = 232;
 
 Ref<NSTextField> champ(NSString* texte, CGFloat largeur = kColonne) {
     return large(NSTextField::textFieldWithString(texte), largeur);
@@ -113,7 +113,7 @@ Ref<NSView> tailles() {
             chacun->setFont(NSFont::systemFontOfSize(NSFont::systemFontSizeForControlSize(t)));
             chacun->sizeToFit();
         }
-        return rangee({large(b, 80), large(c, 78), large(p, 62)});
+        return rangee({large(b, 78), large(c, 76), large(p, 62)});
     };
     return groupe(u"Trois tailles"_ns,
                   {taille(u"Normale"_ns, NSRegularControlSize), taille(u"Petite"_ns, NSSmallControlSize),
@@ -159,7 +159,7 @@ Ref<NSView> menus() {
     eteint->addItemWithTitle(u"Inactif"_ns);
     eteint->sizeToFit();
     return groupe(u"Menus locaux et déroulants"_ns,
-                  {large(choix, kColonne), rangee({large(actions, 114), inactif(large(eteint, 114))})});
+                  {large(choix, kColonne), rangee({large(actions, 112), inactif(large(eteint, 112))})});
 }
 
 Ref<NSView> curseurs() {
@@ -198,7 +198,7 @@ Ref<NSBox> boite(NSString* titre, NSSize taille) {
 }
 
 Ref<NSView> boites() {
-    constexpr NSSize kBoite{114, 68};
+    constexpr NSSize kBoite{112, 68};
     const auto dessous = boite(u"Titre en bas"_ns, kBoite);
     dessous->setTitlePosition(NSAtBottom);
     const auto sans = boite(u""_ns, kBoite);
