@@ -109,11 +109,18 @@ NSRect alignedToPixels(const NSRect& r) {
     const backend::Transform t = c->canvas().transform();
     const double scale = c->canvas().scale();
     if (t.b != 0 || t.c != 0 || scale <= 0) return r;
+    // Halves go to the right and, y running upward here, down: as clips do. The sum of a fraction and its complement may
+    // miss a half by a little.
+    constexpr double slack = 1e-6;
+    const auto across = [&](double v) { return std::floor(v * scale + 0.5 + slack); };
+    const auto upward = [&](double v) { return std::ceil(v * scale - 0.5 - slack); };
     NSRect d = t.apply(r);
-    const double right = std::round((d.origin.x + d.size.width) * scale) / scale;
-    const double top = std::round((d.origin.y + d.size.height) * scale) / scale;
-    d.origin = {std::round(d.origin.x * scale) / scale, std::round(d.origin.y * scale) / scale};
-    d.size = {right - d.origin.x, top - d.origin.y};
+    const double left = across(d.origin.x), bottom = upward(d.origin.y);
+    double right = across(d.origin.x + d.size.width), top = upward(d.origin.y + d.size.height);
+    // A fine line stays one.
+    if (d.size.width > 0) right = std::max(right, left + 1);
+    if (d.size.height > 0) top = std::max(top, bottom + 1);
+    d = {{left / scale, bottom / scale}, {(right - left) / scale, (top - bottom) / scale}};
     return t.inverted().apply(d);
 }
 
