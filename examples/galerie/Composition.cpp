@@ -28,23 +28,28 @@ Ref<KCLayoutView> aligne(const std::vector<Ref<NSView>>& vues, Sens sens, CGFloa
     return hote;
 }
 
-} // namespace
-
-Ref<NSTextField> etiquette(NSString* texte) { return NSTextField::labelWithString(texte); }
-
-Ref<NSTextField> legende(NSString* texte) {
+Ref<NSTextField> texteEn(NSString* texte, NSFont* police, NSColor* couleur) {
     auto l = NSTextField::labelWithString(texte);
-    l->setFont(NSFont::systemFontOfSize(NSFont::smallSystemFontSize()));
-    l->setTextColor(NSColor::secondaryLabelColor());
+    l->setFont(police);
+    l->setTextColor(couleur);
     l->sizeToFit();
+    // Whole points keep what follows on the pixels.
+    l->setFrameSize({std::ceil(l->frame().size.width), std::ceil(l->frame().size.height)});
     return l;
 }
 
+} // namespace
+
+Ref<NSTextField> etiquette(NSString* texte) {
+    return texteEn(texte, NSFont::systemFontOfSize(NSFont::systemFontSize()), NSColor::labelColor());
+}
+
+Ref<NSTextField> legende(NSString* texte) {
+    return texteEn(texte, NSFont::systemFontOfSize(NSFont::smallSystemFontSize()), NSColor::secondaryLabelColor());
+}
+
 Ref<NSTextField> titreGroupe(NSString* texte) {
-    auto l = NSTextField::labelWithString(texte);
-    l->setFont(NSFont::boldSystemFontOfSize(NSFont::systemFontSize()));
-    l->sizeToFit();
-    return l;
+    return texteEn(texte, NSFont::boldSystemFontOfSize(NSFont::systemFontSize()), NSColor::labelColor());
 }
 
 Ref<NSView> filet(CGFloat largeur) {

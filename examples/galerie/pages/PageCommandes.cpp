@@ -95,7 +95,7 @@ Ref<NSView> boutons() {
         return b;
     };
     return groupe(u"Boutons"_ns, {rangee({bouton(u"Normal"_ns), defaut}),
-                                  rangee({image, seule, inactif(bouton(u"Inactif"_ns))}), rangee({bascule, active}),
+                                  rangee({image, inactif(bouton(u"Inactif"_ns))}), rangee({bascule, active, seule}),
                                   rangee({plat(u"Encastré"_ns, NSOffState), plat(u"Choisi"_ns, NSOnState),
                                           inactif(plat(u"Inactif"_ns, NSOffState))},
                                          4)});

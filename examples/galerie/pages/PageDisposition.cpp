@@ -11,12 +11,28 @@
 #include <libvue/platform/appkit/NSScroller.h>
 #include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/NSColor.h>
+#include <libvue/platform/graphics/Palette.h>
 
 namespace galerie {
 
 namespace {
 
-constexpr CGFloat kHaut = 4, kRayon = 10;
+constexpr CGFloat kHaut = 4, kRayon = 10, kLegende = 18;
+
+/// A small square of one of the colours that mark the gaps.
+class Echantillon : public NSView {
+public:
+    static void describe(ClassDescription<Echantillon, NSView>&) {}
+    Echantillon(NSColor* couleur, CGFloat alpha) : NSView(NSMakeRect(0, 0, 10, 10)), couleur_(couleur), alpha_(alpha) {}
+    void drawRect(const NSRect&) override {
+        couleur_->colorWithAlphaComponent(alpha_)->setFill();
+        NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius(bounds(), 2, 2)->fill();
+    }
+
+private:
+    Ref<NSColor> couleur_;
+    CGFloat alpha_;
+};
 
 /// The scene on a sheet at the left, as wide as it can be; the inspector at the right. Both scroll.
 class VueDisposition : public NSView {
@@ -34,6 +50,11 @@ public:
         }
         feuille_->setHasHorizontalScroller(YES);
         feuille_->setDocumentView(scene_);
+        legende_ = rangee({make<Echantillon>(NSColor::controlAccentColor(), 0.3), legende(u"Espacement"_ns),
+                           make<Echantillon>(NSColor::systemColor(SystemColor::warning), 0.9),
+                           legende(u"Trois points de plus entre un champ et la boîte qui le suit"_ns)},
+                          6);
+        addSubview(legende_);
         cote_->setDocumentView(inspecteur_->vue());
     }
 
@@ -44,6 +65,7 @@ public:
         const CGFloat barre = NSScroller::scrollerWidth();
         const CGFloat droite = Inspecteur::kLargeur + barre;
         const CGFloat haut = std::max(0.0, t.height - kHaut - kMarge);
+        legende_->setFrameOrigin({kMarge, NSMaxY(rectFeuille()) + 8});
         cote_->setFrame(NSMakeRect(t.width - kMarge - droite + barre, kHaut, droite, haut));
         feuille_->setFrame(NSInsetRect(rectFeuille(), 1, 1));
         scene_->setPlace(NSInsetRect(rectFeuille(), 1, 1).size);
@@ -62,12 +84,13 @@ private:
     [[nodiscard]] NSRect rectFeuille() const {
         const NSSize t = bounds().size;
         return NSMakeRect(kMarge, kHaut, std::max(0.0, t.width - 3 * kMarge - Inspecteur::kLargeur),
-                          std::max(0.0, t.height - kHaut - kMarge));
+                          std::max(0.0, t.height - kHaut - kMarge - kLegende));
     }
 
     Ref<Scene> scene_;
     Ref<Inspecteur> inspecteur_;
     Ref<NSScrollView> feuille_, cote_;
+    Ref<NSView> legende_;
 };
 
 } // namespace
