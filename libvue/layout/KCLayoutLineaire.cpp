@@ -45,7 +45,8 @@ void KCLayoutLineaire::effectueLayout(KCLayoutView* h) {
                 if (s != dernier) a += espacement_;
                 b = std::max(b, f.origin.y + f.size.height);
             } else {
-                if (precedent && as<NSBox>(s) && as<NSTextField>(precedent)) b += kEcartTexteBoite;
+                if (precedent && s->isKindOfClass(classOf<NSBox>()) && precedent->isKindOfClass(classOf<NSTextField>()))
+                    b += kEcartTexteBoite;
                 f.origin.y = b;
                 a = std::max(a, f.origin.x + f.size.width);
                 b += f.size.height;

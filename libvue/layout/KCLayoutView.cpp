@@ -46,8 +46,8 @@ void KCLayoutView::layoutSiNecessaire() {
 }
 
 void KCLayoutView::layoutSiNecessaireRecursifDepthFirst(NSView* vue) {
-    if (auto* layout = as<KCLayoutView>(vue)) {
-        layout->layoutSiNecessaire();
+    if (vue->isKindOfClass(classOf<KCLayoutView>())) {
+        static_cast<KCLayoutView*>(vue)->layoutSiNecessaire();
         return;
     }
     for (NSView* v : vue->subviews())
