@@ -43,7 +43,7 @@ struct Event {
         focusIn,
         focusOut,
         closeRequest,
-        moved,   ///< by the user or the window manager; content in `rect`
+        moved, ///< by the user or the window manager; content in `rect`
         resized,
         exposed,  ///< it can be seen (again); `rect`, empty as a rule, needs to be presented
         occluded, ///< nothing of it can be seen, though it was not hidden
@@ -120,7 +120,8 @@ public:
     virtual ~WindowServer() = default;
 
     [[nodiscard]] virtual Time now() = 0;
-    /// The next event, waiting until the deadline for one; false where none came. A virtual clock jumps to the deadline.
+    /// The next event, waiting until the deadline for one; false where none came. A virtual clock jumps to the
+    /// deadline.
     virtual bool next(Event& event, Time deadline) = 0;
     virtual void sleepUntil(Time t) = 0;
     /// Ends the wait that is under way, or the next one; from any thread. That `next` answers false.
