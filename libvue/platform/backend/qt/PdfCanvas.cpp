@@ -65,6 +65,7 @@ struct PdfCanvas::Page {
         base = {unitsAPoint, 0, 0, -unitsAPoint, 0, size.height * unitsAPoint};
         painter.begin(&writer);
         painter.setRenderHint(QPainter::Antialiasing);
+        painter.setRenderHint(QPainter::LosslessImageRendering); // so that patches do not stand out
     }
 };
 

@@ -237,25 +237,35 @@ namespace {
 
 /// The smallest rectangle that holds every pixel that is not transparent.
 QRect inked(const QImage& image) {
-    int top = image.height();
-    int bottom = -1;
-    int left = image.width();
+    const int width = image.width();
+    const int height = image.height();
+    const qsizetype stride = image.bytesPerLine();
+    const uchar* bits = image.constBits();
+    const auto row = [=](int y) { return reinterpret_cast<const QRgb*>(bits + y * stride); };
+    const auto isBlank = [=](int y) {
+        const QRgb* pixels = row(y);
+        return std::all_of(pixels, pixels + width, [](QRgb p) { return p == 0; });
+    };
+    int top = 0;
+    while (top < height && isBlank(top))
+        ++top;
+    if (top == height) return {};
+    int bottom = height - 1;
+    while (isBlank(bottom))
+        --bottom;
+    int left = width;
     int right = -1;
-    for (int y = 0; y < image.height(); ++y) {
-        const auto* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-        int a = 0;
-        while (a < image.width() && row[a] == 0)
-            ++a;
-        if (a == image.width()) continue;
-        int b = image.width() - 1;
-        while (row[b] == 0)
-            --b;
-        top = std::min(top, y);
-        bottom = y;
-        left = std::min(left, a);
-        right = std::max(right, b);
+    for (int y = top; y <= bottom; ++y) {
+        const QRgb* pixels = row(y);
+        // Only what widens the rectangle is looked for.
+        const QRgb* first = std::find_if(pixels, pixels + left, [](QRgb p) { return p != 0; });
+        left = static_cast<int>(first - pixels);
+        int x = width - 1;
+        while (x > right && pixels[x] == 0)
+            --x;
+        right = x;
     }
-    return bottom < 0 ? QRect() : QRect(QPoint(left, top), QPoint(right, bottom));
+    return {QPoint(left, top), QPoint(right, bottom)};
 }
 
 } // namespace

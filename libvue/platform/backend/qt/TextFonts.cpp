@@ -38,7 +38,6 @@ constexpr Substitution substitutions[] = {
     {{"Liberation Mono", "DejaVu Sans Mono", "monospace"}, "|courier|couriernew|"},
     {{"DejaVu Sans Mono", "Liberation Mono", "monospace"}, "|menlo|monaco|andalemono|consolas|monospace|"},
 };
-constexpr const Substitution& sansSerif = substitutions[0];
 
 struct Style {
     int weight = QFont::Normal;
@@ -197,8 +196,8 @@ std::optional<int> signed16(const QByteArray& table, qsizetype at) {
 
 } // namespace
 
-RasterFontFace::RasterFontFace(std::string requested, QFont font, double pointSize)
-    : requested_(std::move(requested)), font_(std::move(font)), raw_(QRawFont::fromFont(font_)), pointSize_(pointSize) {
+RasterFontFace::RasterFontFace(std::string requested, const QFont& font, double pointSize)
+    : requested_(std::move(requested)), font_(font), raw_(QRawFont::fromFont(font_)), pointSize_(pointSize) {
     family_ = raw_.isValid() ? raw_.familyName().toStdString() : font_.family().toStdString();
     weight_ = platformWeight(font_.weight());
     if (font_.italic()) traits_ |= fontItalic;

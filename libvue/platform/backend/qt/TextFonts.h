@@ -16,7 +16,7 @@ namespace libvue::backend {
 /// rounding.
 class RasterFontFace final : public FontFace {
 public:
-    RasterFontFace(std::string requested, QFont font, double pointSize);
+    RasterFontFace(std::string requested, const QFont& font, double pointSize);
 
     [[nodiscard]] std::string familyName() const override { return family_; }
     [[nodiscard]] std::string requestedName() const override { return requested_; }
