@@ -74,12 +74,19 @@ void appendInTreeOrder(NSView* v, std::vector<NSView*>& out) {
     for (NSView* c : v->subviews())
         if (!c->isHidden()) children.push_back(c);
     const bool down = v->isFlipped();
-    std::stable_sort(children.begin(), children.end(), [&](NSView* a, NSView* b) {
-        const NSRect fa = a->frame(), fb = b->frame();
-        const CGFloat ya = down ? NSMinY(fa) : -NSMaxY(fa), yb = down ? NSMinY(fb) : -NSMaxY(fb);
-        if (ya != yb) return ya < yb;
-        return NSMinX(fa) < NSMinX(fb);
-    });
+    const auto top = [&](const NSView* c) { return down ? NSMinY(c->frame()) : -NSMaxY(c->frame()); };
+    std::stable_sort(children.begin(), children.end(), [&](NSView* a, NSView* b) { return top(a) < top(b); });
+    // Of one row are those that hold each other's middle line: neighbours differ a little in height.
+    const auto holdsMiddle = [](const NSView* a, const NSView* b) {
+        const CGFloat middle = NSMidY(b->frame());
+        return NSMinY(a->frame()) <= middle && middle <= NSMaxY(a->frame());
+    };
+    for (auto row = children.begin(); row != children.end();) {
+        const auto end = std::find_if(row + 1, children.end(),
+                                      [&](const NSView* c) { return !holdsMiddle(*row, c) || !holdsMiddle(c, *row); });
+        std::stable_sort(row, end, [](NSView* a, NSView* b) { return NSMinX(a->frame()) < NSMinX(b->frame()); });
+        row = end;
+    }
     for (NSView* c : children)
         appendInTreeOrder(c, out);
 }

@@ -70,6 +70,12 @@ NSView* startOfWay(NSWindow& w, const NSText* editor) {
 } // namespace
 
 void NSWindow::selectNextKeyView(NSObject*) {
+    // With the focus nowhere, the way starts where the window says. A field that gives its focus up asks for the view
+    // after itself, and gets that.
+    if (firstResponder() == this && initialFirstResponder_ && initialFirstResponder_->canBecomeKeyView()) {
+        makeFirstResponder(initialFirstResponder_);
+        return;
+    }
     NSView* from = startOfWay(*this, fieldEditor_);
     selectKeyViewFollowingView(from ? from : root_.get());
 }
@@ -81,9 +87,7 @@ void NSWindow::selectPreviousKeyView(NSObject*) {
 
 void NSWindow::selectKeyViewFollowingView(NSView* view) {
     if (!view) return;
-    const bool first = firstResponder() == this && initialFirstResponder_ && initialFirstResponder_->canBecomeKeyView();
-    if (const Ref<NSView> next = first ? initialFirstResponder_.get() : view->nextValidKeyView())
-        makeFirstResponder(next);
+    if (const Ref<NSView> next = view->nextValidKeyView()) makeFirstResponder(next);
 }
 
 void NSWindow::selectKeyViewPrecedingView(NSView* view) {
