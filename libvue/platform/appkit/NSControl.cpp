@@ -80,14 +80,19 @@ void NSControl::setRefusesFirstResponder(BOOL f) {
     if (cell_) cell_->setRefusesFirstResponder(f);
 }
 
-NSObject* NSControl::objectValue() const { return selectedCell() ? selectedCell()->objectValue() : nullptr; }
+/// The cell that has the value, with what is being typed taken in: a value that is read is the one that shows.
+static NSCell* valueCell(const NSControl* c) {
+    const_cast<NSControl*>(c)->validateEditing();
+    return c->selectedCell();
+}
+NSObject* NSControl::objectValue() const { return valueCell(this) ? selectedCell()->objectValue() : nullptr; }
 void NSControl::setObjectValue(NSObject* v) {
     abortEditing();
     if (NSCell* c = selectedCell()) c->setObjectValue(v);
     setNeedsDisplay(YES);
 }
 Ref<NSString> NSControl::stringValue() const {
-    return selectedCell() ? selectedCell()->stringValue() : NSString::string();
+    return valueCell(this) ? selectedCell()->stringValue() : NSString::string();
 }
 void NSControl::setStringValue(NSString* s) {
     abortEditing();
@@ -95,20 +100,20 @@ void NSControl::setStringValue(NSString* s) {
     setNeedsDisplay(YES);
 }
 Ref<NSAttributedString> NSControl::attributedStringValue() const {
-    return selectedCell() ? selectedCell()->attributedStringValue() : make<NSAttributedString>();
+    return valueCell(this) ? selectedCell()->attributedStringValue() : make<NSAttributedString>();
 }
 void NSControl::setAttributedStringValue(NSAttributedString* s) {
     abortEditing();
     if (NSCell* c = selectedCell()) c->setAttributedStringValue(s);
     setNeedsDisplay(YES);
 }
-NSInteger NSControl::integerValue() const { return selectedCell() ? selectedCell()->integerValue() : 0; }
+NSInteger NSControl::integerValue() const { return valueCell(this) ? selectedCell()->integerValue() : 0; }
 void NSControl::setIntegerValue(NSInteger v) {
     abortEditing();
     if (NSCell* c = selectedCell()) c->setIntegerValue(v);
     setNeedsDisplay(YES);
 }
-double NSControl::doubleValue() const { return selectedCell() ? selectedCell()->doubleValue() : 0; }
+double NSControl::doubleValue() const { return valueCell(this) ? selectedCell()->doubleValue() : 0; }
 void NSControl::setDoubleValue(double v) {
     abortEditing();
     if (NSCell* c = selectedCell()) c->setDoubleValue(v);
