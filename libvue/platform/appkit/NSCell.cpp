@@ -9,6 +9,8 @@
 
 namespace libvue {
 
+static const ClassRegistration<NSCell> registration;
+
 void NSCell::describe(ClassDescription<NSCell>& c) {
     c.key<&NSCell::objectValue, &NSCell::setObjectValue>("objectValue");
     c.key<&NSCell::stringValue, &NSCell::setStringValue>("stringValue");
@@ -43,7 +45,7 @@ enum Flag : NSInteger {
 } // namespace
 
 NSCell::NSCell(NSCoder& coder)
-    : value_(coder.decodeObjectForKey(kContents)),
+    : value_((coder.beginDecoding(this), coder.decodeObjectForKey(kContents))),
       font_(as<NSFont>(coder.decodeObjectForKey(kFont))),
       image_(as<NSImage>(coder.decodeObjectForKey(kImage))),
       state_(coder.decodeIntegerForKey(kState)),

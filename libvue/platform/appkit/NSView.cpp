@@ -25,7 +25,10 @@ NSView::NSView() = default;
 
 NSView::NSView(const NSRect& frame) : frame_(frame), bounds_{{0, 0}, frame.size} {}
 
-NSView::NSView(NSCoder& coder) : NSView(coder.decodeRectForKey(u"NSFrame"_ns)) {
+NSView::NSView(NSCoder& coder) {
+    coder.beginDecoding(this);
+    frame_ = coder.decodeRectForKey(u"NSFrame"_ns);
+    bounds_.size = frame_.size;
     mask_ = static_cast<std::uint8_t>(coder.decodeIntegerForKey(u"NSAutoresizingMask"_ns));
     hidden_ = coder.decodeBoolForKey(u"NSHidden"_ns);
     if (const Ref<NSArray> views = as<NSArray>(coder.decodeObjectForKey(u"NSSubviews"_ns)))
@@ -116,16 +119,17 @@ void NSView::removeFromSuperview() { unlink(YES); }
 void NSView::removeFromSuperviewWithoutNeedingDisplay() { unlink(NO); }
 
 void NSView::replaceSubview_with(NSView* old, NSView* replacement) {
-    const NSUInteger at = subviews_.indexOfObject(old);
-    if (at == NSUInteger{NSNotFound})
+    if (subviews_.indexOfObject(old) == NSUInteger{NSNotFound})
         raiseNamed("NSInvalidArgumentException", "replaceSubview: of a view that is none");
     if (old == replacement) return;
+    if (replacement && isDescendantOf(replacement))
+        raiseNamed("NSInvalidArgumentException", "replaceSubview: with a view above it");
     const Ref<NSView> keptOld(old), kept(replacement), self(this);
-    old->unlink(YES);
-    if (!replacement) return;
-    if (isDescendantOf(replacement)) raiseNamed("NSInvalidArgumentException", "replaceSubview: with a view above it");
-    if (replacement->superview_) replacement->unlink(YES);
-    link(replacement, at);
+    // The replacement leaves first: where it stood before the old one, the place moves down by one.
+    if (replacement && replacement->superview_) replacement->unlink(YES);
+    const NSUInteger at = subviews_.indexOfObject(old);
+    if (at != NSUInteger{NSNotFound}) old->unlink(YES);
+    if (replacement) link(replacement, std::min<std::size_t>(at, subviews_.size()));
 }
 
 void NSView::setSubviews(NSArray* views) {

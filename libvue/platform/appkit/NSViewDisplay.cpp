@@ -134,6 +134,11 @@ void NSView::drawTree_(NSGraphicsContext* context, const NSRect& clipInSuperview
     if (NSIsEmptyRect(inSuper)) return;
     const CGFloat alpha = extras_ ? extras_->alpha : 1;
     if (!(alpha > 0)) return;
+    if (const std::vector<NSRect>* region = DrawRegionScope::current()) {
+        const NSRect inBase = context->canvas().transform().apply(inSuper);
+        if (std::none_of(region->begin(), region->end(), [&](const NSRect& r) { return NSIntersectsRect(r, inBase); }))
+            return;
+    }
 
     const Ref<NSView> self(this);
     const bool flipped = isFlipped();

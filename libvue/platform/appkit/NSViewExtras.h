@@ -16,6 +16,25 @@ struct NSView::DirtySink {
     [[nodiscard]] NSRect bounds() const noexcept;
 };
 
+/// The rectangles that the display pass under way draws, in base coordinates: views that touch none of them are left
+/// out.
+class DrawRegionScope {
+public:
+    explicit DrawRegionScope(const std::vector<NSRect>& rects) noexcept : former_(current_) {
+        current_ = rects.size() > 1 ? &rects : nullptr;
+    }
+    ~DrawRegionScope() { current_ = former_; }
+    DrawRegionScope(const DrawRegionScope&) = delete;
+    DrawRegionScope& operator=(const DrawRegionScope&) = delete;
+
+    /// Null where there is one rectangle, or no pass.
+    [[nodiscard]] static const std::vector<NSRect>* current() noexcept { return current_; }
+
+private:
+    inline static const std::vector<NSRect>* current_ = nullptr;
+    const std::vector<NSRect>* former_;
+};
+
 /// What few views have.
 struct NSView::Extras {
     struct CursorRect {

@@ -10,6 +10,8 @@
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/platform/graphics/NSBitmapImageRep.h>
+#include <libvue/platform/graphics/NSColor.h>
+#include <libvue/platform/graphics/NSDrawing.h>
 #include <libvue/platform/graphics/NSGraphicsContext.h>
 #include <libvue/platform/graphics/NSImage.h>
 
@@ -121,8 +123,25 @@ void NSWindow::drawRegion(Display& d, const std::vector<NSRect>& rects) {
     const NSRect ring = d.ring;
     const CGFloat radius = d.ringRadius;
     context->saveState();
-    context->canvas().clip(rects.data(), rects.size());
-    root_->drawTree_(context, all);
+    const NSRect bounds = root_->bounds();
+    const NSSize pixels = surface->size();
+    if (pixels.width > bounds.size.width || pixels.height > bounds.size.height) {
+        // At a fractional scale the last row or column of pixels is only partly content: no hole may shine through
+        // there.
+        std::vector<NSRect> grown = rects;
+        for (NSRect& r : grown) {
+            if (NSMaxX(r) >= NSMaxX(bounds)) r.size.width = pixels.width - r.origin.x;
+            if (NSMaxY(r) >= NSMaxY(bounds)) r.size.height = pixels.height - r.origin.y;
+        }
+        context->canvas().clip(grown.data(), grown.size());
+        backgroundColor()->set();
+        NSRectFill({{0, 0}, pixels});
+    } else
+        context->canvas().clip(rects.data(), rects.size());
+    {
+        const DrawRegionScope region(rects);
+        root_->drawTree_(context, all);
+    }
     if (!NSIsEmptyRect(ring) && NSIntersectsRect(focusRingBounds(ring), all))
         if (const NSView* ringed = focusRingView()) {
             // What scrolls keeps its ring inside of what it scrolls in.
