@@ -433,6 +433,9 @@ TEST(RasterCanvas, aWindowsMemoryIsDrawnIntoInPlace) {
     EXPECT_EQ(memory[0], 0xffff0000u);
     EXPECT_EQ(memory[2], 0xff000000u);
     canvas->fillRect({{0, 0}, {8, 4}}, {0, 0, 0, 0}, Compositing::clear);
+    EXPECT_FALSE(canvas->drawsToScreen());
+    picture->setOnScreen(true);
+    EXPECT_TRUE(canvas->drawsToScreen());
     EXPECT_EQ(memory[0] >> 24, 0xffu) << "an opaque surface stays opaque";
 }
 

@@ -23,6 +23,12 @@ public:
     /// All pixels as 0xAARRGGBB, premultiplied, row after row from the top without gaps. Null where they are not in
     /// memory. Good until the next drawing into the picture.
     [[nodiscard]] virtual const std::uint32_t* pixels() const { return nullptr; }
+    /// Whether it is a window's surface; canvases on it draw to the screen.
+    [[nodiscard]] bool isOnScreen() const noexcept { return onScreen_; }
+    void setOnScreen(bool yes) noexcept { onScreen_ = yes; }
+
+private:
+    bool onScreen_ = false;
 };
 
 /// What drawing goes through: a state stack, paths, pictures, text. A canvas starts with the identity over its surface

@@ -356,7 +356,10 @@ void MemoryWindowServer::dropPictures(MemoryWindow& w) {
 std::shared_ptr<Picture> MemoryWindowServer::surface(WindowId w) {
     MemoryWindow* at = find(w);
     if (!at) return nullptr;
-    if (!at->surface) at->surface = graphics_.makePicture(at->content.size, scale(w));
+    if (!at->surface) {
+        at->surface = graphics_.makePicture(at->content.size, scale(w));
+        if (at->surface) at->surface->setOnScreen(true);
+    }
     return at->surface;
 }
 

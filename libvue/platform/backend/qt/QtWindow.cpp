@@ -370,6 +370,7 @@ std::shared_ptr<Picture> QtWindow::surface() {
         if (image.isNull()) return nullptr;
         image.fill(Qt::transparent);
         surface_ = wrapImage(std::move(image), scale_);
+        surface_->setOnScreen(true);
     }
     return surface_;
 }

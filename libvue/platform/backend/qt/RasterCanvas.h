@@ -53,6 +53,7 @@ public:
     void beginLayer() override;
     void endLayer() override;
 
+    [[nodiscard]] bool drawsToScreen() const override { return picture_->isOnScreen(); }
     [[nodiscard]] double scale() const override { return picture_->scaleY(); }
 
 private:
