@@ -47,7 +47,7 @@ void NotificationList::tidy() {
         e.observer->sideIfAny()->registrations->links[e.link].index = to;
         entries[to++] = e;
     }
-    entries.resize(to);
+    entries.shrink(to);
     holes = 0;
 }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include <libvue/platform/foundation/InlineVector.h>
 #include <libvue/platform/foundation/NSNotification.h>
 #include <libvue/platform/foundation/ObjectSide.h>
 
@@ -16,7 +17,7 @@ struct NotificationRegistrations {
         NotificationList* list;
         std::uint32_t index;
     };
-    std::vector<Link> links;
+    InlineVector<Link, 1> links;
 };
 
 /// How an entry's function is called.
@@ -50,7 +51,7 @@ struct NotificationList {
     NotificationObservers* owner; ///< null once what the list is about is gone
     Ref<NSString> name;           ///< null: any name
     NSUInteger hash;
-    std::vector<Entry> entries;
+    InlineVector<Entry, 1> entries; ///< nearly every observed object has one observer a name
     std::uint32_t holes = 0;
     std::uint32_t posts = 0; ///< those under way
 };
@@ -67,7 +68,7 @@ struct NotificationObservers {
 
     NSObject* object;
     NotificationList* any = nullptr; ///< the observers of any name
-    std::vector<NotificationList*> named;
+    InlineVector<NotificationList*, 1> named;
 };
 
 } // namespace libvue
