@@ -130,6 +130,7 @@ void FenetreGalerie::construitContenu() {
     titre_->setAutoresizingMask(NSViewWidthSizable);
     resume_ = etiquette(u"Résumé"_ns);
     resume_->setTextColor(NSColor::secondaryLabelColor());
+    resume_->cell()->setLineBreakMode(NSLineBreakByTruncatingTail);
     resume_->setFrame(NSMakeRect(gauche, NSMaxY(titre_->frame()) + 4, largeur, resume_->frame().size.height));
     resume_->setAutoresizingMask(NSViewWidthSizable);
 
@@ -184,6 +185,11 @@ void FenetreGalerie::setApparence(ChoixApparence choix) {
     appliqueApparence();
 }
 
+void FenetreGalerie::setBureau(Appearance bureau) {
+    bureau_ = bureau;
+    appliqueApparence();
+}
+
 void FenetreGalerie::appliqueApparence() {
     const Appearance voulue = apparence_ == ChoixApparence::clair    ? Appearance::light
                               : apparence_ == ChoixApparence::sombre ? Appearance::dark
@@ -198,10 +204,7 @@ void FenetreGalerie::apparenceChoisie(NSObject* emetteur) {
     if (auto* b = as<NSButton>(emetteur)) setApparence(static_cast<ChoixApparence>(b->tag()));
 }
 
-void FenetreGalerie::bureauAChange(NSNotification*) {
-    bureau_ = currentAppearance();
-    appliqueApparence();
-}
+void FenetreGalerie::bureauAChange(NSNotification*) { setBureau(currentAppearance()); }
 
 // Keys.
 

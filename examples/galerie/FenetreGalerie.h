@@ -28,6 +28,8 @@ public:
     void montrePage(NSUInteger indice);
     void setApparence(ChoixApparence choix);
     [[nodiscard]] ChoixApparence apparence() const noexcept { return apparence_; }
+    /// The look of the desktop, for a desktop that has none: what the automatic choice follows.
+    void setBureau(Appearance bureau);
     void ouvre();
     /// The whole content as PNG, as the window shows it.
     [[nodiscard]] Ref<NSData> image(CGFloat echelle);

@@ -29,24 +29,24 @@ bool ecritImages(FenetreGalerie& galerie, const DemandeImages& demande) {
     Ref<NSError> erreur;
     if (!NSFileManager::defaultManager()->createDirectoryAtPath_withIntermediateDirectories_attributes_error(
             dossier, YES, nullptr, &erreur)) {
-        std::fprintf(stderr, "galerie : le dossier « %s » ne peut pas être créé : %s\n", demande.dossier.c_str(),
-                     raison(erreur).c_str());
+        std::fprintf(stderr, "galerie\u00A0: le dossier «\u00A0%s\u00A0» ne peut pas être créé\u00A0: %s\n",
+                     demande.dossier.c_str(), raison(erreur).c_str());
         return false;
     }
     for (const NSUInteger i : demande.pages) {
         galerie.montrePage(i);
-        for (const ChoixApparence a : demande.apparences) {
-            galerie.setApparence(a);
+        for (const Appearance a : demande.apparences) {
+            galerie.setBureau(a);
             NSApp()->drain_();
             for (const CGFloat echelle : demande.echelles) {
                 char suite[48];
-                std::snprintf(suite, sizeof suite, "-%s@%gx.png", a == ChoixApparence::sombre ? "sombre" : "clair",
-                              echelle);
+                std::snprintf(suite, sizeof suite, "-%s@%gx.png", a == Appearance::dark ? "sombre" : "clair", echelle);
                 const auto chemin = dossier->stringByAppendingPathComponent(
                     NSString::fromUTF8(nomDeFichier(galerie.pages()[i]->nom()) + suite));
                 const auto png = galerie.image(echelle);
                 if (!png || !png->writeToFile_options_error(chemin, NSDataWritingAtomic, &erreur)) {
-                    std::fprintf(stderr, "galerie : « %s » ne peut pas être écrit : %s\n", chemin->utf8().c_str(),
+                    std::fprintf(stderr, "galerie\u00A0: «\u00A0%s\u00A0» ne peut pas être écrit\u00A0: %s\n",
+                                 chemin->utf8().c_str(),
                                  png ? raison(erreur).c_str() : "l’image n’a pas pu être dessinée");
                     return false;
                 }

@@ -11,7 +11,7 @@ namespace galerie {
 struct DemandeImages {
     std::string dossier;
     std::vector<NSUInteger> pages;
-    std::vector<ChoixApparence> apparences;
+    std::vector<Appearance> apparences; ///< of the desktop
     std::vector<CGFloat> echelles;
 };
 

@@ -14,12 +14,12 @@ using namespace galerie;
 namespace {
 
 constexpr const char* kUsage =
-    R"(usage : galerie [--page NOM] [--pictures DOSSIER] [--scale S] [--appearance light|dark] [--list]
+    R"(usage : galerie [--page NOM] [--pictures DOSSIER] [--scale S] [--appearance light|dark] [--list]
 
 Ouvre la galerie dans une fenêtre.
 
   --page NOM               ouvre, ou dessine, cette page (la casse et les accents ne comptent pas)
-  --pictures DOSSIER       dessine les pages en PNG dans ce dossier, sans fenêtre, et écrit leurs chemins :
+  --pictures DOSSIER       dessine les pages en PNG dans ce dossier, sans fenêtre, et écrit leurs chemins :
                            les deux apparences, aux échelles 1, 1,5 et 2
   --scale S                cette échelle seulement, de 0,5 à 4
   --appearance light|dark  cette apparence seulement
@@ -35,7 +35,7 @@ struct Options {
 };
 
 [[noreturn]] void refuse(const std::string& raison) {
-    std::fprintf(stderr, "galerie : %s\n", raison.c_str());
+    std::fprintf(stderr, "galerie\u00A0: %s\n", raison.c_str());
     std::exit(2);
 }
 
@@ -43,14 +43,14 @@ double lisEchelle(const std::string& texte) {
     char* fin = nullptr;
     const double s = std::strtod(texte.c_str(), &fin);
     if (fin == texte.c_str() || *fin != '\0' || !(s >= 0.5 && s <= 4))
-        refuse("« " + texte + " » n’est pas une échelle de 0.5 à 4");
+        refuse("«\u00A0" + texte + "\u00A0» n’est pas une échelle de 0.5 à 4");
     return s;
 }
 
 ChoixApparence lisApparence(const std::string& texte) {
     if (texte == "light") return ChoixApparence::clair;
     if (texte == "dark") return ChoixApparence::sombre;
-    refuse("« " + texte + " » n’est pas une apparence : light ou dark");
+    refuse("«\u00A0" + texte + "\u00A0» n’est pas une apparence\u00A0: light ou dark");
 }
 
 Options lisOptions(int argc, char** argv) {
@@ -74,7 +74,7 @@ Options lisOptions(int argc, char** argv) {
         else if (nom == "--help" || nom == "-h")
             o.aide = true;
         else
-            refuse("option inconnue « " + nom + " » (--help les énumère)");
+            refuse("option inconnue «\u00A0" + nom + "\u00A0» (--help les énumère)");
     }
     return o;
 }
@@ -88,7 +88,7 @@ NSUInteger indiceDePage(const std::vector<Ref<PageGalerie>>& pages, const std::s
             return i;
         connues += (i ? ", " : "") + trouve->utf8();
     }
-    refuse("aucune page ne se nomme « " + nom + " » ; il y a : " + connues);
+    refuse("aucune page ne se nomme «\u00A0" + nom + "\u00A0»\u00A0; il y a\u00A0: " + connues);
 }
 
 } // namespace
@@ -123,13 +123,14 @@ int main(int argc, char** argv) {
         NSApp()->run();
         return 0;
     }
-    DemandeImages demande{*options.dossier, {}, {ChoixApparence::clair, ChoixApparence::sombre}, {1, 1.5, 2}};
+    DemandeImages demande{*options.dossier, {}, {Appearance::light, Appearance::dark}, {1, 1.5, 2}};
     if (page)
         demande.pages = {*page};
     else
         for (NSUInteger i = 0; i < pages.size(); ++i)
             demande.pages.push_back(i);
-    if (options.apparence) demande.apparences = {*options.apparence};
+    if (options.apparence)
+        demande.apparences = {*options.apparence == ChoixApparence::sombre ? Appearance::dark : Appearance::light};
     if (options.echelle) demande.echelles = {*options.echelle};
     return ecritImages(*galerie, demande) ? 0 : 1;
 }

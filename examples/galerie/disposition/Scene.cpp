@@ -6,6 +6,8 @@
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
+#include <libvue/platform/foundation/NSRunLoop.h>
+#include <libvue/platform/foundation/NSTimer.h>
 
 namespace galerie {
 
@@ -54,10 +56,7 @@ Ref<Cadre> arbreDuDebut() {
 
 } // namespace
 
-void Scene::describe(ClassDescription<Scene, NSView>& c) {
-    c.answers<&Scene::didLayout>(op::didLayout);
-    c.answers<&Scene::finDuTour>("finDuTour:");
-}
+void Scene::describe(ClassDescription<Scene, NSView>& c) { c.answers<&Scene::didLayout>(op::didLayout); }
 
 Scene::Scene() : racine_(arbreDuDebut()), marques_(make<Marques>(*this)) {
     setFocusRingType(NSFocusRingTypeNone);
@@ -237,12 +236,16 @@ void Scene::didLayout(KCLayoutView*) {
         enCours_ = {};
         // Layout runs within a display pass, which has been counted already.
         affichagesAuDebut_ = window() ? window()->displayPassCount() - 1 : 0;
-        performSelector_withObject_afterDelay(sel("finDuTour:"), nullptr, 0);
+        // Also while a slider is dragged.
+        const auto fin = NSTimer::timerWithTimeInterval_repeats_block(0, NO, [scene = Weak<Scene>(this)](NSTimer*) {
+            if (scene) scene->finDuTour();
+        });
+        NSRunLoop::mainRunLoop()->addTimer_forMode(fin, NSRunLoopCommonModes);
     }
     ++enCours_.dispositions;
 }
 
-void Scene::finDuTour(NSObject*) {
+void Scene::finDuTour() {
     tour_ouvert_ = false;
     const NSUInteger maintenant = window() ? window()->displayPassCount() : affichagesAuDebut_;
     compte_.dispositions = enCours_.dispositions;

@@ -62,7 +62,7 @@ public:
 
 private:
     void racineAChange();
-    void finDuTour(NSObject*);
+    void finDuTour();
     void adopte(NSView* vue);
     void delaisse(NSView* vue);
     void parcours(Cadre* c, std::vector<Cadre*>& dans) const;

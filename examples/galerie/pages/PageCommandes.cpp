@@ -59,10 +59,10 @@ Ref<NSView> textes() {
     const auto grasse = titreGroupe(u"Étiquette grasse"_ns);
     const auto lien = etiquette(u"Texte à sélectionner"_ns);
     lien->setSelectable(YES);
-    const auto normal = champ(u"Ça, c’est « normal »"_ns);
+    const auto normal = champ(u"Ça, c’est «\u00A0normal\u00A0»"_ns);
     const auto vide = champ(u""_ns);
     vide->setPlaceholderString(u"Texte indicatif"_ns);
-    const auto droite = champ(u"1 234,50 $"_ns);
+    const auto droite = champ(u"1\u00A0234,50\u00A0$"_ns);
     droite->setAlignment(NSRightTextAlignment);
     return groupe(u"Textes et champs"_ns,
                   {rangee({defaut, grasse}, 16), seconde, lien, normal, vide, droite, inactif(champ(u"Inactif"_ns))});
@@ -170,7 +170,7 @@ Ref<NSView> curseurs() {
         s->sizeToFit();
         return large(s, largeur);
     };
-    const auto gradue = curseur(50, 5, 180);
+    const auto gradue = curseur(50, 5, 164);
     gradue->setAllowsTickMarkValuesOnly(YES);
     const auto debout = [](double v, NSInteger graduations) {
         auto s = make<NSSlider>(NSMakeRect(0, 0, graduations ? 28 : 20, 96));
@@ -179,7 +179,7 @@ Ref<NSView> curseurs() {
         s->setDoubleValue(v);
         return s;
     };
-    return groupe(u"Curseurs"_ns, {rangee({pile({curseur(35, 0, 180), gradue, inactif(curseur(70, 0, 180))}, 10),
+    return groupe(u"Curseurs"_ns, {rangee({pile({curseur(35, 0, 164), gradue, inactif(curseur(70, 0, 164))}, 10),
                                            debout(60, 0), debout(25, 5)},
                                           10)});
 }

@@ -66,6 +66,7 @@ public:
         const CGFloat droite = Inspecteur::kLargeur + barre;
         const CGFloat haut = std::max(0.0, t.height - kHaut - kMarge);
         legende_->setFrameOrigin({kMarge, NSMaxY(rectFeuille()) + 8});
+        legende_->setHidden(legende_->frame().size.width > rectFeuille().size.width);
         cote_->setFrame(NSMakeRect(t.width - kMarge - droite + barre, kHaut, droite, haut));
         feuille_->setFrame(NSInsetRect(rectFeuille(), 1, 1));
         scene_->setPlace(NSInsetRect(rectFeuille(), 1, 1).size);
@@ -102,7 +103,7 @@ public:
     [[nodiscard]] Ref<NSString> resume() const override {
         return u"Des vues imbriquées se placent d’elles-mêmes. Cliquez-en une, ou parcourez l’arbre avec les flèches."_ns;
     }
-    [[nodiscard]] NSSize tailleMin() const override { return {620, 380}; }
+    [[nodiscard]] NSSize tailleMin() const override { return {516, 240}; }
 
 protected:
     Ref<NSView> construitVue() override { return make<VueDisposition>(); }

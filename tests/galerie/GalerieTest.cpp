@@ -1,0 +1,252 @@
+// The gallery through its window, as a person uses it, in memory and virtual time.
+#include <unistd.h>
+
+#include <filesystem>
+#include <set>
+
+#include "../appkit/AppFixture.h"
+
+#include <FenetreGalerie.h>
+#include <Images.h>
+#include <disposition/Cadre.h>
+#include <disposition/Feuilles.h>
+#include <disposition/Scene.h>
+#include <libvue/platform/appkit/NSBox.h>
+#include <libvue/platform/appkit/NSButton.h>
+#include <libvue/platform/appkit/NSPopUpButton.h>
+#include <libvue/platform/appkit/NSScrollView.h>
+#include <libvue/platform/appkit/NSSlider.h>
+#include <libvue/platform/foundation/NSData.h>
+#include <libvue/platform/graphics/NSImage.h>
+
+namespace galerie {
+namespace {
+
+using libvue::test::AppFixture;
+
+struct GalerieTest : AppFixture {
+    Ref<FenetreGalerie> galerie = make<FenetreGalerie>(RegistrePages::fabriqueToutes());
+
+    GalerieTest() {
+        galerie->ouvre();
+        drain();
+    }
+    void TearDown() override {
+        galerie = nullptr;
+        setCurrentAppearance(Appearance::light);
+        AppFixture::TearDown();
+    }
+
+    [[nodiscard]] NSWindow* fenetre() const { return galerie->fenetre(); }
+
+    /// The first view of that class, in the order of the tree, that the condition admits; null where there is none.
+    template <class T, class Condition> T* cherche(NSView* dans, Condition admet) const {
+        if (auto* t = as<T>(dans); t && admet(t)) return t;
+        for (NSView* v : dans->subviews())
+            if (T* t = cherche<T>(v, admet)) return t;
+        return nullptr;
+    }
+    template <class T> T* nommee(const char16_t* nom) const {
+        return cherche<T>(fenetre()->contentView(), [&](T* v) {
+            const auto d = v->accessibilityDescription();
+            return d.label && d.label->isEqualTo(nom);
+        });
+    }
+    NSButton* boutonDeTitre(const char16_t* titre) const {
+        return cherche<NSButton>(fenetre()->contentView(), [&](NSButton* b) { return b->title()->isEqualTo(titre); });
+    }
+    Scene* scene() const {
+        return cherche<Scene>(fenetre()->contentView(), [](Scene*) { return true; });
+    }
+    Cadre* cadre(const char16_t* nom) const {
+        for (Cadre* c : scene()->cadres())
+            if (c->nom()->isEqualTo(nom)) return c;
+        return nullptr;
+    }
+    static NSView* enfant(Cadre* c, std::size_t i) { return c->disposition()->subviews()[i]; }
+
+    [[nodiscard]] NSPoint dansLaFenetre(NSView* v, CGFloat partX = 0.5, CGFloat partY = 0.5) const {
+        const NSRect b = v->bounds();
+        return v->convertPoint_toView({b.origin.x + partX * b.size.width, b.origin.y + partY * b.size.height}, nullptr);
+    }
+    void clique(NSView* v, CGFloat partX = 0.5, CGFloat partY = 0.5) {
+        const NSPoint p = dansLaFenetre(v, partX, partY);
+        // Both at once: a control follows the pointer in a loop of its own until the button goes up.
+        windows().click(fenetre()->convertBaseToScreen(p));
+        drain();
+    }
+    void tape(std::u16string_view texte) {
+        windows().typeText(texte);
+        drain();
+    }
+    void touche(char16_t c, std::uint32_t modificateurs = 0) {
+        windows().key(c, modificateurs);
+        drain();
+    }
+};
+
+TEST_F(GalerieTest, TheSliderOfTheSpacingMovesTheChildren) {
+    Cadre* colonne = cadre(u"Colonne");
+    ASSERT_EQ(scene()->conteneur(), colonne);
+    auto* curseur = nommee<NSSlider>(u"Espacement");
+    clique(curseur, 0.5);
+    const CGFloat ecart = colonne->lineaire()->espacement();
+    EXPECT_NEAR(ecart, 20, 1);
+    EXPECT_EQ(NSMinY(enfant(colonne, 1)->frame()), 18 + ecart);
+    // The box follows a field: three points more.
+    EXPECT_EQ(NSMinY(enfant(colonne, 2)->frame()), NSMaxY(enfant(colonne, 1)->frame()) + ecart + 3);
+    EXPECT_EQ(colonne->disposition()->frame().size.height, NSMaxY(enfant(colonne, 2)->frame()));
+    // The frames around have followed, and the field beside the slider says the number.
+    EXPECT_GE(cadre(u"Corps")->disposition()->frame().size.height, NSMaxY(colonne->frame()));
+    EXPECT_EQ(nommee<NSTextField>(u"Espacement")->integerValue(), static_cast<NSInteger>(ecart));
+    EXPECT_GT(scene()->compte().dispositions, 0u);
+    EXPECT_GT(scene()->compte().affichages, 0u);
+}
+
+TEST_F(GalerieTest, ANumberThatIsTypedIsHeldToTheLimits) {
+    const auto ecrit = [&](std::u16string_view texte) {
+        auto* champ = nommee<NSTextField>(u"Espacement");
+        clique(champ);
+        touche(u'a', backend::modifierCommand);
+        tape(texte);
+        tape(u"\n");
+        return std::pair{cadre(u"Colonne")->lineaire()->espacement(), champ->stringValue()->utf8()};
+    };
+    EXPECT_EQ(ecrit(u"12"), (std::pair{12.0, std::string("12")}));
+    EXPECT_EQ(ecrit(u"4000"), (std::pair{40.0, std::string("40")}));
+    EXPECT_EQ(ecrit(u"-3"), (std::pair{0.0, std::string("0")}));
+    EXPECT_EQ(ecrit(u"abc"), (std::pair{0.0, std::string("0")}));
+}
+
+TEST_F(GalerieTest, HidingAChildClosesItsGap) {
+    Cadre* galerieDeVues = cadre(u"Galerie");
+    clique(enfant(galerieDeVues, 0));
+    ASSERT_EQ(scene()->choisie(), enfant(galerieDeVues, 0));
+    const CGFloat avant = galerieDeVues->frame().size.height;
+    clique(boutonDeTitre(u"Aperçu"), 0.05);
+    EXPECT_TRUE(enfant(galerieDeVues, 0)->isHidden());
+    EXPECT_EQ(NSMinY(enfant(galerieDeVues, 1)->frame()), 0);
+    EXPECT_EQ(galerieDeVues->frame().size.height, avant - 110 - 8);
+    clique(boutonDeTitre(u"Aperçu"), 0.05);
+    EXPECT_EQ(galerieDeVues->frame().size.height, avant);
+}
+
+TEST_F(GalerieTest, TheDirectionTurnsTheContainer) {
+    clique(cadre(u"Vignettes"), 0.5, 0.05);
+    ASSERT_EQ(scene()->choisie(), cadre(u"Vignettes"));
+    clique(boutonDeTitre(u"Verticale"), 0.1);
+    EXPECT_EQ(enfant(cadre(u"Vignettes"), 1)->frame().origin, (NSPoint{0, 44 + 6}));
+    EXPECT_EQ(boutonDeTitre(u"Horizontale")->state(), NSOffState);
+}
+
+TEST_F(GalerieTest, WhatIsTypedBecomesTheNameOfTheChosenLeaf) {
+    NSView* apercu = enfant(cadre(u"Galerie"), 0);
+    clique(apercu);
+    auto* nom = nommee<NSTextField>(u"Nom");
+    clique(nom);
+    touche(u'a', backend::modifierCommand);
+    windows().commit(u"é"); // a dead key and the key after it
+    drain();
+    EXPECT_EQ(nomDeFeuille(apercu)->utf16(), u"é");
+    tape(u"tude");
+    EXPECT_EQ(nomDeFeuille(apercu)->utf16(), u"étude");
+    EXPECT_NE(boutonDeTitre(u"étude"), nullptr); // its check box too
+}
+
+TEST_F(GalerieTest, TheFieldInsideTheTreeIsChosenByEnteringIt) {
+    NSView* champ = enfant(cadre(u"Colonne"), 1);
+    clique(champ);
+    EXPECT_EQ(scene()->choisie(), champ);
+    tape(u"x");
+    EXPECT_NE(nomDeFeuille(champ)->utf16().find(u'x'), std::u16string::npos);
+    EXPECT_TRUE(nommee<NSTextField>(u"Nom")->stringValue()->isEqualToString(nomDeFeuille(champ)));
+}
+
+TEST_F(GalerieTest, TheArrowsWalkTheTreeAndDeleteTakesOut) {
+    clique(cadre(u"Colonne"), 0.5, 0.05);
+    touche(NSRightArrowFunctionKey);
+    EXPECT_EQ(scene()->choisie(), cadre(u"Galerie"));
+    touche(NSDownArrowFunctionKey);
+    touche(NSRightArrowFunctionKey);
+    EXPECT_EQ(scene()->choisie(), cadre(u"Vignettes"));
+    touche(NSDeleteFunctionKey);
+    EXPECT_EQ(cadre(u"Vignettes"), nullptr);
+    EXPECT_EQ(scene()->choisie(), enfant(cadre(u"Galerie"), 0));
+    for (int i = 0; i < 6; ++i)
+        touche(NSUpArrowFunctionKey);
+    EXPECT_EQ(scene()->choisie(), scene()->racine());
+    touche(NSDeleteFunctionKey); // the outermost one stays
+    EXPECT_EQ(scene()->choisie(), scene()->racine());
+}
+
+TEST_F(GalerieTest, TabReachesEveryControlAndComesBack) {
+    for (NSUInteger page = 0; page < galerie->pages().size(); ++page) {
+        galerie->montrePage(page);
+        drain();
+        std::set<NSView*> attendues, atteintes;
+        const auto rassemble = [&](const auto& encore, NSView* v) -> void {
+            if (auto* c = as<NSControl>(v); c && c->acceptsFirstResponder()) attendues.insert(c);
+            for (NSView* w : v->subviews())
+                encore(encore, w);
+        };
+        rassemble(rassemble, fenetre()->contentView());
+        NSResponder* depart = fenetre()->firstResponder();
+        for (std::size_t i = 0; i < attendues.size() + 10; ++i) {
+            touche(u'\t');
+            // A field that is edited has handed the focus to its editor.
+            for (auto* v = as<NSView>(fenetre()->firstResponder()); v; v = v->superview())
+                if (attendues.count(v)) {
+                    atteintes.insert(v);
+                    break;
+                }
+            if (fenetre()->firstResponder() == depart) break;
+        }
+        EXPECT_EQ(atteintes, attendues) << galerie->pages()[page]->nom()->utf8();
+        EXPECT_EQ(fenetre()->firstResponder(), depart);
+    }
+}
+
+TEST_F(GalerieTest, KeysChangeThePageAndEscapeEndsTheGallery) {
+    touche(u'2', backend::modifierCommand);
+    EXPECT_EQ(galerie->indiceDePage(), 1u);
+    touche(NSUpArrowFunctionKey);
+    EXPECT_EQ(galerie->indiceDePage(), 0u);
+    touche(NSUpArrowFunctionKey);
+    EXPECT_EQ(galerie->indiceDePage(), 0u);
+    clique(nommee<NSSlider>(u"Espacement"));
+    touche(NSEscapeCharacter);
+    EXPECT_TRUE(fenetre()->isVisible());
+    touche(NSEscapeCharacter);
+    EXPECT_FALSE(fenetre()->isVisible());
+}
+
+TEST_F(GalerieTest, APictureIsWhatTheWindowShowsAndNothingElse) {
+    for (NSUInteger page = 0; page < galerie->pages().size(); ++page) {
+        galerie->montrePage(page);
+        for (const Appearance a : {Appearance::light, Appearance::dark}) {
+            galerie->setBureau(a);
+            drain();
+            const auto image = galerie->image(1);
+            ASSERT_TRUE(image);
+            EXPECT_TRUE(image->isEqualToData(fenetre()->captureImage()->PNGRepresentation()));
+            EXPECT_TRUE(image->isEqualToData(galerie->image(1)));
+        }
+    }
+}
+
+TEST_F(GalerieTest, PicturesGoIntoFiles) {
+    const auto dossier = std::filesystem::temp_directory_path() / ("galerie-" + std::to_string(getpid()));
+    EXPECT_TRUE(ecritImages(*galerie, {dossier / "a", {0}, {Appearance::light, Appearance::dark}, {1, 1.5}}));
+    std::set<std::string> noms;
+    for (const auto& f : std::filesystem::directory_iterator(dossier / "a"))
+        noms.insert(f.path().filename());
+    EXPECT_EQ(noms, (std::set<std::string>{"disposition-clair@1x.png", "disposition-clair@1.5x.png",
+                                           "disposition-sombre@1x.png", "disposition-sombre@1.5x.png"}));
+    // A file stands where the folder should be.
+    EXPECT_FALSE(ecritImages(*galerie, {dossier / "a/disposition-clair@1x.png", {0}, {Appearance::light}, {1}}));
+    std::filesystem::remove_all(dossier);
+    EXPECT_EQ(nomDeFichier(u"Été à Noël"_ns), "ete-a-noel");
+}
+
+} // namespace
+} // namespace galerie
