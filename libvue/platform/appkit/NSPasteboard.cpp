@@ -6,6 +6,7 @@
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSData.h>
+#include <libvue/platform/foundation/NSRunLoop.h>
 
 namespace libvue {
 
@@ -62,6 +63,7 @@ NSPasteboard::Item* NSPasteboard::item(const NSString* type) {
 NSInteger NSPasteboard::clearContents() {
     items_.clear();
     owner_ = nullptr;
+    foreign_ = false;
     ++changes_;
     if (general_) publish();
     return changes_;
@@ -72,16 +74,21 @@ NSInteger NSPasteboard::declareTypes_owner(NSArray* types, NSObject* owner) {
     if (const Ref<NSObject> former = owner_.ref(); former && former != owner)
         if (auto tell = op::pasteboardChangedOwner.of(former)) tell(this);
     items_.clear();
+    foreign_ = false;
     ++changes_;
     return addTypes_owner(types, owner);
 }
 
 NSInteger NSPasteboard::addTypes_owner(NSArray* types, NSObject* owner) {
+    if (foreign_) return changes_;
     owner_ = owner;
     if (types)
         for (NSObject* o : *types)
             if (auto* t = as<NSString>(o); t && !item(t)) items_.push_back({t, nullptr});
-    if (general_) publish();
+    if (!general_) return changes_;
+    publish();
+    if (op::pasteboard_provideDataForType.of(owner))
+        NSRunLoop::mainRunLoop()->performBlock([self = Ref<NSPasteboard>(this)] { self->keepPromises(); });
     return changes_;
 }
 
@@ -91,8 +98,9 @@ BOOL NSPasteboard::setString_forType(NSString* s, NSString* type) {
 
 BOOL NSPasteboard::setData_forType(NSData* data, NSString* type) {
     if (!type) return NO;
+    followClipboard();
     Item* i = item(type);
-    if (!i) return NO;
+    if (!i || foreign_) return NO;
     i->data = data;
     if (general_) publish();
     return YES;
@@ -101,13 +109,22 @@ BOOL NSPasteboard::setData_forType(NSData* data, NSString* type) {
 void NSPasteboard::publish() {
     std::vector<backend::Clipboard::Item> out;
     for (const Item& i : items_) {
-        // A promise is kept now: the clipboard outlives this process's turn.
         if (!i.data) continue;
         const auto* bytes = static_cast<const std::uint8_t*>(i.data->bytes());
         out.push_back({mimeOf(i.type), std::vector<std::uint8_t>(bytes, bytes + i.data->length())});
     }
     clipboard().set(std::move(out));
     published_ = clipboard().changeCount();
+}
+
+void NSPasteboard::keepPromises() {
+    followClipboard();
+    if (foreign_) return;
+    std::vector<Ref<NSString>> missing;
+    for (const Item& i : items_)
+        if (!i.data) missing.push_back(i.type);
+    for (const auto& type : missing)
+        (void)dataForType(type);
 }
 
 void NSPasteboard::followClipboard() {
@@ -119,6 +136,7 @@ void NSPasteboard::followClipboard() {
         if (!item(type)) items_.push_back({type, nullptr});
     }
     ++changes_;
+    foreign_ = true;
     published_ = clipboard().changeCount();
 }
 
@@ -148,7 +166,7 @@ Ref<NSData> NSPasteboard::dataForType(NSString* type) {
         if (auto provide = op::pasteboard_provideDataForType.of(owner_)) {
             provide(this, type);
             i = item(type);
-        } else if (general_) {
+        } else if (foreign_) {
             auto bytes = clipboard().read(mimeOf(type));
             if (bytes.empty() && type->isEqualToString(NSStringPboardType))
                 bytes = clipboard().read("text/plain;charset=utf-8");

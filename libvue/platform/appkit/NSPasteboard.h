@@ -61,6 +61,8 @@ private:
     /// Drops what is held here where another application has taken the clipboard.
     void followClipboard();
     void publish();
+    /// Fetches what the owner promised: the desktop's clipboard takes bytes alone.
+    void keepPromises();
 
     Ref<NSString> name_;
     std::vector<Item> items_;
@@ -68,6 +70,7 @@ private:
     NSInteger changes_ = 0;
     std::uint64_t published_ = 0; ///< the clipboard's count at our last publication
     bool general_;
+    bool foreign_ = false; ///< what is here comes from another application
 };
 
 } // namespace libvue
