@@ -270,7 +270,11 @@ Ref<NSEvent> NSApplication::nextEventMatchingMask_untilDate_inMode_dequeue(NSEve
     const Ref<NSApplication> self(this);
     NSRunLoop* loop = NSRunLoop::mainRunLoop();
     for (bool waited = false;; waited = true) {
-        if (Ref<NSEvent> e = nextQueued(mask, dequeue)) return e;
+        if (Ref<NSEvent> e = nextQueued(mask, dequeue)) {
+            // Tracking loops take their events themselves; what they take is what is going on.
+            if (dequeue) currentEvent_ = e;
+            return e;
+        }
         if (waited && loop->now() >= deadline - timeTolerance) return nullptr;
         const bool did = loop->runOnce(deadline, mode);
         if (std::isinf(deadline) && native_->isExhausted(did || !queue_.empty())) return nullptr;

@@ -14,6 +14,8 @@
 
 namespace libvue {
 
+static const ClassRegistration<NSButton> registration;
+
 void NSButton::describe(ClassDescription<NSButton, NSControl>& c) {
     c.key<&NSButton::title, &NSButton::setTitle>("title");
     c.key<&NSButton::state, &NSButton::setState>("state");
@@ -198,9 +200,10 @@ void NSButton::mouseDown(NSEvent* e) {
         const BOOL done = c->trackMouse_inRect_ofView_untilMouseUp(e, bounds(), this, NO);
         c->highlight_withFrame_inView(NO, bounds(), this);
         if (done || !window()) return;
+        // Let go outside. The state of the buttons now says nothing: the pointer may be ahead of its events.
+        if (const NSEvent* last = NSApp()->currentEvent(); last && last->type() == NSLeftMouseUp) return;
         // Outside, with the button still down: wait for it to come back or go up.
         for (;;) {
-            if ((NSEvent::pressedMouseButtons() & 1) == 0) return;
             const Ref<NSEvent> next = NSApp()->nextEventMatchingMask_untilDate_inMode_dequeue(
                 NSLeftMouseDraggedMask | NSLeftMouseUpMask, std::numeric_limits<double>::infinity(),
                 NSEventTrackingRunLoopMode, YES);

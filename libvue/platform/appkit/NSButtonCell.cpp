@@ -15,6 +15,8 @@
 
 namespace libvue {
 
+static const ClassRegistration<NSButtonCell> registration;
+
 void NSButtonCell::describe(ClassDescription<NSButtonCell, NSActionCell>& c) {
     c.key<&NSButtonCell::title, &NSButtonCell::setTitle>("title");
 }
