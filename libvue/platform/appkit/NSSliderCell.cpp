@@ -29,12 +29,29 @@ NSSliderCell::NSSliderCell() {
     NSActionCell::setDoubleValue(0);
 }
 
+Ref<NSObject> NSSliderCell::copyWithZone() const {
+    Ref<NSObject> made = NSActionCell::copyWithZone();
+    if (auto* c = as<NSSliderCell>(made)) {
+        c->setTarget(target());
+        c->setAction(action());
+        c->setTag(tag());
+        c->min_ = min_;
+        c->max_ = max_;
+        c->step_ = step_;
+        c->ticks_ = ticks_;
+        c->ticksOnly_ = ticksOnly_;
+    }
+    return made;
+}
+
 void NSSliderCell::setMinValue(double v) {
+    if (!std::isfinite(v)) return;
     min_ = v;
     setDoubleValue(doubleValue());
     redisplay();
 }
 void NSSliderCell::setMaxValue(double v) {
+    if (!std::isfinite(v)) return;
     max_ = v;
     setDoubleValue(doubleValue());
     redisplay();

@@ -9,8 +9,10 @@ class LIBVUE_API NSSliderCell : public NSActionCell {
 public:
     static void describe(ClassDescription<NSSliderCell, NSActionCell>& c);
     NSSliderCell();
+    [[nodiscard]] Ref<NSObject> copyWithZone() const override;
 
     [[nodiscard]] double minValue() const noexcept { return min_; }
+    /// A limit that is no finite number is ignored.
     void setMinValue(double v);
     [[nodiscard]] double maxValue() const noexcept { return max_; }
     void setMaxValue(double v);

@@ -109,8 +109,8 @@ NSRect alignedToPixels(const NSRect& r) {
     const backend::Transform t = c->canvas().transform();
     const double scale = c->canvas().scale();
     if (t.b != 0 || t.c != 0 || scale <= 0) return r;
-    // Halves go to the right and, y running upward here, down: as clips do. The sum of a fraction and its complement may
-    // miss a half by a little.
+    // Halves go to the right and, y running upward here, down: as clips do. The sum of a fraction and its complement
+    // may miss a half by a little.
     constexpr double slack = 1e-6;
     const auto across = [&](double v) { return std::floor(v * scale + 0.5 + slack); };
     const auto upward = [&](double v) { return std::ceil(v * scale - 0.5 - slack); };
@@ -233,9 +233,10 @@ void drawSliderKnob(const NSRect& knob, const FaceState& s) {
         shadow->setShadowColor(NSColor::colorWithCalibratedWhite_alpha(0, 0.22));
         shadow->set();
     }
-    NSColor* face =
-        currentAppearance() == Appearance::dark ? NSColor::controlLightHighlightColor() : NSColor::whiteColor();
-    const Ref<NSColor> shown = s.pressed ? mixed(face, 0.10, NSColor::blackColor()) : Ref<NSColor>(face);
+    // On a dark ground too the knob is what stands out.
+    const bool dark = currentAppearance() == Appearance::dark;
+    const Ref<NSColor> face = NSColor::colorWithCalibratedWhite_alpha(dark ? (s.enabled ? 0.84 : 0.42) : 1, 1);
+    const Ref<NSColor> shown = s.pressed ? mixed(face, 0.10, NSColor::blackColor()) : face;
     fill(knob, std::min(knob.size.width, knob.size.height) / 2, shown);
     NSGraphicsContext::restoreGraphicsState();
     strokeRoundedInside(knob, std::min(knob.size.width, knob.size.height) / 2,
