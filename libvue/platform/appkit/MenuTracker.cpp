@@ -133,7 +133,11 @@ Ref<NSMenuItem> MenuTracker::run(NSPoint screen, NSMenuItem* positioning) {
         frame = placed(size, {screen.x, screen.y + row.origin.y});
     } else
         frame = placed(size, screen);
+    // Where the press that opened it went down: the pointer may be ahead of its events.
     start_ = NSEvent::mouseLocation();
+    if (const NSEvent* cause = NSApp()->currentEvent(); cause && cause->isMouseEvent())
+        start_ = cause->window() ? cause->window()->convertBaseToScreen(cause->locationInWindow())
+                                 : cause->locationInWindow();
     openedAt_ = backend::Backend::current().windows->now();
     open(root_, frame);
     if (positioning) highlight(0, positioning);
@@ -195,7 +199,7 @@ void MenuTracker::mouse(NSEvent* e) {
     const Level l = levels_[level];
     const NSPoint own = l.view->convertPoint_fromView(l.window->convertScreenToBase(p), nullptr);
     if (type == NSScrollWheel) {
-        l.view->scrollBy(-e->scrollingDeltaY() * (e->hasPreciseScrollingDeltas() ? 1 : 20));
+        l.view->scrollBy(-e->scrollingDeltaY());
         return;
     }
     NSMenuItem* item = l.view->itemAt(own);
@@ -207,7 +211,9 @@ void MenuTracker::mouse(NSEvent* e) {
     // Near the ends a menu that is too high scrolls under the pointer.
     if (own.y < theme::kMenuMargin + 8) l.view->scrollBy(-theme::kMenuItemHeight / 2);
     if (own.y > l.view->bounds().size.height - theme::kMenuMargin - 8) l.view->scrollBy(theme::kMenuItemHeight / 2);
-    const bool justClicked = !movedSinceOpen_ && backend::Backend::current().windows->now() - openedAt_ <= kClickTime;
+    if (down) pressedSinceOpen_ = true;
+    const bool justClicked =
+        !movedSinceOpen_ && !pressedSinceOpen_ && backend::Backend::current().windows->now() - openedAt_ <= kClickTime;
     if (up && !justClicked) choose(item);
 }
 

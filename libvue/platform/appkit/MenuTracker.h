@@ -57,6 +57,7 @@ private:
     NSTimeInterval openedAt_ = 0;
     bool done_ = false;
     bool movedSinceOpen_ = false;
+    bool pressedSinceOpen_ = false;
 };
 
 } // namespace libvue

@@ -7,7 +7,7 @@
 namespace libvue {
 
 /// The lines of an open menu.
-class MenuView : public NSView {
+class LIBVUE_API MenuView : public NSView {
 public:
     explicit MenuView(NSMenu* menu);
     ~MenuView() override;

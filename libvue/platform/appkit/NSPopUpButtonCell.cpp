@@ -52,6 +52,23 @@ void NSPopUpButtonCell::encodeWithCoder(NSCoder& coder) const {
     coder.encodeInteger_forKey(static_cast<NSInteger>(edge_), kEdge);
 }
 
+Ref<NSObject> NSPopUpButtonCell::copyWithZone() const {
+    Ref<NSObject> made = NSButtonCell::copyWithZone();
+    if (auto* c = as<NSPopUpButtonCell>(made)) {
+        c->pullsDown_ = pullsDown_;
+        c->arrow_ = arrow_;
+        c->edge_ = edge_;
+        c->alters_ = alters_;
+        // A menu of its own: its items choose in the copy.
+        const Ref<NSMenu> menu(as<NSMenu>(items_->copyWithZone()));
+        for (NSInteger i = 0; i < menu->numberOfItems(); ++i)
+            if (menu->itemAtIndex(i)->target() == this) menu->itemAtIndex(i)->setTarget(c);
+        c->setMenu(menu);
+        c->selectItemAtIndex(indexOfSelectedItem());
+    }
+    return made;
+}
+
 void NSPopUpButtonCell::setMenu(NSMenu* menu) {
     auto* centre = NSNotificationCenter::defaultCenter();
     if (items_) centre->removeObserver_name_object(this, nullptr, items_);
@@ -196,7 +213,7 @@ void NSPopUpButtonCell::drawInteriorWithFrame_inView(const NSRect& frame, NSView
     const auto text = NSAttributedString::initWithString_attributes(title(), textAttributes());
     const NSSize s = size(text);
     drawTitle_withFrame_inView(
-        text, {{room.origin.x, std::floor(NSMidY(room) - s.height / 2)}, {room.size.width, std::ceil(s.height)}},
+        text, {{room.origin.x, std::floor(NSMidY(room) - s.height / 2 + 0.5)}, {room.size.width, std::ceil(s.height)}},
         controlView());
 }
 

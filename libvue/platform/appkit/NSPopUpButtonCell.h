@@ -18,6 +18,7 @@ public:
     explicit NSPopUpButtonCell(NSCoder& coder);
     ~NSPopUpButtonCell() override;
     void encodeWithCoder(NSCoder& coder) const override;
+    [[nodiscard]] Ref<NSObject> copyWithZone() const override;
 
     [[nodiscard]] NSMenu* popUpMenu() const noexcept { return items_; }
     void setMenu(NSMenu* menu) override;
