@@ -28,7 +28,6 @@ namespace {
 
 constexpr NSTimeInterval kBlink = 0.5;
 constexpr CGFloat kCaretWidth = 1.5;
-constexpr std::size_t kUndoDepth = 200;
 
 Ref<NSText> makeFieldEditor(NSWindow*) { return make<FieldEditor>(); }
 

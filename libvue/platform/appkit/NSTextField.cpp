@@ -120,6 +120,7 @@ void NSTextField::selectText(NSObject*) {
     const Ref<NSText> e = window()->fieldEditor_forObject(YES, this);
     if (!e) return;
     editor_ = e.get();
+    former_ = cell()->objectValue();
     cell()->selectWithFrame_inView_editor_delegate_start_length(bounds(), this, e, this, 0, stringValue()->length());
     setNeedsDisplay(YES);
 }
@@ -137,6 +138,7 @@ void NSTextField::mouseDown(NSEvent* event) {
     const Ref<NSText> e = window()->fieldEditor_forObject(YES, this);
     if (!e) return;
     editor_ = e.get();
+    former_ = cell()->objectValue();
     cell()->editWithFrame_inView_editor_delegate_event(bounds(), this, e, this, event);
     setNeedsDisplay(YES);
 }
@@ -257,8 +259,11 @@ BOOL NSTextField::textView_doCommandBySelector(NSText* editor, SEL command) {
         // Escape gives back what stood there.
         const Ref<NSTextField> self(this);
         const Ref<NSText> kept(editor);
-        const Ref<NSString> old = stringValue();
-        if (!editor->string()->isEqualToString(old)) {
+        // The cell may hold what was typed since: whoever read the value in between took it in.
+        const Ref<NSString> typed = editor->string();
+        if (cell()) cell()->setObjectValue(former_);
+        const Ref<NSString> old = cell() ? cell()->stringValue() : NSString::string();
+        if (!typed->isEqualToString(old)) {
             editor->setString(old);
             editor->setSelectedRange({0, old->length()});
             return YES;

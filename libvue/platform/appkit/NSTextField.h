@@ -77,6 +77,7 @@ private:
 
     Weak<NSObject> delegate_;
     Weak<NSText> editor_;
+    Ref<NSObject> former_; ///< the value when editing began, for Escape
 };
 
 } // namespace libvue

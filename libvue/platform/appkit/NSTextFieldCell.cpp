@@ -116,7 +116,9 @@ NSRect NSTextFieldCell::titleRectForBounds(const NSRect& bounds) const {
     // One line stands in the middle of its field.
     const CGFloat line = std::ceil(sizeWithAttributes(u"Hg"_ns, textAttributes()).height);
     if (line < r.size.height) {
-        r.origin.y += std::floor((r.size.height - line) / 2);
+        // The odd point goes below the text, as in buttons.
+        const NSView* view = controlView();
+        r.origin.y += std::floor((r.size.height - line) / 2 + (view && view->isFlipped() ? 0 : 0.5));
         r.size.height = line;
     }
     return r;
@@ -144,7 +146,9 @@ void NSTextFieldCell::drawInteriorWithFrame_inView(const NSRect& frame, NSView* 
     const NSUInteger options = NSStringDrawingUsesLineFragmentOrigin | NSStringDrawingTruncatesLastVisibleLine;
     if (text->length() == 0 && placeholder_) {
         const auto attributes = NSMutableDictionary::dictionaryWithDictionary(textAttributes());
-        attributes->setObject_forKey(NSColor::placeholderTextColor(), NSForegroundColorAttributeName);
+        attributes->setObject_forKey(isEnabled() ? NSColor::placeholderTextColor()
+                                                 : NSColor::disabledControlTextColor(),
+                                     NSForegroundColorAttributeName);
         drawWithRect_options(NSAttributedString::initWithString_attributes(placeholder_, attributes),
                              titleRectForBounds(frame), options);
         return;
