@@ -150,10 +150,16 @@ void NSBox::setContentView(NSView* v) {
 }
 
 void NSBox::setFrameFromContentFrame(const NSRect& r) {
-    const NSRect c = content_ ? content_->frame() : bounds();
-    const NSRect f = frame();
+    if (!content_ || type_ == NSBoxSeparator) {
+        setFrame(r);
+        return;
+    }
+    // Measured in a room where nothing is held: a box that is too small now tells nothing.
+    const NSSize room{1e4, 1e4};
+    setFrameSize(room);
+    const NSRect c = content_->frame();
     setFrame({{r.origin.x - c.origin.x, r.origin.y - c.origin.y},
-              {r.size.width + f.size.width - c.size.width, r.size.height + f.size.height - c.size.height}});
+              {r.size.width + room.width - c.size.width, r.size.height + room.height - c.size.height}});
 }
 
 void NSBox::sizeToFit() {

@@ -17,8 +17,12 @@ NSClipView::~NSClipView() { NSNotificationCenter::defaultCenter()->removeObserve
 
 void NSClipView::setDocumentView(NSView* view) {
     const Ref<NSView> kept(view);
-    if (NSView* old = document_; old && old != view) old->removeFromSuperview();
+    if (document_ == view && (!view || view->superview() == this)) return;
+    if (NSView* old = document_) old->removeFromSuperview();
+    // Only then: a view that comes from another place of this clip view is forgotten as it leaves.
+    if (view && view->superview() == this) view->removeFromSuperview();
     document_ = view;
+    setNeedsDisplay(YES);
     if (!view) return;
     addSubview(view);
     NSNotificationCenter::defaultCenter()->addObserver<&NSClipView::documentFrameDidChange>(

@@ -15,7 +15,8 @@ namespace libvue {
 
 namespace {
 constexpr CGFloat kBorder = 1;
-}
+constexpr CGFloat kWheelLine = 16; ///< points that an event counts for a line of a wheel
+} // namespace
 
 void NSScrollView::describe(ClassDescription<NSScrollView, NSView>& c) {
     c.answers<&NSScrollView::scrollerMoved>("scrollerMoved:");
@@ -108,7 +109,9 @@ void NSScrollView::tile() {
     // The scrollers lie over the content, at its far edges.
     clip_->setFrame({room.origin, {std::max(0.0, room.size.width), std::max(0.0, room.size.height)}});
     const NSRect document = clip_->documentRect();
-    const bool tall = document.size.height > room.size.height, wide = document.size.width > room.size.width;
+    // The clip view may show its document at another scale: its bounds tell how much fits.
+    const NSSize shown = clip_->bounds().size;
+    const bool tall = document.size.height > shown.height, wide = document.size.width > shown.width;
     const bool showVertical = hasVertical_ && (tall || !autohides_),
                showHorizontal = hasHorizontal_ && (wide || !autohides_);
     const CGFloat w = NSScroller::scrollerWidth();
@@ -187,7 +190,7 @@ void NSScrollView::scrollToBeginningOfDocument(NSObject*) { scrollBy(0, -clip_->
 void NSScrollView::scrollToEndOfDocument(NSObject*) { scrollBy(0, clip_->documentRect().size.height); }
 
 void NSScrollView::scrollWheel(NSEvent* e) {
-    const CGFloat factor = e->hasPreciseScrollingDeltas() ? 1 : lineScroll_ * 2;
+    const CGFloat factor = e->hasPreciseScrollingDeltas() ? 1 : lineScroll_ / kWheelLine;
     CGFloat dx = -e->scrollingDeltaX() * factor, dy = -e->scrollingDeltaY() * factor;
     if ((e->modifierFlags() & NSShiftKeyMask) && dx == 0) std::swap(dx, dy);
     const NSPoint before = clip_->bounds().origin;
