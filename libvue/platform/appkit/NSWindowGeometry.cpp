@@ -211,10 +211,11 @@ void NSWindow::saveFrameSoon() {
     // A window on its way under the pointer writes once, when it has come to rest.
     auto& timer = tracking().saveTimer;
     if (timer) timer->invalidate();
-    timer = NSTimer::scheduledTimerWithTimeInterval_repeats_block(
-        restBeforeSaving, NO, [weak = Weak<NSWindow>(this)](NSTimer*) {
-            if (const Ref<NSWindow> w = weak.ref()) w->savePendingFrame();
-        });
+    timer = NSTimer::scheduledTimerWithTimeInterval_repeats_block(restBeforeSaving, NO,
+                                                                  [weak = Weak<NSWindow>(this)](NSTimer*) {
+                                                                      if (const Ref<NSWindow> w = weak.ref())
+                                                                          w->savePendingFrame();
+                                                                  });
 }
 
 void NSWindow::savePendingFrame() {

@@ -41,7 +41,9 @@ constexpr NSSize NSMakeSize(CGFloat w, CGFloat h) noexcept { return {w, h}; }
 constexpr NSRect NSMakeRect(CGFloat x, CGFloat y, CGFloat w, CGFloat h) noexcept { return {{x, y}, {w, h}}; }
 constexpr NSRange NSMakeRange(NSUInteger location, NSUInteger length) noexcept { return {location, length}; }
 constexpr NSUInteger NSMaxRange(NSRange r) noexcept { return r.location + r.length; }
-constexpr BOOL NSLocationInRange(NSUInteger i, NSRange r) noexcept { return i >= r.location && i - r.location < r.length; }
+constexpr BOOL NSLocationInRange(NSUInteger i, NSRange r) noexcept {
+    return i >= r.location && i - r.location < r.length;
+}
 constexpr BOOL NSEqualRanges(NSRange a, NSRange b) noexcept { return a == b; }
 LIBVUE_API NSRange NSIntersectionRange(NSRange a, NSRange b) noexcept;
 LIBVUE_API NSRange NSUnionRange(NSRange a, NSRange b) noexcept;

@@ -56,14 +56,12 @@ public:
         return *this;
     }
     template <class U>
-        requires std::convertible_to<U*, T*>
-    Ref& operator=(const Ref<U>& o) noexcept {
+    requires std::convertible_to<U*, T*> Ref& operator=(const Ref<U>& o) noexcept {
         Ref(o).swap(*this);
         return *this;
     }
     template <class U>
-        requires std::convertible_to<U*, T*>
-    Ref& operator=(Ref<U>&& o) noexcept {
+    requires std::convertible_to<U*, T*> Ref& operator=(Ref<U>&& o) noexcept {
         Ref(std::move(o)).swap(*this);
         return *this;
     }
