@@ -163,6 +163,19 @@ TEST_F(MenuTest, TheDelegateFillsItIn) {
     EXPECT_THAT(gardien->log, ElementsAre("update"));
 }
 
+TEST_F(MenuTest, LeavingTheApplicationLeavesTheMenu) {
+    NSRunLoop::mainRunLoop()->performBlock([&] {
+        NSNotificationCenter::defaultCenter()->postNotificationName_object(NSApplicationDidResignActiveNotification,
+                                                                           NSApp());
+        // These come too late for the menu.
+        windows().key(NSDownArrowFunctionKey);
+        windows().key(u'\r');
+    });
+    EXPECT_FALSE(open());
+    EXPECT_TRUE(gardien->log.empty());
+    drain();
+}
+
 TEST_F(MenuTest, TrackingIsCancelled) {
     const std::size_t before = windows().stacking().size();
     NSRunLoop::mainRunLoop()->performBlock([&] { menu->cancelTracking(); });

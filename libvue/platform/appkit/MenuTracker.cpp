@@ -13,6 +13,7 @@
 #include <libvue/platform/appkit/ThemeDessin.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSArray.h>
+#include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/platform/foundation/NSRunLoop.h>
 #include <libvue/platform/graphics/NSColor.h>
 
@@ -42,6 +43,14 @@ protected:
     [[nodiscard]] BOOL acceptsNativeFocus_() const override { return NO; }
 };
 
+/// Has the loop that waits for events look again whether it is done.
+void stopWaiting() {
+    NSEvent::Fields f;
+    f.type = NSAppKitDefined;
+    f.subtype = NSApplicationDeactivatedEventType;
+    NSApp()->postEvent_atStart(make<NSEvent>(f), YES);
+}
+
 } // namespace
 
 MenuTracker* MenuTracker::current = nullptr;
@@ -62,7 +71,7 @@ void MenuTracker::cancel(const NSMenu* menu) {
         for (const Level& l : t->levels_)
             if (l.menu.get() == menu) {
                 t->done_ = true;
-                backend::Backend::current().windows->wake();
+                stopWaiting();
                 return;
             }
 }
@@ -142,6 +151,12 @@ Ref<NSMenuItem> MenuTracker::run(NSPoint screen, NSMenuItem* positioning) {
     open(root_, frame);
     if (positioning) highlight(0, positioning);
 
+    auto* centre = NSNotificationCenter::defaultCenter();
+    const Ref<NSObject> left = centre->addObserverForName_object_queue_usingBlock(
+        NSApplicationDidResignActiveNotification, nullptr, nullptr, [this](NSNotification*) {
+            done_ = true;
+            stopWaiting();
+        });
     while (!done_) {
         const Ref<NSEvent> e = NSApp()->nextEventMatchingMask_untilDate_inMode_dequeue(
             NSAnyEventMask, std::numeric_limits<double>::infinity(), NSEventTrackingRunLoopMode, YES);
@@ -150,9 +165,8 @@ Ref<NSMenuItem> MenuTracker::run(NSPoint screen, NSMenuItem* positioning) {
             mouse(e);
         else if (e->type() == NSKeyDown)
             key(e);
-        else if (e->type() == NSAppKitDefined && e->subtype() == NSApplicationDeactivatedEventType)
-            done_ = true;
     }
+    centre->removeObserver(left);
     const Ref<NSMenuItem> chosen = chosen_;
     closeFrom(0);
     return chosen;
