@@ -406,6 +406,22 @@ TEST_F(FieldEditorTest, ALongTextScrollsToItsCaret) {
     EXPECT_NEAR(NSMinX(editor()->caretRect()), 0, 0.5);
 }
 
+TEST_F(FieldEditorTest, TheEditorWritesWhereTheFieldDid) {
+    struct Row {
+        NSTextAlignment alignment;
+        CGFloat low, high; ///< where the caret of an empty field stands, as parts of its width
+    };
+    for (const Row& row : {Row{NSLeftTextAlignment, 0, 0.01}, Row{NSCenterTextAlignment, 0.45, 0.55},
+                           Row{NSRightTextAlignment, 0.97, 1}, Row{NSLeftTextAlignment, 0, 0.01}}) {
+        window->makeFirstResponder(nullptr);
+        field->setAlignment(row.alignment);
+        window->makeFirstResponder(field);
+        const CGFloat part = NSMinX(editor()->caretRect()) / editor()->bounds().size.width;
+        EXPECT_GE(part, row.low) << row.alignment;
+        EXPECT_LE(part, row.high) << row.alignment;
+    }
+}
+
 TEST_F(FieldEditorTest, TheCaretBlinksWhileTheWindowIsKey) {
     type(u"a");
     EXPECT_TRUE(editor()->caretIsShown());

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include <libvue/platform/appkit/FieldEditor.h>
 #include <libvue/platform/appkit/NSCursor.h>
 #include <libvue/platform/appkit/NSTextField.h>
 #include <libvue/platform/appkit/NSWindow.h>
@@ -157,6 +158,7 @@ void NSTextFieldCell::drawInteriorWithFrame_inView(const NSRect& frame, NSView* 
 }
 
 NSText* NSTextFieldCell::setUpFieldEditorAttributes(NSText* editor) {
+    if (auto* e = as<FieldEditor>(editor)) e->setAlignment(alignment());
     return NSActionCell::setUpFieldEditorAttributes(editor);
 }
 
