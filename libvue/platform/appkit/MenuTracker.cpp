@@ -80,7 +80,8 @@ void MenuTracker::cancel(const NSMenu* menu) {
 
 NSRect MenuTracker::placed(NSSize size, NSPoint topLeft) const {
     const auto visible = [&]() -> NSRect {
-        for (NSObject* o : *NSScreen::screens())
+        const Ref<NSArray> screens = NSScreen::screens();
+        for (NSObject* o : *screens)
             if (auto* s = as<NSScreen>(o); s && NSPointInRect(topLeft, s->frame())) return s->visibleFrame();
         return NSScreen::mainScreen() ? NSScreen::mainScreen()->visibleFrame() : NSRect{{0, 0}, {1280, 800}};
     }();
