@@ -265,7 +265,8 @@ bool setDefaultsFileAside(const std::string& path, std::string& kept) {
     std::strftime(date, sizeof date, "%Y%m%d-%H%M%S", &local);
     constexpr int mostTries = 1000;
     for (int i = 0; i < mostTries; ++i) {
-        kept = path + ".damaged-" + date + (i ? "-" + std::to_string(i) : "");
+        kept = path + ".damaged-" + date;
+        if (i) kept.append("-").append(std::to_string(i));
         // A link fails where the name is taken; a rename would take it over.
         if (link(path.c_str(), kept.c_str()) == 0) return unlink(path.c_str()) == 0;
         if (errno == EEXIST) continue;
