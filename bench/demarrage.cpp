@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -22,6 +23,8 @@ namespace {
 
 constexpr int departs = 21;
 constexpr int secondesOisives = 10;
+constexpr int millisecondesDePatience = 10'000;
+constexpr useconds_t microsecondesDeRepos = 150'000;
 
 const char* const notreFenetre = BANC_ENFANTS "/fenetre_vue";
 const char* const fenetreDuPair = BANC_ENFANTS "/fenetre_qt";
@@ -44,23 +47,32 @@ public:
         posix_spawn_file_actions_destroy(&actions);
         close(tube[1]);
         char octet = 0;
-        const bool peint = erreur == 0 && read(tube[0], &octet, 1) == 1;
+        pollfd attente{tube[0], POLLIN, 0};
+        const bool peint =
+            erreur == 0 && poll(&attente, 1, millisecondesDePatience) == 1 && read(tube[0], &octet, 1) == 1;
         duree_ = std::chrono::duration<double>(std::chrono::steady_clock::now() - debut).count();
         close(tube[0]);
-        if (!peint) throw std::runtime_error(nom + " ended before it painted");
+        if (peint) return;
+        if (erreur == 0) termine();
+        throw std::runtime_error(nom + " did not paint");
     }
     Enfant(const Enfant&) = delete;
     Enfant& operator=(const Enfant&) = delete;
-    ~Enfant() {
-        kill(pid_, SIGKILL);
-        waitpid(pid_, nullptr, 0);
-    }
+    ~Enfant() { termine(); }
 
     /// Seconds from the start of the process to its first paint.
     double duree() const { return duree_; }
     pid_t pid() const { return pid_; }
 
 private:
+    /// The X server gives the identifiers of a client that ended to the next one. Without a rest, a window manager may
+    /// still have the old window's end before it and take it for the new one's, which then never shows.
+    void termine() {
+        kill(pid_, SIGKILL);
+        waitpid(pid_, nullptr, 0);
+        usleep(microsecondesDeRepos);
+    }
+
     pid_t pid_ = 0;
     double duree_ = 0;
 };
@@ -86,7 +98,7 @@ banc::Mesures mesureLeDepart() {
 double memoireApresUneSeconde(const char* programme) {
     const Enfant enfant(programme);
     sleep(1);
-    return static_cast<double>(banc::memoirePropre(enfant.pid()));
+    return static_cast<double>(banc::memoireResidente(enfant.pid()));
 }
 
 /// Milliseconds of processor time over the idle seconds.

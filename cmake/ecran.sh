@@ -15,7 +15,8 @@ attendre() {
 
 gestionnaire_pret() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'; }
 
-# avec_un_ecran COMMAND...: runs it with DISPLAY set, and ends the servers afterwards.
+# avec_un_ecran COMMAND...: runs it with DISPLAY set, and ends the servers afterwards. With ECRAN_NU set there is neither window
+# manager nor compositor.
 avec_un_ecran() {
     local dossier etat=0 serveur
     dossier=$(mktemp -d)
@@ -31,15 +32,19 @@ avec_un_ecran() {
     DISPLAY=:$(cat "$dossier/numero")
     export DISPLAY
     unset WAYLAND_DISPLAY
-    dire "display $DISPLAY: Xvfb, openbox, picom" >&2
-    # Both end with the server.
-    openbox >"$dossier/openbox.log" 2>&1 &
-    attendre openbox gestionnaire_pret || return 1
-    # It goes into the background once it owns the compositing selection.
-    picom --config /dev/null --backend xrender -b >"$dossier/picom.log" 2>&1 || {
-        cat "$dossier/picom.log"
-        return 1
-    }
+    if [ -n "${ECRAN_NU:-}" ]; then
+        dire "display $DISPLAY: Xvfb" >&2
+    else
+        dire "display $DISPLAY: Xvfb, openbox, picom" >&2
+        # Both end with the server.
+        openbox >"$dossier/openbox.log" 2>&1 &
+        attendre openbox gestionnaire_pret || return 1
+        # It goes into the background once it owns the compositing selection.
+        picom --config /dev/null --backend xrender -b >"$dossier/picom.log" 2>&1 || {
+            cat "$dossier/picom.log"
+            return 1
+        }
+    fi
 
     "$@" || etat=$?
 

@@ -132,18 +132,15 @@ int Banc::lance(int argc, char** argv) {
     return trouve ? 0 : 1;
 }
 
-std::size_t memoirePropre(int processus) {
+std::size_t memoireResidente(int processus) {
     const std::string qui = processus == 0 ? "self" : std::to_string(processus);
     std::ifstream fichier("/proc/" + qui + "/smaps_rollup");
     std::string ligne;
-    std::size_t total = 0;
     while (std::getline(fichier, ligne)) {
         std::size_t kilooctets = 0;
-        if (std::sscanf(ligne.c_str(), "Private_Clean: %zu", &kilooctets) == 1 ||
-            std::sscanf(ligne.c_str(), "Private_Dirty: %zu", &kilooctets) == 1)
-            total += kilooctets * 1024;
+        if (std::sscanf(ligne.c_str(), "Rss: %zu", &kilooctets) == 1) return kilooctets * 1024;
     }
-    return total;
+    return 0;
 }
 
 double tempsProcesseur() {

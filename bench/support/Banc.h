@@ -56,8 +56,9 @@ private:
 /// Keeps the compiler from dropping the computation of \p valeur.
 template <class T> inline void garde(const T& valeur) { asm volatile("" : : "r,m"(valeur) : "memory"); }
 
-/// Memory that a process (this one for 0) shares with no other, in bytes; 0 when it cannot be read.
-std::size_t memoirePropre(int processus = 0);
+/// Memory of a process (this one for 0) in bytes; 0 when it cannot be read. What it shares counts in full, so that the
+/// figure does not hang on who else runs.
+std::size_t memoireResidente(int processus = 0);
 
 /// Processor time that this process has used, in seconds.
 double tempsProcesseur();
