@@ -65,9 +65,10 @@ public:
     pid_t pid() const { return pid_; }
 
 private:
-    /// The X server gives the identifiers of a client that ended to the next one. Without a rest, a window manager may
-    /// still have the old window's end before it and take it for the new one's, which then never shows.
+    /// A window that dies while it is being mapped can leave the window manager in a state in which the next one never
+    /// shows: it rests once before its end and once after it, outside of what is measured.
     void termine() {
+        usleep(microsecondesDeRepos);
         kill(pid_, SIGKILL);
         waitpid(pid_, nullptr, 0);
         usleep(microsecondesDeRepos);
