@@ -293,7 +293,9 @@ BOOL NSNumberFormatter::getObjectValue_forString_errorDescription(Ref<NSObject>*
 }
 
 Ref<NSObject> NSNumberFormatter::copyWithZone() const {
-    auto f = make<NSNumberFormatter>();
+    const Ref<NSObject> made = isa().alloc();
+    Ref<NSNumberFormatter> f(as<NSNumberFormatter>(made));
+    if (!f) f = make<NSNumberFormatter>(); // a subclass that cannot be made without arguments
     *f->state_ = *state_;
     return f;
 }
