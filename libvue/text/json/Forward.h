@@ -1,0 +1,12 @@
+#pragma once
+
+namespace libvue {
+
+class SBJSON;
+class SBJsonBase;
+class SBJsonParser;
+class SBJsonParserProtocol;
+class SBJsonWriter;
+class SBJsonWriterProtocol;
+
+} // namespace libvue
