@@ -155,13 +155,12 @@ void QtWindow::resizeEvent(QResizeEvent*) {
 }
 
 void QtWindow::focusInEvent(QFocusEvent*) {
-    server_.noteFocus(id_);
-    server_.post(make(Event::Kind::focusIn));
+    if (server_.noteFocus(id_)) server_.post(make(Event::Kind::focusIn));
 }
 
 void QtWindow::focusOutEvent(QFocusEvent*) {
     composing_ = false;
-    server_.post(make(Event::Kind::focusOut));
+    server_.noteFocusLeft(id_, winId());
 }
 
 void QtWindow::handleKey(QKeyEvent& key) {

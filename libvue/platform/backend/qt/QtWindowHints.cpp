@@ -148,6 +148,24 @@ void allowEverySize(WId window) {
                         hints);
 }
 
+bool isActive(WId window) {
+    xcb_connection_t* c = connection();
+    if (!c) return false;
+    const auto cookie = xcb_get_property(c, 0, root(c), atom(c, "_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW, 0, 1);
+    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(c, cookie, nullptr));
+    return reply && xcb_get_property_value_length(reply.get()) == 4 &&
+           *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get())) == window;
+}
+
+bool tellsActiveWindow(const void* event) {
+    xcb_connection_t* c = connection();
+    if (!c || (static_cast<const xcb_generic_event_t*>(event)->response_type & 0x7F) != XCB_PROPERTY_NOTIFY) {
+        return false;
+    }
+    const auto* change = static_cast<const xcb_property_notify_event_t*>(event);
+    return change->window == root(c) && change->atom == atom(c, "_NET_ACTIVE_WINDOW");
+}
+
 QImage contents(WId window, QSize pixels) {
     xcb_connection_t* c = connection();
     if (!c) return {};
@@ -175,6 +193,8 @@ void setTransientFor(WId, WId) {}
 void setMouseTransparent(WId, bool) {}
 void setOnAllDesktops(WId, bool, bool) {}
 void allowEverySize(WId) {}
+bool isActive(WId) { return false; }
+bool tellsActiveWindow(const void*) { return false; }
 QImage contents(WId, QSize) { return {}; }
 
 } // namespace libvue::backend::x11

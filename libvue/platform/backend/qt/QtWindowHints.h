@@ -21,6 +21,10 @@ void setMouseTransparent(WId window, bool transparent);
 void setOnAllDesktops(WId window, bool all, bool mapped);
 /// Takes the steps out of the sizes that the window manager allows. At a scale of 1.5 Qt asks for steps of two pixels.
 void allowEverySize(WId window);
+/// Whether the window manager calls it the active window. False without a window manager that says so.
+[[nodiscard]] bool isActive(WId window);
+/// Whether the native event of Qt's filters says that the active window may be another one.
+[[nodiscard]] bool tellsActiveWindow(const void* event);
 /// The window's own pixels, without what lies above it and whatever a compositor makes of it; null where the server
 /// does not have them.
 [[nodiscard]] QImage contents(WId window, QSize pixels);

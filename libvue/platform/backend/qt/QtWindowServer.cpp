@@ -39,7 +39,15 @@ Clock::time_point toClock(Time t) {
 } // namespace
 
 QtWindowServer::QtWindowServer()
-    : appearance_([this] {
+    : focus_([this](WindowId w) {
+          Event event;
+          event.kind = Event::Kind::focusOut;
+          event.window = w;
+          event.time = now();
+          event.rect = content(w);
+          post(event);
+      }),
+      appearance_([this] {
           Event event;
           event.kind = Event::Kind::appearanceChanged;
           event.time = now();
@@ -202,6 +210,7 @@ void QtWindowServer::destroy(WindowId w) {
     windows_.erase(found);
     stacking_.remove(w);
     dying->conceal();
+    focus_.forget(w);
     std::erase_if(queue_, [w](const Event& e) { return e.window == w; });
 }
 
@@ -243,7 +252,13 @@ void QtWindowServer::show(WindowId w, bool activate) {
 
 void QtWindowServer::hide(WindowId w) {
     if (QtWindow* at = find(w)) at->conceal();
+    focus_.concealed(w);
     flush();
+}
+
+bool QtWindowServer::noteFocus(WindowId w) {
+    stacking_.raise(w);
+    return focus_.came(w);
 }
 
 void QtWindowServer::setContent(WindowId w, const NSRect& rect) {

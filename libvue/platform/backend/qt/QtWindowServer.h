@@ -11,6 +11,7 @@
 
 #include <libvue/platform/backend/WindowServer.h>
 #include <libvue/platform/backend/WindowStacking.h>
+#include <libvue/platform/backend/qt/QtFocus.h>
 #include <libvue/platform/backend/qt/QtWindowServerAppearance.h>
 
 class QAbstractEventDispatcher;
@@ -77,7 +78,9 @@ public:
     // What windows tell.
 
     void noteGeometry() { geometryChanged_ = true; }
-    void noteFocus(WindowId w) { stacking_.raise(w); }
+    /// Whether the window had it not before.
+    [[nodiscard]] bool noteFocus(WindowId w);
+    void noteFocusLeft(WindowId w, WId native) { focus_.left(w, native); }
     void noteTheme() { appearance_.update(); }
     /// Where the pointer was at its last event, in Qt's screen coordinates, without asking the X server.
     [[nodiscard]] QPointF lastPointer() const noexcept { return pointer_; }
@@ -98,9 +101,11 @@ private:
     void restackAbove(WindowId w);
     void wait(Time deadline);
 
-    std::map<WindowId, Entry> windows_;
-    WindowStacking stacking_;
+    // Windows that go away tell the others.
     std::deque<Event> queue_;
+    WindowStacking stacking_;
+    QtFocus focus_;
+    std::map<WindowId, Entry> windows_;
     QtWindowServerAppearance appearance_;
     QObject context_; ///< ends the connections with this object
     QTimer timer_;
