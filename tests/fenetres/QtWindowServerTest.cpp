@@ -387,6 +387,8 @@ TEST_F(QtWindowServerTest, theWindowManagerMovesAWindowWithThePointer) {
     }
     EXPECT_GT(server().content(w).origin.x, 200);
     EXPECT_EQ(server().content(w).size, NSMakeSize(200, 100));
+    EXPECT_EQ(count(Kind::focusOut, w), 0u) << "the manager held the keyboard, the window stayed the active one";
+    EXPECT_EQ(count(Kind::focusIn, w), 1u);
 }
 
 TEST_F(QtWindowServerTest, aForeignCopyIsTold) {
