@@ -1,8 +1,10 @@
 #include <libvue/platform/foundation/Decimal.h>
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace libvue {
@@ -121,6 +123,70 @@ private:
         return n <= mostPower ? n : mostPower + 1;
     }
     std::uint64_t limb_[limbs] = {};
+};
+
+/// The digits of a mantissa as text, without leading zeros; "0" for zero.
+class DigitText {
+public:
+    explicit DigitText(UInt128 m) noexcept {
+        auto low = static_cast<std::uint64_t>(m);
+        if (m >> 64) {
+            low = static_cast<std::uint64_t>(m % ten.of[19]);
+            auto high = static_cast<std::uint64_t>(m / ten.of[19]);
+            count_ = 19 + digits64(high);
+            put20(high, text_);
+            // The twenty digits of the low part begin with a zero, which the last digit of the high part replaces.
+            const char last = text_[19];
+            put20(low, text_ + 19);
+            text_[19] = last;
+            wide_ = true;
+            begin_ = text_ + 39 - count_;
+            return;
+        }
+        count_ = digits64(low);
+        put20(low, text_);
+        begin_ = text_ + 20 - count_;
+    }
+    [[nodiscard]] int count() const noexcept { return count_; }
+    [[nodiscard]] const char* begin() const noexcept { return begin_; }
+    /// Copies the digits from the given one on, and beyond the last: up to 40 characters change at `to`.
+    void copyFrom(int first, char* to) const noexcept {
+        if (wide_)
+            std::memcpy(to, begin_ + first, 40);
+        else
+            std::memcpy(to, begin_ + first, 20);
+    }
+
+private:
+    static int digits64(std::uint64_t v) noexcept {
+        // 1233 / 4096 is the logarithm of two, near enough for 64 bits.
+        const int guess = (64 - std::countl_zero(v | 1)) * 1233 >> 12;
+        return guess + (guess == 0 || v >= static_cast<std::uint64_t>(ten.of[guess]));
+    }
+    /// Eight digits side by side, halved three times: by 10000, by 100, by 10.
+    static void put8(std::uint32_t v, char* to) noexcept {
+        const std::uint64_t fours = v / 10000 | static_cast<std::uint64_t>(v % 10000) << 32;
+        const std::uint64_t hundreds = (fours * 10486 >> 20) & 0x0000007F0000007F;
+        const std::uint64_t twos = hundreds | (fours - hundreds * 100) << 16;
+        const std::uint64_t tens = (twos * 103 >> 10) & 0x000F000F000F000F;
+        std::uint64_t digits = (tens | (twos - tens * 10) << 8) + 0x3030303030303030;
+        if constexpr (std::endian::native == std::endian::big) digits = __builtin_bswap64(digits);
+        std::memcpy(to, &digits, 8);
+    }
+    static void put20(std::uint64_t v, char* to) noexcept {
+        constexpr std::uint64_t eight = 100000000;
+        const std::uint64_t high = v / eight;
+        put8(static_cast<std::uint32_t>(v % eight), to + 12);
+        put8(static_cast<std::uint32_t>(high % eight), to + 4);
+        auto rest = static_cast<unsigned>(high / eight); // at most 1844
+        for (int i = 3; i >= 0; --i, rest /= 10)
+            to[i] = static_cast<char>('0' + rest % 10);
+    }
+
+    char text_[80] = {}; // room for a copy that begins at the last digit
+    const char* begin_;
+    int count_;
+    bool wide_ = false;
 };
 
 enum class Tail : std::uint8_t { exact, more };
@@ -409,14 +475,6 @@ int Decimal::compare(const Decimal& a, const Decimal& b) noexcept {
     return a.negative ? -magnitude : magnitude;
 }
 
-int Decimal::digits(char (&text)[40]) const noexcept {
-    int n = std::max(1, digitsOf(mantissa));
-    UInt128 m = mantissa;
-    for (int i = n; i-- > 0; m /= 10)
-        text[i] = static_cast<char>('0' + static_cast<int>(m % 10));
-    return n;
-}
-
 double Decimal::toDouble() const noexcept {
     if (notANumber) return std::numeric_limits<double>::quiet_NaN();
     // Both operands are exact up to here, so that one division or multiplication rounds correctly.
@@ -428,9 +486,9 @@ double Decimal::toDouble() const noexcept {
         v = static_cast<double>(static_cast<std::uint64_t>(mantissa));
         v = exponent < 0 ? v / power[-exponent] : v * power[exponent];
     } else {
-        char text[40], all[48];
-        int n = digits(text);
-        char* p = std::copy(text, text + n, all);
+        const DigitText digits(mantissa);
+        char all[48];
+        char* p = std::copy(digits.begin(), digits.begin() + digits.count(), all);
         *p++ = 'e';
         p = std::to_chars(p, all + sizeof all, exponent).ptr;
         std::from_chars(all, p, v);
@@ -451,28 +509,32 @@ std::uint64_t Decimal::integerMagnitude() const noexcept {
     return whole > most ? most : static_cast<std::uint64_t>(whole);
 }
 
-void Decimal::appendTo(StringBuilder& b) const {
-    if (notANumber) {
-        b.append("NaN");
-        return;
-    }
-    if (negative) b.append('-');
-    char text[40];
-    int n = digits(text);
-    std::string_view all(text, static_cast<std::size_t>(n));
-    int point = n + exponent; // digits before the point
+char* Decimal::write(char* to) const noexcept {
+    if (notANumber) return std::copy_n("NaN", 3, to);
+    if (negative) *to++ = '-';
+    const DigitText digits(mantissa);
+    const int n = digits.count();
+    const int point = n + exponent; // digits before the point
     if (exponent >= 0) {
-        b.append(all);
-        b.appendRepeated(u'0', static_cast<NSUInteger>(exponent));
-    } else if (point > 0) {
-        b.append(all.substr(0, static_cast<std::size_t>(point)));
-        b.append('.');
-        b.append(all.substr(static_cast<std::size_t>(point)));
-    } else {
-        b.append("0.");
-        b.appendRepeated(u'0', static_cast<NSUInteger>(-point));
-        b.append(all);
+        digits.copyFrom(0, to);
+        return std::fill_n(to + n, exponent, '0');
     }
+    if (point > 0) {
+        digits.copyFrom(0, to);
+        digits.copyFrom(point, to + point + 1);
+        to[point] = '.';
+        return to + n + 1;
+    }
+    *to++ = '0';
+    *to++ = '.';
+    to = std::fill_n(to, -point, '0');
+    digits.copyFrom(0, to);
+    return to + n;
+}
+
+void Decimal::appendTo(StringBuilder& b) const {
+    char text[mostCharacters];
+    b.append(std::string_view(text, static_cast<std::size_t>(write(text) - text)));
 }
 
 } // namespace libvue

@@ -42,11 +42,11 @@ struct Decimal {
     [[nodiscard]] double toDouble() const noexcept;
     /// Cut towards zero; what is larger than 64 bits is the largest value.
     [[nodiscard]] std::uint64_t integerMagnitude() const noexcept;
+    /// The room that write() needs; no number fills it.
+    static constexpr std::size_t mostCharacters = 224;
+    /// Writes plain digits without an exponent, "NaN" for not a number, and answers where they end.
+    char* write(char* to) const noexcept;
     void appendTo(StringBuilder& b) const;
-
-private:
-    /// Writes the mantissa's digits, and answers how many.
-    int digits(char (&text)[40]) const noexcept;
 };
 
 } // namespace libvue

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <limits>
+#include <string>
 #include <vector>
 
 #include <libvue/platform/foundation/NSArray.h>
@@ -112,6 +114,9 @@ Ref<NSString> NSString::stringByPaddingToLength_withString_startingAtIndex(NSUIn
     if (!pad || pad->length() == 0)
         raiseNamed(NSInvalidArgumentException, "padding: a text that is not empty is needed");
     if (index >= pad->length()) pad->raiseOutOfRange(index);
+    // Said before any memory is asked for: a length that wrapped around is a usual mistake.
+    if (length > std::numeric_limits<std::uint32_t>::max() - 1)
+        raiseNamed(NSRangeException, "padding: no text has " + std::to_string(length) + " units");
     StringBuilder out(length);
     out.append(this);
     while (out.length() < length) {
