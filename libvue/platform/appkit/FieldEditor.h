@@ -13,6 +13,13 @@ namespace backend {
 class TextLayout;
 }
 
+namespace op {
+/// For the delegate of a text field: its formatter refused, or put right, what was typed. The last text is the
+/// formatter's word of it, which may be null.
+inline constexpr Operation<void(NSControl*, NSString*, NSString*)>
+    control_didFailToValidatePartialString_errorDescription{"control:didFailToValidatePartialString:errorDescription:"};
+} // namespace op
+
 /// The editor of one line that a window lends to the text field with the focus.
 class LIBVUE_API FieldEditor : public NSText {
 public:
@@ -90,6 +97,9 @@ private:
     /// Replaces the selection or a range as the user's edit: asks, keeps for undo, tells.
     void edit(NSRange range, std::u16string_view with, Edit kind);
     [[nodiscard]] bool mayEdit();
+    /// Shows the formatter what an edit would lead to. False keeps the text that stands; else the formatter may have
+    /// put both right.
+    [[nodiscard]] bool passesFormatter(std::u16string& proposed, NSRange& selection);
     void changed();
     void endEditing(NSInteger movement);
     void restore(const Snapshot& s);

@@ -8,11 +8,13 @@
 #include <libvue/platform/appkit/NSMenu.h>
 #include <libvue/platform/appkit/NSMenuItem.h>
 #include <libvue/platform/appkit/NSPasteboard.h>
+#include <libvue/platform/appkit/NSTextField.h>
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/backend/TextEngine.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSAttributedString.h>
 #include <libvue/platform/foundation/NSDictionary.h>
+#include <libvue/platform/foundation/NSFormatter.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/platform/foundation/NSNumber.h>
 #include <libvue/platform/foundation/NSRunLoop.h>
@@ -94,10 +96,40 @@ bool FieldEditor::mayEdit() {
     return true;
 }
 
+bool FieldEditor::passesFormatter(std::u16string& proposed, NSRange& selection) {
+    auto* control = as<NSControl>(delegate());
+    NSCell* cell = control ? control->selectedCell() : nullptr;
+    const Ref<NSFormatter> formatter = cell ? cell->formatter() : nullptr;
+    if (!formatter) return true;
+    const Ref<NSControl> kept(control);
+    const Ref<NSString> asked = NSString::from(proposed);
+    Ref<NSString> partial = asked, error;
+    const Ref<NSString> before = string();
+    if (formatter->isPartialStringValid_proposedSelectedRange_originalString_originalSelectedRange_errorDescription(
+            &partial, &selection, before, selectedRange(), &error))
+        return true;
+    const bool putRight = partial && partial != asked;
+    if (putRight) {
+        proposed = partial->utf16();
+        selection.location = std::min<NSUInteger>(selection.location, proposed.size());
+        selection.length = std::min<NSUInteger>(selection.length, proposed.size() - selection.location);
+    }
+    if (auto* field = as<NSTextField>(control))
+        if (auto tell = op::control_didFailToValidatePartialString_errorDescription.of(field->delegate()))
+            tell(field, asked, error);
+    return putRight;
+}
+
 void FieldEditor::edit(NSRange range, std::u16string_view with, Edit kind) {
     if (range.length == 0 && with.empty()) return;
     const Ref<FieldEditor> self(this);
     if (!mayEdit() || NSMaxRange(range) > text_.size()) return;
+    std::u16string proposed = text_;
+    proposed.replace(range.location, range.length, with);
+    NSRange selection{range.location + with.size(), 0};
+    const std::u16string before = text_;
+    // A formatter that changed the text by itself has had its way.
+    if (!passesFormatter(proposed, selection) || text_ != before) return;
     // A run of typing, or of deleting, is undone as one.
     const bool runsOn = kind == last_ && (kind == Edit::typing || kind == Edit::deleting) && !undo_.empty() &&
                         (kind == Edit::deleting || range.length == 0) && with != u" ";
@@ -106,8 +138,9 @@ void FieldEditor::edit(NSRange range, std::u16string_view with, Edit kind) {
         if (undo_.size() > kUndoDepth) undo_.erase(undo_.begin());
     }
     redo_.clear();
-    text_.replace(range.location, range.length, with);
-    caret_ = anchor_ = range.location + with.size();
+    text_ = std::move(proposed);
+    anchor_ = selection.location;
+    caret_ = NSMaxRange(selection);
     last_ = kind;
     changed();
 }

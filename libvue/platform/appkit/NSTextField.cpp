@@ -1,6 +1,7 @@
 #include <libvue/platform/appkit/NSTextField.h>
 
 #include <libvue/platform/appkit/NSButtonCell.h>
+#include <libvue/platform/appkit/NSCellHitTest.h>
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSText.h>
 #include <libvue/platform/appkit/NSTextFieldCell.h>
@@ -127,7 +128,13 @@ void NSTextField::selectText(NSObject*) {
 
 void NSTextField::mouseDown(NSEvent* event) {
     if (!window() || !cell() || !isSelectable() || !isEnabled()) {
-        NSView::mouseDown(event);
+        // A label leaves the press to what lies behind, unless its cell has a use for it.
+        const bool tracks = window() && cell() && isEnabled() &&
+                            (cell()->hitTestForEvent_inRect_ofView(event, bounds(), this) & NSCellHitTrackableArea);
+        if (tracks)
+            NSControl::mouseDown(event);
+        else
+            NSView::mouseDown(event);
         return;
     }
     const Ref<NSTextField> self(this);

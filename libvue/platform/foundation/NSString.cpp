@@ -81,6 +81,7 @@ void NSString::describe(ClassDescription<NSString>& c) {
     c.answers<&NSString::intValue>("intValue");
     c.answers<&NSString::integerValue>("integerValue");
     c.answers<&NSString::doubleValue>("doubleValue");
+    c.answers<&NSString::floatValue>("floatValue");
     c.answers<&NSString::boolValue>("boolValue");
     c.key<&NSString::length>("length");
     c.key<&NSString::uppercaseString>("uppercaseString");
