@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <thread>
 #include <vector>
@@ -78,6 +79,21 @@ struct QtWindowServerTest : testing::Test {
         const int top = static_cast<int>(NSMaxY(server().screens().front().frame));
         run("xdotool mousemove " + std::to_string(static_cast<int>(screen.x)) + " " +
             std::to_string(top - static_cast<int>(screen.y)) + " click --repeat " + std::to_string(times) + " 1");
+    }
+
+    /// The manager may still be at work on a window that has just come, and give the focus back to it once.
+    void activateForGood(WindowId w) {
+        const Time end = server().now() + patience;
+        for (std::size_t from = seen.size(); server().now() < end; from = seen.size()) {
+            server().activate(w);
+            pump(0.3);
+            bool active = false;
+            for (const Event& e : std::span(seen).subspan(from)) {
+                if (e.kind == Kind::focusIn) active = e.window == w;
+            }
+            if (active) return;
+        }
+        ADD_FAILURE() << "the window never became active";
     }
 
     /// For changes that the window manager carries out in its own time.
@@ -190,9 +206,8 @@ TEST_F(QtWindowServerTest, theFocusGoesFromOneWindowToTheOther) {
     const WindowId first = open(specOf("first", {{100, 300}, {100, 100}}), red);
     const WindowId second = open(specOf("second", {{400, 300}, {100, 100}}), blue);
     EXPECT_EQ(count(Kind::focusOut, first), 1u);
-    server().activate(first);
-    waitFor("focus", Kind::focusIn, first);
-    EXPECT_EQ(count(Kind::focusOut, second), 1u);
+    activateForGood(first);
+    EXPECT_EQ(count(Kind::focusOut, second), count(Kind::focusIn, second));
 
     WindowSpec panel = specOf("panel", {{700, 300}, {100, 100}}, WindowKind::popup);
     panel.titled = false;
