@@ -9,6 +9,7 @@
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/appkit/ThemeDessin.h>
 #include <libvue/platform/foundation/NSAttributedString.h>
+#include <libvue/platform/foundation/NSKeyValueBinding.h>
 #include <libvue/platform/foundation/NSRunLoop.h>
 #include <libvue/platform/graphics/NSImage.h>
 
@@ -16,9 +17,14 @@ namespace libvue {
 
 static const ClassRegistration<NSButton> registration;
 
+namespace {
+const ExposedBinding exposed{&classOf<NSButton>, NSTitleBinding};
+}
+
 void NSButton::describe(ClassDescription<NSButton, NSControl>& c) {
     c.key<&NSButton::title, &NSButton::setTitle>("title");
     c.key<&NSButton::state, &NSButton::setState>("state");
+    c.key<&NSButton::state, &NSButton::setState>("value");
     c.key<&NSButton::image, &NSButton::setImage>("image");
 }
 

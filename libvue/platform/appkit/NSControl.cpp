@@ -7,10 +7,16 @@
 #include <libvue/platform/foundation/NSAttributedString.h>
 #include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSFormatter.h>
+#include <libvue/platform/foundation/NSKeyValueBinding.h>
 
 namespace libvue {
 
+namespace {
+const ExposedBinding exposed[] = {{&classOf<NSControl>, NSValueBinding}, {&classOf<NSControl>, NSEnabledBinding}};
+}
+
 void NSControl::describe(ClassDescription<NSControl, NSView>& c) {
+    c.key<&NSControl::objectValue, &NSControl::setObjectValue>("value");
     c.key<&NSControl::objectValue, &NSControl::setObjectValue>("objectValue");
     c.key<&NSControl::stringValue, &NSControl::setStringValue>("stringValue");
     c.key<&NSControl::doubleValue, &NSControl::setDoubleValue>("doubleValue");
@@ -55,6 +61,12 @@ void NSControl::setAction(SEL a) {
     if (cell_) cell_->setAction(a);
 }
 BOOL NSControl::sendAction_to(SEL action, NSObject* target) {
+    const Ref<NSControl> self(this);
+    const Ref<NSObject> kept(target);
+    // A bound model knows the value before the target hears of it. A text that is still being typed stays as it is.
+    const ShowAfterwards afterwards = currentEditor() ? ShowAfterwards::nothing : ShowAfterwards::modelValue;
+    setBoundValue(this, NSValueBinding, afterwards);
+    setBoundValue(this, NSSelectedIndexBinding, afterwards);
     return action ? NSApp()->sendAction_to_from(action, target, this) : NO;
 }
 

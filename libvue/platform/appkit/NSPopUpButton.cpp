@@ -2,10 +2,15 @@
 
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/foundation/NSArray.h>
+#include <libvue/platform/foundation/NSKeyValueBinding.h>
 
 namespace libvue {
 
 static const ClassRegistration<NSPopUpButton> registration;
+
+namespace {
+const ExposedBinding exposed{&classOf<NSPopUpButton>, NSSelectedIndexBinding};
+}
 
 void NSPopUpButton::describe(ClassDescription<NSPopUpButton, NSButton>& c) {
     c.key<&NSPopUpButton::indexOfSelectedItem, &NSPopUpButton::selectItemAtIndex>("selectedIndex");

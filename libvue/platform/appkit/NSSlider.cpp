@@ -8,6 +8,7 @@ namespace libvue {
 static const ClassRegistration<NSSlider> registration;
 
 void NSSlider::describe(ClassDescription<NSSlider, NSControl>& c) {
+    c.key<&NSSlider::doubleValue, &NSSlider::setDoubleValue>("value");
     c.key<&NSSlider::minValue, &NSSlider::setMinValue>("minValue");
     c.key<&NSSlider::maxValue, &NSSlider::setMaxValue>("maxValue");
 }

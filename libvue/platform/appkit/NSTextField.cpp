@@ -8,6 +8,7 @@
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSFormatter.h>
+#include <libvue/platform/foundation/NSKeyValueBinding.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/platform/foundation/NSNumber.h>
 #include <libvue/platform/graphics/NSColor.h>
@@ -19,6 +20,10 @@ static const ClassRegistration<NSTextField> registration;
 namespace {
 NSTextFieldCell* textCell(const NSTextField* f) { return as<NSTextFieldCell>(f->cell()); }
 } // namespace
+
+namespace {
+const ExposedBinding exposed{&classOf<NSTextField>, NSEditableBinding};
+}
 
 void NSTextField::describe(ClassDescription<NSTextField, NSControl>& c) {
     c.answers<&NSTextField::selectText>("selectText:");
@@ -220,6 +225,7 @@ void NSTextField::textDidChange(NSNotification* n) {
     const Ref<NSTextField> self(this);
     const Ref<NSText> editor(as<NSText>(n->object()));
     if (isContinuous()) validateEditing();
+    if (bindingUpdatesContinuously(this, NSValueBinding)) setBoundValue(this, NSValueBinding, ShowAfterwards::nothing);
     postEditing(NSControlTextDidChangeNotification, op::controlTextDidChange, editor);
     if (isContinuous()) sendAction_to(action(), target());
 }
@@ -235,6 +241,7 @@ void NSTextField::textDidEndEditing(NSNotification* n) {
     editor_ = nullptr;
     if (cell() && editor) cell()->endEditing(editor);
     setNeedsDisplay(YES);
+    setBoundValue(this, NSValueBinding, ShowAfterwards::modelValue);
     postEditing(NSControlTextDidEndEditingNotification, op::controlTextDidEndEditing, editor);
     switch (movement) {
     case NSReturnTextMovement:

@@ -8,8 +8,13 @@
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSException.h>
+#include <libvue/platform/foundation/NSKeyValueBinding.h>
 
 namespace libvue {
+
+namespace {
+const ExposedBinding exposed[] = {{&classOf<NSView>, NSHiddenBinding}, {&classOf<NSView>, NSToolTipBinding}};
+}
 
 void NSView::describe(ClassDescription<NSView, NSResponder>& c) {
     c.key<&NSView::frame, &NSView::setFrame>("frame");

@@ -43,6 +43,7 @@ void NSObject::destroy() noexcept {
         forgetWeakReferences(*side);
         detail::dropNotifications(*side);
         detail::dropKeyValueObservers(*side);
+        detail::dropKeyValueBindings(*side);
     }
     if (depth >= deepest) {
         waiting().push_back(this);
@@ -71,6 +72,7 @@ NSObject::~NSObject() {
         forgetWeakReferences(*side);
         detail::dropNotifications(*side);
         detail::dropKeyValueObservers(*side);
+        detail::dropKeyValueBindings(*side);
         detail::freeSide(side_);
     }
 }

@@ -79,6 +79,11 @@ Ref<NSValueTransformer> NSValueTransformer::withBlocks(Block transform, Block re
     return make<BlockTransformer>(std::move(transform), std::move(reverse));
 }
 
+BOOL NSValueTransformer::allowsReverse() const {
+    const OperationEntry* e = isa().classOperation(sel("allowsReverseTransformation"));
+    return !e || reinterpret_cast<BOOL (*)()>(e->run)();
+}
+
 Ref<NSObject> NSValueTransformer::transformedValue(NSObject* value) { return Ref<NSObject>(value); }
 
 Ref<NSObject> NSValueTransformer::reverseTransformedValue(NSObject* value) {

@@ -25,8 +25,8 @@ public:
     [[nodiscard]] virtual Ref<NSObject> transformedValue(NSObject* value);
     /// transformedValue unless overridden. Raises NSInvalidArgumentException where it does not go back.
     [[nodiscard]] virtual Ref<NSObject> reverseTransformedValue(NSObject* value);
-    /// What the class's own `allowsReverseTransformation` answers: YES unless overridden.
-    [[nodiscard]] virtual BOOL allowsReverse() const { return YES; }
+    /// What the object's class answers to `allowsReverseTransformation`; YES where no class does.
+    [[nodiscard]] virtual BOOL allowsReverse() const;
 };
 
 } // namespace libvue

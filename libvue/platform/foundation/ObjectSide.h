@@ -6,6 +6,7 @@
 
 namespace libvue {
 
+struct KeyValueBindings;
 struct KeyValueObservers;
 struct NotificationObservers;
 struct NotificationRegistrations;
@@ -16,6 +17,7 @@ struct ObjectSide {
     NotificationObservers* observers = nullptr;         ///< the lists of those that observe this object
     NotificationRegistrations* registrations = nullptr; ///< where this object itself is an observer
     KeyValueObservers* keyValue = nullptr;
+    KeyValueBindings* bindings = nullptr; ///< the keys of this object that are bound to others
 };
 
 namespace detail {
@@ -31,6 +33,7 @@ void freeSide(std::uint32_t index) noexcept;
 /// Ends all registrations about the object and of the object.
 void dropNotifications(ObjectSide& side) noexcept;
 void dropKeyValueObservers(ObjectSide& side) noexcept;
+void dropKeyValueBindings(ObjectSide& side) noexcept;
 
 } // namespace detail
 
