@@ -7,6 +7,8 @@
 #include <cstring>
 #include <limits>
 
+#include <libvue/platform/foundation/SmallBlocks.h>
+
 namespace libvue {
 
 namespace {
@@ -220,6 +222,12 @@ UInt128 drop(Wide w, int drop, Tail tail, NSRoundingMode mode, bool negative, bo
     return goesUp(mode, negative, last, more, (m & 1) != 0) ? m + 1 : m;
 }
 
+/// Whether ten divides `v`, and how often. The product with the inverse of five is small where five divides.
+bool divisibleByTen(std::uint64_t v, std::uint64_t& tenth) noexcept {
+    tenth = std::rotr(v * 0xCCCCCCCCCCCCCCCDu, 1);
+    return tenth <= std::numeric_limits<std::uint64_t>::max() / 10;
+}
+
 void strip(UInt128& m, long& e) noexcept {
     if (m == 0) return;
     while (m >> 64 && m % 10 == 0) {
@@ -228,10 +236,8 @@ void strip(UInt128& m, long& e) noexcept {
     }
     if (m >> 64) return;
     auto small = static_cast<std::uint64_t>(m);
-    while (small % 10 == 0) {
-        small /= 10;
-        ++e;
-    }
+    for (std::uint64_t tenth; divisibleByTen(small, tenth); ++e)
+        small = tenth;
     m = small;
 }
 
@@ -279,17 +285,36 @@ Decimal Decimal::of(std::uint64_t magnitude, bool negative) noexcept {
 }
 
 Decimal Decimal::of(const NSDecimalNumber& n) noexcept {
-    return {static_cast<UInt128>(n.high_) << 64 | n.low_, n.exponent_, n.negative_, n.notANumber_};
+    const NSDecimalNumber::Mantissa m = n.mantissa();
+    return {static_cast<UInt128>(m.high) << 64 | m.low, n.exponent(), n.isNegative(), n.isNotANumber()};
+}
+
+NSDecimalNumber* Decimal::inOneWord(std::uint64_t mantissa, int exponent, bool negative) {
+    constexpr int most = 1 << (NSDecimalNumber::exponentBits - 1);
+    if (mantissa == 0) {
+        exponent = 0;
+        negative = false;
+    } else
+        for (std::uint64_t tenth; divisibleByTen(mantissa, tenth); ++exponent)
+            mantissa = tenth;
+    if (mantissa >> NSDecimalNumber::mantissaBits || exponent < -most || exponent >= most) return nullptr;
+    const std::uint64_t word = mantissa << NSDecimalNumber::exponentBits |
+                               (static_cast<std::uint64_t>(exponent) & ((1u << NSDecimalNumber::exponentBits) - 1));
+    return new (detail::SmallBlocks::takeFast(sizeof(NSDecimalNumber)))
+        NSDecimalNumber(negative ? NSDecimalNumber::tagNegative : 0, static_cast<NSInteger>(word));
 }
 
 Ref<NSDecimalNumber> Decimal::object() const {
-    auto n = adopt(new NSDecimalNumber());
-    n->high_ = static_cast<std::uint64_t>(mantissa >> 64);
-    n->low_ = static_cast<std::uint64_t>(mantissa);
-    n->exponent_ = static_cast<std::int16_t>(exponent);
-    n->negative_ = negative;
-    n->notANumber_ = notANumber;
-    return n;
+    if (!notANumber && !(mantissa >> 64))
+        if (NSDecimalNumber* n = inOneWord(static_cast<std::uint64_t>(mantissa), exponent, negative)) return adopt(n);
+    const NSDecimalNumber::Mantissa m{static_cast<std::uint64_t>(mantissa >> 64), static_cast<std::uint64_t>(mantissa)};
+    void* room = detail::SmallBlocks::takeFast(sizeof(NSDecimalNumber) + sizeof m);
+    std::uint8_t bits = NSDecimalNumber::tagLong;
+    if (negative) bits |= NSDecimalNumber::tagNegative;
+    if (notANumber) bits |= NSDecimalNumber::tagNotANumber;
+    auto* n = new (room) NSDecimalNumber(bits, exponent);
+    new (n + 1) NSDecimalNumber::Mantissa(m);
+    return adopt(n);
 }
 
 Decimal Decimal::parse(std::string_view s) noexcept {

@@ -28,6 +28,8 @@ struct Decimal {
     static Decimal parse(std::string_view ascii) noexcept;
     static Decimal ofDouble(double v) noexcept;
     Ref<NSDecimalNumber> object() const;
+    /// A number in one word, or null where it takes more than that. The mantissa may have trailing zeros.
+    static NSDecimalNumber* inOneWord(std::uint64_t mantissa, int exponent, bool negative);
 
     /// Holds any mantissa and exponent to what the format can take.
     static Decimal held(UInt128 mantissa, long exponent, bool negative, NSCalculationError& error) noexcept;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
 #include <libvue/platform/foundation/CollectionText.h>
@@ -10,6 +11,7 @@
 #include <libvue/platform/foundation/NSIndexSet.h>
 #include <libvue/platform/foundation/NSKeyedArchiver.h>
 #include <libvue/platform/foundation/NSString.h>
+#include <libvue/platform/foundation/SmallBlocks.h>
 #include <libvue/platform/foundation/StringBuilder.h>
 
 namespace libvue {
@@ -37,12 +39,14 @@ NSArray::NSArray(NSCoder& coder) {
 NSArray::~NSArray() {
     NSObject** items = items_;
     std::uint32_t count = count_;
-    items_ = nullptr;
     count_ = 0;
     for (std::uint32_t i = 0; i < count; ++i)
         items[i]->release();
-    std::free(items);
+    freeItems();
 }
+
+void* NSArray::operator new(std::size_t size) { return detail::SmallBlocks::takeAny(size); }
+void NSArray::operator delete(void* object, std::size_t size) noexcept { detail::SmallBlocks::giveAny(object, size); }
 
 Ref<NSArray> NSArray::array() {
     static NSArray* const empty = [] {
@@ -84,19 +88,33 @@ void NSArray::checkRange(NSRange range) const {
 void NSArray::grow(NSUInteger capacity) {
     constexpr NSUInteger most = 1u << 30;
     if (capacity > most) throw std::bad_alloc();
-    void* p = std::realloc(items_, capacity * sizeof(void*));
+    const bool near = isNear();
+    auto* p = static_cast<NSUInteger*>(std::realloc(
+        items_ && !near ? reinterpret_cast<NSUInteger*>(items_) - 1 : nullptr, (capacity + 1) * sizeof(void*)));
     if (!p) throw std::bad_alloc();
-    items_ = static_cast<NSObject**>(p);
-    capacity_ = static_cast<std::uint32_t>(capacity);
+    *p = capacity;
+    auto* items = reinterpret_cast<NSObject**>(p + 1);
+    if (near) std::memcpy(items, items_, count_ * sizeof(void*));
+    items_ = items;
+}
+
+NSUInteger NSArray::capacity() noexcept {
+    if (!items_) return 0;
+    return isNear() ? tag() : reinterpret_cast<const NSUInteger*>(items_)[-1];
+}
+
+void NSArray::freeItems() noexcept {
+    if (items_ && !isNear()) std::free(reinterpret_cast<NSUInteger*>(items_) - 1);
+    items_ = nullptr;
 }
 
 void NSArray::reserve(NSUInteger capacity) {
-    if (capacity > capacity_) grow(capacity);
+    if (capacity > this->capacity()) grow(capacity);
 }
 
 void NSArray::append(NSObject* o) {
     if (!o) raiseNamed(NSInvalidArgumentException, "null into a list");
-    if (count_ == capacity_) grow(std::max<NSUInteger>(4, 2 * NSUInteger(capacity_)));
+    if (const NSUInteger room = capacity(); count_ == room) grow(std::max<NSUInteger>(4, 2 * room));
     o->retain();
     items_[count_++] = o;
     ++mutations_;

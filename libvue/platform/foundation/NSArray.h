@@ -11,6 +11,10 @@
 
 namespace libvue {
 
+namespace detail {
+struct DocumentObjects;
+}
+
 using NSComparator = std::function<NSComparisonResult(NSObject*, NSObject*)>;
 
 /// An ordered list of objects, kept in one contiguous block.
@@ -23,6 +27,9 @@ public:
     NSArray() noexcept = default;
     explicit NSArray(NSCoder& coder);
     ~NSArray() override;
+    static void* operator new(std::size_t size);
+    static void* operator new(std::size_t, void* room) noexcept { return room; }
+    static void operator delete(void* object, std::size_t size) noexcept;
 
     [[nodiscard]] static Ref<NSArray> array();
     [[nodiscard]] static Ref<NSArray> arrayWithObject(NSObject* o);
@@ -139,14 +146,22 @@ protected:
     void reserve(NSUInteger capacity);
     void append(NSObject* o);
 
+    // The elements stand behind the object itself where it was made with room for them (the tag tells for how many),
+    // else in a block of their own, behind a word that holds its capacity.
     NSObject** items_ = nullptr;
     std::uint32_t count_ = 0;
-    std::uint32_t capacity_ = 0;
     std::uint32_t mutations_ = 0;
 
 private:
+    [[nodiscard]] NSObject** nearItems() noexcept {
+        return reinterpret_cast<NSObject**>(reinterpret_cast<char*>(this) + sizeof(NSArray));
+    }
+    [[nodiscard]] bool isNear() noexcept { return items_ == nearItems(); }
+    [[nodiscard]] NSUInteger capacity() noexcept;
     void grow(NSUInteger capacity);
+    void freeItems() noexcept;
     friend class NSMutableArray;
+    friend struct detail::DocumentObjects;
 };
 
 /// A list that can change.
@@ -193,7 +208,7 @@ public:
     [[nodiscard]] Ref<NSObject> copyWithZone() const override;
 
 private:
-    void take(NSArray& other) noexcept;
+    void take(NSArray& other);
 };
 
 } // namespace libvue

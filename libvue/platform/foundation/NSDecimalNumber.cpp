@@ -5,6 +5,7 @@
 #include <libvue/platform/foundation/Decimal.h>
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSString.h>
+#include <libvue/platform/foundation/SmallBlocks.h>
 #include <libvue/platform/foundation/StringBuilder.h>
 
 namespace libvue {
@@ -32,6 +33,10 @@ Ref<NSDecimalNumber> checked(const Decimal& result, NSCalculationError error) {
 }
 
 } // namespace
+
+NSDecimalNumber::~NSDecimalNumber() = default;
+
+void NSDecimalNumber::operator delete(void* object) noexcept { detail::SmallBlocks::giveFast(object); }
 
 void NSDecimalNumber::describe(ClassDescription<NSDecimalNumber, NSNumber>&) {}
 
@@ -106,19 +111,22 @@ Ref<NSDecimalNumber> NSDecimalNumber::decimalNumberByRounding_scale(NSRoundingMo
     return Decimal::of(*this).rounded(mode, scale).object();
 }
 
-BOOL NSDecimalNumber::boolValue() const noexcept { return high_ != 0 || low_ != 0; }
+BOOL NSDecimalNumber::boolValue() const noexcept {
+    const Mantissa m = mantissa();
+    return m.high != 0 || m.low != 0;
+}
 
 NSInteger NSDecimalNumber::integerValue() const noexcept {
     constexpr auto most = std::numeric_limits<NSInteger>::max();
     std::uint64_t m = Decimal::of(*this).integerMagnitude();
-    if (negative_)
+    if (isNegative())
         return m > static_cast<std::uint64_t>(most) ? std::numeric_limits<NSInteger>::min()
                                                     : -static_cast<NSInteger>(m);
     return m > static_cast<std::uint64_t>(most) ? most : static_cast<NSInteger>(m);
 }
 
 NSUInteger NSDecimalNumber::unsignedIntegerValue() const noexcept {
-    return negative_ ? static_cast<NSUInteger>(integerValue()) : Decimal::of(*this).integerMagnitude();
+    return isNegative() ? static_cast<NSUInteger>(integerValue()) : Decimal::of(*this).integerMagnitude();
 }
 
 double NSDecimalNumber::doubleValue() const noexcept { return Decimal::of(*this).toDouble(); }

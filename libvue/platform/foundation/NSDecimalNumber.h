@@ -49,9 +49,11 @@ public:
     /// `scale` digits behind the point; a negative scale rounds whole tens.
     [[nodiscard]] Ref<NSDecimalNumber> decimalNumberByRounding_scale(NSRoundingMode mode, short scale) const;
 
-    [[nodiscard]] BOOL isNotANumber() const noexcept { return notANumber_; }
-    [[nodiscard]] BOOL isNegative() const noexcept { return negative_; }
-    [[nodiscard]] short exponent() const noexcept { return exponent_; }
+    [[nodiscard]] BOOL isNotANumber() const noexcept { return (tag() & tagNotANumber) != 0; }
+    [[nodiscard]] BOOL isNegative() const noexcept { return (tag() & tagNegative) != 0; }
+    [[nodiscard]] short exponent() const noexcept {
+        return static_cast<short>(isLong() ? integer_ : integer_ << (64 - exponentBits) >> (64 - exponentBits));
+    }
 
     [[nodiscard]] BOOL boolValue() const noexcept override;
     [[nodiscard]] NSInteger integerValue() const noexcept override;
@@ -65,13 +67,27 @@ public:
 private:
     friend class NSNumber;
     friend struct Decimal;
-    NSDecimalNumber() noexcept : NSNumber(Kind::decimal) {}
+    explicit NSDecimalNumber(std::uint8_t bits, NSInteger v) noexcept : NSNumber(Kind::decimal) {
+        setTag_(static_cast<std::uint8_t>(tag() | bits));
+        integer_ = v;
+    }
+    ~NSDecimalNumber() override;
+    static void* operator new(std::size_t) = delete;
+    static void* operator new(std::size_t, void* room) noexcept { return room; }
+    static void operator delete(void* object) noexcept;
 
-    // The mantissa carries no trailing zeros, so that equal values have equal fields.
-    std::uint64_t high_ = 0, low_ = 0;
-    std::int16_t exponent_ = 0;
-    bool negative_ = false;
-    bool notANumber_ = false;
+    // The mantissa carries no trailing zeros, so that equal values have equal fields. Mantissa and exponent share a
+    // word where they fit; else the word holds the exponent, and the mantissa stands behind the object.
+    static constexpr std::uint8_t tagNegative = 0x20, tagLong = 0x40, tagNotANumber = 0x80;
+    static constexpr int exponentBits = 6, mantissaBits = 64 - exponentBits;
+    struct Mantissa {
+        std::uint64_t high, low;
+    };
+    [[nodiscard]] bool isLong() const noexcept { return (tag() & tagLong) != 0; }
+    [[nodiscard]] Mantissa mantissa() const noexcept {
+        if (isLong()) return *reinterpret_cast<const Mantissa*>(this + 1);
+        return {0, static_cast<std::uint64_t>(integer_) >> exponentBits};
+    }
 };
 
 } // namespace libvue

@@ -7,6 +7,7 @@
 #include <libvue/platform/foundation/NSNumber.h>
 #include <libvue/platform/foundation/NSString.h>
 #include <libvue/platform/foundation/ObjectSort.h>
+#include <libvue/platform/foundation/SmallBlocks.h>
 
 namespace libvue {
 
@@ -35,6 +36,11 @@ NSDictionary::NSDictionary(NSCoder& coder) {
 }
 
 NSDictionary::~NSDictionary() = default;
+
+void* NSDictionary::operator new(std::size_t size) { return detail::SmallBlocks::takeAny(size); }
+void NSDictionary::operator delete(void* object, std::size_t size) noexcept {
+    detail::SmallBlocks::giveAny(object, size);
+}
 
 Ref<NSDictionary> NSDictionary::dictionary() {
     static NSDictionary* const empty = [] {
@@ -250,10 +256,12 @@ void NSMutableDictionary::removeAllObjects() { table_.clear(); }
 Ref<NSObject> NSMutableDictionary::copyWithZone() const { return NSDictionary::dictionaryWithDictionary(this); }
 
 void NSMutableDictionary::setValue_forKey(NSObject* value, NSString* key) {
+    willChangeValueForKey(key);
     if (value)
         put(value, key);
     else
         removeObjectForKey(key);
+    didChangeValueForKey(key);
 }
 
 } // namespace libvue

@@ -11,6 +11,10 @@
 
 namespace libvue {
 
+namespace detail {
+struct DocumentObjects;
+}
+
 /// Values by key. Keys are copied (`copyWithZone`), values kept. Enumerates in the order in which the keys first came.
 ///
 /// A null key or value raises NSInvalidArgumentException. Objects that are handed out are borrowed from the dictionary.
@@ -22,6 +26,9 @@ public:
     NSDictionary() noexcept = default;
     explicit NSDictionary(NSCoder& coder);
     ~NSDictionary() override;
+    static void* operator new(std::size_t size);
+    static void* operator new(std::size_t, void* room) noexcept { return room; }
+    static void operator delete(void* object, std::size_t size) noexcept;
 
     [[nodiscard]] static Ref<NSDictionary> dictionary();
     [[nodiscard]] static Ref<NSDictionary> dictionaryWithObject_forKey(NSObject* value, const NSObject* key);
@@ -103,6 +110,7 @@ protected:
 
 private:
     friend class NSMutableDictionary;
+    friend struct detail::DocumentObjects;
 };
 
 /// A dictionary that can change.

@@ -162,11 +162,12 @@ void NSMutableArray::filter(const std::function<BOOL(NSObject*)>& keep) { take(*
 
 Ref<NSObject> NSMutableArray::copyWithZone() const { return NSArray::arrayWithArray(this); }
 
-void NSMutableArray::take(NSArray& other) noexcept {
-    // The old elements go with `other`, in the caller's hands.
+void NSMutableArray::take(NSArray& other) {
+    // The old elements go with `other`, in the caller's hands. What stands in the objects themselves moves out first.
+    if (isNear()) grow(std::max<NSUInteger>(4, count_));
+    if (other.isNear()) other.grow(std::max<NSUInteger>(4, other.count_));
     std::swap(items_, other.items_);
     std::swap(count_, other.count_);
-    std::swap(capacity_, other.capacity_);
     ++mutations_;
 }
 

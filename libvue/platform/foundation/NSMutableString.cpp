@@ -6,17 +6,25 @@
 
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSString.h>
+#include <libvue/platform/foundation/SmallBlocks.h>
 #include <libvue/platform/foundation/StringUnits.h>
 
 namespace libvue {
 
 void NSMutableString::describe(ClassDescription<NSMutableString, NSString>&) {}
 
-NSMutableString::NSMutableString() : NSString(0, false, Storage::external) {}
+NSMutableString::NSMutableString() : NSString(0, false, Storage::mutableBlock), near_{} {}
 
 NSMutableString::NSMutableString(const NSString* s) : NSMutableString() { setString(s); }
 
-NSMutableString::~NSMutableString() { std::free(buffer_); }
+NSMutableString::~NSMutableString() {
+    if (external_) std::free(buffer_.units);
+}
+
+void* NSMutableString::operator new(std::size_t size) { return detail::SmallBlocks::takeAny(size); }
+void NSMutableString::operator delete(void* object, std::size_t size) noexcept {
+    detail::SmallBlocks::giveAny(object, size);
+}
 
 Ref<NSMutableString> NSMutableString::stringWithCapacity(NSUInteger capacity) {
     Ref<NSMutableString> s = make<NSMutableString>();
@@ -31,25 +39,35 @@ Ref<NSMutableString> NSMutableString::stringWithString(const NSString* s) {
 
 /// Makes room for `units` units and a final zero.
 void NSMutableString::reserve(std::size_t units) {
-    if (buffer_ && units <= capacity_) return;
+    const std::size_t held = external_ ? buffer_.capacity : std::max<std::size_t>(nearCapacity(), length_);
+    if (units <= held) return;
     if (units > std::numeric_limits<std::uint32_t>::max() - 1)
         raiseNamed(NSInvalidArgumentException, "a text is too long");
-    const std::size_t capacity = std::max(units, capacity_ + capacity_ / 2 + 15);
-    void* room = std::realloc(buffer_, (capacity + 1) * (wide_ ? sizeof(unichar) : 1));
+    const std::size_t capacity = std::max(units, held + held / 2 + 15);
+    const std::size_t unit = wide_ ? sizeof(unichar) : 1;
+    void* room = std::realloc(external_ ? buffer_.units : nullptr, (capacity + 1) * unit);
     if (!room) throw std::bad_alloc();
-    buffer_ = room;
-    capacity_ = capacity;
+    if (!external_) std::memcpy(room, near_, length_ * unit);
+    buffer_ = {room, capacity};
+    external_ = true;
 }
 
 void NSMutableString::widen() {
     if (wide_) return;
-    const std::size_t capacity = std::max<std::size_t>(capacity_, 15);
+    if (!external_ && (length_ + 1) * sizeof(unichar) <= sizeof near_) {
+        std::uint8_t narrow[sizeof near_];
+        std::memcpy(narrow, near_, length_);
+        detail::widenUnits(narrow, length_, reinterpret_cast<unichar*>(near_));
+        wide_ = true;
+        return;
+    }
+    const std::size_t capacity = std::max<std::size_t>(external_ ? buffer_.capacity : length_, 15);
     auto* room = static_cast<unichar*>(std::malloc((capacity + 1) * sizeof(unichar)));
     if (!room) throw std::bad_alloc();
-    if (length_) detail::widenUnits(static_cast<const std::uint8_t*>(buffer_), length_, room);
-    std::free(buffer_);
-    buffer_ = room;
-    capacity_ = capacity;
+    detail::widenUnits(units8(), length_, room);
+    if (external_) std::free(buffer_.units);
+    buffer_ = {room, capacity};
+    external_ = true;
     wide_ = true;
 }
 
@@ -67,7 +85,7 @@ void NSMutableString::splice(NSRange range, const NSString* s) {
     const std::size_t behind = length_ - NSMaxRange(range);
     reserve(length_ - range.length + added);
     const std::size_t unit = wide_ ? sizeof(unichar) : 1;
-    char* at = static_cast<char*>(buffer_) + range.location * unit;
+    char* at = static_cast<char*>(ownUnits()) + range.location * unit;
     if (behind && added != range.length) std::memmove(at + added * unit, at + range.length * unit, behind * unit);
     if (added) {
         if (wide_)
@@ -91,9 +109,9 @@ void NSMutableString::append(std::u16string_view units) {
     if (!wide_ && !detail::fitsLatin1(units.data(), units.size())) widen();
     reserve(length_ + units.size());
     if (wide_)
-        std::memcpy(static_cast<unichar*>(buffer_) + length_, units.data(), units.size() * sizeof(unichar));
+        std::memcpy(static_cast<unichar*>(ownUnits()) + length_, units.data(), units.size() * sizeof(unichar));
     else
-        detail::narrowUnits(units.data(), units.size(), static_cast<std::uint8_t*>(buffer_) + length_);
+        detail::narrowUnits(units.data(), units.size(), static_cast<std::uint8_t*>(ownUnits()) + length_);
     length_ += static_cast<std::uint32_t>(units.size());
     unitsChanged();
 }
@@ -103,9 +121,9 @@ void NSMutableString::appendLatin1(std::string_view bytes) {
     reserve(length_ + bytes.size());
     if (wide_)
         detail::widenUnits(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size(),
-                           static_cast<unichar*>(buffer_) + length_);
+                           static_cast<unichar*>(ownUnits()) + length_);
     else
-        std::memcpy(static_cast<std::uint8_t*>(buffer_) + length_, bytes.data(), bytes.size());
+        std::memcpy(static_cast<std::uint8_t*>(ownUnits()) + length_, bytes.data(), bytes.size());
     length_ += static_cast<std::uint32_t>(bytes.size());
     unitsChanged();
 }
@@ -114,9 +132,9 @@ void NSMutableString::appendCharacter(unichar unit) {
     if (unit > 0xFF) widen();
     reserve(length_ + 1);
     if (wide_)
-        static_cast<unichar*>(buffer_)[length_++] = unit;
+        static_cast<unichar*>(ownUnits())[length_++] = unit;
     else
-        static_cast<std::uint8_t*>(buffer_)[length_++] = static_cast<std::uint8_t>(unit);
+        static_cast<std::uint8_t*>(ownUnits())[length_++] = static_cast<std::uint8_t>(unit);
     unitsChanged();
 }
 

@@ -83,7 +83,9 @@ private:
     [[nodiscard]] static Ref<NSNumber> withInteger(Kind kind, NSInteger v);
     [[nodiscard]] bool isUnsigned64() const noexcept { return kind() == Kind::uint64; }
 
-    // The value: an unsigned 64-bit one in the same bits, a single-precision one widened.
+protected:
+    // The value: an unsigned 64-bit one in the same bits, a single-precision one widened. A decimal number has its own
+    // use for the integer.
     union {
         NSInteger integer_;
         double double_;

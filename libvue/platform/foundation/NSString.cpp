@@ -115,7 +115,7 @@ void NSString::raiseOutOfRange(NSRange range) const {
 }
 
 Ref<NSString> NSString::immutable() const {
-    if (!external_) return const_cast<NSString*>(this);
+    if (!mutable_) return const_cast<NSString*>(this);
     return substringWithRange({0, length_});
 }
 
@@ -195,7 +195,7 @@ const char* NSString::UTF8String() const {
             self->setTag_(tag() | tagASCIIKnown | (detail::isASCII(units8(), length_) ? tagASCII : 0));
         if (tag() & tagASCII) {
             // Every buffer has room for a final zero; the one of a mutable text does not keep it up to date.
-            if (external_) static_cast<std::uint8_t*>(self->units())[length_] = 0;
+            if (mutable_) static_cast<std::uint8_t*>(self->units())[length_] = 0;
             return reinterpret_cast<const char*>(units8());
         }
     }
@@ -233,8 +233,8 @@ NSUInteger NSString::hash() const {
     if (hash_ == 0) {
         const std::uint64_t h =
             detail::visitUnits(*this, [](const auto* units, std::size_t count) { return hashUnits(units, count); });
-        const auto thirty = static_cast<std::uint32_t>(h & 0x3FFFFFFF);
-        hash_ = thirty ? thirty : 1;
+        const auto kept = static_cast<std::uint32_t>(h & 0x1FFFFFFF);
+        hash_ = kept ? kept : 1;
     }
     return hash_;
 }

@@ -9,6 +9,10 @@
 
 namespace libvue {
 
+namespace detail {
+struct DocumentObjects;
+}
+
 enum NSStringEncoding : NSUInteger {
     NSASCIIStringEncoding = 1,
     NSUTF8StringEncoding = 4,
@@ -185,9 +189,13 @@ public:
     static void operator delete(void* p) noexcept { ::operator delete(p); }
 
 protected:
-    enum class Storage : std::uint8_t { inBlock, external };
+    enum class Storage : std::uint8_t { inBlock, mutableBlock };
     NSString(NSUInteger length, bool wide, Storage storage) noexcept
-        : length_(static_cast<std::uint32_t>(length)), hash_(0), wide_(wide), external_(storage == Storage::external) {}
+        : length_(static_cast<std::uint32_t>(length)),
+          hash_(0),
+          wide_(wide),
+          external_(0),
+          mutable_(storage == Storage::mutableBlock) {}
 
     [[nodiscard]] const std::uint8_t* units8() const noexcept { return static_cast<const std::uint8_t*>(tail()); }
     [[nodiscard]] const unichar* units16() const noexcept { return static_cast<const unichar*>(tail()); }
@@ -206,9 +214,10 @@ protected:
     void unitsChanged() noexcept;
 
     std::uint32_t length_;
-    mutable std::uint32_t hash_ : 30; // 0: not computed yet
+    mutable std::uint32_t hash_ : 29; // 0: not computed yet
     std::uint32_t wide_ : 1;
-    std::uint32_t external_ : 1; // the units stand at the pointer behind this object's fields: NSMutableString
+    std::uint32_t external_ : 1; // the units stand at the pointer behind this object's fields
+    std::uint32_t mutable_ : 1;  // NSMutableString
 
 private:
     friend class StringBuilder;
@@ -221,7 +230,8 @@ private:
     static NSString* allocate(NSUInteger length, bool wide);
 };
 
-/// A text that can change. Grows its own buffer; 8-bit until a unit needs more.
+/// A text that can change, 8-bit until a unit needs more. A short one stands in the object, a longer one in a buffer
+/// that grows.
 class LIBVUE_API NSMutableString : public NSString {
 public:
     static void describe(ClassDescription<NSMutableString, NSString>& c);
@@ -230,6 +240,9 @@ public:
     ~NSMutableString() override;
     [[nodiscard]] static Ref<NSMutableString> stringWithCapacity(NSUInteger capacity);
     [[nodiscard]] static Ref<NSMutableString> stringWithString(const NSString* s);
+    static void* operator new(std::size_t size);
+    static void* operator new(std::size_t, void* room) noexcept { return room; }
+    static void operator delete(void* object, std::size_t size) noexcept;
 
     void appendString(const NSString* s);
     void append(std::u16string_view units);
@@ -246,9 +259,23 @@ public:
     [[nodiscard]] Ref<NSObject> copyWithZone() const override;
 
 private:
-    void* buffer_ = nullptr; // first field: NSString finds its units here
-    std::size_t capacity_ = 0;
+    friend struct detail::DocumentObjects;
 
+    struct Buffer {
+        void* units;
+        std::size_t capacity;
+    };
+    // The first field: NSString finds its units here, or the buffer that holds them. A block may be longer than the
+    // class says and hold more units than `near_`, as many as the text had when it was made.
+    union {
+        Buffer buffer_;
+        char near_[16];
+    };
+
+    [[nodiscard]] std::size_t nearCapacity() const noexcept {
+        return (wide_ ? sizeof near_ / sizeof(unichar) : sizeof near_) - 1;
+    }
+    [[nodiscard]] void* ownUnits() noexcept { return external_ ? buffer_.units : near_; }
     void reserve(std::size_t units);
     void widen();
     void splice(NSRange range, const NSString* s);

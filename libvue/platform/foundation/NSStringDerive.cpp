@@ -24,7 +24,7 @@ Ref<NSString> NSString::substringToIndex(NSUInteger to) const {
 
 Ref<NSString> NSString::substringWithRange(NSRange range) const {
     checkRange(range);
-    if (range.length == length_ && !external_) return const_cast<NSString*>(this);
+    if (range.length == length_ && !mutable_) return const_cast<NSString*>(this);
     if (wide_) return from({units16() + range.location, range.length});
     return fromLatin1({reinterpret_cast<const char*>(units8()) + range.location, range.length});
 }

@@ -63,7 +63,9 @@ public:
 
 protected:
     NSValue() noexcept = default;
-    [[nodiscard]] Kind kind() const noexcept { return static_cast<Kind>(tag()); }
+    /// The three bits above are the subclass's.
+    static constexpr std::uint8_t kindBits = 0x1F;
+    [[nodiscard]] Kind kind() const noexcept { return static_cast<Kind>(tag() & kindBits); }
 
 private:
     template <class T, Kind k> class Holding;

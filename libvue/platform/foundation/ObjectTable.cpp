@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <utility>
 
 #include <libvue/platform/foundation/NSException.h>
+#include <libvue/platform/foundation/SmallBlocks.h>
 
 namespace libvue::detail {
 
@@ -54,14 +54,13 @@ template <Beside beside> void ObjectTable<beside>::link(std::uint32_t index) noe
 
 template <Beside beside> void ObjectTable<beside>::rebuild(std::uint32_t capacity) {
     if (capacity > flatLimit) capacity = std::bit_ceil(capacity); // the index masks with it
-    std::size_t slotBytes = slotCount(capacity) * sizeof(std::uint32_t);
-    void* block = std::malloc(capacity * (sizeof(Entry) + sizeof(std::uint32_t)) + slotBytes);
-    if (!block) throw std::bad_alloc();
+    void* block = SmallBlocks::takeAny(blockBytes(capacity));
     Entry* old = entries_;
+    const std::uint32_t oldCapacity = capacity_;
     const std::uint32_t* oldHashes = old ? hashes() : nullptr;
     entries_ = static_cast<Entry*>(block);
     capacity_ = capacity;
-    std::memset(slots(), 0, slotBytes);
+    std::memset(slots(), 0, slotCount(capacity) * sizeof(std::uint32_t));
     std::uint32_t at = 0;
     for (std::uint32_t i = 0; old && i < used_; ++i) {
         if (!old[i].key) continue;
@@ -70,7 +69,11 @@ template <Beside beside> void ObjectTable<beside>::rebuild(std::uint32_t capacit
         link(at++);
     }
     used_ = at;
-    std::free(old);
+    if (old) SmallBlocks::giveAny(old, blockBytes(oldCapacity));
+}
+
+template <Beside beside> std::size_t ObjectTable<beside>::blockBytes(std::uint32_t capacity) noexcept {
+    return capacity * (sizeof(Entry) + sizeof(std::uint32_t)) + slotCount(capacity) * sizeof(std::uint32_t);
 }
 
 template <Beside beside> void ObjectTable<beside>::reserve(std::size_t count) {
@@ -130,7 +133,8 @@ template <Beside beside> bool ObjectTable<beside>::remove(const NSObject* key) {
 template <Beside beside> void ObjectTable<beside>::clear() noexcept {
     Entry* entries = std::exchange(entries_, nullptr);
     std::uint32_t used = std::exchange(used_, 0);
-    count_ = capacity_ = 0;
+    const std::uint32_t capacity = std::exchange(capacity_, 0);
+    count_ = 0;
     if (!entries) return;
     ++mutations_;
     for (std::uint32_t i = 0; i < used; ++i) {
@@ -139,7 +143,30 @@ template <Beside beside> void ObjectTable<beside>::clear() noexcept {
         if constexpr (beside == Beside::object)
             if (entries[i].value) entries[i].value->release();
     }
-    std::free(entries);
+    SmallBlocks::giveAny(entries, blockBytes(capacity));
+}
+
+template <Beside beside>
+void ObjectTable<beside>::adopt(NSObject* const* keysAndValues,
+                                std::uint32_t count) requires(beside == Beside::object) {
+    if (count == 0) return;
+    rebuild(count);
+    ++mutations_;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        NSObject* const key = keysAndValues[2 * i];
+        NSObject* const value = keysAndValues[2 * i + 1];
+        const std::uint32_t hash = hashOf(key);
+        if (Entry* e = findHashed(key, hash)) [[unlikely]] {
+            NSObject* const old = std::exchange(e->value, value);
+            key->release();
+            old->release();
+            continue;
+        }
+        entries_[used_] = {key, value};
+        hashes()[used_] = hash;
+        link(used_++);
+    }
+    count_ = used_;
 }
 
 template <Beside beside> void ObjectTable<beside>::copy(const ObjectTable& other) {

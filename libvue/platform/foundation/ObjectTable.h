@@ -40,6 +40,9 @@ public:
     Entry* insert(const NSObject* key, bool& made);
     /// False where there is none.
     bool remove(const NSObject* key);
+    /// Fills an empty table; each key is followed by its value, and the counts of both are taken over. A key that comes
+    /// again replaces its value.
+    void adopt(NSObject* const* keysAndValues, std::uint32_t count) requires(beside == Beside::object);
     void clear() noexcept;
     void reserve(std::size_t count);
     void copy(const ObjectTable& other);
@@ -55,6 +58,7 @@ private:
     [[nodiscard]] static std::uint32_t slotCount(std::uint32_t capacity) noexcept;
     [[nodiscard]] static std::uint32_t hashOf(const NSObject* key);
     [[nodiscard]] Entry* findHashed(const NSObject* key, std::uint32_t hash) const;
+    [[nodiscard]] static std::size_t blockBytes(std::uint32_t capacity) noexcept;
     void rebuild(std::uint32_t capacity);
     void link(std::uint32_t index) noexcept;
 
