@@ -35,8 +35,8 @@ Ref<NSArray> SBJsonBase::errorTrace() const {
 void SBJsonBase::addErrorWithCode_description(NSUInteger code, NSString* text) {
     Ref<NSDictionary> info;
     if (errorTrace_)
-        info = NSDictionary::dictionaryWithObjectsAndKeys({{NSLocalizedDescriptionKey.get(), text},
-                                                           {NSUnderlyingErrorKey.get(), errorTrace_->lastObject()}});
+        info = NSDictionary::dictionaryWithObjectsAndKeys(
+            {{NSLocalizedDescriptionKey.get(), text}, {NSUnderlyingErrorKey.get(), errorTrace_->lastObject()}});
     else
         info = NSDictionary::dictionaryWithObject_forKey(text, NSLocalizedDescriptionKey);
     const auto error =
