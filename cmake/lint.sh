@@ -45,6 +45,8 @@ includes() {
     etage "foundation (headers)" "$base" '' "${liste[@]}" || etat=1
     mapfile -t liste < <(fichiers 'libvue/platform/foundation/*.cpp')
     etage foundation "$base" 'unicode/' "${liste[@]}" || etat=1
+    mapfile -t liste < <(fichiers 'libvue/platform/coredata/*.h' 'libvue/platform/coredata/*.cpp')
+    etage coredata "$base|platform/coredata/" '' "${liste[@]}" || etat=1
     mapfile -t liste < <(fichiers ':(glob)libvue/platform/backend/*.h' ':(glob)libvue/platform/backend/*.cpp')
     etage "backend interfaces" "$base|$interfaces" '' "${liste[@]}" || etat=1
     mapfile -t liste < <(fichiers 'libvue/platform/graphics/*.h' 'libvue/platform/graphics/*.cpp')
@@ -58,7 +60,7 @@ includes() {
     mapfile -t liste < <(fichiers 'libvue/platform/backend/qt/*.h' 'libvue/platform/backend/qt/*.cpp')
     etage backend_qt "$base|$interfaces|platform/backend/qt/" "$TIERS" "${liste[@]}" || etat=1
     mapfile -t liste < <(fichiers libvue | grep -E "^libvue/($outils).*\.(h|cpp)$" || true)
-    etage toolkit "$base|platform/graphics/|platform/appkit/|socle/|$outils" '' "${liste[@]}" || etat=1
+    etage toolkit "$base|platform/coredata/|platform/graphics/|platform/appkit/|socle/|$outils" '' "${liste[@]}" || etat=1
     return $etat
 }
 

@@ -8,6 +8,7 @@
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSNull.h>
 #include <libvue/platform/foundation/NSNumber.h>
+#include <libvue/platform/foundation/NSSet.h>
 #include <libvue/platform/foundation/NSString.h>
 #include <libvue/platform/foundation/ObjectSide.h>
 
@@ -34,6 +35,12 @@ struct Observation : std::enable_shared_from_this<Observation> {
 
 using SharedObservation = std::shared_ptr<Observation>;
 
+/// What a change does to a set.
+struct SetChange {
+    NSKeyValueChange kind;
+    Ref<NSSet> inserted, removed;
+};
+
 } // namespace
 
 struct KeyValueObservers {
@@ -48,6 +55,7 @@ struct KeyValueObservers {
             SharedObservation observation;
             std::size_t step;
             Ref<NSObject> old;
+            std::shared_ptr<const SetChange> set; ///< null where the value changes as a whole
         };
         SEL key;
         std::vector<Part> parts;
@@ -121,7 +129,7 @@ void forget(const SharedObservation& observation) {
     if (KeyValueObservers* there = observersIfAny(*observation->root)) std::erase(there->rooted, observation);
 }
 
-void tell(const SharedObservation& o, Moment moment, NSObject* old) {
+void tell(const SharedObservation& o, Moment moment, NSObject* old, const SetChange* set) {
     if (o->removed) return;
     const Ref<NSObject> root(o->root);
     const Ref<NSObject> observer = o->observer.ref();
@@ -130,11 +138,14 @@ void tell(const SharedObservation& o, Moment moment, NSObject* old) {
         return;
     }
     const Ref<NSMutableDictionary> change = NSMutableDictionary::dictionary();
-    change->setObject_forKey(NSNumber::numberWithUnsignedInteger(NSKeyValueChangeSetting), NSKeyValueChangeKindKey);
+    change->setObject_forKey(NSNumber::numberWithUnsignedInteger(set ? set->kind : NSKeyValueChangeSetting),
+                             NSKeyValueChangeKindKey);
     if (moment == Moment::before)
         change->setObject_forKey(NSNumber::numberWithBool(YES), NSKeyValueChangeNotificationIsPriorKey);
-    else if (o->options & NSKeyValueObservingOptionNew)
-        change->setObject_forKey(valueOrNull(*o), NSKeyValueChangeNewKey);
+    else if (o->options & NSKeyValueObservingOptionNew) {
+        const Ref<NSObject> value = set ? Ref<NSObject>(set->inserted) : valueOrNull(*o);
+        if (value) change->setObject_forKey(value, NSKeyValueChangeNewKey);
+    }
     if (old) change->setObject_forKey(old, NSKeyValueChangeOldKey);
     observer->observeValueForKeyPath_ofObject_change_context(o->path, root, change, o->context);
 }
@@ -149,7 +160,7 @@ std::vector<KeyValueObservers::Change::Part> KeyValueObservers::concernedBy(cons
         const auto same = std::find_if(parts.begin(), parts.end(),
                                        [&](const Change::Part& p) { return p.observation.get() == l.observation; });
         if (same == parts.end())
-            parts.push_back({l.observation->shared_from_this(), l.step, nullptr});
+            parts.push_back({l.observation->shared_from_this(), l.step, nullptr, nullptr});
         else
             same->step = std::min(same->step, l.step);
     }
@@ -196,7 +207,7 @@ void NSObject::addObserver_forKeyPath_options_context(NSObject* observer, NSStri
     own.rooted.push_back(o);
     o->listenFrom(0);
     const Ref<NSObject> self(this);
-    if (options & NSKeyValueObservingOptionInitial) tell(o, Moment::initial, nullptr);
+    if (options & NSKeyValueObservingOptionInitial) tell(o, Moment::initial, nullptr, nullptr);
 }
 
 void NSObject::removeObserver_forKeyPath(NSObject* observer, NSString* path) {
@@ -229,29 +240,72 @@ void NSObject::removeObservation(NSObject* observer, NSString* path, void* const
 
 void NSObject::observeValueForKeyPath_ofObject_change_context(NSString*, NSObject*, NSDictionary*, void*) {}
 
-void NSObject::willChangeValueForKey(NSString* key) {
-    KeyValueObservers* own = observersIfAny(*this);
-    if (!own) return;
+namespace {
+
+/// What the mutation will do to the set that stands there now.
+std::shared_ptr<const SetChange> setChangeOf(NSObject* object, NSString* key, NSKeyValueSetMutationKind kind,
+                                             const NSSet* objects) {
+    const Ref<NSObject> value = object->valueForKey(key);
+    const auto* standing = as<NSSet>(value);
+    const Ref<NSSet> before = standing ? NSSet::setWithSet(standing) : NSSet::set();
+    const Ref<NSSet> with = objects ? NSSet::setWithSet(objects) : NSSet::set();
+    const auto without = [](const NSSet* a, const NSSet* b) {
+        return a->filteredSet([b](NSObject* o) { return !b->containsObject(o); });
+    };
+    SetChange c{NSKeyValueChangeReplacement, nullptr, nullptr};
+    switch (kind) {
+    case NSKeyValueUnionSetMutation:
+        c.kind = NSKeyValueChangeInsertion;
+        c.inserted = without(with, before);
+        break;
+    case NSKeyValueMinusSetMutation:
+        c.kind = NSKeyValueChangeRemoval;
+        c.removed = before->filteredSet([&](NSObject* o) { return with->containsObject(o); });
+        break;
+    case NSKeyValueIntersectSetMutation:
+        c.kind = NSKeyValueChangeRemoval;
+        c.removed = without(before, with);
+        break;
+    case NSKeyValueSetSetMutation:
+        c.inserted = without(with, before);
+        c.removed = without(before, with);
+        break;
+    }
+    return std::make_shared<const SetChange>(std::move(c));
+}
+
+/// `setChange` answers what the change does to the set of that key, or null; it is asked only where someone observes.
+template <class F> void beginChange(NSObject* object, NSString* key, F setChange) {
+    if (!observersIfAny(*object)) return;
     const SEL changed = findSelector(key);
     if (!changed) return;
-    const Ref<NSObject> self(this);
-    KeyValueObservers::Change change{changed, own->concernedBy(isa(), changed)};
-    for (auto& part : change.parts)
-        if (!part.observation->removed && (part.observation->options & NSKeyValueObservingOptionOld))
-            part.old = valueOrNull(*part.observation);
+    const Ref<NSObject> self(object);
+    KeyValueObservers::Change change{changed, observersIfAny(*object)->concernedBy(object->isa(), changed)};
+    std::shared_ptr<const SetChange> set = change.parts.empty() ? nullptr : setChange();
+    for (auto& part : change.parts) {
+        if (part.observation->removed) continue;
+        // Whoever observes what lies behind the set, or what depends on it, sees another value and no set.
+        const std::vector<SEL>& keys = part.observation->keys;
+        const bool isTheSet = part.step + 1 == keys.size() && keys.back() == changed;
+        if (isTheSet) part.set = set;
+        if (!(part.observation->options & NSKeyValueObservingOptionOld)) continue;
+        part.old = part.set ? Ref<NSObject>(part.set->removed) : valueOrNull(*part.observation);
+    }
+    KeyValueObservers* own = observersIfAny(*object);
+    if (!own) return;
     const std::vector<KeyValueObservers::Change::Part> parts = change.parts;
     own->changes.push_back(std::move(change));
     for (const auto& part : parts)
         if (part.observation->options & NSKeyValueObservingOptionPrior)
-            tell(part.observation, Moment::before, part.old);
+            tell(part.observation, Moment::before, part.old, part.set.get());
 }
 
-void NSObject::didChangeValueForKey(NSString* key) {
-    KeyValueObservers* own = observersIfAny(*this);
+void endChange(NSObject* object, NSString* key) {
+    KeyValueObservers* own = observersIfAny(*object);
     if (!own) return;
     const SEL changed = findSelector(key);
     if (!changed) return;
-    const Ref<NSObject> self(this);
+    const Ref<NSObject> self(object);
     std::vector<KeyValueObservers::Change::Part> parts;
     const auto begun = std::find_if(own->changes.rbegin(), own->changes.rend(),
                                     [&](const KeyValueObservers::Change& c) { return c.key == changed; });
@@ -259,7 +313,7 @@ void NSObject::didChangeValueForKey(NSString* key) {
         parts = std::move(begun->parts);
         own->changes.erase(std::next(begun).base());
     } else {
-        parts = own->concernedBy(isa(), changed);
+        parts = own->concernedBy(object->isa(), changed);
     }
     for (const auto& part : parts) {
         if (part.observation->removed) continue;
@@ -267,7 +321,23 @@ void NSObject::didChangeValueForKey(NSString* key) {
         if (part.observation->stations[part.step]) part.observation->listenFrom(part.step + 1);
     }
     for (const auto& part : parts)
-        tell(part.observation, Moment::after, part.old);
+        tell(part.observation, Moment::after, part.old, part.set.get());
+}
+
+} // namespace
+
+void NSObject::willChangeValueForKey(NSString* key) {
+    beginChange(this, key, [] { return std::shared_ptr<const SetChange>(); });
+}
+
+void NSObject::didChangeValueForKey(NSString* key) { endChange(this, key); }
+
+void announceSetWillChange(NSObject* object, NSString* key, NSKeyValueSetMutationKind kind, const NSSet* objects) {
+    if (object) beginChange(object, key, [&] { return setChangeOf(object, key, kind, objects); });
+}
+
+void announceSetDidChange(NSObject* object, NSString* key) {
+    if (object) endChange(object, key);
 }
 
 } // namespace libvue

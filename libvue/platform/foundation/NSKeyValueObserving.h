@@ -13,6 +13,21 @@ enum NSKeyValueChange : NSUInteger {
     NSKeyValueChangeReplacement = 4
 };
 
+/// How a set is changed by another one.
+enum NSKeyValueSetMutationKind : NSUInteger {
+    NSKeyValueUnionSetMutation = 1,
+    NSKeyValueMinusSetMutation = 2,
+    NSKeyValueIntersectSetMutation = 3,
+    NSKeyValueSetSetMutation = 4
+};
+
+/// willChangeValueForKey and didChangeValueForKey around a change of the set under `key`, which is what `valueForKey`
+/// answers: observers hear what was inserted (NSKeyValueChangeNewKey) and removed (NSKeyValueChangeOldKey), as sets.
+/// Objects that were there already, or never were, are not among them.
+LIBVUE_API void announceSetWillChange(NSObject* object, NSString* key, NSKeyValueSetMutationKind kind,
+                                      const NSSet* objects);
+LIBVUE_API void announceSetDidChange(NSObject* object, NSString* key);
+
 inline constexpr ConstantString NSKeyValueChangeKindKey{u"kind"};
 /// The values after and before; NSNull where there was none.
 inline constexpr ConstantString NSKeyValueChangeNewKey{u"new"};
