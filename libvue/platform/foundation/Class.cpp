@@ -8,6 +8,7 @@
 #include <typeindex>
 #include <unordered_map>
 
+#include <libvue/platform/foundation/ClassExtension.h>
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSString.h>
 
@@ -53,6 +54,7 @@ bool derivesFrom(const std::type_info& type, const std::type_info& base) noexcep
 }
 
 const ClassRegistrationBase* registrations = nullptr;
+const ClassExtensionBase* extensions = nullptr;
 
 } // namespace
 
@@ -92,6 +94,15 @@ public:
     }
 
     static bool isDescribed(const Class& c) noexcept { return c.described_; }
+
+    /// Adds to a class that may have answered already: what any class remembers of its answers is forgotten.
+    void extend(const ClassExtensionBase& e) {
+        const Class* known = exactly(e.type);
+        if (!known) return;
+        e.fill(e, const_cast<Class&>(*known));
+        for (const auto& [type, c] : byType_)
+            c->lookups_ = {};
+    }
 
 #ifndef NDEBUG
     /// Stops the process where a description names a superclass above the nearest described base.
@@ -173,6 +184,8 @@ const Class& Class::build(const std::type_info& type, const Class* superclass, D
     if (const Class* known = ClassTable::instance().exactly(type)) return *known;
     auto* c = new Class(type, superclass);
     describe(*c);
+    for (const ClassExtensionBase* e = extensions; e; e = e->next)
+        if (e->type == type) e->fill(*e, *c);
     ClassTable::instance().add(*c);
 #ifndef NDEBUG
     ClassTable::instance().checkChains();
@@ -246,6 +259,12 @@ const OperationEntry* findOperation(const NSObject* object, SEL selector, const 
 ClassRegistrationBase::ClassRegistrationBase(const Class& (*get)(), const std::type_info& type) noexcept
     : get(get), type(type), next(registrations) {
     registrations = this;
+}
+
+void ClassExtensionBase::install() noexcept {
+    next = extensions;
+    extensions = this;
+    ClassTable::instance().extend(*this);
 }
 
 const Class* NSClassFromString(NSString* name) { return name ? ClassTable::instance().named(name->utf8()) : nullptr; }

@@ -1,7 +1,11 @@
 #include <libvue/platform/foundation/NSArray.h>
+
+#include <algorithm>
+
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSSortDescriptor.h>
 #include <libvue/platform/foundation/ObjectSort.h>
+#include <libvue/platform/foundation/TextSort.h>
 
 namespace libvue {
 
@@ -13,16 +17,43 @@ Ref<NSArray> sorted(const NSArray& a, const MustSwap& mustSwap) {
     return NSArray::arrayWithRefs(objects);
 }
 
+/// Whether all are texts that answer the selector as NSString itself does.
+bool areTextsThatAnswer(const NSArray& a, SEL selector) {
+    const OperationEntry* own = classOf<NSString>().operation(selector);
+    const std::type_info* known = nullptr;
+    for (NSUInteger i = 0; i < a.count(); ++i) {
+        const NSObject& o = *a.data()[i];
+        if (&typeid(o) == known) continue;
+        const OperationEntry* e = dynamic_cast<const NSString*>(&o) ? o.isa().operation(selector) : nullptr;
+        if (!e || e->run != own->run) return false;
+        known = &typeid(o);
+    }
+    return true;
+}
+
+Ref<NSArray> sortedTexts(const NSArray& a, TextSort sort) {
+    std::vector<NSString*> texts(a.count());
+    std::transform(a.data(), a.data() + a.count(), texts.begin(),
+                   [](NSObject* o) { return static_cast<NSString*>(o); });
+    sort(texts.data(), texts.size());
+    const std::vector<NSObject*> objects(texts.begin(), texts.end());
+    return NSArray::arrayWithObjects_count(objects.data(), objects.size());
+}
+
 } // namespace
 
 Ref<NSArray> NSArray::sortedArrayUsingSelector(SEL comparison) const {
+    static const SEL localized = sel("localizedCaseInsensitiveCompare:");
+    if (comparison == localized)
+        if (const TextSort sort = detail::installedTextSort(); sort && areTextsThatAnswer(*this, comparison))
+            return sortedTexts(*this, sort);
     SelectorComparison compare(comparison);
-    return sorted(*this, [&compare](NSObject* a, NSObject* b) { return compare(a, b) == NSOrderedDescending; });
+    return sorted(*this, [&compare](NSObject* a, NSObject* b) { return compare(a, b) > NSOrderedSame; });
 }
 
 Ref<NSArray> NSArray::sortedArrayUsingComparator(const NSComparator& comparison) const {
     if (!comparison) raiseNamed(NSInvalidArgumentException, "a sort without a comparison");
-    return sorted(*this, [&](NSObject* a, NSObject* b) { return comparison(a, b) == NSOrderedDescending; });
+    return sorted(*this, [&](NSObject* a, NSObject* b) { return comparison(a, b) > NSOrderedSame; });
 }
 
 Ref<NSArray> NSArray::sortedArrayUsingFunction_context(NSInteger (*comparison)(NSObject*, NSObject*, void*),
@@ -38,7 +69,7 @@ Ref<NSArray> NSArray::sortedArrayUsingDescriptors(const NSArray* descriptors) co
             criteria.emplace_back(d);
     return sorted(*this, [&](NSObject* a, NSObject* b) {
         for (const auto& d : criteria)
-            if (auto c = d->compareObject_toObject(a, b); c != NSOrderedSame) return c == NSOrderedDescending;
+            if (auto c = d->compareObject_toObject(a, b); c != NSOrderedSame) return c > NSOrderedSame;
         return false;
     });
 }

@@ -9,6 +9,7 @@
 #include <libvue/platform/foundation/NSString.h>
 #include <libvue/platform/foundation/StringFolding.h>
 #include <libvue/platform/foundation/StringUnits.h>
+#include <libvue/platform/foundation/TextSort.h>
 
 namespace libvue {
 
@@ -172,6 +173,7 @@ NSComparisonResult NSString::localizedCompare(const NSString* s) const {
 }
 
 NSComparisonResult NSString::localizedCaseInsensitiveCompare(const NSString* s) const {
+    if (installedComparison && s) return installedComparison(this, s);
     Ref<NSString> room;
     s = orEmpty(s, room);
     if (installedComparison) return installedComparison(this, s);
@@ -183,5 +185,7 @@ NSComparisonResult NSString::localizedCaseInsensitiveCompare(const NSString* s) 
 void NSString::installLocalizedCaseInsensitiveCompare(Comparison comparison) noexcept {
     installedComparison = comparison;
 }
+
+NSString::Comparison detail::installedTextComparison() noexcept { return installedComparison; }
 
 } // namespace libvue

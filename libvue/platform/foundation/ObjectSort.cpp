@@ -1,7 +1,6 @@
 #include <libvue/platform/foundation/ObjectSort.h>
 
-#include <algorithm>
-
+#include <libvue/platform/foundation/NSAttributedString.h>
 #include <libvue/platform/foundation/NSDate.h>
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSIndexPath.h>
@@ -11,39 +10,10 @@
 namespace libvue {
 
 void sortObjects(std::vector<Ref<NSObject>>& objects, const MustSwap& mustSwap) {
-    // The standard sorts may run out of bounds where a comparison contradicts itself, and comparisons here are the
-    // caller's.
-    constexpr std::size_t run = 8;
     const std::size_t n = objects.size();
-    std::vector<NSObject*> from(n), to(n);
+    std::vector<NSObject*> from(n);
     std::transform(objects.begin(), objects.end(), from.begin(), [](const auto& r) { return r.get(); });
-    for (std::size_t begin = 0; begin < n; begin += run)
-        for (std::size_t i = begin + 1, end = std::min(begin + run, n); i < end; ++i) {
-            NSObject* o = from[i];
-            std::size_t at = i;
-            for (; at > begin && mustSwap(from[at - 1], o); --at)
-                from[at] = from[at - 1];
-            from[at] = o;
-        }
-    for (std::size_t width = run; width < n; width *= 2) {
-        for (std::size_t begin = 0; begin < n; begin += 2 * width) {
-            std::size_t middle = std::min(begin + width, n), end = std::min(begin + 2 * width, n);
-            std::size_t left = begin, right = middle, at = begin;
-            if (middle == end || !mustSwap(from[middle - 1], from[middle])) {
-                std::copy(from.begin() + static_cast<std::ptrdiff_t>(begin),
-                          from.begin() + static_cast<std::ptrdiff_t>(end),
-                          to.begin() + static_cast<std::ptrdiff_t>(begin));
-                continue;
-            }
-            while (left < middle && right < end)
-                to[at++] = mustSwap(from[left], from[right]) ? from[right++] : from[left++];
-            while (left < middle)
-                to[at++] = from[left++];
-            while (right < end)
-                to[at++] = from[right++];
-        }
-        from.swap(to);
-    }
+    mergeSort(from, mustSwap);
     // The references change hands without being counted.
     for (Ref<NSObject>& r : objects)
         (void)r.leak();
@@ -71,9 +41,11 @@ template <class Argument> Candidate candidate() {
 void SelectorComparison::resolve(const NSObject& o) {
     const Class& c = o.isa();
     static const Candidate candidates[] = {
-        candidate<NSObject*>(),     candidate<const NSObject*>(), candidate<const NSString*>(),
-        candidate<NSString*>(),     candidate<const NSNumber*>(), candidate<NSNumber*>(),
-        candidate<const NSDate*>(), candidate<NSDate*>(),         candidate<const NSIndexPath*>(),
+        candidate<NSObject*>(),          candidate<const NSObject*>(),
+        candidate<const NSString*>(),    candidate<NSString*>(),
+        candidate<const NSNumber*>(),    candidate<NSNumber*>(),
+        candidate<const NSDate*>(),      candidate<NSDate*>(),
+        candidate<const NSIndexPath*>(), candidate<const NSAttributedString*>(),
     };
     const OperationEntry* e = c.operation(selector_);
     if (e)
