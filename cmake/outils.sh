@@ -16,7 +16,7 @@ PAQUETS_CONSTRUCTION=(g++ cmake ninja-build pkg-config ccache qt6-base-dev qt6-b
 PAQUETS_ESSAIS=(libgtest-dev libgmock-dev)
 PAQUETS_LINT=(clang-format clang-tidy shellcheck git)
 PAQUETS_FENETRES=(xvfb openbox picom xdotool x11-utils)
-PAQUETS_BANCS=(libbenchmark-dev)
+PAQUETS_BANCS=(libbenchmark-dev wfrench)
 
 dire() { printf '== %s\n' "$*"; }
 echouer() {

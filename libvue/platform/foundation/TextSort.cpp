@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <limits>
 #include <span>
 #include <utility>
@@ -88,7 +89,7 @@ void sortTexts(CollatorRef collator, NSString** texts, NSUInteger count) {
         return;
     }
     if (count < 2) return;
-    const detail::CollationWeights* weights = detail::weightsOf(collator);
+    const detail::CollationWeights* weights = detail::weightsFor(collator, count * std::bit_width(count));
     std::vector<Keyed> keyed;
     std::vector<std::uint32_t> others;
     std::vector<std::uint64_t> words;

@@ -112,9 +112,19 @@ std::unique_ptr<detail::CollationWeights> makeWeights(const UCollator* collator)
 
 } // namespace
 
+/// Making the weights takes as long as some ten thousands of ICU's comparisons, so they are made once there have been
+/// that many.
 struct OpaqueCollatorRef {
     std::unique_ptr<UCollator, CloseCollator> icu;
-    std::unique_ptr<detail::CollationWeights> weights; // null: the collator is always asked
+    std::unique_ptr<detail::CollationWeights> weights; // null: ICU is asked
+    std::uint64_t comparisons = 0;                     // that ICU was asked for, until the weights are made or given up
+
+    void expect(std::uint64_t more) {
+        constexpr std::uint64_t enough = 100000;
+        if (comparisons >= enough) return;
+        comparisons += more;
+        if (comparisons >= enough) weights = makeWeights(icu.get());
+    }
 };
 
 OSStatus LocaleRefFromLocaleString(const char* name, LocaleRef* locale) {
@@ -144,8 +154,7 @@ OSStatus UCCreateCollator(LocaleRef locale, LocaleOperationVariant variant, UCCo
     if (options & kUCCollateComposeInsensitiveMask)
         ucol_setAttribute(icu.get(), UCOL_NORMALIZATION_MODE, UCOL_ON, &status);
     if (U_FAILURE(status)) return paramErr;
-    auto weights = makeWeights(icu.get());
-    *collator = new OpaqueCollatorRef{std::move(icu), std::move(weights)};
+    *collator = new OpaqueCollatorRef{std::move(icu), nullptr};
     return noErr;
 }
 
@@ -164,6 +173,7 @@ OSStatus UCCompareText(CollatorRef collator, const UniChar* text1, UniCharCount 
     int result = 0;
     if (!length1) text1 = u"";
     if (!length2) text2 = u"";
+    if (!collator->weights) collator->expect(1);
     if (!collator->weights || !collator->weights->compare(text1, length1, text2, length2, result))
         result = collate(collator->icu.get(), text1, length1, text2, length2);
     if (equivalent) *equivalent = result == 0;
@@ -181,16 +191,18 @@ SInt32 compareTexts(CollatorRef collator, const NSString& a, const NSString& b) 
         });
         if (known) return order;
     }
+    collator->expect(1);
     const detail::WideUnits x(a), y(b);
     SInt32 result = 0;
-    // The weights were asked already.
     if (x.size() <= std::numeric_limits<std::int32_t>::max() && y.size() <= std::numeric_limits<std::int32_t>::max())
         result = collate(collator->icu.get(), x.data(), x.size(), y.data(), y.size());
     return result;
 }
 
-const detail::CollationWeights* detail::weightsOf(CollatorRef collator) noexcept {
-    return collator ? collator->weights.get() : nullptr;
+const detail::CollationWeights* detail::weightsFor(CollatorRef collator, std::uint64_t comparisons) {
+    if (!collator) return nullptr;
+    collator->expect(comparisons);
+    return collator->weights.get();
 }
 
 } // namespace libvue

@@ -45,8 +45,9 @@ LIBVUE_API OSStatus UCCompareText(CollatorRef collator, const UniChar* text1, Un
 namespace detail {
 
 class CollationWeights;
-/// The weights of common characters, or null where the collator's order cannot be told from those.
-[[nodiscard]] const CollationWeights* weightsOf(CollatorRef collator) noexcept;
+/// The weights of common characters, for someone who would need that many comparisons. Null where so few do not pay, or
+/// the collator's order cannot be told from weights.
+[[nodiscard]] const CollationWeights* weightsFor(CollatorRef collator, std::uint64_t comparisons);
 
 } // namespace detail
 
