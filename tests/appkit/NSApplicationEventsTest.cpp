@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <libvue/platform/appkit/NSPanel.h>
+#include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSTimer.h>
 
 using namespace libvue;
@@ -390,6 +391,38 @@ TEST_F(EventsTest, AnExceptionOfOneHandlerDoesNotEndTheRun) {
     });
     NSApp()->run();
     EXPECT_EQ(after, 1);
+}
+
+TEST_F(EventsTest, WindowsOnTheScreenAreUpdatedAfterEachEvent) {
+    const Ref<NSWindow> hidden = windowAt({{400, 100}, {200, 200}});
+    auto* centre = NSNotificationCenter::defaultCenter();
+    const auto note = [&](NSNotification* n) { log.push_back(n->object() == window.get() ? "updated" : "hidden updated"); };
+    const Ref<NSObject> observer =
+        centre->addObserverForName_object_queue_usingBlock(NSWindowDidUpdateNotification, nullptr, nullptr, note);
+    move(window, 10, 10);
+    (void)taken();
+    windows().press();
+    windows().release();
+    drain();
+    EXPECT_THAT(taken(), ElementsAre("left down", "updated", "left up", "updated"));
+    drain();
+    EXPECT_THAT(taken(), ElementsAre()) << "without an event nothing is told";
+    centre->removeObserver(observer);
+}
+
+TEST_F(EventsTest, AModalRunThatAHandlerBreaksOffLeavesTheOthersFree) {
+    const Ref<NSWindow> modal = windowAt({{600, 100}, {200, 200}});
+    const Ref<LogView> v = viewIn(modal, {{0, 0}, {200, 200}}, "v");
+    v->firstMouse = YES;
+    v->onMouse = [](NSEvent*) { raiseNamed("Test", "out of here"); };
+    modal->orderFront(nullptr);
+    drain();
+    windows().moveMouse(modal->convertBaseToScreen({5, 5}));
+    windows().press();
+    EXPECT_THROW(NSApp()->runModalForWindow(modal), NSExceptionRaised);
+    EXPECT_EQ(NSApp()->modalWindow(), nullptr);
+    v->onMouse = nullptr;
+    release();
 }
 
 } // namespace

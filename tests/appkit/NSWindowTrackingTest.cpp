@@ -220,4 +220,66 @@ TEST_F(TrackingTest, AnOwnerMayRemoveTheNextAreaOrItself) {
     EXPECT_THAT(taken(), ElementsAre("a exited"));
 }
 
+/// Keeps an area over its left half, and counts how often it was asked for it.
+class HalfTracked : public LogView {
+public:
+    static void describe(ClassDescription<HalfTracked, LogView>&) {}
+    using LogView::LogView;
+    int asked = 0;
+    void updateTrackingAreas() override {
+        ++asked;
+        if (area_) removeTrackingArea(area_);
+        NSRect left = bounds();
+        left.size.width /= 2;
+        area_ = make<NSTrackingArea>(left, NSTrackingMouseEnteredAndExited | NSTrackingActiveAlways, this, nullptr);
+        addTrackingArea(area_);
+    }
+
+private:
+    Ref<NSTrackingArea> area_;
+};
+
+TEST_F(TrackingTest, AViewBringsItsAreasUpToDateBeforeThePointerIsTold) {
+    const Ref<NSView> middle = make<NSView>(NSMakeRect(0, 0, 400, 300));
+    const Ref<HalfTracked> v = make<HalfTracked>(NSMakeRect(50, 50, 100, 100), log, "v");
+    middle->addSubview(v);
+    window->contentView()->addSubview(middle);
+    move(window, 60, 60);
+    EXPECT_THAT(taken(), ElementsAre("v entered"));
+    move(window, 70, 70);
+    EXPECT_EQ(v->asked, 1) << "while nothing has changed, it is not asked again";
+
+    v->setFrameSize({30, 100}); // the area ends at 65 now
+    move(window, 70, 71);
+    EXPECT_EQ(v->asked, 2);
+    EXPECT_THAT(taken(), ElementsAre("v exited"));
+
+    middle->setFrameOrigin({20, 0}); // moved by what it stands in
+    move(window, 72, 72);
+    EXPECT_EQ(v->asked, 3);
+    EXPECT_THAT(taken(), ElementsAre("v entered"));
+
+    middle->setFrameSize({60, 300}); // cut off at 80
+    move(window, 73, 73);
+    EXPECT_EQ(v->asked, 4);
+    v->removeFromSuperview();
+    move(window, 74, 74);
+    EXPECT_EQ(v->asked, 4);
+}
+
+TEST_F(TrackingTest, WhatScrollsUnderThePointerIsEntered) {
+    const Ref<LogView> v = viewIn(window, {{200, 50}, {100, 100}}, "v");
+    v->addTrackingArea(make<NSTrackingArea>(
+        NSZeroRect, NSTrackingMouseEnteredAndExited | NSTrackingActiveAlways | NSTrackingInVisibleRect, v, nullptr));
+    const Ref<LogView> wheel = viewIn(window, {{0, 0}, {150, 300}}, "wheel");
+    wheel->onMouse = [&](NSEvent* e) {
+        if (e->type() == NSScrollWheel) v->setFrameOrigin({20, 50});
+    };
+    window->contentView()->addSubview(v); // in front
+    move(window, 60, 60);
+    windows().wheel(0, 1);
+    drain();
+    EXPECT_THAT(taken(), ElementsAre("wheel wheel", "v entered"));
+}
+
 } // namespace

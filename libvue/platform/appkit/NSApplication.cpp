@@ -9,6 +9,7 @@
 #include <libvue/platform/appkit/NSPanel.h>
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSException.h>
@@ -71,7 +72,7 @@ void NSApplication::resetSharedApplication() {
     {
         const Ref<NSApplication> kept(app);
         app->queue_.clear();
-        app->monitors_list_.clear();
+        app->monitorList_.clear();
         app->modals_.clear();
         app->delegate_ = nullptr;
         app->keyWindow_ = nullptr;
@@ -157,6 +158,7 @@ BOOL NSApplication::runOnceUntil_(NSTimeInterval deadline) {
     while (const Ref<NSEvent> e = nextQueued(NSAnyEventMask, YES)) {
         did = true;
         sendEvent(e);
+        updateWindows();
         // What stops a loop stops it before the next event.
         if (stopped_ || (modals_.size() == depth && depth > 0 && modals_.back().code != NSRunContinuesResponse)) break;
     }
@@ -180,6 +182,8 @@ NSInteger NSApplication::runModalForWindow(NSWindow* window) {
     const Ref<NSWindow> kept(window);
     modals_.push_back({window, NSRunContinuesResponse});
     const std::size_t mine = modals_.size() - 1;
+    // Also where a handler raises: the other windows hear their events again.
+    const ScopeExit ended([this, mine] { modals_.resize(std::min(modals_.size(), mine)); });
     if (!window->isVisible()) window->center();
     window->makeKeyAndOrderFront(nullptr);
     while (modals_.size() > mine && modals_[mine].code == NSRunContinuesResponse) {
@@ -189,7 +193,6 @@ NSInteger NSApplication::runModalForWindow(NSWindow* window) {
     }
     if (modals_.size() <= mine) return NSRunAbortedResponse;
     const NSInteger code = modals_[mine].code;
-    modals_.resize(mine);
     return code == NSRunContinuesResponse ? NSInteger{NSRunAbortedResponse} : code;
 }
 
@@ -203,12 +206,41 @@ NSWindow* NSApplication::modalWindow() const noexcept {
     return modals_.empty() ? nullptr : modals_.back().window.get();
 }
 
-BOOL NSApplication::isBlockedByModal(NSWindow* w) const {
-    const NSWindow* modal = modalWindow();
-    if (!modal || !w) return NO;
-    for (NSWindow* a = w; a; a = a->parentWindow())
-        if (a == modal) return NO;
-    return !w->worksWhenModal() && w->nativeKind_() < NSPopUpNativeWindow;
+NSWindow* NSApplication::blockerOf(NSWindow* w) const {
+    if (!w) return nullptr;
+    if (NSWindow* modal = modalWindow()) {
+        bool isFree = w->worksWhenModal() || w->nativeKind_() >= NSPopUpNativeWindow;
+        for (const NSWindow* a = w; a && !isFree; a = a->parentWindow())
+            isFree = a == modal;
+        if (!isFree) return modal->sheetInFront_() ? modal->sheetInFront_() : modal;
+    }
+    return w->sheetInFront_();
+}
+
+// Sheets.
+
+void NSApplication::beginSheet_modalForWindow_modalDelegate_didEndSelector_contextInfo(NSWindow* sheet,
+                                                                                       NSWindow* window,
+                                                                                       NSObject* delegate, SEL didEnd,
+                                                                                       void* info) {
+    if (!window || !sheet) raiseNamed("NSInvalidArgumentException", "beginSheet: without a sheet or a window");
+    const auto tell = [weak = Weak<NSObject>(delegate), didEnd, info, of = Weak<NSWindow>(sheet)](NSInteger code) {
+        using DidEnd = void(NSWindow*, NSInteger, void*);
+        const Ref<NSObject> told = weak.ref();
+        const Ref<NSWindow> ended = of.ref();
+        const OperationEntry* e = told && didEnd ? findOperation(told, didEnd, typeid(DidEnd)) : nullptr;
+        if (!e) return;
+        const BoundOperation<DidEnd> run(told, reinterpret_cast<BoundOperation<DidEnd>::Run>(e->run));
+        run(ended, code, info);
+    };
+    window->beginSheet_completionHandler(sheet, tell);
+}
+
+void NSApplication::endSheet_returnCode(NSWindow* sheet, NSInteger code) {
+    const Ref<NSApplication> self(this);
+    const Ref<NSWindow> alive(sheet);
+    for (const auto& w : kept(windows_))
+        w->endSheet_returnCode(sheet, code);
 }
 
 // The windows.
@@ -230,6 +262,12 @@ NSWindow* NSApplication::windowWithWindowNumber(NSInteger number) const {
     for (NSWindow* w : windows_)
         if (w->windowNumber() == number) return w;
     return nullptr;
+}
+
+void NSApplication::updateWindows() {
+    const Ref<NSApplication> self(this);
+    for (const auto& w : kept(ordered_))
+        if (w->isVisible()) w->update();
 }
 
 NSMenu* NSApplication::mainMenu() const noexcept { return mainMenu_; }
@@ -316,7 +354,7 @@ NSObject* NSApplication::targetForAction_to_from(SEL action, NSObject* target, N
     if (!action) return nullptr;
     if (target) return target->respondsToSelector(action) ? target : nullptr;
     if (NSObject* r = responderFor(action, keyWindow_)) return r;
-    if (mainWindow_.get() != keyWindow_.get() && modals_.empty())
+    if (mainWindow_.get() != keyWindow_.get() && modals_.empty() && !blockerOf(mainWindow_))
         if (NSObject* r = responderFor(action, mainWindow_)) return r;
     if (respondsToSelector(action)) return this;
     NSObject* d = delegate_;

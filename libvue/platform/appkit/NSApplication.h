@@ -57,9 +57,11 @@ public:
     /// Held weakly.
     void setDelegate(NSObject* d);
 
+    /// Sends NSApplicationDidFinishLaunchingNotification, once; run does it.
     void finishLaunching();
     /// Runs until stop: or terminate:.
     void run();
+    /// Ends the innermost modal run, else run().
     void stop(NSObject* sender);
     /// Asks the delegate, posts NSApplicationWillTerminateNotification, ends run().
     void terminate(NSObject* sender);
@@ -71,36 +73,62 @@ public:
     /// left.
     void drain_();
 
+    /// Shows the window, makes it key and runs until stopModal… or its closing; other windows hear no mouse and no keys
+    /// until then. The code of stopModalWithCode:, or NSRunAbortedResponse where it was closed or there is none.
     NSInteger runModalForWindow(NSWindow* window);
+    /// With NSRunStoppedResponse. Without a modal window these do nothing.
     void stopModal() { stopModalWithCode(NSRunStoppedResponse); }
     void stopModalWithCode(NSInteger code);
     void abortModal() { stopModalWithCode(NSRunAbortedResponse); }
+    /// The innermost one; null for none.
     [[nodiscard]] NSWindow* modalWindow() const noexcept;
+
+    /// NSWindow's beginSheet:completionHandler: with a delegate (not kept, may be null), which is sent `didEnd` at the
+    /// end: sheetDidEnd:(NSWindow*) returnCode:(NSInteger) contextInfo:(void*). A null sheet or window raises
+    /// NSInvalidArgumentException.
+    void beginSheet_modalForWindow_modalDelegate_didEndSelector_contextInfo(NSWindow* sheet, NSWindow* window,
+                                                                            NSObject* delegate, SEL didEnd, void* info);
+    /// With NSRunStoppedResponse.
+    void endSheet(NSWindow* sheet) { endSheet_returnCode(sheet, NSRunStoppedResponse); }
+    /// Ends the sheet wherever it is up or waits to be; a window that is no sheet is left alone.
+    void endSheet_returnCode(NSWindow* sheet, NSInteger code);
 
     /// The next event that the mask admits, through the monitors; null where none came until the deadline. Used by
     /// tracking loops.
     [[nodiscard]] Ref<NSEvent> nextEventMatchingMask_untilDate_inMode_dequeue(NSEventMask mask, NSTimeInterval deadline,
                                                                               NSString* mode, BOOL dequeue);
+    /// The next drag or release of the left button, for loops that follow a press; null where none will come.
+    [[nodiscard]] Ref<NSEvent> nextDragOrRelease_();
+    /// Appends it to the queue, or puts it in front. Null is ignored.
     void postEvent_atStart(NSEvent* e, BOOL atStart);
+    /// Drops what the mask admits and came before `last` (null: all that waits).
     void discardEventsMatchingMask_beforeEvent(NSEventMask mask, NSEvent* last);
+    /// The one that was taken from the queue last; null before the first.
     [[nodiscard]] NSEvent* currentEvent() const noexcept { return currentEvent_; }
     /// To the window of the event, after key equivalents.
     virtual void sendEvent(NSEvent* e);
     /// To `target`; with a null target to the first responder and up: the key window, its delegate, the main window,
     /// the application and its delegate. NO where none answers.
     virtual BOOL sendAction_to_from(SEL action, NSObject* target, NSObject* sender);
+    /// Who would get that action; null for nobody.
     [[nodiscard]] virtual NSObject* targetForAction_to_from(SEL action, NSObject* target, NSObject* sender);
 
     [[nodiscard]] BOOL isActive() const noexcept { return active_; }
     void activateIgnoringOtherApps(BOOL flag);
+    /// The window that hears the keys; null while the application is not active.
     [[nodiscard]] NSWindow* keyWindow() const noexcept { return keyWindow_; }
+    /// The window that is worked in; the key window, or the one that a panel in front of it is about.
     [[nodiscard]] NSWindow* mainWindow() const noexcept { return mainWindow_; }
     /// In order of making, those that exist.
     [[nodiscard]] Ref<NSArray> windows() const;
     /// Front to back, those on the screen.
     [[nodiscard]] Ref<NSArray> orderedWindows() const;
+    /// Sends update to the windows on the screen; so does the event loop after each event.
+    virtual void updateWindows();
+    /// Null where none has that number.
     [[nodiscard]] NSWindow* windowWithWindowNumber(NSInteger number) const;
     [[nodiscard]] NSMenu* mainMenu() const noexcept;
+    /// Its items' key equivalents work in every window.
     void setMainMenu(NSMenu* menu);
     [[nodiscard]] BOOL isDark_() const noexcept;
 
@@ -114,8 +142,8 @@ public:
     void setKeyWindow_(NSWindow* w);
     void setMainWindow_(NSWindow* w);
     void windowOrdered_(NSWindow* w, BOOL in);
-    struct Monitor;
-    [[nodiscard]] std::vector<Ref<NSObject>>& monitors_() noexcept { return monitors_list_; }
+    /// The local monitors, in the order in which they were added.
+    [[nodiscard]] std::vector<Ref<NSObject>>& monitors_() noexcept { return monitorList_; }
     [[nodiscard]] NSUInteger modifierFlags_() const noexcept { return modifiers_; }
 
 private:
@@ -132,7 +160,10 @@ private:
     void appearanceChanged();
     void displayLater(NSWindow* w);
     [[nodiscard]] Ref<NSEvent> throughMonitors(Ref<NSEvent> e);
-    [[nodiscard]] BOOL isBlockedByModal(NSWindow* w) const;
+    /// The modal window or the sheet that keeps mouse and keys from the window; null where it gets them.
+    [[nodiscard]] NSWindow* blockerOf(NSWindow* w) const;
+    /// Whether the event is one that a blocked window does not get; then beeps and raises what blocks it.
+    [[nodiscard]] bool refuse(NSEvent* e, NSWindow* w, NSWindow* blocker);
     [[nodiscard]] NSObject* responderFor(SEL action, NSWindow* w) const;
     void post(NSString* name, const Operation<void(NSNotification*)>& operation);
     void windowClosed(NSWindow* w);
@@ -146,7 +177,7 @@ private:
     std::vector<NSWindow*> ordered_; ///< front to back
     std::vector<NSWindow*> toDisplay_;
     std::deque<Ref<NSEvent>> queue_;
-    std::vector<Ref<NSObject>> monitors_list_;
+    std::vector<Ref<NSObject>> monitorList_;
     struct Modal {
         Weak<NSWindow> window;
         NSInteger code = NSRunContinuesResponse;

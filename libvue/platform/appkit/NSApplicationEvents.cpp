@@ -20,8 +20,6 @@ namespace {
 
 /// Presses that lie farther apart than this, in points, are no double click.
 constexpr CGFloat clickDistance = 4;
-/// Points that a line of a mouse wheel without fine steps scrolls.
-constexpr CGFloat pointsALine = 16;
 /// The run loop's own, in seconds.
 constexpr NSTimeInterval timeTolerance = 1e-6;
 
@@ -178,7 +176,7 @@ void NSApplication::Native::enqueueMouse(const Event& e) {
         f.deltaY = e.deltaY;
         break;
     case Kind::wheel: {
-        const CGFloat unit = e.precise ? 1 : pointsALine;
+        const CGFloat unit = e.precise ? 1 : NSEvent::pointsPerWheelLine_;
         f.type = NSScrollWheel;
         f.deltaX = e.deltaX * unit;
         f.deltaY = e.deltaY * unit;
@@ -232,9 +230,9 @@ void NSApplication::Native::enqueueKey(const Event& e) {
 // Out of the queue.
 
 Ref<NSEvent> NSApplication::throughMonitors(Ref<NSEvent> e) {
-    if (monitors_list_.empty()) return e;
+    if (monitorList_.empty()) return e;
     // One that is added meanwhile does not see this event, one that is removed does not see it any more.
-    const std::vector<Ref<NSObject>> monitors = monitors_list_;
+    const std::vector<Ref<NSObject>> monitors = monitorList_;
     for (const auto& o : monitors) {
         auto* m = static_cast<EventMonitor*>(o.get());
         if (m->removed || !(m->mask & NSEventMaskFromType(e->type()))) continue;
@@ -281,6 +279,12 @@ Ref<NSEvent> NSApplication::nextEventMatchingMask_untilDate_inMode_dequeue(NSEve
     }
 }
 
+Ref<NSEvent> NSApplication::nextDragOrRelease_() {
+    return nextEventMatchingMask_untilDate_inMode_dequeue(NSLeftMouseDraggedMask | NSLeftMouseUpMask,
+                                                          std::numeric_limits<NSTimeInterval>::infinity(),
+                                                          NSEventTrackingRunLoopMode, YES);
+}
+
 void NSApplication::postEvent_atStart(NSEvent* e, BOOL atStart) {
     if (!e) return;
     if (atStart)
@@ -306,6 +310,23 @@ void NSApplication::discardEventsMatchingMask_beforeEvent(NSEventMask mask, NSEv
     queue_ = std::move(left);
 }
 
+bool NSApplication::refuse(NSEvent* e, NSWindow* w, NSWindow* blocker) {
+    const NSEventType t = e->type();
+    if (!e->isMouseEvent() && !e->isKeyEvent() && t != NSScrollWheel && t != NSTextInput && t != NSFlagsChanged)
+        return false;
+    if (t == NSLeftMouseDown || t == NSRightMouseDown || t == NSOtherMouseDown || t == NSKeyDown)
+        native_->server.beep();
+    if (t != NSLeftMouseDown) return true;
+    if (w->sheetInFront_() == blocker) {
+        // The window comes forward, its sheet on top of it with the keys.
+        w->orderFront(nullptr);
+        blocker->makeKeyWindow();
+        w->makeMainWindow();
+    } else
+        blocker->orderFront(nullptr);
+    return true;
+}
+
 void NSApplication::sendEvent(NSEvent* e) {
     if (!e) return;
     const Ref<NSApplication> self(this);
@@ -322,15 +343,8 @@ void NSApplication::sendEvent(NSEvent* e) {
     default:
         break;
     }
-    if (w && isBlockedByModal(w)) {
-        const NSEventType t = e->type();
-        if (t == NSLeftMouseDown || t == NSRightMouseDown || t == NSOtherMouseDown || t == NSKeyDown)
-            native_->server.beep();
-        if (e->isMouseEvent() || e->isKeyEvent() || t == NSScrollWheel || t == NSTextInput || t == NSFlagsChanged) {
-            if (const Ref<NSWindow> modal = modalWindow(); modal && t == NSLeftMouseDown) modal->orderFront(nullptr);
-            return;
-        }
-    }
+    if (const Ref<NSWindow> blocker = blockerOf(w))
+        if (refuse(e, w, blocker)) return;
     if (e->type() == NSKeyDown && e->charactersIgnoringModifiers() && e->charactersIgnoringModifiers()->length() > 0) {
         const unichar c = e->charactersIgnoringModifiers()->characterAtIndex(0);
         const bool functionKey = c >= NSF1FunctionKey && c < NSInsertFunctionKey;
@@ -378,7 +392,7 @@ void NSApplication::handleNative(NSEvent* event) {
     if (!w) return;
     switch (e.kind) {
     case Kind::closeRequest:
-        if (isBlockedByModal(w))
+        if (blockerOf(w))
             native_->server.beep();
         else
             w->nativeCloseRequest_();

@@ -42,9 +42,10 @@ void NSApplication::focusChanged(NSWindow* w, BOOL gained) {
         if (!answered) return;
         native_->requested = nullptr;
     }
-    if (isBlockedByModal(w)) {
+    if (const Ref<NSWindow> blocker = blockerOf(w)) {
         setActive(YES);
-        if (const Ref<NSWindow> modal = modalWindow()) modal->makeKeyAndOrderFront(nullptr);
+        blocker->makeKeyAndOrderFront(nullptr);
+        if (w->sheetInFront_() == blocker && w->canBecomeMainWindow()) setMainWindow_(w);
         return;
     }
     if (!w->canBecomeKeyWindow()) {

@@ -21,7 +21,55 @@ NSPoint onScreen(NSPoint location, NSInteger windowNumber) {
     return w ? w->convertBaseToScreen(location) : location;
 }
 
-NSInteger buttonOf(NSEventType type) {
+NSEvent::Fields commonFields(NSEventType type, NSPoint location, NSUInteger flags, NSTimeInterval time,
+                             NSInteger windowNumber) {
+    NSEvent::Fields f;
+    f.type = type;
+    f.location = location;
+    f.screenLocation = onScreen(location, windowNumber);
+    f.modifierFlags = flags;
+    f.timestamp = time;
+    f.windowNumber = windowNumber;
+    return f;
+}
+
+} // namespace
+
+Ref<NSEvent>
+NSEvent::mouseEventWithType_location_modifierFlags_timestamp_windowNumber_context_eventNumber_clickCount_pressure(
+    NSEventType type, NSPoint location, NSUInteger flags, NSTimeInterval time, NSInteger windowNumber,
+    NSGraphicsContext*, NSInteger eventNumber, NSInteger clickCount, float pressure) {
+    Fields f = commonFields(type, location, flags, time, windowNumber);
+    f.eventNumber = eventNumber;
+    f.clickCount = clickCount;
+    f.pressure = pressure;
+    f.buttonNumber = buttonOfType_(type);
+    return make<NSEvent>(std::move(f));
+}
+
+Ref<NSEvent> NSEvent::
+    keyEventWithType_location_modifierFlags_timestamp_windowNumber_context_characters_charactersIgnoringModifiers_isARepeat_keyCode(
+        NSEventType type, NSPoint location, NSUInteger flags, NSTimeInterval time, NSInteger windowNumber,
+        NSGraphicsContext*, NSString* characters, NSString* ignoringModifiers, BOOL repeat, unsigned short keyCode) {
+    Fields f = commonFields(type, location, flags, time, windowNumber);
+    f.characters = characters;
+    f.charactersIgnoringModifiers = ignoringModifiers;
+    f.isARepeat = repeat;
+    f.keyCode = keyCode;
+    return make<NSEvent>(std::move(f));
+}
+
+Ref<NSEvent> NSEvent::otherEventWithType_location_modifierFlags_timestamp_windowNumber_context_subtype_data1_data2(
+    NSEventType type, NSPoint location, NSUInteger flags, NSTimeInterval time, NSInteger windowNumber,
+    NSGraphicsContext*, short subtype, NSInteger data1, NSInteger data2) {
+    Fields f = commonFields(type, location, flags, time, windowNumber);
+    f.subtype = subtype;
+    f.data1 = data1;
+    f.data2 = data2;
+    return make<NSEvent>(std::move(f));
+}
+
+NSInteger NSEvent::buttonOfType_(NSEventType type) noexcept {
     switch (type) {
     case NSRightMouseDown:
     case NSRightMouseUp:
@@ -34,60 +82,6 @@ NSInteger buttonOf(NSEventType type) {
     default:
         return 0;
     }
-}
-
-} // namespace
-
-Ref<NSEvent>
-NSEvent::mouseEventWithType_location_modifierFlags_timestamp_windowNumber_context_eventNumber_clickCount_pressure(
-    NSEventType type, NSPoint location, NSUInteger flags, NSTimeInterval time, NSInteger windowNumber,
-    NSGraphicsContext*, NSInteger eventNumber, NSInteger clickCount, float pressure) {
-    Fields f;
-    f.type = type;
-    f.location = location;
-    f.screenLocation = onScreen(location, windowNumber);
-    f.modifierFlags = flags;
-    f.timestamp = time;
-    f.windowNumber = windowNumber;
-    f.eventNumber = eventNumber;
-    f.clickCount = clickCount;
-    f.pressure = pressure;
-    f.buttonNumber = buttonOf(type);
-    return make<NSEvent>(std::move(f));
-}
-
-Ref<NSEvent> NSEvent::
-    keyEventWithType_location_modifierFlags_timestamp_windowNumber_context_characters_charactersIgnoringModifiers_isARepeat_keyCode(
-        NSEventType type, NSPoint location, NSUInteger flags, NSTimeInterval time, NSInteger windowNumber,
-        NSGraphicsContext*, NSString* characters, NSString* ignoringModifiers, BOOL repeat, unsigned short keyCode) {
-    Fields f;
-    f.type = type;
-    f.location = location;
-    f.screenLocation = onScreen(location, windowNumber);
-    f.modifierFlags = flags;
-    f.timestamp = time;
-    f.windowNumber = windowNumber;
-    f.characters = characters;
-    f.charactersIgnoringModifiers = ignoringModifiers;
-    f.isARepeat = repeat;
-    f.keyCode = keyCode;
-    return make<NSEvent>(std::move(f));
-}
-
-Ref<NSEvent> NSEvent::otherEventWithType_location_modifierFlags_timestamp_windowNumber_context_subtype_data1_data2(
-    NSEventType type, NSPoint location, NSUInteger flags, NSTimeInterval time, NSInteger windowNumber,
-    NSGraphicsContext*, short subtype, NSInteger data1, NSInteger data2) {
-    Fields f;
-    f.type = type;
-    f.location = location;
-    f.screenLocation = onScreen(location, windowNumber);
-    f.modifierFlags = flags;
-    f.timestamp = time;
-    f.windowNumber = windowNumber;
-    f.subtype = subtype;
-    f.data1 = data1;
-    f.data2 = data2;
-    return make<NSEvent>(std::move(f));
 }
 
 NSWindow* NSEvent::window() const { return NSWindow::windowWithNumber(f_.windowNumber); }

@@ -119,6 +119,9 @@ public:
     explicit NSEvent(Fields fields);
     ~NSEvent() override;
 
+    // Events made by hand. `location` in the base coordinates of the window of that number, or the screen's for 0; the
+    // time in seconds as the application's clock counts them. The context is not looked at.
+
     [[nodiscard]] static Ref<NSEvent>
     mouseEventWithType_location_modifierFlags_timestamp_windowNumber_context_eventNumber_clickCount_pressure(
         NSEventType type, NSPoint location, NSUInteger flags, NSTimeInterval time, NSInteger windowNumber,
@@ -134,40 +137,57 @@ public:
         NSGraphicsContext* context, short subtype, NSInteger data1, NSInteger data2);
 
     [[nodiscard]] NSEventType type() const noexcept { return f_.type; }
+    /// Of NSAppKitDefined and of events made by hand; what the two numbers mean is between those that post it.
     [[nodiscard]] short subtype() const noexcept { return f_.subtype; }
     [[nodiscard]] NSInteger data1() const noexcept { return f_.data1; }
     [[nodiscard]] NSInteger data2() const noexcept { return f_.data2; }
     /// Null once the window is gone.
     [[nodiscard]] NSWindow* window() const;
+    /// 0 where it has no window.
     [[nodiscard]] NSInteger windowNumber() const noexcept { return f_.windowNumber; }
     [[nodiscard]] NSPoint locationInWindow() const noexcept { return f_.location; }
+    /// NSEventModifierFlags.
     [[nodiscard]] NSUInteger modifierFlags() const noexcept { return f_.modifierFlags; }
+    /// Seconds, monotonic.
     [[nodiscard]] NSTimeInterval timestamp() const noexcept { return f_.timestamp; }
     [[nodiscard]] NSGraphicsContext* context() const noexcept { return nullptr; }
+    /// The same for a press, its drags and its release.
     [[nodiscard]] NSInteger eventNumber() const noexcept { return f_.eventNumber; }
     [[nodiscard]] NSInteger clickCount() const noexcept { return f_.clickCount; }
+    /// 0 left, 1 right, 2 and on for the others.
     [[nodiscard]] NSInteger buttonNumber() const noexcept { return f_.buttonNumber; }
     [[nodiscard]] float pressure() const noexcept { return f_.pressure; }
+    /// What the key types; null for events that are no keys.
     [[nodiscard]] NSString* characters() const noexcept { return f_.characters; }
     [[nodiscard]] NSString* charactersIgnoringModifiers() const noexcept { return f_.charactersIgnoringModifiers; }
     [[nodiscard]] BOOL isARepeat() const noexcept { return f_.isARepeat; }
     [[nodiscard]] unsigned short keyCode() const noexcept { return f_.keyCode; }
+    /// Points, of moves and of the wheel; positive to the right and, for the wheel, towards what is above.
     [[nodiscard]] CGFloat deltaX() const noexcept { return f_.deltaX; }
     [[nodiscard]] CGFloat deltaY() const noexcept { return f_.deltaY; }
     /// Points where the device is precise, else lines turned into points.
     [[nodiscard]] CGFloat scrollingDeltaX() const noexcept { return f_.deltaX; }
     [[nodiscard]] CGFloat scrollingDeltaY() const noexcept { return f_.deltaY; }
     [[nodiscard]] BOOL hasPreciseScrollingDeltas() const noexcept { return f_.hasPreciseScrollingDeltas; }
+    /// Of a gesture on a wheel: 0 none, 1 began, 2 changed, 3 ended; momentumPhase is 1 while it runs on by itself.
     [[nodiscard]] NSUInteger phase() const noexcept { return f_.phase; }
     [[nodiscard]] NSUInteger momentumPhase() const noexcept { return f_.momentumPhase; }
+    /// The area that was entered or left; null for other events, or once it is gone.
     [[nodiscard]] NSTrackingArea* trackingArea() const noexcept { return f_.trackingArea; }
     [[nodiscard]] const Fields& fields() const noexcept { return f_; }
     [[nodiscard]] BOOL isMouseEvent() const noexcept;
     [[nodiscard]] BOOL isKeyEvent() const noexcept { return f_.type == NSKeyDown || f_.type == NSKeyUp; }
 
+    /// The button that an event of that type is about: 0 left, 1 right, 2 any other; 0 for types without one.
+    [[nodiscard]] static NSInteger buttonOfType_(NSEventType type) noexcept;
+    /// Points that an event tells for a line of a wheel without fine steps.
+    static constexpr CGFloat pointsPerWheelLine_ = 16;
+
     /// Screen coordinates.
     [[nodiscard]] static NSPoint mouseLocation();
+    /// The buttons that are down now, a bit each: 1 left, 2 right, 4 and on the others.
     [[nodiscard]] static NSUInteger pressedMouseButtons();
+    /// Seconds.
     [[nodiscard]] static NSTimeInterval doubleClickInterval();
     /// The modifiers now.
     [[nodiscard]] static NSUInteger currentModifierFlags();

@@ -197,11 +197,15 @@ public:
     /// The shape filled into the ring's mask; the default is a rounded rectangle round focusRingMaskBounds.
     [[nodiscard]] virtual CGFloat focusRingRadius() const { return 3; }
 
+    /// Override point, sent when the pointer is over the view and its rectangles may be out of date: adds them anew.
     virtual void resetCursorRects();
     void addCursorRect_cursor(const NSRect& r, NSCursor* cursor);
     void discardCursorRects();
+    /// Kept until removeTrackingArea:.
     void addTrackingArea(NSTrackingArea* area);
     void removeTrackingArea(NSTrackingArea* area);
+    /// For overrides that keep areas by the view's geometry. The window sends it before it tells the areas of the
+    /// pointer, to the views under it that stand, or show, elsewhere than at the last time.
     virtual void updateTrackingAreas();
     [[nodiscard]] Ref<NSArray> trackingAreas() const;
     NSTrackingRectTag addTrackingRect_owner_userData_assumeInside(const NSRect& r, NSObject* owner, void* data,

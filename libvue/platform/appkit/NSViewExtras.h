@@ -60,7 +60,13 @@ struct NSView::Extras {
     Weak<NSView> nextKeyView;
     Weak<NSView> previousKeyView;
     CGFloat alpha = 1;
-    bool cursorRectsValid = false;
+    /// Where the view stood when its tracking areas were brought up to date last: in which window, and there in base
+    /// coordinates.
+    struct Placed {
+        NSInteger window = 0;
+        NSRect bounds, inBase, visibleInBase;
+        friend bool operator==(const Placed&, const Placed&) = default;
+    } trackedAt;
 };
 
 } // namespace libvue

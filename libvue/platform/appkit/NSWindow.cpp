@@ -170,6 +170,7 @@ void NSWindow::setStyleMask(NSUInteger mask) {
     frame_ = frameRectForContentRect(content);
     updateNativeSpec();
     if (visible_) noteInsets();
+    placeSheet();
     root_->setNeedsDisplay(YES);
 }
 
@@ -203,8 +204,8 @@ backend::WindowSpec specOf(NSWindow& w, int kind, bool acceptsFocus) {
     backend::WindowSpec s;
     const NSUInteger style = w.styleMask();
     s.content = w.contentRectForFrameRect(w.frame());
-    s.kind = static_cast<backend::WindowKind>(kind);
-    s.titled = style & NSTitledWindowMask;
+    s.kind = w.isSheet() ? backend::WindowKind::dialog : static_cast<backend::WindowKind>(kind);
+    s.titled = style & NSTitledWindowMask && !w.isSheet();
     s.closable = style & NSClosableWindowMask;
     s.miniaturizable = style & NSMiniaturizableWindowMask;
     s.resizable = style & NSResizableWindowMask;

@@ -7,6 +7,7 @@
 #include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/appkit/NSText.h>
 #include <libvue/platform/appkit/NSWindowPrivate.h>
+#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/platform/graphics/NSBitmapImageRep.h>
@@ -28,18 +29,6 @@ NSRect toPixels(const NSRect& r, CGFloat scale, const NSRect& bounds) {
     const CGFloat right = std::ceil(NSMaxX(r) * scale) / scale, top = std::ceil(NSMaxY(r) * scale) / scale;
     return NSIntersectionRect({{left, bottom}, {right - left, top - bottom}}, bounds);
 }
-
-class Flag {
-public:
-    explicit Flag(NSWindow* w, void (*end)(NSWindow*)) : window_(w), end_(end) {}
-    ~Flag() { end_(window_); }
-    Flag(const Flag&) = delete;
-    Flag& operator=(const Flag&) = delete;
-
-private:
-    NSWindow* window_;
-    void (*end_)(NSWindow*);
-};
 
 } // namespace
 
@@ -69,7 +58,7 @@ void NSWindow::displayIfNeeded() {
     ++passes_;
     {
         displaying_ = true;
-        const Flag ends(this, [](NSWindow* w) { w->displaying_ = false; });
+        const ScopeExit ends([this] { displaying_ = false; });
         for (int round = 0; round < mostRounds && (viewsNeedDisplay_ || displayState().whole); ++round) {
             viewsNeedDisplay_ = false;
             const auto surface = server.surface(native_);

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <limits>
 
 #include <libvue/platform/appkit/NSApplicationNative.h>
@@ -15,20 +14,8 @@ NSWindow::Tracking& NSWindow::tracking() {
 
 namespace {
 
-std::size_t pressOf(const NSEvent& e) {
-    switch (e.type()) {
-    case NSRightMouseDown:
-    case NSRightMouseUp:
-    case NSRightMouseDragged:
-        return 1;
-    case NSOtherMouseDown:
-    case NSOtherMouseUp:
-    case NSOtherMouseDragged:
-        return 2;
-    default:
-        return 0;
-    }
-}
+/// Which of the presses that a window follows: left, right, others.
+std::size_t pressOf(const NSEvent& e) { return static_cast<std::size_t>(NSEvent::buttonOfType_(e.type())); }
 
 } // namespace
 
@@ -64,6 +51,8 @@ void NSWindow::sendEvent(NSEvent* e) {
     case NSScrollWheel:
         hideToolTip();
         if (const Ref<NSView> hit = root_->hitTest(e->locationInWindow())) hit->scrollWheel(e);
+        // What scrolled stands under the pointer now.
+        updateMouseTracking_(e);
         break;
     case NSKeyDown:
         hideToolTip();
@@ -82,6 +71,8 @@ void NSWindow::sendEvent(NSEvent* e) {
         break;
     }
 }
+
+void NSWindow::update() { postDelegateNotification(NSWindowDidUpdateNotification, op::windowDidUpdate); }
 
 // The mouse.
 
@@ -115,7 +106,7 @@ void NSWindow::sendMouseDown(NSEvent* e) {
     }
     t.pressed[button] = hit;
     if (button == 0) {
-        t.dragging = movable_ && movableByBackground_ && hit->mouseDownCanMoveWindow();
+        t.dragging = movable_ && movableByBackground_ && !sheetParent_ && hit->mouseDownCanMoveWindow();
         t.dragPoint = e->fields().screenLocation;
         t.dragged = false;
     }
@@ -176,7 +167,7 @@ void NSWindow::followDrag(NSEvent* e) {
     if (!visible_ || !native_) return;
     Tracking& t = tracking();
     auto& server = *backend::Backend::current().windows;
-    if (style_ & NSTitledWindowMask && server.hasDisplay()) {
+    if (isTitled() && server.hasDisplay()) {
         // The window manager moves it from here on, and keeps the rest of the press to itself.
         t.dragging = false;
         t.pressed[0] = nullptr;

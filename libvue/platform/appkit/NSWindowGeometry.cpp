@@ -38,12 +38,12 @@ bool isFinite(const NSRect& r) {
 } // namespace
 
 NSRect NSWindow::frameRectForContentRect(const NSRect& content) const {
-    if (!(style_ & NSTitledWindowMask)) return content;
+    if (!isTitled()) return content;
     return grown(content, insets_ == noInsets ? titledInsets : insets_);
 }
 
 NSRect NSWindow::contentRectForFrameRect(const NSRect& frame) const {
-    if (!(style_ & NSTitledWindowMask)) return frame;
+    if (!isTitled()) return frame;
     return shrunk(frame, insets_ == noInsets ? titledInsets : insets_);
 }
 
@@ -59,6 +59,10 @@ void NSWindow::applyFrame(const NSRect& frame, BOOL tellServer) {
     // Children keep their place from the corner at which a window hangs.
     const NSPoint delta{frame.origin.x - old.origin.x, NSMaxY(frame) - NSMaxY(old)};
     if (delta != NSPoint{0, 0}) moveChildren(delta);
+    if (frame.size != old.size) {
+        placeSheet();
+        if (const Ref<NSWindow> owner = sheetParent_.ref()) owner->placeSheet();
+    }
     if (frame.size != old.size) postDelegateNotification(NSWindowDidResizeNotification, op::windowDidResize);
     if (frame.origin != old.origin) postDelegateNotification(NSWindowDidMoveNotification, op::windowDidMove);
     noteScreen();
@@ -143,7 +147,7 @@ NSPoint NSWindow::mouseLocationOutsideOfEventStream() const { return convertScre
 // What the desktop does.
 
 void NSWindow::noteInsets() {
-    if (!native_ || !(style_ & NSTitledWindowMask)) return;
+    if (!native_ || !isTitled()) return;
     const NSEdgeInsets told = server().frameInsets(native_);
     if (told == insets_ || told == noInsets) return;
     // The content is where it was, so this is no move and no resize.
@@ -168,6 +172,8 @@ void NSWindow::nativeMoved_(const NSRect& content) {
             }
         }
     applyFrame(frame, NO);
+    // A sheet goes nowhere without its window.
+    if (const Ref<NSWindow> owner = sheetParent_.ref()) owner->placeSheet();
 }
 
 void NSWindow::nativeScaleChanged_() {

@@ -2,6 +2,7 @@
 
 #include <libvue/platform/appkit/NSApplicationNative.h>
 #include <libvue/platform/appkit/NSWindowPrivate.h>
+#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSArray.h>
 
@@ -112,15 +113,19 @@ BOOL NSWindow::isMainWindow() const noexcept {
     return app && app->mainWindow() == this;
 }
 
-BOOL NSWindow::canBecomeKeyWindow() const { return (style_ & (NSTitledWindowMask | NSResizableWindowMask)) != 0; }
-BOOL NSWindow::canBecomeMainWindow() const { return visible_ && (style_ & NSTitledWindowMask); }
+BOOL NSWindow::canBecomeKeyWindow() const {
+    return sheetParent_ || (style_ & (NSTitledWindowMask | NSResizableWindowMask)) != 0;
+}
+BOOL NSWindow::canBecomeMainWindow() const { return visible_ && isTitled(); }
 
 void NSWindow::makeKeyWindow() {
     if (!visible_ || !canBecomeKeyWindow()) return;
     const Ref<NSWindow> self(this);
     NSApplication* app = NSApp();
-    if (app->isBlockedByModal(this)) return;
-    if (!isKeyWindow()) {
+    if (const Ref<NSWindow> blocker = app->blockerOf(this)) {
+        if (blocker.get() != sheetInFront_()) return;
+        blocker->makeKeyWindow();
+    } else if (!isKeyWindow()) {
         if (native_ && !acceptsNativeFocus_()) server().setAcceptsFocus(native_, true);
         app->focusRequested(this);
         if (!app->active_) {
@@ -171,7 +176,7 @@ void NSWindow::passKeyStatusOn() {
     candidates.insert(candidates.end(), app->ordered_.begin(), app->ordered_.end());
     const auto firstOf = [&](const auto& fits) -> NSWindow* {
         for (const auto& w : candidates)
-            if (w->visible_ && !app->isBlockedByModal(w) && fits(*w)) return w;
+            if (w->visible_ && !app->blockerOf(w) && fits(*w)) return w;
         return nullptr;
     };
     if (main) app->setMainWindow_(firstOf([](const NSWindow& w) { return w.canBecomeMainWindow(); }));
@@ -190,6 +195,10 @@ void NSWindow::passKeyStatusOn() {
 
 void NSWindow::performClose(NSObject*) {
     const Ref<NSWindow> self(this);
+    if (sheetInFront_()) {
+        server().beep();
+        return;
+    }
     const bool wasThere = visible_ || miniaturized_;
     if (const auto asks = op::windowShouldClose.of(delegate_)) {
         if (!asks(this)) return;
@@ -206,11 +215,13 @@ void NSWindow::close() {
     if (closing_) return;
     const Ref<NSWindow> self(this);
     closing_ = true;
+    const ScopeExit ended([this] { closing_ = false; });
     postDelegateNotification(NSWindowWillCloseNotification, op::windowWillClose);
+    endSheets();
+    if (const Ref<NSWindow> owner = sheetParent_.ref()) owner->endSheet_returnCode(this, NSRunAbortedResponse);
     if (visible_ || miniaturized_) orderWindow_relativeTo(NSWindowOut, 0);
     detachFromParent();
     savePendingFrame();
-    closing_ = false;
     self_ = nullptr;
     NSApp()->windowClosed(this);
 }

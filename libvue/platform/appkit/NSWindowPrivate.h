@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -13,6 +14,13 @@
 
 namespace libvue {
 
+/// A tracking area that the pointer is in.
+struct NSWindow::Inside {
+    Ref<NSTrackingArea> area;
+    Weak<NSView> view;
+    bool replaced = false; ///< by the view, as it brought its areas up to date
+};
+
 /// Where the pointer is in a window, and what it holds.
 struct NSWindow::Tracking {
     /// The view that got the press of each button: left, right, others.
@@ -22,10 +30,6 @@ struct NSWindow::Tracking {
     NSPoint dragPoint;
     bool dragged = false; ///< and has moved with it
 
-    struct Inside {
-        Ref<NSTrackingArea> area;
-        Weak<NSView> view;
-    };
     std::vector<Inside> inside;
 
     /// The view whose cursor rectangles, and whose ancestors', are up to date.
@@ -39,6 +43,19 @@ struct NSWindow::Tracking {
     Ref<NSTimer> tipTimer;
     Ref<NSTimer> saveTimer; ///< runs while a frame waits to be saved
     Ref<ToolTipWindow> tip;
+};
+
+/// The sheets of a window: the one that is up in front, then those that wait.
+struct NSWindow::Sheets {
+    struct Session {
+        Ref<NSWindow> sheet;
+        SheetHandler ended;
+    };
+    std::vector<Session> sessions;
+
+    [[nodiscard]] std::vector<Session>::iterator find(const NSWindow* sheet) {
+        return std::find_if(sessions.begin(), sessions.end(), [&](const Session& s) { return s.sheet == sheet; });
+    }
 };
 
 /// What a window shows and has still to show.

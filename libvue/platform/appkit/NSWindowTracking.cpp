@@ -56,39 +56,58 @@ void tell(NSTrackingArea& area, const Operation<void(NSEvent*)>& operation, NSEv
 
 } // namespace
 
+std::vector<NSWindow::Inside> NSWindow::areasAt(NSPoint p) {
+    std::vector<Inside> found;
+    const auto gather = [&](const auto& down, NSView* view, NSPoint inSuper, const NSRect& seenInBase) -> void {
+        if (view->isHidden() || !NSPointInRect(inSuper, view->frame())) return;
+        const Ref<NSView> v(view);
+        const NSRect inBase = v->convertRect_toView(v->bounds(), nullptr);
+        const NSRect seen = NSIntersectionRect(seenInBase, inBase);
+        NSView::Extras& extras = v->extras();
+        const NSView::Extras::Placed place{number_, v->bounds(), inBase, seen};
+        if (std::exchange(extras.trackedAt, place) != place) v->updateTrackingAreas();
+        // What was asked may have taken the view away.
+        if (v->window() != this) return;
+        const NSPoint own = v->convertPoint_fromView(p, nullptr);
+        for (const auto& o : extras.trackingAreas) {
+            auto* area = static_cast<NSTrackingArea*>(o.get());
+            if (contains(*area, *v, own) && isActive(*area, *v)) found.push_back({Ref<NSTrackingArea>(area), v});
+        }
+        for (std::size_t i = 0; i < v->subviews().size(); ++i)
+            down(down, v->subviews()[i], own, seen);
+    };
+    gather(gather, root_, p, root_->bounds());
+    return found;
+}
+
 void NSWindow::updateMouseTracking_(NSEvent* e) {
     const Ref<NSWindow> self(this);
     Tracking& t = tracking();
     const NSPoint p = e->locationInWindow();
     const bool outside = e->type() == NSMouseExited || !visible_;
 
-    // The areas under the pointer: those of the views on the way down to it.
-    std::vector<Tracking::Inside> now;
-    const auto gather = [&](const auto& down, NSView* v, NSPoint inSuper) -> void {
-        if (v->isHidden() || !NSPointInRect(inSuper, v->frame())) return;
-        const NSPoint own = v->convertPoint_fromView(p, nullptr);
-        if (const NSView::Extras* extras = v->extrasIfAny_())
-            for (const auto& o : extras->trackingAreas) {
-                auto* area = static_cast<NSTrackingArea*>(o.get());
-                if (contains(*area, *v, own) && isActive(*area, *v)) now.push_back({area, v});
-            }
-        for (std::size_t i = 0; i < v->subviews().size(); ++i)
-            down(down, v->subviews()[i], own);
+    std::vector<Inside> before = t.inside;
+    std::erase_if(before, [](const Inside& i) { return !installed(i.area, i.view); });
+    const std::vector<Inside> now = outside ? std::vector<Inside>() : areasAt(p);
+    t.inside = now;
+    // An area that its view replaced just now lives on in the one that it put there instead.
+    for (Inside& i : before)
+        i.replaced = !installed(i.area, i.view);
+    const auto goesOn = [](const Inside& was, const Inside& is) {
+        return was.area == is.area ||
+               (was.replaced && was.view.get() == is.view.get() && was.area->owner() == is.area->owner() &&
+                was.area->options() == is.area->options());
     };
-    if (!outside) gather(gather, root_, p);
-
-    const auto isIn = [](const std::vector<Tracking::Inside>& list, const Tracking::Inside& one) {
-        return std::any_of(list.begin(), list.end(), [&](const auto& i) { return i.area == one.area; });
-    };
-    const std::vector<Tracking::Inside> before = std::exchange(t.inside, now);
-    for (const auto& i : before)
-        if (!isIn(now, i) && installed(i.area, i.view) && i.area->options() & NSTrackingMouseEnteredAndExited)
+    for (const Inside& i : before) {
+        if (std::any_of(now.begin(), now.end(), [&](const Inside& n) { return goesOn(i, n); })) continue;
+        if ((i.replaced || installed(i.area, i.view)) && i.area->options() & NSTrackingMouseEnteredAndExited)
             tell(*i.area, told::mouseExited, trackingEvent(NSMouseExited, *e, i.area));
+    }
     bool cursorTold = false;
     for (const auto& i : now) {
         if (!installed(i.area, i.view)) continue;
         const NSUInteger options = i.area->options();
-        if (!isIn(before, i)) {
+        if (std::none_of(before.begin(), before.end(), [&](const Inside& was) { return goesOn(was, i); })) {
             if (options & NSTrackingMouseEnteredAndExited)
                 tell(*i.area, told::mouseEntered, trackingEvent(NSMouseEntered, *e, i.area));
             if (options & NSTrackingCursorUpdate)
