@@ -29,11 +29,25 @@ NSBezierPath::State& NSBezierPath::State::defaults() {
 }
 
 void NSBezierPath::State::findStart() {
-    std::size_t at = 0;
-    for (PathVerb verb : path.verbs) {
-        if (verb == PathVerb::move) start = path.points[at];
-        at += static_cast<std::size_t>(outline::pointsOf(verb));
+    // The last move, from the end: subpaths are appended one by one.
+    std::size_t at = path.points.size();
+    for (std::size_t i = path.verbs.size(); i-- > 0;) {
+        at -= static_cast<std::size_t>(outline::pointsOf(path.verbs[i]));
+        if (path.verbs[i] != PathVerb::move) continue;
+        start = path.points[at];
+        return;
     }
+}
+
+NSBezierPath::State::Place NSBezierPath::State::placeOf(NSInteger index) const {
+    if (index < 0 || index >= static_cast<NSInteger>(path.verbs.size()))
+        raiseNamed(NSRangeException, "no path element of that index");
+    Place place;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(index); ++i) {
+        if (path.verbs[i] == PathVerb::move) place.start = path.points[place.point];
+        place.point += static_cast<std::size_t>(outline::pointsOf(path.verbs[i]));
+    }
+    return place;
 }
 
 void NSBezierPath::describe(ClassDescription<NSBezierPath>& c) {
@@ -198,26 +212,18 @@ NSInteger NSBezierPath::elementCount() const { return static_cast<NSInteger>(s_-
 
 NSBezierPathElement NSBezierPath::elementAtIndex_associatedPoints(NSInteger index, NSPoint* points) const {
     const backend::Path& p = s_->path;
-    if (index < 0 || index >= elementCount()) raiseNamed(NSRangeException, "no path element of that index");
+    const State::Place place = s_->placeOf(index);
     const PathVerb verb = p.verbs[static_cast<std::size_t>(index)];
-    if (points) {
-        std::size_t at = 0;
-        for (NSInteger i = 0; i < index; ++i)
-            at += static_cast<std::size_t>(outline::pointsOf(p.verbs[static_cast<std::size_t>(i)]));
-        if (verb == PathVerb::close)
-            points[0] = s_->start;
-        else
-            std::copy_n(p.points.begin() + static_cast<std::ptrdiff_t>(at), outline::pointsOf(verb), points);
-    }
+    if (points && verb == PathVerb::close)
+        points[0] = place.start;
+    else if (points)
+        std::copy_n(p.points.begin() + static_cast<std::ptrdiff_t>(place.point), outline::pointsOf(verb), points);
     return static_cast<NSBezierPathElement>(verb);
 }
 
 void NSBezierPath::setAssociatedPoints_atIndex(const NSPoint* points, NSInteger index) {
     backend::Path& p = s_->path;
-    if (index < 0 || index >= elementCount()) raiseNamed(NSRangeException, "no path element of that index");
-    std::size_t at = 0;
-    for (NSInteger i = 0; i < index; ++i)
-        at += static_cast<std::size_t>(outline::pointsOf(p.verbs[static_cast<std::size_t>(i)]));
+    const std::size_t at = s_->placeOf(index).point;
     const int n = outline::pointsOf(p.verbs[static_cast<std::size_t>(index)]);
     if (!points || !std::all_of(points, points + n, [](NSPoint q) { return isFinite(q); })) return;
     std::copy_n(points, n, p.points.begin() + static_cast<std::ptrdiff_t>(at));

@@ -88,7 +88,8 @@ public:
 
     [[nodiscard]] BOOL isEmpty() const;
     [[nodiscard]] NSInteger elementCount() const;
-    /// Up to three points go to `points`, which may be null. Out of range raises NSRangeException.
+    /// Up to three points go to `points`, which may be null; a closing gives the point where its subpath began. Out of
+    /// range raises NSRangeException. Each call walks there from the first element.
     NSBezierPathElement elementAtIndex_associatedPoints(NSInteger index, NSPoint* points) const;
     [[nodiscard]] NSBezierPathElement elementAtIndex(NSInteger index) const {
         return elementAtIndex_associatedPoints(index, nullptr);

@@ -6,6 +6,7 @@
 #include <libvue/platform/foundation/ConstantString.h>
 #include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSData.h>
+#include <libvue/platform/graphics/HeldEnum.h>
 #include <libvue/platform/graphics/NSBezierPathState.h>
 #include <libvue/platform/graphics/NSGraphicsContext.h>
 #include <libvue/platform/graphics/PathGeometry.h>
@@ -26,8 +27,6 @@ constexpr ConstantString ruleKey{u"NSWindingRule"};
 constexpr ConstantString dashKey{u"NSDash"};
 constexpr ConstantString phaseKey{u"NSDashPhase"};
 
-template <class E> E held(NSInteger v, NSInteger highest) { return static_cast<E>(v < 0 || v > highest ? 0 : v); }
-
 template <class T> std::vector<T> read(const NSData* data) {
     std::vector<T> out;
     if (!data || data->length() % sizeof(T) != 0 || data->length() == 0) return out;
@@ -44,7 +43,8 @@ void NSBezierPath::fillRect(const NSRect& rect) {
 
 void NSBezierPath::strokeRect(const NSRect& rect) {
     NSGraphicsContext* c = NSGraphicsContext::currentContext();
-    if (!c) return;
+    if (!c || !outline::isFinite(rect.origin) || !outline::isFinite({NSMaxX(rect), NSMaxY(rect)})) return;
+    // Kept for its memory.
     static backend::Path path;
     path.verbs.clear();
     path.points.clear();
@@ -123,10 +123,12 @@ NSBezierPath::NSBezierPath(NSCoder& coder) : NSBezierPath() {
     path.verbs = read<backend::PathVerb>(bytes(verbsKey));
     path.points = read<NSPoint>(bytes(pointsKey));
     setLineWidth(real(widthKey));
-    s_->stroke.cap = held<backend::LineCap>(whole(capKey), 2);
-    s_->stroke.join = held<backend::LineJoin>(whole(joinKey), 2);
+    using backend::LineCap;
+    using backend::LineJoin;
+    s_->stroke.cap = heldEnum(whole(capKey), LineCap::butt, LineCap::square, LineCap::butt);
+    s_->stroke.join = heldEnum(whole(joinKey), LineJoin::miter, LineJoin::bevel, LineJoin::miter);
     s_->stroke.miterLimit = real(miterKey);
-    s_->rule = held<NSWindingRule>(whole(ruleKey), 1);
+    s_->rule = heldEnum(whole(ruleKey), NSNonZeroWindingRule, NSEvenOddWindingRule, NSNonZeroWindingRule);
     const std::vector<double> dash = read<double>(bytes(dashKey));
     setLineDash_count_phase(dash.data(), static_cast<NSInteger>(dash.size()), real(phaseKey));
 

@@ -42,6 +42,12 @@ struct NSBezierPath::State {
     }
     /// To be called where the points were changed from outside.
     void findStart();
+    /// Where the points of an element lie, and where its subpath began. Raises NSRangeException out of range.
+    struct Place {
+        std::size_t point = 0;
+        NSPoint start;
+    };
+    [[nodiscard]] Place placeOf(NSInteger index) const;
 
     /// The look that new paths start with.
     [[nodiscard]] static State& defaults();

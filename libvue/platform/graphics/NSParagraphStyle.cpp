@@ -9,6 +9,7 @@
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSString.h>
+#include <libvue/platform/graphics/HeldEnum.h>
 
 namespace libvue {
 
@@ -36,8 +37,8 @@ constexpr ConstantString lengthKeys[] = {
     ConstantString{u"NSDefaultTabInterval"},
 };
 
-template <class E> E held(NSInteger v, NSInteger lowest, NSInteger highest, E otherwise) {
-    return v < lowest || v > highest ? otherwise : static_cast<E>(v);
+NSTextAlignment heldAlignment(NSInteger v, NSTextAlignment otherwise) {
+    return heldEnum(v, NSLeftTextAlignment, NSNaturalTextAlignment, otherwise);
 }
 
 template <class V> auto lengths(V& v) {
@@ -55,7 +56,7 @@ NSTextTab::NSTextTab(NSCoder& coder) {
     const bool keyed = coder.allowsKeyedCoding();
     location_ = keyed ? coder.decodeDoubleForKey(locationKey) : coder.decodeDouble();
     alignment_ =
-        held(keyed ? coder.decodeIntegerForKey(alignmentKey) : coder.decodeInteger(), 0, 4, NSLeftTextAlignment);
+        heldAlignment(keyed ? coder.decodeIntegerForKey(alignmentKey) : coder.decodeInteger(), NSLeftTextAlignment);
 }
 
 BOOL NSTextTab::isEqual(const NSObject* other) const {
@@ -147,9 +148,11 @@ NSParagraphStyle::NSParagraphStyle(NSCoder& coder) {
     const auto whole = [&](const ConstantString& key) {
         return keyed ? coder.decodeIntegerForKey(key) : coder.decodeInteger();
     };
-    v_.alignment = held(whole(alignmentKey), 0, 4, NSNaturalTextAlignment);
-    v_.lineBreakMode = held(whole(lineBreakKey), 0, 5, NSLineBreakByWordWrapping);
-    v_.baseWritingDirection = held(whole(directionKey), -1, 1, NSWritingDirectionNatural);
+    v_.alignment = heldAlignment(whole(alignmentKey), NSNaturalTextAlignment);
+    v_.lineBreakMode = heldEnum(whole(lineBreakKey), NSLineBreakByWordWrapping, NSLineBreakByTruncatingMiddle,
+                                NSLineBreakByWordWrapping);
+    v_.baseWritingDirection = heldEnum(whole(directionKey), NSWritingDirectionNatural, NSWritingDirectionRightToLeft,
+                                       NSWritingDirectionNatural);
     std::size_t i = 0;
     for (CGFloat* v : lengths(v_)) {
         const CGFloat read = keyed ? coder.decodeDoubleForKey(lengthKeys[i]) : coder.decodeDouble();

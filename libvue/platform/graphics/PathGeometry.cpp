@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <utility>
 
 namespace libvue::outline {
 
@@ -60,6 +61,20 @@ void takeExtremes(Extent& e, double p0, double p1, double p2, double p3) noexcep
     if (q != 0) at(c / q);
 }
 
+/// Calls `point(p)` for the end of each line that stands for the curve.
+template <class Point>
+void flattenCurve(NSPoint p0, NSPoint p1, NSPoint p2, NSPoint p3, double tolerance, const Point& point) {
+    const NSPoint d1 = p0 - p1 * 2 + p2;
+    const NSPoint d2 = p1 - p2 * 2 + p3;
+    const double bend = std::max(std::hypot(d1.x, d1.y), std::hypot(d2.x, d2.y));
+    const int n = std::clamp(static_cast<int>(std::ceil(std::sqrt(std::min(0.75 * bend / tolerance, 1e6)))), 1, 1000);
+    for (int i = 1; i < n; ++i) {
+        const double t = static_cast<double>(i) / n, u = 1 - t;
+        point(p0 * (u * u * u) + p1 * (3 * u * u * t) + p2 * (3 * u * t * t) + p3 * (t * t * t));
+    }
+    point(p3);
+}
+
 /// Calls `line(from, to)` for each side of the flattened outline, closing sides of open subpaths included.
 template <class Line> void walk(const Path& path, double tolerance, const Line& line) {
     NSPoint current, start;
@@ -74,22 +89,10 @@ template <class Line> void walk(const Path& path, double tolerance, const Line& 
             line(current, path.points[at]);
             current = path.points[at];
             break;
-        case PathVerb::curve: {
-            const NSPoint p0 = current, p1 = path.points[at], p2 = path.points[at + 1], p3 = path.points[at + 2];
-            const NSPoint d1 = p0 - p1 * 2 + p2;
-            const NSPoint d2 = p1 - p2 * 2 + p3;
-            const double bend = std::max(std::hypot(d1.x, d1.y), std::hypot(d2.x, d2.y));
-            const int n =
-                std::clamp(static_cast<int>(std::ceil(std::sqrt(std::min(0.75 * bend / tolerance, 1e6)))), 1, 1000);
-            for (int i = 1; i <= n; ++i) {
-                const double t = static_cast<double>(i) / n, u = 1 - t;
-                const NSPoint p =
-                    i == n ? p3 : p0 * (u * u * u) + p1 * (3 * u * u * t) + p2 * (3 * u * t * t) + p3 * (t * t * t);
-                line(current, p);
-                current = p;
-            }
+        case PathVerb::curve:
+            flattenCurve(current, path.points[at], path.points[at + 1], path.points[at + 2], tolerance,
+                         [&](NSPoint p) { line(std::exchange(current, p), p); });
             break;
-        }
         case PathVerb::close:
             if (!(current == start)) line(current, start);
             current = start;
@@ -251,17 +254,10 @@ Path flattened(const Path& path, double tolerance) {
     NSPoint current, start;
     for (PathVerb verb : path.verbs) {
         const auto n = static_cast<std::size_t>(pointsOf(verb));
-        if (verb == PathVerb::curve) {
-            Path one;
-            add(one, PathVerb::move, current);
-            addCurve(one, path.points[at], path.points[at + 1], path.points[at + 2]);
-            // The side that would close this piece comes last, and only where the curve is open.
-            std::vector<NSPoint> ends;
-            walk(one, tolerance, [&](NSPoint, NSPoint to) { ends.push_back(to); });
-            if (!(path.points[at + 2] == current)) ends.pop_back();
-            for (const NSPoint& p : ends)
-                add(out, PathVerb::line, p);
-        } else if (verb == PathVerb::close)
+        if (verb == PathVerb::curve)
+            flattenCurve(current, path.points[at], path.points[at + 1], path.points[at + 2], tolerance,
+                         [&](NSPoint p) { add(out, PathVerb::line, p); });
+        else if (verb == PathVerb::close)
             out.verbs.push_back(verb);
         else
             add(out, verb, path.points[at]);
