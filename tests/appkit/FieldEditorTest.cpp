@@ -237,8 +237,37 @@ TEST_F(FieldEditorTest, TheMouseSelects) {
     mouse().at(inside.x, inside.y).down().up().down().up().end();
     EXPECT_EQ(selection(), "4+4") << "a double click takes the word";
     pass(1);
+    const NSPoint last = {placeOf(8).x - 2, two.y};
+    mouse().at(last.x, last.y).down().up().down().up().end();
+    EXPECT_EQ(selection(), "4+4") << "also on the far half of its last letter";
+    pass(1);
     mouse().at(inside.x, inside.y).down().up().down().up().down().up().end();
     EXPECT_EQ(selection(), "0+14") << "a triple click takes all";
+}
+
+TEST_F(FieldEditorTest, EachMoveOfTheSelectionIsToldOnce) {
+    editor()->setString(u"mot deux"_ns);
+    editor()->setSelectedRange({0, 0});
+    class Oreille : public NSObject {
+    public:
+        static void describe(ClassDescription<Oreille>& c) { c.answers<&Oreille::hears>("hears:"); }
+        Log log;
+        void hears(NSNotification* n) {
+            const NSRange r = as<FieldEditor>(n->object())->selectedRange();
+            log.push_back(std::to_string(r.location) + "+" + std::to_string(r.length));
+        }
+    };
+    const auto oreille = make<Oreille>();
+    auto* centre = NSNotificationCenter::defaultCenter();
+    centre->addObserver_selector_name_object(oreille, sel("hears:"), NSTextViewDidChangeSelectionNotification,
+                                             editor());
+    key(NSRightArrowFunctionKey);
+    key(NSHomeFunctionKey);
+    key(NSHomeFunctionKey); // it is there already
+    key(NSRightArrowFunctionKey, NSShiftKeyMask);
+    type(u"x");
+    EXPECT_THAT(oreille->log, ElementsAre("1+0", "0+0", "0+1", "1+0"));
+    centre->removeObserver(oreille);
 }
 
 TEST_F(FieldEditorTest, TheClipboardGivesOneLine) {

@@ -141,6 +141,11 @@ void FieldEditor::selectionChanged() {
     if (isActive()) startBlinking();
     setNeedsDisplay(YES);
     if (isActive()) window()->setCaretRect_(editable_, convertRect_toView(caretRect(), nullptr));
+    if (caret_ == toldCaret_ && anchor_ == toldAnchor_) return;
+    toldCaret_ = caret_;
+    toldAnchor_ = anchor_;
+    const Ref<FieldEditor> self(this);
+    NSNotificationCenter::defaultCenter()->postNotificationName_object(NSTextViewDidChangeSelectionNotification, this);
 }
 
 NSFont* FieldEditor::font() const { return font_; }
@@ -216,6 +221,15 @@ NSUInteger FieldEditor::indexAt(NSPoint p) const {
     const NSUInteger i = layout().characterAtPoint({p.x - o.x, p.y - o.y}, &fraction);
     if (fraction > 0.5 && i < text_.size()) return layout().nextCaretPosition(i, true);
     return std::min<NSUInteger>(i, text_.size());
+}
+
+NSRange FieldEditor::wordAt(NSPoint p) const {
+    if (text_.empty()) return {0, 0};
+    const NSPoint o = textOrigin();
+    // The character under the pointer, also where the caret would go behind it: a word may end there.
+    const NSUInteger i = layout().characterAtPoint({p.x - o.x, p.y - o.y}, nullptr);
+    const auto a = NSAttributedString::initWithString(string());
+    return a->doubleClickAtIndex(std::min<NSUInteger>(i, text_.size() - 1));
 }
 
 void FieldEditor::keepCaretVisible() {

@@ -20,6 +20,9 @@ inline constexpr Operation<void(NSControl*, NSString*, NSString*)>
     control_didFailToValidatePartialString_errorDescription{"control:didFailToValidatePartialString:errorDescription:"};
 } // namespace op
 
+/// From an editor whose caret or selection moved, by the user or by a program; the editor is the object.
+inline constexpr ConstantString NSTextViewDidChangeSelectionNotification{u"NSTextViewDidChangeSelectionNotification"};
+
 /// The editor of one line that a window lends to the text field with the focus.
 class LIBVUE_API FieldEditor : public NSText {
 public:
@@ -111,7 +114,10 @@ private:
     [[nodiscard]] const backend::TextLayout& layout() const;
     void invalidateLayout();
     [[nodiscard]] NSPoint textOrigin() const;
+    /// Where the caret goes for a click at that point: before or behind the character there, whichever is nearer.
     [[nodiscard]] NSUInteger indexAt(NSPoint p) const;
+    /// The word, or what else a double click at that point selects.
+    [[nodiscard]] NSRange wordAt(NSPoint p) const;
     void keepCaretVisible();
     [[nodiscard]] bool isActive() const;
 
@@ -119,6 +125,7 @@ private:
     std::u16string preedit_;
     NSUInteger preeditCaret_ = 0;
     NSUInteger caret_ = 0, anchor_ = 0;
+    NSUInteger toldCaret_ = 0, toldAnchor_ = 0; ///< of the last notice
     CGFloat scroll_ = 0;
     Ref<NSFont> font_;
     Ref<NSColor> color_;

@@ -318,34 +318,29 @@ void FieldEditor::mouseDown(NSEvent* e) {
         preedit_.clear();
         invalidateLayout();
     }
-    const NSUInteger at = indexAt(convertPoint_fromView(e->locationInWindow(), nullptr));
-    const auto wordAt = [&](NSUInteger i) -> NSRange {
-        if (text_.empty()) return {0, 0};
-        const auto a = NSAttributedString::initWithString(string());
-        return a->doubleClickAtIndex(std::min<NSUInteger>(i, text_.size() - 1));
-    };
+    const NSPoint place = convertPoint_fromView(e->locationInWindow(), nullptr);
     const NSInteger clicks = e->clickCount();
     // What the first click chose stays chosen while the drag extends it by units of the same kind.
-    NSRange base{at, 0};
-    if (clicks == 2) base = wordAt(at);
+    NSRange base{indexAt(place), 0};
+    if (clicks == 2) base = wordAt(place);
     if (clicks >= 3) base = {0, text_.size()};
     if (e->modifierFlags() & NSShiftKeyMask) base = {anchor_, 0};
-    const auto extend = [&](NSUInteger i) {
-        NSRange reach{i, 0};
-        if (clicks == 2) reach = wordAt(i);
+    const auto extend = [&](NSPoint p) {
+        NSRange reach{indexAt(p), 0};
+        if (clicks == 2) reach = wordAt(p);
         if (clicks >= 3) reach = base;
         if (reach.location < base.location)
             select(NSMaxRange(base), reach.location);
         else
             select(base.location, std::max(NSMaxRange(base), NSMaxRange(reach)));
     };
-    extend(at);
+    extend(place);
     while (window()) {
         const Ref<NSEvent> next = NSApp()->nextEventMatchingMask_untilDate_inMode_dequeue(
             NSLeftMouseDraggedMask | NSLeftMouseUpMask, std::numeric_limits<double>::infinity(),
             NSEventTrackingRunLoopMode, YES);
         if (!next || next->type() == NSLeftMouseUp) break;
-        extend(indexAt(convertPoint_fromView(next->locationInWindow(), nullptr)));
+        extend(convertPoint_fromView(next->locationInWindow(), nullptr));
     }
 }
 
