@@ -40,10 +40,10 @@ TEST_F(CellTest, TheNaturalSizeHoldsTheText) {
     EXPECT_GT(wrapped.height, whole.height * 1.5);
     c->setWraps(NO);
     c->setBezeled(YES);
-    EXPECT_EQ(c->cellSize().height, theme::kRegularHeight);
+    EXPECT_EQ(c->cellSize().height, theme::controlHeight(NSRegularControlSize));
     EXPECT_GT(c->cellSize().width, whole.width);
     c->setControlSize(NSSmallControlSize);
-    EXPECT_LT(c->cellSize().height, theme::kRegularHeight);
+    EXPECT_LT(c->cellSize().height, theme::controlHeight(NSRegularControlSize));
 }
 
 TEST_F(CellTest, ArchivesAndCopiesKeepIt) {

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <graphics/Dessin.h>
 #include <libvue/platform/appkit/NSMenu.h>
 #include <libvue/platform/appkit/NSMenuItem.h>
 #include <libvue/platform/appkit/NSPopUpButton.h>
@@ -347,6 +348,74 @@ TEST_F(PopUpTest, AnActionMayRemoveTheButton) {
     drain();
     EXPECT_EQ(cible->count, 1);
     EXPECT_EQ(weak.get(), nullptr);
+}
+
+TEST_F(MenuTest, ArchivesKeepMenusAndTheirItems) {
+    menu->itemAtIndex(0)->setKeyEquivalent(u"u"_ns);
+    menu->itemAtIndex(0)->setKeyEquivalentModifierMask(NSAlternateKeyMask);
+    menu->itemAtIndex(0)->setState(NSMixedState);
+    menu->itemAtIndex(2)->setHidden(YES);
+    menu->itemAtIndex(2)->setIndentationLevel(3);
+    menu->itemAtIndex(2)->setTag(-7);
+    menu->itemAtIndex(2)->setRepresentedObject(u"objet"_ns);
+    menu->setMinimumWidth(120);
+    menu->setAutoenablesItems(NO);
+    menu->itemAtIndex(3)->setEnabled(NO);
+    const auto back = throughKeyedArchive(*menu);
+    ASSERT_TRUE(back);
+    EXPECT_EQ(back->title()->utf8(), "Essai");
+    EXPECT_EQ(back->minimumWidth(), 120);
+    EXPECT_FALSE(back->autoenablesItems());
+    ASSERT_EQ(back->numberOfItems(), 5);
+    const NSMenuItem& first = *back->itemAtIndex(0);
+    EXPECT_EQ(first.menu(), back.get());
+    EXPECT_EQ(first.action(), sel("agir:"));
+    EXPECT_EQ(first.target(), nullptr) << "a target that the archive does not hold is none";
+    EXPECT_EQ(first.keyEquivalent()->utf8(), "u");
+    EXPECT_EQ(first.keyEquivalentModifierMask(), NSUInteger{NSAlternateKeyMask});
+    EXPECT_EQ(first.state(), NSMixedState);
+    EXPECT_TRUE(back->itemAtIndex(1)->isSeparatorItem());
+    const NSMenuItem& third = *back->itemAtIndex(2);
+    EXPECT_TRUE(third.isHidden());
+    EXPECT_EQ(third.indentationLevel(), 3);
+    EXPECT_EQ(third.tag(), -7);
+    EXPECT_TRUE(isEqual(third.representedObject(), u"objet"_ns.get()));
+    EXPECT_FALSE(back->itemAtIndex(3)->isEnabled());
+    ASSERT_TRUE(back->itemAtIndex(4)->submenu());
+    EXPECT_EQ(back->itemAtIndex(4)->submenu()->supermenu(), back.get());
+    EXPECT_EQ(back->itemAtIndex(4)->submenu()->itemAtIndex(1)->title()->utf8(), "Encore");
+}
+
+TEST_F(MenuTest, APopUpOfAnArchiveHasItsItemsAndItsChoice) {
+    const auto p = make<NSPopUpButton>(NSMakeRect(10, 10, 120, 24));
+    p->addItemWithTitle(u"Un"_ns);
+    p->addItemWithTitle(u"Deux"_ns);
+    p->selectItemAtIndex(1);
+    const auto back = throughKeyedArchive(*p);
+    ASSERT_TRUE(back);
+    EXPECT_EQ(back->numberOfItems(), 2);
+    EXPECT_EQ(back->titleOfSelectedItem()->utf8(), "Deux");
+    // Its items choose in it, not in the one that was written.
+    back->menu()->performActionForItemAtIndex(0);
+    EXPECT_EQ(back->indexOfSelectedItem(), 0);
+    EXPECT_EQ(p->indexOfSelectedItem(), 1);
+}
+
+TEST_F(MenuTest, AMenuDoesNotOpenFromItself) {
+    EXPECT_THROW(sub->itemAtIndex(0)->setSubmenu(menu), NSExceptionRaised);
+    EXPECT_THROW(sub->itemAtIndex(0)->setSubmenu(sub), NSExceptionRaised);
+    const auto loose = make<NSMenuItem>(u"Boucle"_ns.get(), nullptr, nullptr);
+    loose->setSubmenu(menu);
+    EXPECT_THROW(sub->addItem(loose), NSExceptionRaised);
+    EXPECT_EQ(sub->numberOfItems(), 2);
+}
+
+TEST_F(MenuTest, AnItemThatGoesWhileItsSubmenuIsAskedOpensNothing) {
+    sub->setDelegate(gardien);
+    gardien->onUpdate = [&](NSMenu*) { menu->removeItemAtIndex(4); };
+    EXPECT_FALSE(open({NSEndFunctionKey, NSRightArrowFunctionKey, NSEscapeCharacter}));
+    EXPECT_EQ(menu->numberOfItems(), 4);
+    EXPECT_FALSE(menu->isTracking());
 }
 
 } // namespace

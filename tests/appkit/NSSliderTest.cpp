@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include <graphics/Dessin.h>
 #include <libvue/platform/appkit/NSSlider.h>
 
 using namespace libvue;
@@ -138,6 +139,27 @@ TEST_F(SliderTest, ACopyHasTheSameLimits) {
     EXPECT_DOUBLE_EQ(c->doubleValue(), 42);
     EXPECT_EQ(c->numberOfTickMarks(), 4);
     EXPECT_EQ(c->action(), sel("agir:"));
+}
+
+TEST_F(SliderTest, ArchivesKeepTheLimits) {
+    const auto s = NSSlider::sliderWithValue_minValue_maxValue_target_action(35, -50, 50, nullptr, sel("agir:"));
+    s->setNumberOfTickMarks(11);
+    s->setAllowsTickMarkValuesOnly(YES);
+    s->sliderCell()->setAltIncrementValue(2.5);
+    s->setTag(4);
+    const auto back = throughKeyedArchive(*s);
+    ASSERT_TRUE(back && back->sliderCell());
+    EXPECT_EQ(back->minValue(), -50);
+    EXPECT_EQ(back->maxValue(), 50);
+    EXPECT_EQ(back->doubleValue(), 40) << "held to the ticks";
+    EXPECT_EQ(back->numberOfTickMarks(), 11);
+    EXPECT_TRUE(back->allowsTickMarkValuesOnly());
+    EXPECT_EQ(back->sliderCell()->altIncrementValue(), 2.5);
+    EXPECT_TRUE(back->isContinuous());
+    EXPECT_EQ(back->action(), sel("agir:"));
+    EXPECT_EQ(back->tag(), 4);
+    s->setNumberOfTickMarks(std::numeric_limits<NSInteger>::max());
+    EXPECT_EQ(s->numberOfTickMarks(), 10000);
 }
 
 } // namespace

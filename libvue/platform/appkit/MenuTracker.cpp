@@ -39,9 +39,12 @@ public:
     [[nodiscard]] BOOL canBecomeMainWindow() const override { return NO; }
 
 protected:
-    [[nodiscard]] int nativeKind_() const override { return static_cast<int>(backend::WindowKind::menu); }
+    [[nodiscard]] int nativeKind_() const override { return NSMenuNativeWindow; }
     [[nodiscard]] BOOL acceptsNativeFocus_() const override { return NO; }
 };
+
+bool isPress(NSEventType t) { return t == NSLeftMouseDown || t == NSRightMouseDown || t == NSOtherMouseDown; }
+bool isRelease(NSEventType t) { return t == NSLeftMouseUp || t == NSRightMouseUp || t == NSOtherMouseUp; }
 
 /// Has the loop that waits for events look again whether it is done.
 void stopWaiting() {
@@ -60,6 +63,7 @@ MenuTracker::MenuTracker(NSMenu* menu, NSWindow* owner) : former_(current), root
 }
 
 MenuTracker::~MenuTracker() {
+    if (observer_) NSNotificationCenter::defaultCenter()->removeObserver(observer_);
     closeFrom(0);
     current = former_;
 }
@@ -78,7 +82,7 @@ void MenuTracker::cancel(const NSMenu* menu) {
 
 // Opening.
 
-NSRect MenuTracker::placed(NSSize size, NSPoint topLeft) const {
+NSRect MenuTracker::placed(NSSize size, NSPoint topLeft) {
     const auto visible = [&]() -> NSRect {
         const Ref<NSArray> screens = NSScreen::screens();
         for (NSObject* o : *screens)
@@ -116,10 +120,13 @@ void MenuTracker::closeFrom(std::size_t level) {
 
 void MenuTracker::openSubmenuOf(std::size_t level, NSMenuItem* item) {
     if (level + 1 < levels_.size() && levels_[level + 1].menu.get() == item->submenu()) return;
+    const Ref<NSMenuItem> kept(item);
     closeFrom(level + 1);
     if (!item->hasSubmenu() || !item->isEnabled()) return;
-    NSMenu* submenu = item->submenu();
+    const Ref<NSMenu> submenu = item->submenu();
     submenu->update();
+    // A delegate was asked on the way.
+    if (level >= levels_.size() || item->menu() != levels_[level].menu.get()) return;
     const Level& l = levels_[level];
     const NSRect row = l.window->convertRectToScreen(l.view->convertRect_toView(l.view->rectOfItem(item), nullptr));
     const NSSize size = sizeOf(*submenu);
@@ -130,6 +137,12 @@ void MenuTracker::openSubmenuOf(std::size_t level, NSMenuItem* item) {
     open(submenu, placed(size, topLeft));
 }
 
+void MenuTracker::enterSubmenuOf(std::size_t level, NSMenuItem* item) {
+    if (!item || !item->hasSubmenu()) return;
+    openSubmenuOf(level, item);
+    if (levels_.size() > level + 1) step(1);
+}
+
 Ref<NSMenuItem> MenuTracker::run(NSPoint screen, NSMenuItem* positioning) {
     root_->update();
     if (root_->numberOfItems() == 0) return nullptr;
@@ -137,9 +150,9 @@ Ref<NSMenuItem> MenuTracker::run(NSPoint screen, NSMenuItem* positioning) {
     NSRect frame;
     if (positioning && positioning->menu() == root_.get()) {
         // The item comes to lie on the point; what does not fit on the screen scrolls.
-        MenuView probe(root_);
-        probe.setFrame({{0, 0}, size});
-        const NSRect row = probe.rectOfItem(positioning);
+        const Ref<MenuView> probe = make<MenuView>(root_.get());
+        probe->setFrame({{0, 0}, size});
+        const NSRect row = probe->rectOfItem(positioning);
         frame = placed(size, {screen.x, screen.y + row.origin.y});
     } else
         frame = placed(size, screen);
@@ -152,8 +165,7 @@ Ref<NSMenuItem> MenuTracker::run(NSPoint screen, NSMenuItem* positioning) {
     open(root_, frame);
     if (positioning) highlight(0, positioning);
 
-    auto* centre = NSNotificationCenter::defaultCenter();
-    const Ref<NSObject> left = centre->addObserverForName_object_queue_usingBlock(
+    observer_ = NSNotificationCenter::defaultCenter()->addObserverForName_object_queue_usingBlock(
         NSApplicationDidResignActiveNotification, nullptr, nullptr, [this](NSNotification*) {
             done_ = true;
             stopWaiting();
@@ -167,10 +179,8 @@ Ref<NSMenuItem> MenuTracker::run(NSPoint screen, NSMenuItem* positioning) {
         else if (e->type() == NSKeyDown)
             key(e);
     }
-    centre->removeObserver(left);
-    const Ref<NSMenuItem> chosen = chosen_;
     closeFrom(0);
-    return chosen;
+    return chosen_;
 }
 
 // Following.
@@ -195,19 +205,23 @@ std::ptrdiff_t MenuTracker::levelAt(NSPoint p) const {
     return -1;
 }
 
+NSTimeInterval MenuTracker::timeOpen() const { return backend::Backend::current().windows->now() - openedAt_; }
+
+void MenuTracker::mouseOutside(NSEventType type) {
+    if (isPress(type)) done_ = true;
+    // Let go outside after a drag: the menu is left.
+    if (isRelease(type) && movedSinceOpen_ && timeOpen() > kClickTime) done_ = true;
+    if (!isPress(type) && !isRelease(type) && levels_.size() == 1) highlight(0, nullptr);
+}
+
 void MenuTracker::mouse(NSEvent* e) {
     NSPoint p = e->locationInWindow();
     if (NSWindow* w = e->window()) p = w->convertBaseToScreen(p);
     const std::ptrdiff_t at = levelAt(p);
     const NSEventType type = e->type();
-    const bool down = type == NSLeftMouseDown || type == NSRightMouseDown || type == NSOtherMouseDown;
-    const bool up = type == NSLeftMouseUp || type == NSRightMouseUp || type == NSOtherMouseUp;
     if (std::hypot(p.x - start_.x, p.y - start_.y) > kClickDistance) movedSinceOpen_ = true;
     if (at < 0) {
-        if (down) done_ = true;
-        // Let go outside after a drag: the menu is left.
-        if (up && movedSinceOpen_ && backend::Backend::current().windows->now() - openedAt_ > kClickTime) done_ = true;
-        if (!down && !up && levels_.size() == 1) highlight(0, nullptr);
+        mouseOutside(type);
         return;
     }
     const auto level = static_cast<std::size_t>(at);
@@ -217,7 +231,7 @@ void MenuTracker::mouse(NSEvent* e) {
         l.view->scrollBy(-e->scrollingDeltaY());
         return;
     }
-    NSMenuItem* item = l.view->itemAt(own);
+    const Ref<NSMenuItem> item(l.view->itemAt(own));
     highlight(level, item);
     if (item && item->hasSubmenu())
         openSubmenuOf(level, item);
@@ -226,10 +240,9 @@ void MenuTracker::mouse(NSEvent* e) {
     // Near the ends a menu that is too high scrolls under the pointer.
     if (own.y < theme::kMenuMargin + 8) l.view->scrollBy(-theme::kMenuItemHeight / 2);
     if (own.y > l.view->bounds().size.height - theme::kMenuMargin - 8) l.view->scrollBy(theme::kMenuItemHeight / 2);
-    if (down) pressedSinceOpen_ = true;
-    const bool justClicked =
-        !movedSinceOpen_ && !pressedSinceOpen_ && backend::Backend::current().windows->now() - openedAt_ <= kClickTime;
-    if (up && !justClicked) choose(item);
+    if (isPress(type)) pressedSinceOpen_ = true;
+    const bool justClicked = !movedSinceOpen_ && !pressedSinceOpen_ && timeOpen() <= kClickTime;
+    if (isRelease(type) && !justClicked) choose(item);
 }
 
 void MenuTracker::step(int direction) {
@@ -282,10 +295,7 @@ void MenuTracker::key(NSEvent* e) {
         step(-1);
         break;
     case NSRightArrowFunctionKey:
-        if (item && item->hasSubmenu()) {
-            openSubmenuOf(level, item);
-            if (levels_.size() > level + 1) step(1);
-        }
+        enterSubmenuOf(level, item);
         break;
     case NSLeftArrowFunctionKey:
         if (level > 0) closeFrom(level);
@@ -302,11 +312,8 @@ void MenuTracker::key(NSEvent* e) {
     case u' ':
     case NSEnterCharacter:
     case NSCarriageReturnCharacter:
-        if (item && item->hasSubmenu()) {
-            openSubmenuOf(level, item);
-            if (levels_.size() > level + 1) step(1);
-        } else if (item)
-            choose(item);
+        enterSubmenuOf(level, item);
+        choose(item);
         break;
     default:
         findByLetter(c);

@@ -37,9 +37,13 @@ private:
     void open(NSMenu* menu, const NSRect& frame);
     void closeFrom(std::size_t level);
     void openSubmenuOf(std::size_t level, NSMenuItem* item);
-    [[nodiscard]] NSRect placed(NSSize size, NSPoint topLeft) const;
+    /// Opens it and goes to its first item, from the keyboard.
+    void enterSubmenuOf(std::size_t level, NSMenuItem* item);
+    /// A menu of that size at the point, moved onto the screen that the point is on.
+    [[nodiscard]] static NSRect placed(NSSize size, NSPoint topLeft);
     void highlight(std::size_t level, NSMenuItem* item);
     void mouse(NSEvent* e);
+    void mouseOutside(NSEventType type);
     void key(NSEvent* e);
     void step(int direction);
     void findByLetter(unichar c);
@@ -47,12 +51,15 @@ private:
     /// The deepest open level under a screen point, or none.
     [[nodiscard]] std::ptrdiff_t levelAt(NSPoint screen) const;
 
+    [[nodiscard]] NSTimeInterval timeOpen() const;
+
     static MenuTracker* current;
-    MenuTracker* former_;
+    MenuTracker* former_; ///< whose loop this one runs in
     Ref<NSMenu> root_;
     Ref<NSWindow> owner_;
     std::vector<Level> levels_;
     Ref<NSMenuItem> chosen_;
+    Ref<NSObject> observer_; ///< of the application's leaving
     NSPoint start_;
     NSTimeInterval openedAt_ = 0;
     bool done_ = false;

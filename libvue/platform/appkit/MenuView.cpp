@@ -86,31 +86,43 @@ NSSize MenuView::naturalSize(const NSMenu& m) {
     return {std::ceil(std::max({width + 2 * theme::kMenuMargin, m.minimumWidth(), 60.0})), std::ceil(height)};
 }
 
-NSRect MenuView::rectOfItem(const NSMenuItem* item) const {
-    CGFloat y = theme::kMenuMargin - scroll_;
+template <class F> void MenuView::eachRow(const F& take) const {
+    NSRect row{{theme::kMenuMargin, theme::kMenuMargin - scroll_}, {bounds().size.width - 2 * theme::kMenuMargin, 0}};
     for (NSInteger k = 0; k < menu_->numberOfItems(); ++k) {
-        const NSMenuItem* i = menu_->itemAtIndex(k);
-        const CGFloat h = heightOf(*i);
-        if (i == item) return {{theme::kMenuMargin, y}, {bounds().size.width - 2 * theme::kMenuMargin, h}};
-        y += h;
+        NSMenuItem* i = menu_->itemAtIndex(k);
+        row.size.height = heightOf(*i);
+        if (!take(i, row)) return;
+        row.origin.y += row.size.height;
     }
-    return NSZeroRect;
+}
+
+NSRect MenuView::rectOfItem(const NSMenuItem* item) const {
+    NSRect found = NSZeroRect;
+    eachRow([&](const NSMenuItem* i, const NSRect& row) {
+        if (i == item) found = row;
+        return i != item;
+    });
+    return found;
 }
 
 NSMenuItem* MenuView::itemAt(NSPoint p) const {
     if (!NSPointInRect(p, bounds())) return nullptr;
-    for (NSInteger k = 0; k < menu_->numberOfItems(); ++k) {
-        NSMenuItem* i = menu_->itemAtIndex(k);
-        NSRect r = rectOfItem(i);
-        r.origin.x = 0;
-        r.size.width = bounds().size.width;
-        if (!i->isSeparatorItem() && NSPointInRect(p, r)) return i;
-    }
-    return nullptr;
+    NSMenuItem* found = nullptr;
+    eachRow([&](NSMenuItem* i, const NSRect& row) {
+        const bool holds = p.y >= NSMinY(row) && p.y < NSMaxY(row);
+        if (holds && !i->isSeparatorItem()) found = i;
+        return !holds;
+    });
+    return found;
 }
 
 void MenuView::setScroll(CGFloat s) {
-    const CGFloat most = std::max(0.0, naturalSize(*menu_).height - bounds().size.height);
+    CGFloat height = 2 * theme::kMenuMargin;
+    eachRow([&](const NSMenuItem*, const NSRect& row) {
+        height += row.size.height;
+        return true;
+    });
+    const CGFloat most = std::max(0.0, std::ceil(height) - bounds().size.height);
     s = std::clamp(s, 0.0, most);
     if (s == scroll_) return;
     scroll_ = s;
@@ -128,11 +140,10 @@ void MenuView::showItem(const NSMenuItem* item) {
 
 void MenuView::drawRect(const NSRect& dirty) {
     drawMenuBackground(bounds());
-    for (NSInteger k = 0; k < menu_->numberOfItems(); ++k) {
-        const NSMenuItem* i = menu_->itemAtIndex(k);
-        const NSRect row = rectOfItem(i);
+    eachRow([&](const NSMenuItem* i, const NSRect& row) {
         if (!NSIsEmptyRect(NSIntersectionRect(row, dirty))) drawItem(i, row);
-    }
+        return row.origin.y < NSMaxY(dirty);
+    });
 }
 
 void MenuView::drawItem(const NSMenuItem* i, const NSRect& row) const {

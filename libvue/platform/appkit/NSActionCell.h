@@ -9,6 +9,10 @@ class LIBVUE_API NSActionCell : public NSCell {
 public:
     static void describe(ClassDescription<NSActionCell, NSCell>& c);
     using NSCell::NSCell;
+    explicit NSActionCell(NSCoder& coder);
+    /// The target is written only where something else in the archive writes it.
+    void encodeWithCoder(NSCoder& coder) const override;
+    [[nodiscard]] Ref<NSObject> copyWithZone() const override;
 
     /// Held weakly; null for the first responder and up.
     [[nodiscard]] NSObject* target() const override { return target_; }

@@ -6,6 +6,7 @@
 #include <libvue/platform/appkit/NSTextFieldCell.h>
 #include <libvue/platform/appkit/ThemeDessin.h>
 #include <libvue/platform/foundation/NSCoder.h>
+#include <libvue/platform/graphics/HeldEnum.h>
 #include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSFont.h>
@@ -43,17 +44,17 @@ NSBox::NSBox(NSCoder& coder)
       margins_(coder.decodeSizeForKey(kMargins)),
       borderWidth_(coder.decodeDoubleForKey(kBorderWidth)),
       radius_(coder.decodeDoubleForKey(kRadius)),
-      type_(static_cast<NSBoxType>(coder.decodeIntegerForKey(kType))),
-      border_(static_cast<NSBorderType>(coder.decodeIntegerForKey(kBorderType))),
-      titlePosition_(static_cast<NSTitlePosition>(coder.decodeIntegerForKey(kTitlePosition))),
+      type_(heldEnum(coder.decodeIntegerForKey(kType), NSBoxPrimary, NSBoxCustom, NSBoxPrimary)),
+      border_(heldEnum(coder.decodeIntegerForKey(kBorderType), NSNoBorder, NSGrooveBorder, NSGrooveBorder)),
+      titlePosition_(heldEnum(coder.decodeIntegerForKey(kTitlePosition), NSNoTitle, NSBelowBottom, NSAtTop)),
       transparent_(coder.decodeBoolForKey(kTransparent)) {
     titleCell_ = as<NSCell>(coder.decodeObjectForKey(kTitle));
     if (!titleCell_) titleCell_ = make<NSTextFieldCell>();
     fill_ = as<NSColor>(coder.decodeObjectForKey(kFill));
     borderColor_ = as<NSColor>(coder.decodeObjectForKey(kBorderColor));
     if (const Ref<NSView> content = as<NSView>(coder.decodeObjectForKey(kContent))) {
-        content_ = content;
-        if (content->superview() != this) addSubview(content);
+        if (content->superview() != this && !isDescendantOf(content)) addSubview(content);
+        if (content->superview() == this) content_ = content;
     }
 }
 NSBox::~NSBox() = default;
@@ -99,12 +100,14 @@ NSCell* NSBox::titleCell() const noexcept { return titleCell_; }
 
 // Geometry.
 
-NSRect NSBox::titleRect() const {
+NSRect NSBox::titleRect() const { return titleRectIn(bounds()); }
+NSRect NSBox::borderRect() const { return borderRectIn(bounds()); }
+
+NSRect NSBox::titleRectIn(const NSRect& b) const {
     if (type_ == NSBoxSeparator || titlePosition_ == NSNoTitle || title()->length() == 0) return NSZeroRect;
     const NSSize s = titleCell_->cellSize();
-    const NSRect b = bounds();
     const bool top = titlePosition_ == NSAboveTop || titlePosition_ == NSAtTop || titlePosition_ == NSBelowTop;
-    const NSRect edge = borderRect();
+    const NSRect edge = borderRectIn(b);
     CGFloat y = top ? NSMaxY(b) - s.height : NSMinY(b);
     if (titlePosition_ == NSBelowTop) y = NSMaxY(edge) - s.height - kTitleInset;
     if (titlePosition_ == NSAboveBottom) y = NSMinY(edge) + kTitleInset;
@@ -112,8 +115,8 @@ NSRect NSBox::titleRect() const {
             {std::min(s.width, std::max(0.0, b.size.width - 2 * theme::kRadius)), s.height}};
 }
 
-NSRect NSBox::borderRect() const {
-    NSRect r = bounds();
+NSRect NSBox::borderRectIn(const NSRect& b) const {
+    NSRect r = b;
     const bool outside = titlePosition_ == NSAboveTop || titlePosition_ == NSAtTop || titlePosition_ == NSAtBottom ||
                          titlePosition_ == NSBelowBottom;
     if (type_ == NSBoxSeparator || !outside || title()->length() == 0) return r;
@@ -125,14 +128,17 @@ NSRect NSBox::borderRect() const {
     return r;
 }
 
+NSRect NSBox::contentFrameIn(const NSRect& b) const {
+    const CGFloat edge = border_ == NSNoBorder ? 0 : type_ == NSBoxCustom ? borderWidth_ : 1;
+    NSRect r = NSInsetRect(borderRectIn(b), margins_.width + edge, margins_.height + edge);
+    r.size = {std::max(0.0, r.size.width), std::max(0.0, r.size.height)};
+    if (titlePosition_ == NSBelowTop) r.size.height = std::max(0.0, NSMinY(titleRectIn(b)) - r.origin.y);
+    return r;
+}
+
 void NSBox::placeContent() {
     setNeedsDisplay(YES);
-    if (!content_ || type_ == NSBoxSeparator) return;
-    const CGFloat edge = border_ == NSNoBorder ? 0 : type_ == NSBoxCustom ? borderWidth_ : 1;
-    NSRect r = NSInsetRect(borderRect(), margins_.width + edge, margins_.height + edge);
-    r.size = {std::max(0.0, r.size.width), std::max(0.0, r.size.height)};
-    if (titlePosition_ == NSBelowTop) r.size.height = std::max(0.0, NSMinY(titleRect()) - r.origin.y);
-    content_->setFrame(r);
+    if (content_ && type_ != NSBoxSeparator) content_->setFrame(contentFrameIn(bounds()));
 }
 
 void NSBox::setContentViewMargins(NSSize s) {
@@ -156,8 +162,7 @@ void NSBox::setFrameFromContentFrame(const NSRect& r) {
     }
     // Measured in a room where nothing is held: a box that is too small now tells nothing.
     const NSSize room{1e4, 1e4};
-    setFrameSize(room);
-    const NSRect c = content_->frame();
+    const NSRect c = contentFrameIn({NSZeroPoint, room});
     setFrame({{r.origin.x - c.origin.x, r.origin.y - c.origin.y},
               {r.size.width + room.width - c.size.width, r.size.height + room.height - c.size.height}});
 }

@@ -49,8 +49,11 @@ public:
     [[nodiscard]] NSSize contentViewMargins() const noexcept { return margins_; }
     void setContentViewMargins(NSSize s);
     [[nodiscard]] NSView* contentView() const noexcept { return content_; }
+    /// Kept as a subview, as large as the border and the margins leave; null for none.
     void setContentView(NSView* v);
+    /// The frame with which the content view stands there, in the superview's coordinates.
     void setFrameFromContentFrame(const NSRect& r);
+    /// Large enough for the subviews of the content view.
     void sizeToFit();
     [[nodiscard]] BOOL isTransparent() const noexcept { return transparent_; }
     void setTransparent(BOOL f);
@@ -70,6 +73,10 @@ public:
 
 private:
     void placeContent();
+    // In a box of those bounds.
+    [[nodiscard]] NSRect borderRectIn(const NSRect& bounds) const;
+    [[nodiscard]] NSRect titleRectIn(const NSRect& bounds) const;
+    [[nodiscard]] NSRect contentFrameIn(const NSRect& bounds) const;
 
     Ref<NSView> content_;
     Ref<NSCell> titleCell_;

@@ -1,7 +1,6 @@
 #include <libvue/platform/appkit/NSButton.h>
 
 #include <algorithm>
-#include <limits>
 
 #include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSEvent.h>
@@ -10,7 +9,6 @@
 #include <libvue/platform/appkit/ThemeDessin.h>
 #include <libvue/platform/foundation/NSAttributedString.h>
 #include <libvue/platform/foundation/NSKeyValueBinding.h>
-#include <libvue/platform/foundation/NSRunLoop.h>
 #include <libvue/platform/graphics/NSImage.h>
 
 namespace libvue {
@@ -177,22 +175,32 @@ void NSButton::keyDown(NSEvent* e) {
                          : key == NSUpArrowFunctionKey || key == NSLeftArrowFunctionKey  ? -1
                                                                                          : 0;
         if (step != 0) {
-            std::vector<NSButton*> group;
-            for (NSView* v : superview()->subviews())
-                if (auto* b = as<NSButton>(v); b && b->buttonCell() && b->buttonCell()->isRadioButton() &&
-                                               b->action() == action() && b->isEnabled() && !b->isHidden())
-                    group.push_back(b);
-            const auto at = std::find(group.begin(), group.end(), this);
-            if (at != group.end() && group.size() > 1) {
-                const auto n = static_cast<std::ptrdiff_t>(group.size());
-                const Ref<NSButton> next(group[static_cast<std::size_t>(((at - group.begin()) + step + n) % n)]);
-                if (window()) window()->makeFirstResponder(next);
-                next->performClick(nullptr);
-            }
+            chooseInGroup(step);
             return;
         }
     }
     NSControl::keyDown(e);
+}
+
+std::vector<Ref<NSButton>> NSButton::radioGroup() const {
+    std::vector<Ref<NSButton>> group;
+    if (!superview()) return group;
+    for (NSView* v : superview()->subviews())
+        if (auto* b = as<NSButton>(v);
+            b && b->buttonCell() && b->buttonCell()->isRadioButton() && b->action() == action())
+            group.emplace_back(b);
+    return group;
+}
+
+void NSButton::chooseInGroup(std::ptrdiff_t step) {
+    std::vector<Ref<NSButton>> group = radioGroup();
+    std::erase_if(group, [](const Ref<NSButton>& b) { return !b->isEnabled() || b->isHidden(); });
+    const auto at = std::find(group.begin(), group.end(), this);
+    if (at == group.end() || group.size() < 2) return;
+    const auto n = static_cast<std::ptrdiff_t>(group.size());
+    const Ref<NSButton> next = group[static_cast<std::size_t>(((at - group.begin()) + step + n) % n)];
+    if (window()) window()->makeFirstResponder(next);
+    next->performClick(nullptr);
 }
 
 void NSButton::mouseDown(NSEvent* e) {
@@ -210,9 +218,7 @@ void NSButton::mouseDown(NSEvent* e) {
         if (const NSEvent* last = NSApp()->currentEvent(); last && last->type() == NSLeftMouseUp) return;
         // Outside, with the button still down: wait for it to come back or go up.
         for (;;) {
-            const Ref<NSEvent> next = NSApp()->nextEventMatchingMask_untilDate_inMode_dequeue(
-                NSLeftMouseDraggedMask | NSLeftMouseUpMask, std::numeric_limits<double>::infinity(),
-                NSEventTrackingRunLoopMode, YES);
+            const Ref<NSEvent> next = NSApp()->nextDragOrRelease_();
             if (!next || next->type() == NSLeftMouseUp || !window()) return;
             if (NSMouseInRect(convertPoint_fromView(next->locationInWindow(), nullptr), bounds(), isFlipped())) {
                 e = next;
@@ -257,13 +263,8 @@ BOOL NSButton::sendAction_to(SEL action, NSObject* target) {
 }
 
 void NSButton::clearRadioGroup_() {
-    if (!superview()) return;
-    for (NSView* v : superview()->subviews()) {
-        auto* b = as<NSButton>(v);
-        if (b && b != this && b->buttonCell() && b->buttonCell()->isRadioButton() && b->action() == action() &&
-            b->state() != NSOffState)
-            b->cell()->setState(NSOffState);
-    }
+    for (const Ref<NSButton>& b : radioGroup())
+        if (b != this && b->state() != NSOffState) b->cell()->setState(NSOffState);
 }
 
 NSRect NSButton::focusRingMaskBounds() const {

@@ -70,6 +70,11 @@ public:
     void clearRadioGroup_();
 
 private:
+    /// The radio buttons of its superview with its action, itself among them.
+    [[nodiscard]] std::vector<Ref<NSButton>> radioGroup() const;
+    /// Goes to the next button of the group that can be used, and presses it.
+    void chooseInGroup(std::ptrdiff_t step);
+
     Ref<NSTrackingArea> hover_;
 };
 

@@ -9,6 +9,7 @@
 #include <libvue/platform/foundation/NSAttributedString.h>
 #include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSDictionary.h>
+#include <libvue/platform/graphics/HeldEnum.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSImage.h>
 #include <libvue/platform/graphics/NSStringDrawing.h>
@@ -22,7 +23,7 @@ void NSButtonCell::describe(ClassDescription<NSButtonCell, NSActionCell>& c) {
 }
 
 NSButtonCell::NSButtonCell() : NSButtonCell(u"Button"_ns.get()) {}
-NSButtonCell::NSButtonCell(NSString* title) : title_(title) {
+NSButtonCell::NSButtonCell(NSString* title) : title_(title ? NSString::stringWithString(title) : NSString::string()) {
     setType(NSTextCellType);
     setBordered(YES);
     setAlignment(NSCenterTextAlignment);
@@ -45,16 +46,20 @@ constexpr ConstantString kTitle{u"NSContents"}, kAlternateTitle{u"NSAlternateCon
 
 NSButtonCell::NSButtonCell(NSCoder& coder)
     : NSActionCell(coder),
-      title_(as<NSString>(coder.decodeObjectForKey(kTitle))),
+      title_(coder.decodeObjectOf_forKey<NSString>(kTitle)),
       alternateTitle_(as<NSString>(coder.decodeObjectForKey(kAlternateTitle))),
       key_(as<NSString>(coder.decodeObjectForKey(kKey))),
       alternateImage_(as<NSImage>(coder.decodeObjectForKey(kAlternateImage))),
       highlightsBy_(static_cast<NSUInteger>(coder.decodeIntegerForKey(kHighlightsBy))),
       showsStateBy_(static_cast<NSUInteger>(coder.decodeIntegerForKey(kShowsStateBy))),
       keyMask_(static_cast<NSUInteger>(coder.decodeIntegerForKey(kKeyMask))),
-      kind_(static_cast<NSButtonType>(coder.decodeIntegerForKey(kKind))),
-      bezel_(static_cast<NSBezelStyle>(coder.decodeIntegerForKey(kBezel))),
-      imagePosition_(static_cast<NSCellImagePosition>(coder.decodeIntegerForKey(kImagePosition))) {}
+      kind_(heldEnum(coder.decodeIntegerForKey(kKind), NSMomentaryLightButton, NSMomentaryPushInButton,
+                     NSMomentaryPushInButton)),
+      bezel_(heldEnum(coder.decodeIntegerForKey(kBezel), NSRoundedBezelStyle, NSRoundedDisclosureBezelStyle,
+                      NSRoundedBezelStyle)),
+      imagePosition_(heldEnum(coder.decodeIntegerForKey(kImagePosition), NSNoImage, NSImageOverlaps, NSNoImage)) {
+    if (!title_) title_ = NSString::string();
+}
 
 void NSButtonCell::encodeWithCoder(NSCoder& coder) const {
     NSActionCell::encodeWithCoder(coder);
@@ -73,9 +78,6 @@ void NSButtonCell::encodeWithCoder(NSCoder& coder) const {
 Ref<NSObject> NSButtonCell::copyWithZone() const {
     Ref<NSObject> made = NSActionCell::copyWithZone();
     if (auto* c = as<NSButtonCell>(made)) {
-        c->setTarget(target());
-        c->setAction(action());
-        c->setTag(tag());
         c->title_ = title_;
         c->alternateTitle_ = alternateTitle_;
         c->key_ = key_;
@@ -115,7 +117,7 @@ void NSButtonCell::setAttributedTitle(NSAttributedString* title) {
 }
 NSString* NSButtonCell::alternateTitle() const noexcept { return alternateTitle_; }
 void NSButtonCell::setAlternateTitle(NSString* title) {
-    alternateTitle_ = title;
+    alternateTitle_ = title ? NSString::stringWithString(title) : nullptr;
     redisplay();
 }
 NSImage* NSButtonCell::alternateImage() const noexcept { return alternateImage_; }
@@ -189,7 +191,7 @@ void NSButtonCell::mouseExited(NSEvent*) {
 
 Ref<NSString> NSButtonCell::keyEquivalent() const { return key_ ? key_ : NSString::string(); }
 void NSButtonCell::setKeyEquivalent(NSString* key) {
-    key_ = key;
+    key_ = key ? NSString::stringWithString(key) : nullptr;
     redisplay();
 }
 
@@ -235,14 +237,7 @@ NSColor* NSButtonCell::effectiveTextColor() const {
     return NSActionCell::effectiveTextColor();
 }
 
-Ref<NSDictionary> NSButtonCell::textAttributes() const { return NSActionCell::textAttributes(); }
-
 namespace {
-CGFloat heightFor(NSControlSize s) {
-    return s == NSMiniControlSize    ? theme::kMiniHeight
-           : s == NSSmallControlSize ? theme::kSmallHeight
-                                     : theme::kRegularHeight;
-}
 CGFloat markSide(NSControlSize s) {
     return s == NSMiniControlSize    ? theme::kCheckBoxSide - 4
            : s == NSSmallControlSize ? theme::kCheckBoxSide - 2
@@ -251,6 +246,8 @@ CGFloat markSide(NSControlSize s) {
 constexpr CGFloat kMarkGap = 6, kSidePadding = 14, kImageGap = 5;
 } // namespace
 
+bool NSButtonCell::hasTitle() const noexcept { return imagePosition_ != NSImageOnly && title_->length() > 0; }
+
 NSRect NSButtonCell::markRectForBounds(const NSRect& bounds) const {
     const CGFloat side = markSide(controlSize());
     return {{bounds.origin.x + 1, bounds.origin.y + std::floor((bounds.size.height - side) / 2)}, {side, side}};
@@ -258,7 +255,7 @@ NSRect NSButtonCell::markRectForBounds(const NSRect& bounds) const {
 
 NSSize NSButtonCell::cellSizeForBounds(const NSRect&) const {
     const NSImage* picture = image();
-    const bool hasTitle = imagePosition_ != NSImageOnly && title_ && title_->length() > 0;
+    const bool hasTitle = this->hasTitle();
     NSSize text{0, 0};
     if (hasTitle) {
         text = size(attributedTitle());
@@ -285,7 +282,7 @@ NSSize NSButtonCell::cellSizeForBounds(const NSRect&) const {
     const CGFloat padding = square                                                                    ? 6
                             : bezel_ == NSRecessedBezelStyle || bezel_ == NSTexturedRoundedBezelStyle ? 9
                                                                                                       : kSidePadding;
-    return {content.width + 2 * padding, std::max(heightFor(controlSize()), content.height + 6)};
+    return {content.width + 2 * padding, std::max(theme::controlHeight(controlSize()), content.height + 6)};
 }
 
 NSRect NSButtonCell::drawingRectForBounds(const NSRect& bounds) const {
@@ -305,7 +302,7 @@ void NSButtonCell::placeContents(const NSRect& content, NSRect* imageRect, NSRec
     NSImage* picture = imagePosition_ == NSNoImage ? nullptr : shownImage();
     const NSSize i = picture ? picture->size() : NSZeroSize;
     NSSize t{0, 0};
-    if (imagePosition_ != NSImageOnly && title_ && title_->length() > 0) {
+    if (hasTitle()) {
         t = size(shownTitle());
         t = {std::ceil(t.width), std::ceil(t.height)};
     }
@@ -414,8 +411,7 @@ void NSButtonCell::drawInteriorWithFrame_inView(const NSRect& frame, NSView* vie
     placeContents(contentRectForBounds(frame), &imageRect, &titleRect);
     if (NSImage* picture = imagePosition_ == NSNoImage ? nullptr : shownImage())
         drawImage_withFrame_inView(picture, imageRect, view);
-    if (imagePosition_ != NSImageOnly && title_ && title_->length() > 0)
-        drawTitle_withFrame_inView(shownTitle(), titleRect, view);
+    if (hasTitle()) drawTitle_withFrame_inView(shownTitle(), titleRect, view);
 }
 
 NSRect NSButtonCell::drawTitle_withFrame_inView(NSAttributedString* title, const NSRect& frame, NSView*) {
@@ -427,7 +423,5 @@ void NSButtonCell::drawImage_withFrame_inView(NSImage* picture, const NSRect& fr
     picture->drawInRect_fromRect_operation_fraction_respectFlipped_hints(
         frame, NSZeroRect, NSCompositeSourceOver, isEnabled() || !imageDims_ ? 1.0 : 0.4, YES, nullptr);
 }
-
-void NSButtonCell::performClick(NSObject* sender) { NSActionCell::performClick(sender); }
 
 } // namespace libvue

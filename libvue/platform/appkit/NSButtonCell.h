@@ -86,7 +86,6 @@ public:
     virtual void drawBezelWithFrame_inView(const NSRect& frame, NSView* view);
     virtual NSRect drawTitle_withFrame_inView(NSAttributedString* title, const NSRect& frame, NSView* view);
     virtual void drawImage_withFrame_inView(NSImage* image, const NSRect& frame, NSView* view);
-    void performClick(NSObject* sender) override;
     /// A press turns a radio button on and leaves a momentary one as it is.
     [[nodiscard]] NSInteger nextState() const noexcept override;
     /// Where the mark of a check box or radio button stands.
@@ -94,13 +93,15 @@ public:
 
 protected:
     [[nodiscard]] NSColor* effectiveTextColor() const override;
-    [[nodiscard]] Ref<NSDictionary> textAttributes() const override;
+    /// Whether the alternate title and image show: on or pressed, not both.
     [[nodiscard]] BOOL showsAlternate() const noexcept;
+    /// Whether the face has the accent's colour: the default button of a key window, or one that shows being on.
     [[nodiscard]] BOOL facesAccent() const;
 
 private:
     [[nodiscard]] NSImage* shownImage() const;
     [[nodiscard]] Ref<NSAttributedString> shownTitle() const;
+    [[nodiscard]] bool hasTitle() const noexcept;
     [[nodiscard]] NSRect contentRectForBounds(const NSRect& bounds) const;
     void placeContents(const NSRect& content, NSRect* image, NSRect* title) const;
 

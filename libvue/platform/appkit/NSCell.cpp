@@ -5,6 +5,7 @@
 #include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSFormatter.h>
 #include <libvue/platform/foundation/NSNumber.h>
+#include <libvue/platform/graphics/HeldEnum.h>
 #include <libvue/platform/graphics/NSImage.h>
 
 namespace libvue {
@@ -49,10 +50,12 @@ NSCell::NSCell(NSCoder& coder)
       font_(as<NSFont>(coder.decodeObjectForKey(kFont))),
       image_(as<NSImage>(coder.decodeObjectForKey(kImage))),
       state_(coder.decodeIntegerForKey(kState)),
-      type_(static_cast<NSCellType>(coder.decodeIntegerForKey(kType))),
-      alignment_(static_cast<NSTextAlignment>(coder.decodeIntegerForKey(kAlign))),
-      lineBreak_(static_cast<NSLineBreakMode>(coder.decodeIntegerForKey(kLineBreak))),
-      size_(static_cast<NSControlSize>(coder.decodeIntegerForKey(kSize))) {
+      type_(heldEnum(coder.decodeIntegerForKey(kType), NSNullCellType, NSImageCellType, NSNullCellType)),
+      alignment_(heldEnum(coder.decodeIntegerForKey(kAlign), NSLeftTextAlignment, NSNaturalTextAlignment,
+                          NSLeftTextAlignment)),
+      lineBreak_(heldEnum(coder.decodeIntegerForKey(kLineBreak), NSLineBreakByWordWrapping,
+                          NSLineBreakByTruncatingMiddle, NSLineBreakByWordWrapping)),
+      size_(heldEnum(coder.decodeIntegerForKey(kSize), NSRegularControlSize, NSMiniControlSize, NSRegularControlSize)) {
     const NSInteger f = coder.decodeIntegerForKey(kFlags);
     mixed_ = f & flagMixed;
     enabled_ = !(f & flagDisabled);

@@ -4,9 +4,7 @@
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSText.h>
 #include <libvue/platform/appkit/NSWindow.h>
-#include <libvue/platform/foundation/NSRunLoop.h>
-
-#include <limits>
+#include <libvue/platform/appkit/ScopeExit.h>
 
 namespace libvue {
 
@@ -37,9 +35,7 @@ BOOL NSCell::trackMouse_inRect_ofView_untilMouseUp(NSEvent* e, const NSRect& fra
     if (!startTrackingAt_inView(last, view)) return NO;
     if (continuous_) sendActionOf(this, view);
     for (;;) {
-        const Ref<NSEvent> next = NSApp()->nextEventMatchingMask_untilDate_inMode_dequeue(
-            NSLeftMouseDraggedMask | NSLeftMouseUpMask, std::numeric_limits<double>::infinity(),
-            NSEventTrackingRunLoopMode, YES);
+        const Ref<NSEvent> next = NSApp()->nextDragOrRelease_();
         // The application is ending, or the view left its window while it was tracked.
         if (!next || !view->window()) {
             stopTracking_at_inView_mouseIsUp(last, last, view, NO);
@@ -69,10 +65,10 @@ void NSCell::performClick(NSObject*) {
     const Ref<NSCell> self(this);
     const Ref<NSView> view = controlView_.ref();
     setHighlighted(YES);
+    const ScopeExit released([this] { setHighlighted(NO); });
     if (view) view->display();
     setNextState();
     sendActionOf(this, view);
-    setHighlighted(NO);
 }
 
 void NSCell::resetCursorRect_inView(const NSRect&, NSView*) {}

@@ -8,12 +8,21 @@
 #include <libvue/platform/appkit/NSMenuItem.h>
 #include <libvue/platform/appkit/NSView.h>
 #include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/foundation/NSArray.h>
+#include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/platform/graphics/NSFont.h>
 
 namespace libvue {
+
+static const ClassRegistration<NSMenu> registration;
+
+namespace {
+constexpr ConstantString kTitle{u"NSTitle"}, kItems{u"NSMenuItems"}, kFont{u"NSMenuFont"}, kWidth{u"NSMinimumWidth"},
+    kNoAutoenable{u"NSNoAutoenable"}, kDelegate{u"NSDelegate"};
+}
 
 void NSMenu::describe(ClassDescription<NSMenu>& c) { c.key<&NSMenu::title, &NSMenu::setTitle>("title"); }
 
@@ -22,6 +31,31 @@ NSMenu::NSMenu(NSString* title) : title_(title ? NSString::stringWithString(titl
 NSMenu::~NSMenu() {
     for (const auto& i : items_)
         i->menu_ = nullptr;
+}
+
+NSMenu::NSMenu(NSCoder& coder)
+    : title_((coder.beginDecoding(this), coder.decodeObjectOf_forKey<NSString>(kTitle))),
+      delegate_(coder.decodeObjectForKey(kDelegate)),
+      font_(coder.decodeObjectOf_forKey<NSFont>(kFont)),
+      minimumWidth_(std::clamp(coder.decodeDoubleForKey(kWidth), 0.0, 1e4)),
+      autoenables_(!coder.decodeBoolForKey(kNoAutoenable)) {
+    if (!title_) title_ = NSString::string();
+    if (const auto items = coder.decodeObjectOf_forKey<NSArray>(kItems))
+        for (NSObject* o : *items) {
+            auto* i = as<NSMenuItem>(o);
+            // What an archive may hold and a menu may not.
+            if (!i || i->menu() || (i->submenu() && isInside_(i->submenu()))) continue;
+            addItem(i);
+        }
+}
+
+void NSMenu::encodeWithCoder(NSCoder& coder) const {
+    coder.encodeObject_forKey(title_, kTitle);
+    coder.encodeConditionalObject_forKey(delegate_.get(), kDelegate);
+    coder.encodeObject_forKey(font_, kFont);
+    coder.encodeDouble_forKey(minimumWidth_, kWidth);
+    if (!autoenables_) coder.encodeBool_forKey(YES, kNoAutoenable);
+    coder.encodeObject_forKey(itemArray(), kItems);
 }
 
 Ref<NSObject> NSMenu::copyWithZone() const {
@@ -47,12 +81,7 @@ NSMenuItem* NSMenu::itemAtIndex(NSInteger i) const {
     return items_[static_cast<std::size_t>(i)];
 }
 
-Ref<NSArray> NSMenu::itemArray() const {
-    auto out = NSMutableArray::array();
-    for (const auto& i : items_)
-        out->addObject(i);
-    return out;
-}
+Ref<NSArray> NSMenu::itemArray() const { return NSArray::arrayWithRefs(items_); }
 
 namespace {
 template <class F> NSInteger indexWhere(const std::vector<Ref<NSMenuItem>>& items, F wanted) {
@@ -92,6 +121,8 @@ NSMenuItem* NSMenu::addItemWithTitle_action_keyEquivalent(NSString* title, SEL a
 void NSMenu::insertItem_atIndex(NSMenuItem* item, NSInteger i) {
     if (!item) raiseNamed("NSInvalidArgumentException", "a menu takes no absent item");
     if (item->menu()) raiseNamed("NSInvalidArgumentException", "the item stands in a menu already");
+    if (item->submenu() && isInside_(item->submenu()))
+        raiseNamed("NSInvalidArgumentException", "the item opens a menu that holds this one");
     if (i < 0 || i > numberOfItems()) raiseNamed("NSRangeException", "no such place in the menu");
     const Ref<NSMenu> self(this);
     items_.insert(items_.begin() + i, Ref<NSMenuItem>(item));
@@ -128,6 +159,12 @@ void NSMenu::removeAllItems() {
         removeItemAtIndex(numberOfItems() - 1);
 }
 
+BOOL NSMenu::isInside_(const NSMenu* menu) const noexcept {
+    for (const NSMenu* m = this; m; m = m->supermenu_)
+        if (m == menu) return YES;
+    return NO;
+}
+
 void NSMenu::setSubmenu_forItem(NSMenu* menu, NSMenuItem* item) {
     if (item) item->setSubmenu(menu);
 }
@@ -146,19 +183,13 @@ void NSMenu::update() {
     const std::vector<Ref<NSMenuItem>> items = items_;
     for (const auto& i : items) {
         if (i->isSeparatorItem()) continue;
-        if (i->hasSubmenu()) {
-            i->setEnabled(YES);
-            continue;
-        }
-        if (!i->action()) {
-            i->setEnabled(NO);
-            continue;
-        }
-        const Ref<NSObject> target = NSApp()->targetForAction_to_from(i->action(), i->target(), i);
-        BOOL enabled = target != nullptr;
-        if (enabled)
+        BOOL enabled = i->hasSubmenu();
+        if (!enabled && i->action()) {
+            const Ref<NSObject> target = NSApp()->targetForAction_to_from(i->action(), i->target(), i);
+            enabled = target != nullptr;
             if (auto ask = op::validateMenuItem.of(target)) enabled = ask(i);
-        if (enabled != i->isEnabled()) i->setEnabled(enabled);
+        }
+        i->setEnabled(enabled);
     }
 }
 
@@ -171,8 +202,8 @@ BOOL NSMenu::performKeyEquivalent(NSEvent* e) {
     const std::vector<Ref<NSMenuItem>> items = items_;
     for (const auto& i : items) {
         if (i->isHidden()) continue;
-        if (i->hasSubmenu()) {
-            if (i->submenu()->performKeyEquivalent(e)) return YES;
+        if (const Ref<NSMenu> submenu = i->submenu()) {
+            if (submenu->performKeyEquivalent(e)) return YES;
             continue;
         }
         NSString* key = i->keyEquivalent();
@@ -206,10 +237,11 @@ BOOL NSMenu::popUpMenuPositioningItem_atLocation_inView(NSMenuItem* item, NSPoin
     NSPoint screen = p;
     if (view && view->window()) screen = view->window()->convertBaseToScreen(view->convertPoint_toView(p, nullptr));
     const Ref<NSMenu> self(this);
-    tracking_ = true;
-    MenuTracker tracker(this, view ? view->window() : nullptr);
-    const Ref<NSMenuItem> chosen = tracker.run(screen, item);
-    tracking_ = false;
+    const Ref<NSMenuItem> chosen = [&] {
+        tracking_ = true;
+        const ScopeExit left([this] { tracking_ = false; });
+        return MenuTracker(this, view ? view->window() : nullptr).run(screen, item);
+    }();
     if (!chosen || !chosen->menu()) return NO;
     const Ref<NSMenu> of(chosen->menu());
     of->performActionForItemAtIndex(of->indexOfItem(chosen));

@@ -5,11 +5,13 @@
 
 #include <libvue/platform/appkit/NSControl.h>
 #include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/appkit/ThemeDessin.h>
 #include <libvue/platform/foundation/NSAttributedString.h>
 #include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
+#include <libvue/platform/graphics/HeldEnum.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSImage.h>
 #include <libvue/platform/graphics/NSStringDrawing.h>
@@ -20,7 +22,8 @@ static const ClassRegistration<NSPopUpButtonCell> registration;
 
 namespace {
 constexpr CGFloat kPadding = 10, kArrowRoom = 20;
-constexpr ConstantString kPullsDown{u"NSPullDown"}, kArrow{u"NSArrowPosition"}, kEdge{u"NSPreferredEdge"};
+constexpr ConstantString kPullsDown{u"NSPullDown"}, kArrow{u"NSArrowPosition"}, kEdge{u"NSPreferredEdge"},
+    kMenu{u"NSMenu"}, kSelected{u"NSSelectedIndex"}, kAlters{u"NSAltersState"};
 } // namespace
 
 void NSPopUpButtonCell::describe(ClassDescription<NSPopUpButtonCell, NSButtonCell>& c) {
@@ -38,10 +41,12 @@ NSPopUpButtonCell::NSPopUpButtonCell(NSString* title, BOOL pullsDown)
 }
 NSPopUpButtonCell::NSPopUpButtonCell(NSCoder& coder)
     : NSButtonCell(coder),
-      arrow_(static_cast<NSPopUpArrowPosition>(coder.decodeIntegerForKey(kArrow))),
-      edge_(static_cast<NSRectEdge>(coder.decodeIntegerForKey(kEdge))),
-      pullsDown_(coder.decodeBoolForKey(kPullsDown)) {
-    setMenu(make<NSMenu>());
+      arrow_(heldEnum(coder.decodeIntegerForKey(kArrow), NSPopUpNoArrow, NSPopUpArrowAtBottom, NSPopUpArrowAtBottom)),
+      edge_(heldEnum(coder.decodeIntegerForKey(kEdge), NSMinXEdge, NSMaxYEdge, NSMaxYEdge)),
+      pullsDown_(coder.decodeBoolForKey(kPullsDown)),
+      alters_(!coder.containsValueForKey(kAlters) || coder.decodeBoolForKey(kAlters)) {
+    setMenu(coder.decodeObjectOf_forKey<NSMenu>(kMenu));
+    selectItemAtIndex(coder.decodeIntegerForKey(kSelected));
 }
 NSPopUpButtonCell::~NSPopUpButtonCell() { NSNotificationCenter::defaultCenter()->removeObserver(this); }
 
@@ -50,6 +55,9 @@ void NSPopUpButtonCell::encodeWithCoder(NSCoder& coder) const {
     coder.encodeBool_forKey(pullsDown_, kPullsDown);
     coder.encodeInteger_forKey(static_cast<NSInteger>(arrow_), kArrow);
     coder.encodeInteger_forKey(static_cast<NSInteger>(edge_), kEdge);
+    coder.encodeBool_forKey(alters_, kAlters);
+    coder.encodeObject_forKey(items_, kMenu);
+    coder.encodeInteger_forKey(indexOfSelectedItem(), kSelected);
 }
 
 Ref<NSObject> NSPopUpButtonCell::copyWithZone() const {
@@ -153,21 +161,22 @@ void NSPopUpButtonCell::performClickWithFrame_inView(const NSRect& frame, NSView
     items_->setMinimumWidth(frame.size.width);
     if (alters_ && !pullsDown_ && selected_) selected_->setState(NSOnState);
     setHighlighted(YES);
+    const ScopeExit released([this] { setHighlighted(NO); });
     if (pullsDown_) {
         // Its first item is the title: the menu shows what follows, under the button.
-        NSMenuItem* title = items_->numberOfItems() > 0 ? items_->itemAtIndex(0) : nullptr;
-        const Ref<NSMenuItem> hidden(title);
+        const Ref<NSMenuItem> hidden(items_->numberOfItems() > 0 ? items_->itemAtIndex(0) : nullptr);
         if (hidden) hidden->setHidden(YES);
+        const ScopeExit shown([&] {
+            if (hidden) hidden->setHidden(NO);
+        });
         items_->popUpMenuPositioningItem_atLocation_inView(
             nullptr, {NSMinX(frame), flipped ? NSMaxY(frame) + 3 : NSMinY(frame) - 3}, view);
-        if (hidden) hidden->setHidden(NO);
     } else {
         // The chosen item comes to lie over the button.
         const CGFloat middle = NSMidY(frame) + (flipped ? -1 : 1) * theme::kMenuItemHeight / 2;
         items_->popUpMenuPositioningItem_atLocation_inView(selected_ ? selected_.get() : nullptr,
                                                            {NSMinX(frame) - 13, middle}, view);
     }
-    setHighlighted(NO);
 }
 
 void NSPopUpButtonCell::performClick(NSObject*) {
@@ -183,15 +192,13 @@ BOOL NSPopUpButtonCell::trackMouse_inRect_ofView_untilMouseUp(NSEvent*, const NS
 
 NSSize NSPopUpButtonCell::cellSizeForBounds(const NSRect&) const {
     CGFloat width = 0;
-    for (NSInteger i = 0; i < items_->numberOfItems(); ++i) {
-        if (pullsDown_ && i > 0) break;
-        width = std::max(width, sizeWithAttributes(items_->itemAtIndex(i)->title(), textAttributes()).width);
-    }
+    const auto look = textAttributes();
+    const NSInteger shown = pullsDown_ ? std::min<NSInteger>(1, numberOfItems()) : numberOfItems();
+    for (NSInteger i = 0; i < shown; ++i)
+        width = std::max(width, sizeWithAttributes(items_->itemAtIndex(i)->title(), look).width);
     if (image()) width += image()->size().width + 4;
-    const CGFloat height = controlSize() == NSMiniControlSize    ? theme::kMiniHeight
-                           : controlSize() == NSSmallControlSize ? theme::kSmallHeight
-                                                                 : theme::kRegularHeight;
-    return {std::ceil(width) + 2 * kPadding + (arrow_ == NSPopUpNoArrow ? 0 : kArrowRoom), height};
+    return {std::ceil(width) + 2 * kPadding + (arrow_ == NSPopUpNoArrow ? 0 : kArrowRoom),
+            theme::controlHeight(controlSize())};
 }
 
 void NSPopUpButtonCell::drawInteriorWithFrame_inView(const NSRect& frame, NSView*) {

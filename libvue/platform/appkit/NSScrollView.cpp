@@ -15,7 +15,6 @@ namespace libvue {
 
 namespace {
 constexpr CGFloat kBorder = 1;
-constexpr CGFloat kWheelLine = 16; ///< points that an event counts for a line of a wheel
 } // namespace
 
 void NSScrollView::describe(ClassDescription<NSScrollView, NSView>& c) {
@@ -75,24 +74,21 @@ void NSScrollView::setDrawsBackground(BOOL f) { clip_->setDrawsBackground(f); }
 NSScroller* NSScrollView::verticalScroller() const noexcept { return vertical_; }
 NSScroller* NSScrollView::horizontalScroller() const noexcept { return horizontal_; }
 
+void NSScrollView::addScroller(Ref<NSScroller>& scroller, NSSize size) {
+    if (scroller) return;
+    scroller = make<NSScroller>(NSRect{{0, 0}, size});
+    scroller->setTarget(this);
+    scroller->setAction(sel("scrollerMoved:"));
+    addSubview(scroller);
+}
 void NSScrollView::setHasVerticalScroller(BOOL f) {
     hasVertical_ = f;
-    if (f && !vertical_) {
-        vertical_ = make<NSScroller>(NSRect{{0, 0}, {NSScroller::scrollerWidth(), 100}});
-        vertical_->setTarget(this);
-        vertical_->setAction(sel("scrollerMoved:"));
-        addSubview(vertical_);
-    }
+    if (f) addScroller(vertical_, {NSScroller::scrollerWidth(), 100});
     tile();
 }
 void NSScrollView::setHasHorizontalScroller(BOOL f) {
     hasHorizontal_ = f;
-    if (f && !horizontal_) {
-        horizontal_ = make<NSScroller>(NSRect{{0, 0}, {100, NSScroller::scrollerWidth()}});
-        horizontal_->setTarget(this);
-        horizontal_->setAction(sel("scrollerMoved:"));
-        addSubview(horizontal_);
-    }
+    if (f) addScroller(horizontal_, {100, NSScroller::scrollerWidth()});
     tile();
 }
 void NSScrollView::setAutohidesScrollers(BOOL f) {
@@ -137,12 +133,17 @@ void NSScrollView::reflectScrolledClipView(NSClipView* clip) {
         s->setKnobProportion(extent > 0 ? shown / extent : 1);
         s->setPosition(extent > shown ? offset / (extent - shown) : 0);
     };
-    const CGFloat fromTop = clip->isFlipped() ? b.origin.y - d.origin.y : NSMaxY(d) - NSMaxY(b);
-    set(vertical_, fromTop, d.size.height, b.size.height);
-    set(horizontal_, b.origin.x - d.origin.x, d.size.width, b.size.width);
+    const NSPoint offset = scrolledBy();
+    set(vertical_, offset.y, d.size.height, b.size.height);
+    set(horizontal_, offset.x, d.size.width, b.size.width);
     if (autohides_ && ((vertical_ && hasVertical_ && vertical_->isHidden() != (d.size.height <= b.size.height)) ||
                        (horizontal_ && hasHorizontal_ && horizontal_->isHidden() != (d.size.width <= b.size.width))))
         tile();
+}
+
+NSPoint NSScrollView::scrolledBy() const {
+    const NSRect d = clip_->documentRect(), b = clip_->bounds();
+    return {b.origin.x - d.origin.x, clip_->isFlipped() ? b.origin.y - d.origin.y : NSMaxY(d) - NSMaxY(b)};
 }
 
 void NSScrollView::documentChanged(NSNotification*) { reflectScrolledClipView(clip_); }
@@ -173,8 +174,7 @@ void NSScrollView::scrollerMoved(NSObject* sender) {
         by = page;
         break;
     default: {
-        const CGFloat offset =
-            vertical ? (clip_->isFlipped() ? b.origin.y - d.origin.y : NSMaxY(d) - NSMaxY(b)) : b.origin.x - d.origin.x;
+        const CGFloat offset = vertical ? scrolledBy().y : scrolledBy().x;
         const CGFloat extent = vertical ? d.size.height - b.size.height : d.size.width - b.size.width;
         by = std::round(s->position() * extent) - offset;
     }
@@ -190,7 +190,7 @@ void NSScrollView::scrollToBeginningOfDocument(NSObject*) { scrollBy(0, -clip_->
 void NSScrollView::scrollToEndOfDocument(NSObject*) { scrollBy(0, clip_->documentRect().size.height); }
 
 void NSScrollView::scrollWheel(NSEvent* e) {
-    const CGFloat factor = e->hasPreciseScrollingDeltas() ? 1 : lineScroll_ / kWheelLine;
+    const CGFloat factor = e->hasPreciseScrollingDeltas() ? 1 : lineScroll_ / NSEvent::pointsPerWheelLine_;
     CGFloat dx = -e->scrollingDeltaX() * factor, dy = -e->scrollingDeltaY() * factor;
     if ((e->modifierFlags() & NSShiftKeyMask) && dx == 0) std::swap(dx, dy);
     const NSPoint before = clip_->bounds().origin;

@@ -15,8 +15,10 @@ public:
     ~NSScrollView() override;
 
     [[nodiscard]] NSView* documentView() const;
+    /// Kept as the clip view's subview; null for none.
     virtual void setDocumentView(NSView* view);
     [[nodiscard]] NSClipView* contentView() const noexcept;
+    /// Null is ignored.
     virtual void setContentView(NSClipView* clip);
     /// The part of the document that shows, in its coordinates.
     [[nodiscard]] NSRect documentVisibleRect() const;
@@ -32,19 +34,22 @@ public:
     [[nodiscard]] BOOL hasHorizontalScroller() const noexcept { return hasHorizontal_; }
     void setHasHorizontalScroller(BOOL f);
     [[nodiscard]] BOOL autohidesScrollers() const noexcept { return autohides_; }
+    /// Scrollers show only where there is something to scroll.
     void setAutohidesScrollers(BOOL f);
     [[nodiscard]] NSScroller* verticalScroller() const noexcept;
     [[nodiscard]] NSScroller* horizontalScroller() const noexcept;
+    /// Points that a line scrolls.
     [[nodiscard]] CGFloat verticalLineScroll() const noexcept { return lineScroll_; }
     void setLineScroll(CGFloat points) noexcept { lineScroll_ = points; }
     /// What of the old page still shows after a page scroll.
     [[nodiscard]] CGFloat verticalPageScroll() const noexcept { return pageScroll_; }
     void setPageScroll(CGFloat points) noexcept { pageScroll_ = points; }
 
-    /// Places clip view, rulers and scrollers.
+    /// Places the clip view and the scrollers.
     virtual void tile();
     /// Moves the knobs to where the clip view stands.
     virtual void reflectScrolledClipView(NSClipView* clip);
+    /// By a page less verticalPageScroll, by a line, or all the way.
     void pageDown(NSObject* sender);
     void pageUp(NSObject* sender);
     void scrollLineDown(NSObject* sender);
@@ -61,6 +66,9 @@ public:
 private:
     void scrollerMoved(NSObject* sender);
     void scrollBy(CGFloat dx, CGFloat dy);
+    void addScroller(Ref<NSScroller>& scroller, NSSize size);
+    /// From the left and the top, as seen.
+    [[nodiscard]] NSPoint scrolledBy() const;
     void documentChanged(NSNotification* n);
 
     Ref<NSClipView> clip_;

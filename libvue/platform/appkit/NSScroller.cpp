@@ -2,15 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
+#include <libvue/platform/appkit/NSActionCell.h>
 #include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSTrackingArea.h>
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/appkit/ThemeDessin.h>
 #include <libvue/platform/foundation/NSNumber.h>
-#include <libvue/platform/foundation/NSRunLoop.h>
 
 namespace libvue {
 
@@ -26,6 +25,8 @@ void NSScroller::describe(ClassDescription<NSScroller, NSControl>& c) {
 
 NSScroller::NSScroller() : NSScroller(NSRect{{0, 0}, {theme::kScrollerWidth, 100}}) {}
 NSScroller::NSScroller(const NSRect& frame) : NSControl(frame) {
+    // It draws and tracks itself; the cell keeps target and action.
+    setCell(make<NSActionCell>());
     addTrackingArea(make<NSTrackingArea>(
         bounds(), NSTrackingMouseEnteredAndExited | NSTrackingActiveAlways | NSTrackingInVisibleRect, this, nullptr));
 }
@@ -87,7 +88,7 @@ void NSScroller::drawRect(const NSRect&) {
 void NSScroller::send(NSScrollerPart part) {
     hitPart_ = part;
     const Ref<NSScroller> self(this);
-    if (action_) NSApp()->sendAction_to_from(action_, target_, this);
+    sendAction_to(action(), target());
 }
 
 void NSScroller::mouseDown(NSEvent* e) {
@@ -104,9 +105,7 @@ void NSScroller::mouseDown(NSEvent* e) {
     const CGFloat before = position_;
     hitPart_ = NSScrollerKnob;
     while (window()) {
-        const Ref<NSEvent> next = NSApp()->nextEventMatchingMask_untilDate_inMode_dequeue(
-            NSLeftMouseDraggedMask | NSLeftMouseUpMask, std::numeric_limits<double>::infinity(),
-            NSEventTrackingRunLoopMode, YES);
+        const Ref<NSEvent> next = NSApp()->nextDragOrRelease_();
         if (!next || next->type() == NSLeftMouseUp) break;
         const NSPoint p = convertPoint_fromView(next->locationInWindow(), nullptr);
         const NSRect knob = rectForPart(NSScrollerKnob);

@@ -22,19 +22,18 @@ public:
     ~NSScroller() override;
 
     [[nodiscard]] static CGFloat scrollerWidth() noexcept;
+    /// The part of the document that shows.
     [[nodiscard]] CGFloat knobProportion() const noexcept { return proportion_; }
-    /// Held to 0 … 1.
+    /// Held to 0 … 1; at 1 nothing is drawn.
     void setKnobProportion(CGFloat p);
+    /// 0 at the top or the left, 1 at the other end; held to that.
     [[nodiscard]] CGFloat position() const noexcept { return position_; }
     void setPosition(CGFloat p);
     [[nodiscard]] BOOL isVertical() const noexcept { return bounds().size.height >= bounds().size.width; }
+    /// What the press under way is on; NSScrollerNoPart between presses.
     [[nodiscard]] NSScrollerPart hitPart() const noexcept { return hitPart_; }
     [[nodiscard]] NSScrollerPart testPart(NSPoint pointInView) const;
     [[nodiscard]] NSRect rectForPart(NSScrollerPart part) const;
-
-    [[nodiscard]] NSObject* scrollerTarget() const { return target_; }
-    void setTarget(NSObject* t) override { target_ = t; }
-    void setAction(SEL a) override { action_ = a; }
 
     /// As the scroll view: position 0 is at the top.
     [[nodiscard]] BOOL isFlipped() const override { return YES; }
@@ -48,8 +47,6 @@ public:
 private:
     void send(NSScrollerPart part);
 
-    Weak<NSObject> target_;
-    SEL action_ = nullptr;
     CGFloat proportion_ = 1, position_ = 0;
     NSScrollerPart hitPart_ = NSScrollerNoPart;
     bool hovered_ = false;

@@ -15,6 +15,9 @@ void NSSlider::describe(ClassDescription<NSSlider, NSControl>& c) {
 
 NSSlider::NSSlider() : NSSlider(NSZeroRect) {}
 NSSlider::NSSlider(const NSRect& frame) : NSControl(frame) { setCell(make<NSSliderCell>()); }
+NSSlider::NSSlider(NSCoder& coder) : NSControl(coder) {
+    if (!sliderCell()) setCell(make<NSSliderCell>());
+}
 
 Ref<NSSlider> NSSlider::sliderWithValue_minValue_maxValue_target_action(double value, double min, double max,
                                                                         NSObject* target, SEL action) {

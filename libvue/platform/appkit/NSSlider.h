@@ -11,9 +11,12 @@ public:
     static void describe(ClassDescription<NSSlider, NSControl>& c);
     NSSlider();
     explicit NSSlider(const NSRect& frame);
+    explicit NSSlider(NSCoder& coder);
+    /// 160 points wide; `target` is held weakly.
     [[nodiscard]] static Ref<NSSlider>
     sliderWithValue_minValue_maxValue_target_action(double value, double min, double max, NSObject* target, SEL action);
 
+    /// The cell where it is a slider cell, which it is unless another was set.
     [[nodiscard]] NSSliderCell* sliderCell() const;
     [[nodiscard]] double minValue() const;
     void setMinValue(double v);

@@ -2,21 +2,26 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSSlider.h>
 #include <libvue/platform/appkit/ThemeDessin.h>
-#include <libvue/platform/foundation/NSRunLoop.h>
+#include <libvue/platform/foundation/ConstantString.h>
+#include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/NSColor.h>
 
 namespace libvue {
 
+static const ClassRegistration<NSSliderCell> registration;
+
 namespace {
 constexpr CGFloat kTickRoom = 8;
-}
+constexpr NSInteger kMostTicks = 10000;
+constexpr ConstantString kMin{u"NSMinValue"}, kMax{u"NSMaxValue"}, kStep{u"NSAltIncValue"},
+    kTicks{u"NSNumberOfTickMarks"}, kTicksOnly{u"NSAllowsTickMarkValuesOnly"};
+} // namespace
 
 void NSSliderCell::describe(ClassDescription<NSSliderCell, NSActionCell>& c) {
     c.key<&NSSliderCell::minValue, &NSSliderCell::setMinValue>("minValue");
@@ -29,12 +34,31 @@ NSSliderCell::NSSliderCell() {
     NSActionCell::setDoubleValue(0);
 }
 
+NSSliderCell::NSSliderCell(NSCoder& coder) : NSActionCell(coder) {
+    const auto read = [&](const ConstantString& key, double& into) {
+        const double v = coder.decodeDoubleForKey(key);
+        if (coder.containsValueForKey(key) && std::isfinite(v)) into = v;
+    };
+    read(kMin, min_);
+    read(kMax, max_);
+    read(kStep, step_);
+    ticks_ = std::clamp<NSInteger>(coder.decodeIntegerForKey(kTicks), 0, kMostTicks);
+    ticksOnly_ = coder.decodeBoolForKey(kTicksOnly);
+    setDoubleValue(doubleValue());
+}
+
+void NSSliderCell::encodeWithCoder(NSCoder& coder) const {
+    NSActionCell::encodeWithCoder(coder);
+    coder.encodeDouble_forKey(min_, kMin);
+    coder.encodeDouble_forKey(max_, kMax);
+    coder.encodeDouble_forKey(step_, kStep);
+    coder.encodeInteger_forKey(ticks_, kTicks);
+    coder.encodeBool_forKey(ticksOnly_, kTicksOnly);
+}
+
 Ref<NSObject> NSSliderCell::copyWithZone() const {
     Ref<NSObject> made = NSActionCell::copyWithZone();
     if (auto* c = as<NSSliderCell>(made)) {
-        c->setTarget(target());
-        c->setAction(action());
-        c->setTag(tag());
         c->min_ = min_;
         c->max_ = max_;
         c->step_ = step_;
@@ -65,7 +89,7 @@ void NSSliderCell::setDoubleValue(double v) {
 }
 
 void NSSliderCell::setNumberOfTickMarks(NSInteger n) {
-    ticks_ = std::max<NSInteger>(0, n);
+    ticks_ = std::clamp<NSInteger>(n, 0, kMostTicks);
     setDoubleValue(doubleValue());
 }
 void NSSliderCell::setAllowsTickMarkValuesOnly(BOOL f) {
@@ -137,23 +161,24 @@ void NSSliderCell::drawWithFrame_inView(const NSRect& frame, NSView* view) {
         filled.size.width = NSMidX(knob) - track.origin.x;
     }
     drawSliderTrack(track, filled, s);
-    if (ticks_ > 0) {
-        NSColor::tertiaryLabelColor()->setFill();
-        const CGFloat line = fineLine(), d = theme::kSliderKnob + 2;
-        for (NSInteger i = 0; i < ticks_; ++i) {
-            const double part = ticks_ > 1 ? static_cast<double>(i) / static_cast<double>(ticks_ - 1) : 0.5;
-            if (isVerticalIn(frame))
-                NSBezierPath::fillRect(alignedToPixels(
-                    {{NSMaxX(knob) + 2, frame.origin.y + d / 2 + part * (frame.size.height - d) - line / 2},
-                     {5, line}}));
-            else
-                NSBezierPath::fillRect(
-                    alignedToPixels({{frame.origin.x + d / 2 + part * (frame.size.width - d) - line / 2,
-                                      flipped ? NSMaxY(knob) + 2 : NSMinY(knob) - 7},
-                                     {line, 5}}));
-        }
-    }
+    drawTicks(frame, knob, flipped);
     drawSliderKnob(knob, s);
+}
+
+void NSSliderCell::drawTicks(const NSRect& frame, const NSRect& knob, bool flipped) const {
+    if (ticks_ == 0) return;
+    NSColor::tertiaryLabelColor()->setFill();
+    const CGFloat line = fineLine(), d = theme::kSliderKnob + 2;
+    for (NSInteger i = 0; i < ticks_; ++i) {
+        const double part = ticks_ > 1 ? static_cast<double>(i) / static_cast<double>(ticks_ - 1) : 0.5;
+        if (isVerticalIn(frame))
+            NSBezierPath::fillRect(alignedToPixels(
+                {{NSMaxX(knob) + 2, frame.origin.y + d / 2 + part * (frame.size.height - d) - line / 2}, {5, line}}));
+        else
+            NSBezierPath::fillRect(alignedToPixels({{frame.origin.x + d / 2 + part * (frame.size.width - d) - line / 2,
+                                                     flipped ? NSMaxY(knob) + 2 : NSMinY(knob) - 7},
+                                                    {line, 5}}));
+    }
 }
 
 BOOL NSSliderCell::trackMouse_inRect_ofView_untilMouseUp(NSEvent* e, const NSRect& frame, NSView* view, BOOL) {
@@ -172,9 +197,7 @@ BOOL NSSliderCell::trackMouse_inRect_ofView_untilMouseUp(NSEvent* e, const NSRec
             view->setNeedsDisplay(YES);
             if (isContinuous() && control) control->sendAction_to(action(), target());
         }
-        const Ref<NSEvent> next = NSApp()->nextEventMatchingMask_untilDate_inMode_dequeue(
-            NSLeftMouseDraggedMask | NSLeftMouseUpMask, std::numeric_limits<double>::infinity(),
-            NSEventTrackingRunLoopMode, YES);
+        const Ref<NSEvent> next = NSApp()->nextDragOrRelease_();
         if (!next || !view->window()) return NO;
         if (next->type() == NSLeftMouseUp) {
             if (!isContinuous() && control) control->sendAction_to(action(), target());

@@ -9,6 +9,8 @@ class LIBVUE_API NSSliderCell : public NSActionCell {
 public:
     static void describe(ClassDescription<NSSliderCell, NSActionCell>& c);
     NSSliderCell();
+    explicit NSSliderCell(NSCoder& coder);
+    void encodeWithCoder(NSCoder& coder) const override;
     [[nodiscard]] Ref<NSObject> copyWithZone() const override;
 
     [[nodiscard]] double minValue() const noexcept { return min_; }
@@ -19,10 +21,12 @@ public:
     /// Held to the limits, and to the ticks where only they are allowed. A NaN is the lower limit.
     void setDoubleValue(double v) override;
     [[nodiscard]] NSInteger numberOfTickMarks() const noexcept { return ticks_; }
+    /// Held to 0 … 10000.
     void setNumberOfTickMarks(NSInteger n);
     [[nodiscard]] BOOL allowsTickMarkValuesOnly() const noexcept { return ticksOnly_; }
     void setAllowsTickMarkValuesOnly(BOOL f);
     [[nodiscard]] double tickMarkValueAtIndex(NSInteger i) const noexcept;
+    /// The value itself where there are no ticks.
     [[nodiscard]] double closestTickMarkValueToValue(double v) const noexcept;
     [[nodiscard]] double altIncrementValue() const noexcept { return step_; }
     void setAltIncrementValue(double v) noexcept { step_ = v; }
@@ -31,6 +35,7 @@ public:
     [[nodiscard]] BOOL isVerticalIn(const NSRect& bounds) const noexcept {
         return bounds.size.height > bounds.size.width;
     }
+    /// Where the knob stands in a slider of those bounds, and the value of a place in it.
     [[nodiscard]] NSRect knobRectIn(const NSRect& bounds, BOOL flipped) const;
     [[nodiscard]] double valueAt(NSPoint p, const NSRect& bounds, BOOL flipped) const;
 
@@ -40,6 +45,8 @@ public:
                                                BOOL untilMouseUp) override;
 
 private:
+    void drawTicks(const NSRect& frame, const NSRect& knob, bool flipped) const;
+
     double min_ = 0, max_ = 1, step_ = 0;
     NSInteger ticks_ = 0;
     bool ticksOnly_ = false;

@@ -116,17 +116,23 @@ NSText* NSTextField::currentEditor() const {
     return e && e->superview() == this ? e : nullptr;
 }
 
+Ref<NSText> NSTextField::takeEditor() {
+    if (!window() || !cell() || !isSelectable() || !isEnabled()) return nullptr;
+    Ref<NSText> e = window()->fieldEditor_forObject(YES, this);
+    if (!e) return nullptr;
+    editor_ = e.get();
+    former_ = cell()->objectValue();
+    return e;
+}
+
 void NSTextField::selectText(NSObject*) {
-    if (!window() || !cell() || !isSelectable() || !isEnabled()) return;
     const Ref<NSTextField> self(this);
     if (NSText* e = currentEditor()) {
         e->selectAll(this);
         return;
     }
-    const Ref<NSText> e = window()->fieldEditor_forObject(YES, this);
+    const Ref<NSText> e = takeEditor();
     if (!e) return;
-    editor_ = e.get();
-    former_ = cell()->objectValue();
     cell()->selectWithFrame_inView_editor_delegate_start_length(bounds(), this, e, this, 0, stringValue()->length());
     setNeedsDisplay(YES);
 }
@@ -147,10 +153,8 @@ void NSTextField::mouseDown(NSEvent* event) {
         e->mouseDown(event);
         return;
     }
-    const Ref<NSText> e = window()->fieldEditor_forObject(YES, this);
+    const Ref<NSText> e = takeEditor();
     if (!e) return;
-    editor_ = e.get();
-    former_ = cell()->objectValue();
     cell()->editWithFrame_inView_editor_delegate_event(bounds(), this, e, this, event);
     setNeedsDisplay(YES);
 }
@@ -269,7 +273,8 @@ void NSTextField::textDidEndEditing(NSNotification* n) {
 BOOL NSTextField::textView_doCommandBySelector(NSText* editor, SEL command) {
     if (auto asked = op::control_textView_doCommandBySelector.of(delegate_))
         if (asked(this, editor, command)) return YES;
-    if (command == sel("cancelOperation:") && currentEditor() == editor) {
+    static const SEL cancel = sel("cancelOperation:");
+    if (command == cancel && currentEditor() == editor) {
         // Escape gives back what stood there.
         const Ref<NSTextField> self(this);
         const Ref<NSText> kept(editor);

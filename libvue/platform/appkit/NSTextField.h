@@ -73,6 +73,8 @@ public:
     [[nodiscard]] AccessibilityDescription accessibilityDescription() const override;
 
 private:
+    /// The window's editor, taken for this field; null where the field cannot be edited now.
+    [[nodiscard]] Ref<NSText> takeEditor();
     void postEditing(NSString* name, const Operation<void(NSNotification*)>& operation, NSText* editor);
 
     Weak<NSObject> delegate_;

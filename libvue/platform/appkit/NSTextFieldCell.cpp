@@ -55,9 +55,6 @@ void NSTextFieldCell::encodeWithCoder(NSCoder& coder) const {
 Ref<NSObject> NSTextFieldCell::copyWithZone() const {
     Ref<NSObject> made = NSActionCell::copyWithZone();
     if (auto* c = as<NSTextFieldCell>(made)) {
-        c->setTarget(target());
-        c->setAction(action());
-        c->setTag(tag());
         c->textColor_ = textColor_;
         c->backgroundColor_ = backgroundColor_;
         c->placeholder_ = placeholder_;
@@ -96,12 +93,7 @@ NSColor* NSTextFieldCell::effectiveTextColor() const {
 
 NSSize NSTextFieldCell::cellSizeForBounds(const NSRect& bounds) const {
     NSSize s = NSActionCell::cellSizeForBounds(bounds);
-    if (isBezeled()) {
-        const CGFloat least = controlSize() == NSMiniControlSize    ? theme::kMiniHeight
-                              : controlSize() == NSSmallControlSize ? theme::kSmallHeight
-                                                                    : theme::kRegularHeight;
-        s.height = std::max(s.height, least);
-    }
+    if (isBezeled()) s.height = std::max(s.height, theme::controlHeight(controlSize()));
     return s;
 }
 
@@ -128,7 +120,7 @@ NSRect NSTextFieldCell::titleRectForBounds(const NSRect& bounds) const {
 void NSTextFieldCell::drawWithFrame_inView(const NSRect& frame, NSView* view) {
     if (NSIsEmptyRect(frame)) return;
     if (isBezeled()) {
-        drawTextFieldBezel(frame, isEnabled(), NO, view);
+        drawTextFieldBezel(frame, isEnabled());
     } else {
         if (drawsBackground_) {
             backgroundColor()->setFill();

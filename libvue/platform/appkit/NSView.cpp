@@ -38,7 +38,7 @@ NSView::NSView(NSCoder& coder) {
     hidden_ = coder.decodeBoolForKey(u"NSHidden"_ns);
     if (const Ref<NSArray> views = as<NSArray>(coder.decodeObjectForKey(u"NSSubviews"_ns)))
         for (NSObject* o : *views)
-            if (auto* v = as<NSView>(o)) addSubview(v);
+            if (auto* v = as<NSView>(o); v && !isDescendantOf(v)) addSubview(v);
 }
 
 void NSView::encodeWithCoder(NSCoder& coder) const {

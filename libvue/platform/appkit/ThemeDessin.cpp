@@ -165,15 +165,11 @@ void drawPushButtonBezel(const NSRect& frame, const FaceState& s, CGFloat radius
     r.size.height -= line;
     if (!flippedContext()) r.origin.y += line;
     radius = std::min(radius, r.size.height / 2);
-    if (s.enabled && s.active && (s.isDefault || s.on)) {
-        dropUnder(r, radius);
-        fillRoundedVertical(r, radius, accentTop(s), accentBottom(s));
-        strokeRoundedInside(r, radius, mixed(NSColor::controlAccentColor(), 0.25, NSColor::blackColor()));
-        return;
-    }
     FaceState face = s;
-    face.on = face.mixed = false;
-    if (s.on && s.enabled) face.pressed = true;
+    face.mixed = false;
+    face.on = s.enabled && s.active && (s.isDefault || s.on);
+    // Where the accent does not show it, a button that is on looks held down.
+    if (!face.on && s.on && s.enabled) face.pressed = true;
     drawFace(r, radius, face);
 }
 
@@ -184,12 +180,12 @@ void drawRecessedBezel(const NSRect& frame, const FaceState& s) {
     fill(r, theme::kRadius - 1, faded(NSColor::labelColor(), s.enabled ? part : part / 2));
 }
 
-void drawTextFieldBezel(const NSRect& frame, BOOL enabled, BOOL focused, NSView*) {
+void drawTextFieldBezel(const NSRect& frame, BOOL enabled) {
     const NSRect r = alignedToPixels(frame);
     const CGFloat radius = theme::kRadius - 1;
     fill(r, radius,
          enabled ? Ref<NSColor>(NSColor::textBackgroundColor()) : faded(NSColor::textBackgroundColor(), kDisabledFace));
-    NSColor* border = focused ? NSColor::controlAccentColor() : NSColor::systemColor(SystemColor::controlBorder);
+    NSColor* border = NSColor::systemColor(SystemColor::controlBorder);
     strokeRoundedInside(r, radius, enabled ? Ref<NSColor>(border) : faded(border, kDisabledFace));
 }
 

@@ -2,6 +2,7 @@
 
 #include <libvue/platform/appkit/Forward.h>
 #include <libvue/platform/foundation/NSGeometry.h>
+#include <libvue/platform/graphics/NSFont.h>
 
 namespace libvue {
 
@@ -35,7 +36,7 @@ LIBVUE_API void strokeRoundedInside(const NSRect& r, CGFloat radius, NSColor* co
 LIBVUE_API void drawPushButtonBezel(const NSRect& frame, const FaceState& state, CGFloat radius);
 /// The flat one of toolbars: shows itself when pressed, on or hovered.
 LIBVUE_API void drawRecessedBezel(const NSRect& frame, const FaceState& state);
-LIBVUE_API void drawTextFieldBezel(const NSRect& frame, BOOL enabled, BOOL focused, NSView* view);
+LIBVUE_API void drawTextFieldBezel(const NSRect& frame, BOOL enabled);
 LIBVUE_API void drawCheckBox(const NSRect& box, const FaceState& state);
 LIBVUE_API void drawRadioButton(const NSRect& box, const FaceState& state);
 /// `filled` is the part before the knob.
@@ -51,7 +52,10 @@ LIBVUE_API void drawChevron(const NSRect& room, Chevron which, NSColor* color);
 LIBVUE_API void drawCheckmark(const NSRect& room, NSColor* color);
 
 namespace theme {
-inline constexpr CGFloat kRegularHeight = 24, kSmallHeight = 20, kMiniHeight = 16;
+/// Of a button, a pop-up or a text field of one line.
+[[nodiscard]] constexpr CGFloat controlHeight(NSControlSize size) noexcept {
+    return size == NSMiniControlSize ? 16 : size == NSSmallControlSize ? 20 : 24;
+}
 inline constexpr CGFloat kRadius = 6;
 inline constexpr CGFloat kCheckBoxSide = 15;
 inline constexpr CGFloat kSliderKnob = 16, kSliderTrack = 4;
