@@ -19,6 +19,8 @@ class NSEvent;
 class NSFont;
 class NSGraphicsContext;
 class NSImage;
+class NSImageCell;
+class NSImageView;
 class NSMenu;
 class NSMenuItem;
 class NSPanel;
