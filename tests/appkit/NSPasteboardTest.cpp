@@ -94,7 +94,7 @@ TEST_F(PasteboardTest, AnOwnerThatDiedPromisesNothing) {
 
 TEST_F(PasteboardTest, TheFindPasteboardIsOneAndItsOwn) {
     auto* find = NSPasteboard::pasteboardWithName(NSFindPboard);
-    EXPECT_EQ(find, NSPasteboard::pasteboardWithName(u"Find pasteboard"_ns));
+    EXPECT_EQ(find, NSPasteboard::pasteboardWithName(NSString::fromUTF8("NSFindPboard")));
     EXPECT_NE(find, general());
     general()->declareTypes_owner(strings(), nullptr);
     general()->setString_forType(u"général"_ns, NSStringPboardType);

@@ -13,19 +13,27 @@ namespace libvue {
 namespace {
 
 /// The types of the platform and what the desktop calls them.
+struct TypeName {
+    const ConstantString& type;
+    std::string_view mime;
+};
+constexpr TypeName typeNames[] = {{NSStringPboardType, "text/plain"},
+                                  {NSRTFPboardType, "text/rtf"},
+                                  {NSHTMLPboardType, "text/html"},
+                                  {NSURLPboardType, "text/uri-list"}};
+
 std::string mimeOf(const NSString* type) {
-    if (type->isEqualToString(NSStringPboardType)) return "text/plain";
-    if (type->isEqualToString(NSRTFPboardType)) return "text/rtf";
-    if (type->isEqualToString(NSHTMLPboardType)) return "text/html";
-    if (type->isEqualToString(NSURLPboardType)) return "text/uri-list";
+    for (const TypeName& n : typeNames)
+        if (type->isEqualToString(n.type)) return std::string(n.mime);
     return type->utf8();
 }
 
 Ref<NSString> typeOf(std::string_view mime) {
+    // Plain text may name its encoding, and rich text goes by two names.
     if (mime.starts_with("text/plain")) return NSStringPboardType.get();
-    if (mime == "text/rtf" || mime == "application/rtf") return NSRTFPboardType.get();
-    if (mime == "text/html") return NSHTMLPboardType.get();
-    if (mime == "text/uri-list") return NSURLPboardType.get();
+    if (mime == "application/rtf") return NSRTFPboardType.get();
+    for (const TypeName& n : typeNames)
+        if (mime == n.mime) return n.type.get();
     return NSString::fromUTF8(mime);
 }
 
@@ -71,6 +79,8 @@ NSInteger NSPasteboard::clearContents() {
 
 NSInteger NSPasteboard::declareTypes_owner(NSArray* types, NSObject* owner) {
     const Ref<NSPasteboard> self(this);
+    const Ref<NSArray> kept(types);
+    const Ref<NSObject> keptOwner(owner);
     if (const Ref<NSObject> former = owner_.ref(); former && former != owner)
         if (auto tell = op::pasteboardChangedOwner.of(former)) tell(this);
     items_.clear();
@@ -159,6 +169,7 @@ Ref<NSString> NSPasteboard::availableTypeFromArray(NSArray* types) {
 Ref<NSData> NSPasteboard::dataForType(NSString* type) {
     if (!type) return nullptr;
     const Ref<NSPasteboard> self(this);
+    const Ref<NSString> kept(type);
     followClipboard();
     Item* i = item(type);
     if (!i) return nullptr;

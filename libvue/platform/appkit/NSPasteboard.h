@@ -9,12 +9,12 @@
 namespace libvue {
 
 inline constexpr ConstantString NSStringPboardType{u"NSStringPboardType"};
-inline constexpr ConstantString NSRTFPboardType{u"NeXT Rich Text Format v1.0 pasteboard type"};
-inline constexpr ConstantString NSHTMLPboardType{u"Apple HTML pasteboard type"};
-inline constexpr ConstantString NSURLPboardType{u"NSURL pasteboard type"};
-inline constexpr ConstantString NSFindPboard{u"Find pasteboard"};
-inline constexpr ConstantString NSFontPboard{u"Font pasteboard"};
-inline constexpr ConstantString NSDragPboard{u"Drag pasteboard"};
+inline constexpr ConstantString NSRTFPboardType{u"NSRTFPboardType"};
+inline constexpr ConstantString NSHTMLPboardType{u"NSHTMLPboardType"};
+inline constexpr ConstantString NSURLPboardType{u"NSURLPboardType"};
+inline constexpr ConstantString NSFindPboard{u"NSFindPboard"};
+inline constexpr ConstantString NSFontPboard{u"NSFontPboard"};
+inline constexpr ConstantString NSDragPboard{u"NSDragPboard"};
 
 namespace op {
 /// Asks the owner for a type that it declared and has not given yet.
@@ -37,6 +37,8 @@ public:
     [[nodiscard]] NSString* name() const noexcept { return name_; }
     /// Empties it and says what will be there. The owner (held weakly, may be null) is asked for what it has not given.
     NSInteger declareTypes_owner(NSArray* types, NSObject* owner);
+    /// Says that more will be there. Nothing where another application has taken the clipboard. Each of these answers
+    /// the change count.
     NSInteger addTypes_owner(NSArray* types, NSObject* owner);
     NSInteger clearContents();
     /// NO for a type that was not declared.
