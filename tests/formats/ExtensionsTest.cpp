@@ -1,0 +1,165 @@
+#include <foundation/Valeurs.h>
+
+#include <libvue/platform/foundation/NSDictionary.h>
+#include <libvue/platform/foundation/NSError.h>
+#include <libvue/platform/foundation/NSURL.h>
+#include <libvue/text/formats/NSCountedSetKerlanAdditions.h>
+#include <libvue/text/formats/NSDictionaryMerge.h>
+#include <libvue/text/formats/NSFileManagerAjoutKerlan.h>
+#include <libvue/text/formats/NSURLAjoutKerlan.h>
+
+using namespace libvue;
+using namespace libvue::valeurs;
+
+namespace {
+
+using Paires = std::initializer_list<std::pair<const char16_t*, Ref<NSObject>>>;
+
+Ref<NSDictionary> dictionnaire(Paires paires) {
+    const Ref<NSMutableDictionary> d = NSMutableDictionary::dictionary();
+    for (const auto& [cle, valeur] : paires)
+        d->setObject_forKey(valeur, text(cle));
+    return d;
+}
+
+std::string attributs(const Ref<NSDictionary>& d) { return d ? described(d->objectForKey(NSFileType)) : "(null)"; }
+
+} // namespace
+
+TEST(NSURLAjoutKerlan, escapesAreThoseThatAreNeeded) {
+    const struct {
+        const char16_t *avant, *apres;
+    } rows[] = {
+        {u"http://a.org/%C3%A9t%C3%A9", u"http://a.org/%C3%A9t%C3%A9"},
+        {u"http://a.org/%61%2Db", u"http://a.org/a-b"},
+        {u"http://a.org/deux%20mots#haut", u"http://a.org/deux%20mots#haut"},
+        {u"http://a.org/100%25", u"http://a.org/100%25"},
+        {u"http://a.org/a%2520b", u"http://a.org/a%2520b"},
+        {u"http://a.org/x%23y", u"http://a.org/x#y"}, // an escaped mark becomes a bare one
+        {u"http://a.org/?q=%e2%82%ac", u"http://a.org/?q=%E2%82%AC"},
+        {u"http://a.org/%FF", nullptr},
+    };
+    for (const auto& row : rows) {
+        const Ref<NSURL> url = NSURL::URLWithString(text(row.avant));
+        ASSERT_NE(url, nullptr) << shown(row.avant);
+        const Ref<NSURL> ajuste = ajusteEncodage(url);
+        EXPECT_EQ(ajuste ? shown(ajuste->absoluteString()) : "none", row.apres ? shown(row.apres) : "none");
+    }
+    EXPECT_EQ(ajusteEncodage(nullptr), nullptr);
+}
+
+TEST(NSDictionaryMerge, theReceiverWinsAndDictionariesAreMerged) {
+    const Ref<NSDictionary> a = dictionnaire({{u"a", dictionnaire({{u"x", number(1)}})}, {u"b", number(2)}});
+    const Ref<NSDictionary> b = dictionnaire(
+        {{u"a", dictionnaire({{u"y", number(3)}})}, {u"b", dictionnaire({{u"z", number(4)}})}, {u"c", number(5)}});
+    const Ref<NSDictionary> fusion = dictionnaire(
+        {{u"a", dictionnaire({{u"x", number(1)}, {u"y", number(3)}})}, {u"b", number(2)}, {u"c", number(5)}});
+    const struct {
+        Ref<NSDictionary> a, b, fusion;
+    } rows[] = {
+        {a, b, fusion},
+        {b, a,
+         dictionnaire({{u"a", dictionnaire({{u"x", number(1)}, {u"y", number(3)}})},
+                       {u"b", dictionnaire({{u"z", number(4)}})},
+                       {u"c", number(5)}})},
+        {a, NSDictionary::dictionary(), a},
+        {NSDictionary::dictionary(), b, b},
+        {a, nullptr, a},
+        {dictionnaire({{u"k", dictionnaire({})}}), dictionnaire({{u"k", number(1)}}),
+         dictionnaire({{u"k", dictionnaire({})}})},
+    };
+    for (const auto& row : rows)
+        EXPECT_TRUE(isEqual(dictionaryByMergingWith(row.a, row.b), row.fusion))
+            << described(dictionaryByMergingWith(row.a, row.b));
+    EXPECT_EQ(dictionaryByMergingWith(nullptr, b), nullptr);
+    // Neither side changed, nor what is nested in it.
+    EXPECT_EQ(a->count(), 2u);
+    EXPECT_EQ(a->get<NSDictionary>(text(u"a"))->count(), 1u);
+    EXPECT_EQ(b->get<NSDictionary>(text(u"a"))->count(), 1u);
+}
+
+TEST(NSDictionaryMerge, depthCostsNoStack) {
+    Ref<NSDictionary> a = dictionnaire({{u"x", number(1)}}), b = dictionnaire({{u"y", number(2)}});
+    for (int i = 0; i < 60000; ++i) {
+        a = NSDictionary::dictionaryWithObject_forKey(a, text(u"k"));
+        b = NSDictionary::dictionaryWithObject_forKey(b, text(u"k"));
+    }
+    const Ref<NSDictionary> fusion = dictionaryByMergingWith(a, b);
+    const NSDictionary* fond = fusion;
+    while (const auto* plusBas = fond->get<NSDictionary>(text(u"k")))
+        fond = plusBas;
+    EXPECT_EQ(fond->count(), 2u);
+}
+
+TEST(NSCountedSetKerlanAdditions, theMostFrequentComeFirst) {
+    const Ref<NSCountedSet> s = NSCountedSet::set();
+    const struct {
+        const char16_t* mot;
+        int fois;
+    } rows[] = {{u"le", 3}, {u"chat", 1}, {u"de", 7}, {u"la", 5}, {u"mère", 2}};
+    for (const auto& row : rows)
+        for (int i = 0; i < row.fois; ++i)
+            s->addObject(text(row.mot));
+    EXPECT_EQ(shown(objectsByOcccurence(s)), "|de|la|le|m\\u00E8re|chat|");
+    s->addObject(text(u"chat"));
+    const Ref<NSArray> tous = objectsByOcccurence(s);
+    ASSERT_EQ(tous->count(), 5u);
+    EXPECT_EQ(s->countForObject((*tous)[3]), s->countForObject((*tous)[4]));
+    EXPECT_EQ(objectsByOcccurence(NSCountedSet::set())->count(), 0u);
+}
+
+TEST(NSFileManagerAjoutKerlan, linksAreFollowedToTheirEnd) {
+    Folder dossier;
+    auto* m = NSFileManager::defaultManager();
+    dossier.write("fichier", "abc");
+    dossier.write("sous/cible", "abcdef");
+    const auto lie = [&](const std::string& nom, const std::string& cible) {
+        std::filesystem::create_symlink(cible, dossier.path / nom);
+    };
+    lie("absolu", (dossier.path / "fichier").string());
+    lie("deux", (dossier.path / "absolu").string());
+    lie("dossier", (dossier.path / "sous").string());
+    lie("relatif", "fichier");
+    lie("rompu", (dossier.path / "nulle-part").string());
+    lie("soi", "soi");
+    // The target of a relative link stands beneath the link: this one leads to sous/cible through the folder itself.
+    lie("sous/cible2", "cible");
+    const struct {
+        const char* nom;
+        BOOL suit;
+        const char* type;
+        bool erreur;
+    } rows[] = {
+        {"fichier", YES, "NSFileTypeRegular", false},
+        {"absolu", NO, "NSFileTypeSymbolicLink", false},
+        {"absolu", YES, "NSFileTypeRegular", false},
+        {"deux", YES, "NSFileTypeRegular", false},
+        {"dossier", YES, "NSFileTypeDirectory", false},
+        {"relatif", NO, "NSFileTypeSymbolicLink", false},
+        {"relatif", YES, "(null)", true},
+        {"sous/cible2", YES, "(null)", true},
+        {"rompu", YES, "(null)", true},
+        {"soi", YES, "(null)", true},
+        {"absent", YES, "(null)", true},
+        {"absent", NO, "(null)", true},
+    };
+    for (const auto& row : rows) {
+        Ref<NSError> erreur;
+        EXPECT_EQ(attributs(attributesOfItemAtPath_traverseLink_error(m, dossier.at(row.nom), row.suit, &erreur)),
+                  row.type)
+            << row.nom << row.suit;
+        EXPECT_EQ(erreur != nullptr, row.erreur) << row.nom;
+    }
+    EXPECT_EQ(attributesOfItemAtPath_traverseLink_error(m, dossier.at("absent"), YES, nullptr), nullptr);
+}
+
+TEST(NSFileManagerAjoutKerlan, aLongChainOfLinksHasAnEnd) {
+    Folder dossier;
+    dossier.write("0", "abc");
+    constexpr int liens = 300; // many more than the system would follow by itself
+    for (int i = 1; i <= liens; ++i)
+        std::filesystem::create_symlink(dossier.path / std::to_string(i - 1), dossier.path / std::to_string(i));
+    EXPECT_EQ(attributs(attributesOfItemAtPath_traverseLink_error(NSFileManager::defaultManager(),
+                                                                  dossier.at(std::to_string(liens)), YES, nullptr)),
+              "NSFileTypeRegular");
+}
