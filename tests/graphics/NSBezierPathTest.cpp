@@ -186,3 +186,18 @@ TEST(NSBezierPathTest, pathsComeBackFromArchivesAndDamageGivesAnEmptyOne) {
     ASSERT_NE(damaged, nullptr);
     EXPECT_TRUE(damaged->isEmpty());
 }
+
+TEST(NSBezierPathTest, eachClosingGoesBackToTheStartOfItsOwnSubpath) {
+    const auto path = NSBezierPath::bezierPathWithRect(NSMakeRect(1, 2, 10, 10));
+    path->appendBezierPathWithOvalInRect(NSMakeRect(30, 40, 20, 20));
+    path->appendBezierPathWithRect(NSMakeRect(5, 6, 7, 8));
+    NSPoint p;
+    EXPECT_EQ(path->elementAtIndex_associatedPoints(4, &p), NSClosePathBezierPathElement);
+    EXPECT_EQ(p, NSMakePoint(1, 2));
+    EXPECT_EQ(path->elementAtIndex_associatedPoints(10, &p), NSClosePathBezierPathElement);
+    EXPECT_EQ(p, NSMakePoint(50, 50));
+    EXPECT_EQ(path->currentPoint(), NSMakePoint(5, 6));
+    const auto flat = path->bezierPathByFlatteningPath();
+    EXPECT_EQ(flat->currentPoint(), NSMakePoint(5, 6));
+    EXPECT_EQ(flat->bounds(), path->bounds());
+}
