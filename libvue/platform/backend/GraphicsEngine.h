@@ -23,7 +23,6 @@ public:
     /// A canvas that draws pages into a PDF file in memory; `finish` gives its bytes.
     struct PDF {
         std::unique_ptr<Canvas> canvas;
-        std::shared_ptr<void> document;
     };
     [[nodiscard]] virtual PDF makePDF(NSSize page, std::string_view title) = 0;
     virtual void beginPage(PDF& pdf) = 0; ///< from the second page on

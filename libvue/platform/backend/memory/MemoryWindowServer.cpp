@@ -367,6 +367,7 @@ void MemoryWindowServer::present(WindowId w, std::span<const NSRect> dirty) {
     MemoryWindow* at = find(w);
     if (!at || !at->surface || dirty.empty()) return;
     if (!at->presented) at->presented = graphics_.makePicture(at->content.size, scale(w));
+    if (!at->presented) return;
     at->lastPresented.assign(dirty.begin(), dirty.end());
     ++at->presents;
     std::vector<NSRect> whole;

@@ -167,16 +167,18 @@ void PdfCanvas::setInterpolation(Interpolation quality) {
     page_->side->setInterpolation(quality);
 }
 
+NSRect PdfCanvas::withShadow(const NSRect& box) const {
+    if (!state_.hasShadow) return box;
+    const Shadow& s = state_.shadow;
+    const NSRect cast = NSInsetRect(NSOffsetRect(box, s.offset.width, s.offset.height), -2 * s.blur, -2 * s.blur);
+    return NSUnionRect(box, cast);
+}
+
 bool PdfCanvas::isPlain(Compositing op, double alpha, const NSRect& bounds) {
     const bool covers =
         op == Compositing::sourceOver || op == Compositing::highlight || (op == Compositing::copy && alpha >= 1);
     if (layers_.empty() && covers && !state_.hasShadow) return true;
-    NSRect box = state_.user.apply(bounds);
-    if (state_.hasShadow) {
-        const Shadow& s = state_.shadow;
-        box =
-            NSUnionRect(box, NSInsetRect(NSOffsetRect(box, s.offset.width, s.offset.height), -2 * s.blur, -2 * s.blur));
-    }
+    const NSRect box = withShadow(state_.user.apply(bounds));
     if (layers_.empty())
         patch(box);
     else
@@ -304,14 +306,7 @@ void PdfCanvas::endLayer() {
     page_->side->endLayer();
     if (!layers_.empty()) return;
     // The layer's own state, with its shadow, decides how far it reaches.
-    const NSRect ink = layerInk_;
-    NSRect box = ink;
-    if (state_.hasShadow) {
-        const Shadow& s = state_.shadow;
-        box =
-            NSUnionRect(box, NSInsetRect(NSOffsetRect(ink, s.offset.width, s.offset.height), -2 * s.blur, -2 * s.blur));
-    }
-    patch(box);
+    patch(withShadow(layerInk_));
 }
 
 namespace pdf {
@@ -327,7 +322,7 @@ GraphicsEngine::PDF make(NSSize page, std::string_view title) {
         size = {size.width * k, size.height * k};
     }
     auto canvas = std::make_unique<PdfCanvas>(size, title);
-    return {std::move(canvas), nullptr};
+    return {std::move(canvas)};
 }
 
 void beginPage(GraphicsEngine::PDF& document) {

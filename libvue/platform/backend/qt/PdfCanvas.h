@@ -66,7 +66,10 @@ private:
     void resetPage();
     /// Whether the page can show it by itself; else what lies in `bounds` (user space) is taken from the pixels.
     bool isPlain(Compositing op, double alpha, const NSRect& bounds);
+    /// Paints that part of the pixels, in points of the page, over what the page has there.
     void patch(const NSRect& bounds);
+    /// The box and what its shadow reaches, in points of the page.
+    [[nodiscard]] NSRect withShadow(const NSRect& box) const;
 };
 
 /// The engine's page functions.

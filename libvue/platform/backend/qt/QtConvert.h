@@ -63,6 +63,13 @@ namespace libvue::backend {
     return {x, y, held(r.right()) - x, held(r.bottom()) - y};
 }
 
+/// Whether the edges lie on pixel edges, or so near to them that nobody can see it.
+[[nodiscard]] inline bool isWhole(const QRectF& r) noexcept {
+    constexpr double near = 1.0 / 256;
+    const auto whole = [](double v) { return std::abs(v - std::floor(v + 0.5)) < near; };
+    return whole(r.left()) && whole(r.top()) && whole(r.right()) && whole(r.bottom());
+}
+
 /// Plus-darker has no mode of the painter's and is composed apart.
 [[nodiscard]] inline QPainter::CompositionMode toQt(Compositing op) noexcept {
     switch (op) {

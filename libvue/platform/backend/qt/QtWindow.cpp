@@ -17,6 +17,7 @@
 #include <libvue/platform/backend/qt/QtApplication.h>
 #include <libvue/platform/backend/qt/QtWindowHints.h>
 #include <libvue/platform/backend/qt/QtWindowServer.h>
+#include <libvue/platform/backend/qt/RasterPath.h>
 #include <libvue/platform/backend/qt/RasterPicture.h>
 
 namespace libvue::backend {
@@ -311,25 +312,8 @@ void QtWindow::setOutline(const Path* shape) {
         return;
     }
     QPainterPath path;
-    const NSPoint* p = shape->points.data();
-    const auto flip = [this](NSPoint q) { return QPointF(q.x, size_.height() - q.y); };
-    for (const PathVerb verb : shape->verbs) {
-        switch (verb) {
-        case PathVerb::move:
-            path.moveTo(flip(*p++));
-            break;
-        case PathVerb::line:
-            path.lineTo(flip(*p++));
-            break;
-        case PathVerb::curve:
-            path.cubicTo(flip(p[0]), flip(p[1]), flip(p[2]));
-            p += 3;
-            break;
-        case PathVerb::close:
-            path.closeSubpath();
-            break;
-        }
-    }
+    const Transform flip{1, 0, 0, -1, 0, static_cast<double>(size_.height())};
+    if (!convertPath(*shape, flip, FillRule::nonZero, path)) return;
     setMask(QRegion(path.toFillPolygon().toPolygon()));
 }
 

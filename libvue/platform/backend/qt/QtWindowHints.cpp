@@ -174,7 +174,7 @@ QImage contents(WId window, QSize pixels) {
                       static_cast<std::uint16_t>(pixels.width()), static_cast<std::uint16_t>(pixels.height()), ~0u);
     const Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(c, cookie, nullptr));
     if (!reply || (reply->depth != 24 && reply->depth != 32)) return {};
-    const int line = pixels.width() * 4;
+    const qsizetype line = static_cast<qsizetype>(pixels.width()) * 4;
     if (xcb_get_image_data_length(reply.get()) < line * pixels.height()) return {};
     const QImage::Format format = reply->depth == 32 ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32;
     return QImage(xcb_get_image_data(reply.get()), pixels.width(), pixels.height(), line, format).copy();

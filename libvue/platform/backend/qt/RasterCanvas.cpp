@@ -10,18 +10,6 @@
 
 namespace libvue::backend {
 
-namespace {
-
-/// Edges this near to a pixel edge are on it.
-constexpr double onTheEdge = 1.0 / 256;
-
-bool isWhole(double v) noexcept { return std::abs(v - std::floor(v + 0.5)) < onTheEdge; }
-bool isWhole(const QRectF& r) noexcept {
-    return isWhole(r.left()) && isWhole(r.top()) && isWhole(r.right()) && isWhole(r.bottom());
-}
-
-} // namespace
-
 RasterCanvas::RasterCanvas(std::shared_ptr<RasterPicture> picture)
     : picture_(std::move(picture)),
       base_(picture_->image().bits(), picture_->pixelWidth(), picture_->pixelHeight(), picture_->image().bytesPerLine(),
@@ -318,6 +306,7 @@ void RasterCanvas::strokeLine(NSPoint from, NSPoint to, const Stroke& stroke, co
         if (state_.antialias || (r.width() >= 1 && r.height() >= 1)) return fillDevice(r, color, state_.op);
     }
     if (scale == 0) {
+        // The move at the end keeps `stroke` from taking it for a line and handing it back.
         const Path path{{PathVerb::move, PathVerb::line, PathVerb::move}, {from, to, to}};
         return this->stroke(path, stroke, color);
     }

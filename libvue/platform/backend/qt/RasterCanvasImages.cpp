@@ -11,17 +11,6 @@
 
 namespace libvue::backend {
 
-namespace {
-
-constexpr double onTheEdge = 1.0 / 256;
-
-bool isWhole(double v) noexcept { return std::abs(v - std::floor(v + 0.5)) < onTheEdge; }
-bool isWhole(const QRectF& r) noexcept {
-    return isWhole(r.left()) && isWhole(r.top()) && isWhole(r.right()) && isWhole(r.bottom());
-}
-
-} // namespace
-
 void RasterCanvas::drawGradient(const AxialGradient& gradient) {
     if (state_.clip.rect.isEmpty()) return;
     const auto brush = makeGradientBrush(gradient, state_.device, state_.alpha);
