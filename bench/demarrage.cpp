@@ -2,7 +2,6 @@
 // own, so that neither side loads the other's libraries.
 #include "Banc.h"
 
-#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -78,11 +77,6 @@ private:
     double duree_ = 0;
 };
 
-double mediane(std::vector<double> valeurs) {
-    std::sort(valeurs.begin(), valeurs.end());
-    return valeurs[valeurs.size() / 2];
-}
-
 banc::Mesures mesureLeDepart() {
     // The first of each fills the caches of the disk.
     Enfant(notreFenetre).duree();
@@ -93,7 +87,7 @@ banc::Mesures mesureLeDepart() {
         notres.push_back(Enfant(notreFenetre).duree() * 1000);
         pairs.push_back(Enfant(fenetreDuPair).duree() * 1000);
     }
-    return {mediane(notres), mediane(pairs)};
+    return {banc::mediane(notres), banc::mediane(pairs)};
 }
 
 double memoireApresUneSeconde(const char* programme) {

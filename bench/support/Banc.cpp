@@ -36,12 +36,6 @@ long calibre(const std::function<void()>& travail) {
     }
 }
 
-double mediane(std::vector<double> valeurs) {
-    const auto milieu = valeurs.begin() + static_cast<std::ptrdiff_t>(valeurs.size() / 2);
-    std::nth_element(valeurs.begin(), milieu, valeurs.end());
-    return *milieu;
-}
-
 std::string lisible(double secondes) {
     char texte[32];
     if (secondes < 1e-6)
@@ -130,6 +124,13 @@ int Banc::lance(int argc, char** argv) {
     }
     if (!trouve) std::fprintf(stderr, "no path of this benchmark has such a name\n");
     return trouve ? 0 : 1;
+}
+
+double mediane(std::vector<double> valeurs) {
+    if (valeurs.empty()) return 0;
+    const auto milieu = valeurs.begin() + static_cast<std::ptrdiff_t>(valeurs.size() / 2);
+    std::nth_element(valeurs.begin(), milieu, valeurs.end());
+    return *milieu;
 }
 
 std::size_t memoireResidente(int processus) {

@@ -56,6 +56,9 @@ private:
 /// Keeps the compiler from dropping the computation of \p valeur.
 template <class T> inline void garde(const T& valeur) { asm volatile("" : : "r,m"(valeur) : "memory"); }
 
+/// The middle one; of none, 0.
+double mediane(std::vector<double> valeurs);
+
 /// Memory of a process (this one for 0) in bytes; 0 when it cannot be read. What it shares counts in full, so that the
 /// figure does not hang on who else runs.
 std::size_t memoireResidente(int processus = 0);
