@@ -5,9 +5,7 @@
 #include <limits>
 #include <new>
 
-#include <libvue/platform/foundation/NSDecimalNumber.h>
 #include <libvue/platform/foundation/NSException.h>
-#include <libvue/platform/foundation/SmallBlocks.h>
 #include <libvue/platform/foundation/StringUnits.h>
 
 namespace libvue::detail {
@@ -19,27 +17,23 @@ void DocumentObjects::prepare() {
     (void)classOf<NSDecimalNumber>();
 }
 
-NSMutableArray* DocumentObjects::array(NSObject* const* items, std::size_t count) {
-    const std::size_t bytes = sizeof(NSMutableArray) + count * sizeof(NSObject*);
-    const bool near = bytes <= SmallBlocks::most && count != 0;
-    auto* a = new (SmallBlocks::takeFast(near ? bytes : sizeof(NSMutableArray))) NSMutableArray;
+NSMutableArray* DocumentObjects::longArray(NSObject* const* items, std::size_t count) {
+    auto* a = new NSMutableArray;
     if (count == 0) return a;
-    if (near) {
-        static_assert(SmallBlocks::most / sizeof(NSObject*) <= 0xFF, "the tag holds the capacity");
-        a->setTag_(static_cast<std::uint8_t>(count));
-        a->items_ = a->nearItems();
-    } else
-        a->grow(count);
+    a->grow(count);
     std::memcpy(a->items_, items, count * sizeof(NSObject*));
     a->count_ = static_cast<std::uint32_t>(count);
     return a;
 }
 
-NSMutableDictionary* DocumentObjects::dictionary(NSObject* const* keysAndValues, std::size_t count) {
+NSMutableDictionary* DocumentObjects::dictionary(NSObject* const* keysAndValues, const std::uint32_t* hashes,
+                                                 std::size_t count) {
     auto* d = new (SmallBlocks::takeFast(sizeof(NSMutableDictionary))) NSMutableDictionary;
-    d->table_.adopt(keysAndValues, static_cast<std::uint32_t>(count));
+    d->table_.adopt(keysAndValues, hashes, static_cast<std::uint32_t>(count));
     return d;
 }
+
+std::uint32_t DocumentObjects::hashOf(const NSString* key) { return ObjectTable<Beside::object>::hashOf(key); }
 
 NSMutableString* DocumentObjects::blank(std::size_t count, bool wide) {
     if (count > std::numeric_limits<std::uint32_t>::max() - 1)

@@ -6,6 +6,7 @@
 #include <new>
 
 #include <libvue/platform/foundation/CollectionText.h>
+#include <libvue/platform/foundation/DocumentObjects.h>
 #include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSIndexSet.h>
@@ -41,7 +42,7 @@ NSArray::~NSArray() {
     std::uint32_t count = count_;
     count_ = 0;
     for (std::uint32_t i = 0; i < count; ++i)
-        items[i]->release();
+        detail::DocumentObjects::release(items[i]);
     freeItems();
 }
 

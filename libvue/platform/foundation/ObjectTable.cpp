@@ -6,6 +6,7 @@
 #include <new>
 #include <utility>
 
+#include <libvue/platform/foundation/DocumentObjects.h>
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/SmallBlocks.h>
 
@@ -141,30 +142,46 @@ template <Beside beside> void ObjectTable<beside>::clear() noexcept {
         if (!entries[i].key) continue;
         entries[i].key->release();
         if constexpr (beside == Beside::object)
-            if (entries[i].value) entries[i].value->release();
+            if (entries[i].value) DocumentObjects::release(entries[i].value);
     }
     SmallBlocks::giveAny(entries, blockBytes(capacity));
 }
 
 template <Beside beside>
-void ObjectTable<beside>::adopt(NSObject* const* keysAndValues,
+void ObjectTable<beside>::adopt(NSObject* const* keysAndValues, const std::uint32_t* keyHashes,
                                 std::uint32_t count) requires(beside == Beside::object) {
     if (count == 0) return;
     rebuild(count);
     ++mutations_;
+    const std::uint32_t n = slotCount(capacity_);
+    std::uint32_t* const kept = hashes();
+    std::uint32_t* const slot = slots();
     for (std::uint32_t i = 0; i < count; ++i) {
         NSObject* const key = keysAndValues[2 * i];
         NSObject* const value = keysAndValues[2 * i + 1];
-        const std::uint32_t hash = hashOf(key);
-        if (Entry* e = findHashed(key, hash)) [[unlikely]] {
-            NSObject* const old = std::exchange(e->value, value);
+        const std::uint32_t hash = keyHashes[i];
+        Entry* same = nullptr;
+        std::uint32_t at = hash & (n - 1);
+        if (n == 0) {
+            for (std::uint32_t k = 0; k < used_; ++k)
+                if (kept[k] == hash && (entries_[k].key == key || entries_[k].key->isEqual(key))) same = entries_ + k;
+        } else
+            for (; slot[at] != 0; at = (at + 1) & (n - 1)) {
+                Entry* const e = entries_ + (slot[at] - 1);
+                if (kept[slot[at] - 1] == hash && (e->key == key || e->key->isEqual(key))) {
+                    same = e;
+                    break;
+                }
+            }
+        if (same) [[unlikely]] {
+            NSObject* const old = std::exchange(same->value, value);
             key->release();
             old->release();
             continue;
         }
         entries_[used_] = {key, value};
-        hashes()[used_] = hash;
-        link(used_++);
+        kept[used_++] = hash;
+        if (n != 0) slot[at] = used_;
     }
     count_ = used_;
 }

@@ -42,9 +42,12 @@ public:
     bool remove(const NSObject* key);
     /// Fills an empty table; each key is followed by its value, and the counts of both are taken over. A key that comes
     /// again replaces its value.
-    void adopt(NSObject* const* keysAndValues, std::uint32_t count) requires(beside == Beside::object);
+    void adopt(NSObject* const* keysAndValues, const std::uint32_t* keyHashes,
+               std::uint32_t count) requires(beside == Beside::object);
     void clear() noexcept;
     void reserve(std::size_t count);
+    /// The hash that the table keeps of a key.
+    [[nodiscard]] static std::uint32_t hashOf(const NSObject* key);
     void copy(const ObjectTable& other);
     void swap(ObjectTable& other) noexcept;
 
@@ -56,7 +59,6 @@ private:
     }
     [[nodiscard]] std::uint32_t* slots() const noexcept { return hashes() + capacity_; }
     [[nodiscard]] static std::uint32_t slotCount(std::uint32_t capacity) noexcept;
-    [[nodiscard]] static std::uint32_t hashOf(const NSObject* key);
     [[nodiscard]] Entry* findHashed(const NSObject* key, std::uint32_t hash) const;
     [[nodiscard]] static std::size_t blockBytes(std::uint32_t capacity) noexcept;
     void rebuild(std::uint32_t capacity);

@@ -1,6 +1,5 @@
 #include <libvue/platform/foundation/SmallBlocks.h>
 
-#include <algorithm>
 #include <atomic>
 #include <mutex>
 #include <new>
@@ -15,10 +14,9 @@ namespace {
 constexpr std::size_t regionBytes = 1 << 20;
 /// Empty slabs beyond so many give their pages back to the system.
 constexpr std::size_t mostIdle = 128;
-/// Free blocks are linked for so many bytes at a time, so that pages are touched only when they are needed.
-constexpr std::size_t carvedBytes = 4096;
-
-BlockSlab nothing{};
+/// Its end is below its begin.
+char noRoom[2];
+constinit BlockSlab nothing{nullptr, nullptr, 0, 0, false, nullptr, nullptr, noRoom + 1, noRoom};
 
 constexpr BlockHeap emptyHeap() {
     BlockHeap h{};
@@ -44,7 +42,7 @@ public:
         collect();
         const std::size_t c = (bytes + 7) / 8;
         BlockSlab* s = current[c];
-        if (s->free || carve(s)) return pop(s);
+        if (void* p = pop(s)) return p;
         if (s != &nothing) s->full = true;
         if (BlockSlab* p = partial_[c]) {
             unlink(p, c);
@@ -52,7 +50,6 @@ public:
         } else
             s = fresh(c * 8);
         current[c] = s;
-        if (!s->free) carve(s);
         return pop(s);
     }
 
@@ -89,32 +86,33 @@ public:
     }
 
 private:
+    /// Null where the slab has nothing left.
     static void* pop(BlockSlab* s) noexcept {
         void* p = s->free;
-        s->free = *static_cast<void**>(p);
+        if (p)
+            s->free = *static_cast<void**>(p);
+        else {
+            p = s->fresh;
+            if (p > s->limit) return nullptr;
+            s->fresh += s->unit;
+        }
         ++s->live;
         return p;
-    }
-    static bool carve(BlockSlab* s) noexcept {
-        if (s == &nothing) return false;
-        char* const end = reinterpret_cast<char*>(s) + BlockSlab::size;
-        const auto left = static_cast<std::size_t>(end - s->fresh) / s->unit;
-        if (left == 0) return false;
-        const std::size_t n = std::min(left, std::max<std::size_t>(1, carvedBytes / s->unit));
-        char* p = s->fresh;
-        for (std::size_t i = 1; i < n; ++i, p += s->unit)
-            *reinterpret_cast<void**>(p) = p + s->unit;
-        *reinterpret_cast<void**>(p) = nullptr;
-        s->free = s->fresh;
-        s->fresh = p + s->unit;
-        return true;
     }
     BlockSlab* fresh(std::size_t unit) {
         if (!idle_) map();
         BlockSlab* s = idle_;
         idle_ = s->next;
         if (idleCount_) --idleCount_;
-        *s = BlockSlab{nullptr, this, 0, static_cast<std::uint32_t>(unit), false, nullptr, nullptr, firstBlock(s)};
+        *s = {nullptr,
+              this,
+              0,
+              static_cast<std::uint32_t>(unit),
+              false,
+              nullptr,
+              nullptr,
+              firstBlock(s),
+              reinterpret_cast<char*>(s) + BlockSlab::size - unit};
         return s;
     }
     void map() {

@@ -34,7 +34,8 @@ struct BlockSlab {
     bool full; // in no list: nothing was free when it was last looked at
     BlockSlab* next;
     BlockSlab* previous;
-    char* fresh; // from here on nothing was ever handed out
+    char* fresh; // from here on nothing was handed out yet
+    char* limit; // the last place where a block may begin
 
     static BlockSlab* of(void* block) noexcept {
         return reinterpret_cast<BlockSlab*>(reinterpret_cast<std::uintptr_t>(block) & ~std::uintptr_t(size - 1));
@@ -70,10 +71,15 @@ struct LIBVUE_API SmallBlocks {
     [[nodiscard]] static void* takeFast(std::size_t bytes) {
         if constexpr (LIBVUE_BLOCKS_FROM_HEAP) return take(bytes);
         BlockSlab* const s = threadBlocks->current[(bytes + 7) / 8];
-        void* const p = s->free;
-        if (!p) [[unlikely]]
-            return takeSlowly(bytes);
-        s->free = *static_cast<void**>(p);
+        void* p = s->free;
+        if (p)
+            s->free = *static_cast<void**>(p);
+        else {
+            p = s->fresh;
+            if (p > s->limit) [[unlikely]]
+                return takeSlowly(bytes);
+            s->fresh += s->unit;
+        }
         ++s->live;
         return p;
     }
