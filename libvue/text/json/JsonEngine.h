@@ -32,29 +32,35 @@ private:
         Kind kind;
     };
     /// Texts without escapes that came before, and numbers: the same ones come again and again in most documents.
+    struct KnownKey {
+        std::uint64_t first, last; // eight bytes each; all of them where there are fewer
+        std::uint32_t count, hash;
+        NSString* key; // counted
+    };
     struct KnownNumber {
         std::uint64_t mantissa;
         int sign;         // and exponent
         NSObject* number; // counted
     };
 
-    /// Stands for a collection whose end is still to come.
-    static inline NSObject* const opened = reinterpret_cast<NSObject*>(alignof(NSObject));
-
-    void skipSpace() noexcept;
+    [[nodiscard]] const char* afterSpace(const char* p) const noexcept;
     void error(NSUInteger code, const char* text);
     void error(NSUInteger code, Ref<NSString> text);
 
-    [[nodiscard]] NSObject* scanLeafOrOpen();
+    [[nodiscard]] NSObject* scanWord();
     [[nodiscard]] NSObject* scanRestOfTrue();
     [[nodiscard]] NSObject* scanRestOfFalse();
     [[nodiscard]] NSObject* scanRestOfNull();
-    [[nodiscard]] NSObject* scanRestOfString(Role role);
+    /// Answers where the cursor goes; the value is null where it failed.
+    [[nodiscard]] const char* scanRestOfString(const char* p, Role role, NSObject*& value);
     [[nodiscard]] NSObject* scanRestOfStringInPieces(Role role);
     [[nodiscard]] bool scanEscape();
     [[nodiscard]] bool scanUnicodeChar(unichar& unit);
     [[nodiscard]] bool scanHexQuad(unichar& quad);
-    [[nodiscard]] NSObject* scanNumber();
+    [[nodiscard]] const char* scanNumber(const char* p, NSObject*& value);
+    [[nodiscard]] NSObject* badNumber(const char* text);
+    [[nodiscard]] NSObject* longNumber(const char* from, const char* to);
+    [[nodiscard]] static NSObject* inManyWords(std::uint64_t mantissa, int exponent, bool negative);
 
     /// Begins an object or array.
     [[nodiscard]] bool open(Kind kind);
@@ -62,12 +68,11 @@ private:
     [[nodiscard]] NSObject* closed();
     /// Gives the innermost one up.
     void abandon() noexcept;
-    /// What scanRestOfArray and scanRestOfDictionary do before each value: true where a value is expected; else `done`
-    /// holds the finished collection, or null where it failed.
-    [[nodiscard]] bool scanMoreOfArray(NSObject*& done);
-    [[nodiscard]] bool scanMoreOfDictionary(NSObject*& done);
-    /// False where a comma stands before the end.
-    [[nodiscard]] bool skipComma(char end, const char* text);
+    /// What scanRestOfArray and scanRestOfDictionary do before each value: answers where a value is expected; else
+    /// null, and `done` holds the finished collection (`c` stands behind it), or null where it failed.
+    [[nodiscard]] const char* scanMoreOfArray(const char* p, NSObject*& done);
+    [[nodiscard]] const char* scanMoreOfDictionary(const char* p, NSObject*& done);
+    [[nodiscard]] const char* afterComma(const char* p, char end, const char* text);
     /// Each level that is still open adds its error.
     void unwind();
 
@@ -76,6 +81,7 @@ private:
     void appendUnit(unichar unit);
     void reserveUnits(std::size_t count);
     [[nodiscard]] NSObject* textOfUnits(Role role);
+    /// Its hash is pushed.
     [[nodiscard]] NSObject* knownKey(const char* from, std::size_t count);
     [[nodiscard]] NSObject* number(std::uint64_t mantissa, int exponent, bool negative);
 
@@ -94,10 +100,11 @@ private:
     NSObject** top_ = nullptr;
     NSObject** limit_ = nullptr;
     std::vector<Level> levels_;
-    std::unique_ptr<unichar[]> units_; // of the text under way
+    std::vector<std::uint32_t> keyHashes_; // of the keys on the stack
+    std::unique_ptr<unichar[]> units_;     // of the text under way
     std::size_t unitCount_ = 0, unitRoom_ = 0;
     std::size_t known_; // a power of two
-    std::unique_ptr<NSString*[]> keys_;
+    std::unique_ptr<KnownKey[]> keys_;
     std::unique_ptr<KnownNumber[]> numbers_;
 };
 
