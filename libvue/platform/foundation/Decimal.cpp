@@ -7,6 +7,8 @@
 #include <cstring>
 #include <limits>
 
+#include <libvue/platform/foundation/DecimalText.h>
+#include <libvue/platform/foundation/DecimalWord.h>
 #include <libvue/platform/foundation/SmallBlocks.h>
 
 namespace libvue {
@@ -127,70 +129,6 @@ private:
     std::uint64_t limb_[limbs] = {};
 };
 
-/// The digits of a mantissa as text, without leading zeros; "0" for zero.
-class DigitText {
-public:
-    explicit DigitText(UInt128 m) noexcept {
-        auto low = static_cast<std::uint64_t>(m);
-        if (m >> 64) {
-            low = static_cast<std::uint64_t>(m % ten.of[19]);
-            auto high = static_cast<std::uint64_t>(m / ten.of[19]);
-            count_ = 19 + digits64(high);
-            put20(high, text_);
-            // The twenty digits of the low part begin with a zero, which the last digit of the high part replaces.
-            const char last = text_[19];
-            put20(low, text_ + 19);
-            text_[19] = last;
-            wide_ = true;
-            begin_ = text_ + 39 - count_;
-            return;
-        }
-        count_ = digits64(low);
-        put20(low, text_);
-        begin_ = text_ + 20 - count_;
-    }
-    [[nodiscard]] int count() const noexcept { return count_; }
-    [[nodiscard]] const char* begin() const noexcept { return begin_; }
-    /// Copies the digits from the given one on, and beyond the last: up to 40 characters change at `to`.
-    void copyFrom(int first, char* to) const noexcept {
-        if (wide_)
-            std::memcpy(to, begin_ + first, 40);
-        else
-            std::memcpy(to, begin_ + first, 20);
-    }
-
-private:
-    static int digits64(std::uint64_t v) noexcept {
-        // 1233 / 4096 is the logarithm of two, near enough for 64 bits.
-        const int guess = (64 - std::countl_zero(v | 1)) * 1233 >> 12;
-        return guess + (guess == 0 || v >= static_cast<std::uint64_t>(ten.of[guess]));
-    }
-    /// Eight digits side by side, halved three times: by 10000, by 100, by 10.
-    static void put8(std::uint32_t v, char* to) noexcept {
-        const std::uint64_t fours = v / 10000 | static_cast<std::uint64_t>(v % 10000) << 32;
-        const std::uint64_t hundreds = (fours * 10486 >> 20) & 0x0000007F0000007F;
-        const std::uint64_t twos = hundreds | (fours - hundreds * 100) << 16;
-        const std::uint64_t tens = (twos * 103 >> 10) & 0x000F000F000F000F;
-        std::uint64_t digits = (tens | (twos - tens * 10) << 8) + 0x3030303030303030;
-        if constexpr (std::endian::native == std::endian::big) digits = __builtin_bswap64(digits);
-        std::memcpy(to, &digits, 8);
-    }
-    static void put20(std::uint64_t v, char* to) noexcept {
-        constexpr std::uint64_t eight = 100000000;
-        const std::uint64_t high = v / eight;
-        put8(static_cast<std::uint32_t>(v % eight), to + 12);
-        put8(static_cast<std::uint32_t>(high % eight), to + 4);
-        auto rest = static_cast<unsigned>(high / eight); // at most 1844
-        for (int i = 3; i >= 0; --i, rest /= 10)
-            to[i] = static_cast<char>('0' + rest % 10);
-    }
-
-    char text_[80] = {}; // room for a copy that begins at the last digit
-    const char* begin_;
-    int count_;
-    bool wide_ = false;
-};
-
 enum class Tail : std::uint8_t { exact, more };
 
 /// Whether the magnitude goes up when `digit` and what follows are dropped.
@@ -222,12 +160,6 @@ UInt128 drop(Wide w, int drop, Tail tail, NSRoundingMode mode, bool negative, bo
     return goesUp(mode, negative, last, more, (m & 1) != 0) ? m + 1 : m;
 }
 
-/// Whether ten divides `v`, and how often. The product with the inverse of five is small where five divides.
-bool divisibleByTen(std::uint64_t v, std::uint64_t& tenth) noexcept {
-    tenth = std::rotr(v * 0xCCCCCCCCCCCCCCCDu, 1);
-    return tenth <= std::numeric_limits<std::uint64_t>::max() / 10;
-}
-
 void strip(UInt128& m, long& e) noexcept {
     if (m == 0) return;
     while (m >> 64 && m % 10 == 0) {
@@ -236,7 +168,7 @@ void strip(UInt128& m, long& e) noexcept {
     }
     if (m >> 64) return;
     auto small = static_cast<std::uint64_t>(m);
-    for (std::uint64_t tenth; divisibleByTen(small, tenth); ++e)
+    for (std::uint64_t tenth; detail::divisibleByTen(small, tenth); ++e)
         small = tenth;
     m = small;
 }
@@ -287,21 +219,6 @@ Decimal Decimal::of(std::uint64_t magnitude, bool negative) noexcept {
 Decimal Decimal::of(const NSDecimalNumber& n) noexcept {
     const NSDecimalNumber::Mantissa m = n.mantissa();
     return {static_cast<UInt128>(m.high) << 64 | m.low, n.exponent(), n.isNegative(), n.isNotANumber()};
-}
-
-NSDecimalNumber* Decimal::inOneWord(std::uint64_t mantissa, int exponent, bool negative) {
-    constexpr int most = 1 << (NSDecimalNumber::exponentBits - 1);
-    if (mantissa == 0) {
-        exponent = 0;
-        negative = false;
-    } else
-        for (std::uint64_t tenth; divisibleByTen(mantissa, tenth); ++exponent)
-            mantissa = tenth;
-    if (mantissa >> NSDecimalNumber::mantissaBits || exponent < -most || exponent >= most) return nullptr;
-    const std::uint64_t word = mantissa << NSDecimalNumber::exponentBits |
-                               (static_cast<std::uint64_t>(exponent) & ((1u << NSDecimalNumber::exponentBits) - 1));
-    return new (detail::SmallBlocks::takeFast(sizeof(NSDecimalNumber)))
-        NSDecimalNumber(negative ? NSDecimalNumber::tagNegative : 0, static_cast<NSInteger>(word));
 }
 
 Ref<NSDecimalNumber> Decimal::object() const {
@@ -511,9 +428,9 @@ double Decimal::toDouble() const noexcept {
         v = static_cast<double>(static_cast<std::uint64_t>(mantissa));
         v = exponent < 0 ? v / power[-exponent] : v * power[exponent];
     } else {
-        const DigitText digits(mantissa);
-        char all[48];
-        char* p = std::copy(digits.begin(), digits.begin() + digits.count(), all);
+        char text[48], all[48];
+        const int n = detail::putMantissa(mantissa, text);
+        char* p = std::copy(text, text + n, all);
         *p++ = 'e';
         p = std::to_chars(p, all + sizeof all, exponent).ptr;
         std::from_chars(all, p, v);
@@ -534,31 +451,38 @@ std::uint64_t Decimal::integerMagnitude() const noexcept {
     return whole > most ? most : static_cast<std::uint64_t>(whole);
 }
 
-char* Decimal::write(char* to) const noexcept {
-    if (notANumber) return std::copy_n("NaN", 3, to);
-    if (negative) *to++ = '-';
-    const DigitText digits(mantissa);
-    const int n = digits.count();
-    const int point = n + exponent; // digits before the point
-    if (exponent >= 0) {
-        digits.copyFrom(0, to);
-        return std::fill_n(to + n, exponent, '0');
+template <class Unit> Unit* Decimal::write(Unit* to) const noexcept {
+    if (notANumber) {
+        *to++ = 'N';
+        *to++ = 'a';
+        *to++ = 'N';
+        return to;
     }
+    if (negative) *to++ = '-';
+    if (!(mantissa >> 63)) return detail::putDecimal(static_cast<std::uint64_t>(mantissa), exponent, to);
+    char text[48];
+    const int n = detail::putMantissa(mantissa, text);
+    const int point = n + exponent; // digits before the point
+    if (exponent >= 0) return std::fill_n(std::copy(text, text + n, to), exponent, Unit{'0'});
     if (point > 0) {
-        digits.copyFrom(0, to);
-        digits.copyFrom(point, to + point + 1);
-        to[point] = '.';
-        return to + n + 1;
+        to = std::copy(text, text + point, to);
+        *to++ = '.';
+        return std::copy(text + point, text + n, to);
     }
     *to++ = '0';
     *to++ = '.';
-    to = std::fill_n(to, -point, '0');
-    digits.copyFrom(0, to);
-    return to + n;
+    return std::copy(text, text + n, std::fill_n(to, -point, Unit{'0'}));
 }
+template <class Unit> Unit* Decimal::write(const NSDecimalNumber& n, Unit* to) noexcept {
+    if (n.isLong()) return of(n).write(to);
+    if (n.isNegative()) *to++ = '-';
+    return detail::putDecimal(n.mantissa().low, n.exponent(), to);
+}
+template std::uint8_t* Decimal::write(const NSDecimalNumber& n, std::uint8_t* to) noexcept;
+template unichar* Decimal::write(const NSDecimalNumber& n, unichar* to) noexcept;
 
 void Decimal::appendTo(StringBuilder& b) const {
-    char text[mostCharacters];
+    char text[mostUnits];
     b.append(std::string_view(text, static_cast<std::size_t>(write(text) - text)));
 }
 

@@ -45,9 +45,11 @@ struct Decimal {
     /// Cut towards zero; what is larger than 64 bits is the largest value.
     [[nodiscard]] std::uint64_t integerMagnitude() const noexcept;
     /// The room that write() needs; no number fills it.
-    static constexpr std::size_t mostCharacters = 224;
-    /// Writes plain digits without an exponent, "NaN" for not a number, and answers where they end.
-    char* write(char* to) const noexcept;
+    static constexpr std::size_t mostUnits = 192;
+    /// Writes plain digits without an exponent, "NaN" for not a number, and answers where they end. Units are char,
+    /// std::uint8_t or unichar.
+    template <class Unit> Unit* write(Unit* to) const noexcept;
+    template <class Unit> static Unit* write(const NSDecimalNumber& n, Unit* to) noexcept;
     void appendTo(StringBuilder& b) const;
 };
 

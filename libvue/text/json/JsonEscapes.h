@@ -21,25 +21,28 @@ public:
     template <class From, class To> static To* copy(const From* from, std::size_t count, To* to) noexcept {
         constexpr std::size_t step = sizeof(std::uint64_t) / sizeof(From);
         const From* const end = from + count;
-        for (;;) {
-            while (end - from >= static_cast<std::ptrdiff_t>(step) && isPlain<From>(load<std::uint64_t>(from)))
-                to = copyPlain<step>(from, to);
-            if (end - from < static_cast<std::ptrdiff_t>(step)) break;
-            // One of the next units must be escaped.
-            while (isPlain(*from))
-                *to++ = *from++;
-            to = escape(*from++, to);
+        if (count >= step) {
+            To* const start = to;
+            const From* const last = end - step;
+            for (; from <= last; from += step, to += step) {
+                if (!isPlain<From>(load<std::uint64_t>(from))) return copyEscaping(from, end, to);
+                copyPlain<step>(from, to);
+            }
+            // The rest, together with some of what is there already.
+            if (!isPlain<From>(load<std::uint64_t>(last))) return copyEscaping(from, end, to);
+            copyPlain<step>(last, start + (count - step));
+            return start + count;
         }
-        if constexpr (step == 8) {
-            if (end - from >= 4 && isPlain<From>(load<std::uint32_t>(from) | std::uint64_t{0x4040404000000000}))
-                to = copyPlain<4>(from, to);
-        }
-        for (; from != end; ++from) {
-            if (isPlain(*from))
-                *to++ = *from;
-            else
-                to = escape(*from, to);
-        }
+        if constexpr (step == 8)
+            if (count >= 4) {
+                const std::uint64_t first = load<std::uint32_t>(from), second = load<std::uint32_t>(end - 4);
+                if (!isPlain<From>(first | second << 32)) return copyEscaping(from, end, to);
+                copyPlain<4>(from, to);
+                copyPlain<4>(end - 4, to + (count - 4));
+                return to + count;
+            }
+        for (; from != end; ++from)
+            to = isPlain(*from) ? (*to = *from, to + 1) : escape(*from, to);
         return to;
     }
 
@@ -49,11 +52,24 @@ private:
         std::memcpy(&word, from, sizeof word);
         return word;
     }
-    template <std::size_t count, class From, class To> static To* copyPlain(const From*& from, To* to) noexcept {
-        for (std::size_t i = 0; i < count; ++i)
-            to[i] = from[i];
-        from += count;
-        return to + count;
+    template <std::size_t count, class From, class To> static void copyPlain(const From* from, To* to) noexcept {
+        if constexpr (sizeof(From) == sizeof(To))
+            std::memcpy(to, from, count * sizeof(To));
+        else
+            for (std::size_t i = 0; i < count; ++i)
+                to[i] = from[i];
+    }
+    /// The same as copy(), for units of which one must be escaped.
+    template <class From, class To> static To* copyEscaping(const From* from, const From* end, To* to) noexcept {
+        constexpr std::ptrdiff_t step = sizeof(std::uint64_t) / sizeof(From);
+        while (from != end) {
+            for (; end - from >= step && isPlain<From>(load<std::uint64_t>(from)); from += step, to += step)
+                copyPlain<step>(from, to);
+            while (from != end && isPlain(*from))
+                *to++ = *from++;
+            if (from != end) to = escape(*from++, to);
+        }
+        return to;
     }
     static bool isPlain(unichar unit) noexcept { return unit >= 0x20 && unit != u'"' && unit != u'\\'; }
     /// Whether no unit of the word must be escaped. The three tests borrow upwards only from a unit that is found.
@@ -61,8 +77,8 @@ private:
         constexpr std::uint64_t ones = sizeof(Unit) == 1 ? 0x0101010101010101 : 0x0001000100010001;
         constexpr std::uint64_t tops = ones << (8 * sizeof(Unit) - 1);
         const std::uint64_t quotes = word ^ (ones * u'"'), backslashes = word ^ (ones * u'\\');
-        const std::uint64_t found =
-            ((word - ones * 0x20) & ~word) | ((quotes - ones) & ~quotes) | ((backslashes - ones) & ~backslashes);
+        // What has its top bit set is none of them, and none of the differences from them is.
+        const std::uint64_t found = ((word - ones * 0x20) | (quotes - ones) | (backslashes - ones)) & ~word;
         return (found & tops) == 0;
     }
     template <class To> static To* escape(unichar unit, To* to) noexcept {

@@ -1,106 +1,67 @@
 #include <libvue/text/json/JsonOutput.h>
 
 #include <algorithm>
-#include <charconv>
-#include <cstring>
-
-#include <libvue/platform/foundation/Decimal.h>
-#include <libvue/platform/foundation/StringUnits.h>
-#include <libvue/text/json/JsonEscapes.h>
 
 namespace libvue {
 
-void JsonOutput::flush() {
-    if (wide_)
-        text_.append({block_.wide, length_});
+template <class Unit> Unit* JsonOutput::handOn(Unit* at) {
+    Unit* const start = block<Unit>();
+    const auto count = static_cast<std::size_t>(at - start);
+    if constexpr (sizeof(Unit) == 1)
+        text_.appendLatin1({reinterpret_cast<const char*>(start), count});
     else
-        text_.appendLatin1({reinterpret_cast<const char*>(block_.narrow), length_});
-    length_ = 0;
+        text_.append({start, count});
+    return start;
 }
 
-void JsonOutput::widen() {
-    if (wide_) return;
-    flush();
-    wide_ = true;
-}
-
-void JsonOutput::put(std::string_view latin1) {
-    need(latin1.size());
-    if (wide_)
-        detail::widenUnits(reinterpret_cast<const std::uint8_t*>(latin1.data()), latin1.size(), block_.wide + length_);
-    else
-        std::memcpy(block_.narrow + length_, latin1.data(), latin1.size());
-    length_ += latin1.size();
-}
-
-void JsonOutput::putRepeated(char c, NSUInteger times) {
+template <class Unit> Unit* JsonOutput::putRepeated(char c, NSUInteger times, Unit* at) {
     while (times) {
-        const NSUInteger now = std::min<NSUInteger>(times, blockUnits);
-        need(now);
-        if (wide_)
-            std::fill_n(block_.wide + length_, now, static_cast<unsigned char>(c));
-        else
-            std::memset(block_.narrow + length_, c, now);
-        length_ += now;
+        at = ready(at);
+        const NSUInteger now = std::min<NSUInteger>(times, room);
+        at = std::fill_n(at, now, static_cast<Unit>(c));
         times -= now;
     }
+    return ready(at);
 }
 
-void JsonOutput::putPlain(const NSString& s) {
+template <class Unit> Unit* JsonOutput::putPlain(const NSString& s, Unit* at) {
+    at = ready(at);
     const std::uint8_t* narrow = s.latin1Contents();
-    if (narrow && s.length() <= blockUnits) return put({reinterpret_cast<const char*>(narrow), s.length()});
-    flush();
+    if (narrow && s.length() < room / 2) return std::copy_n(narrow, s.length(), at);
+    at = handOn(at);
     text_.appendString(&s);
+    return at;
 }
 
-template <class Unit> void JsonOutput::putEscaped(const Unit* units, std::size_t count) {
-    // Pieces for which the block has room even if every unit becomes six.
-    constexpr std::size_t piece = 1024;
-    static_assert(piece * JsonEscapes::longest <= blockUnits);
-    do {
+template <class From, class Unit> Unit* JsonOutput::putPieces(const From* units, std::size_t count, Unit* at) {
+    constexpr std::size_t piece = room / JsonEscapes::longest;
+    while (count) {
         const std::size_t now = std::min(count, piece);
-        need(now * JsonEscapes::longest);
-        if (wide_)
-            length_ = static_cast<std::size_t>(JsonEscapes::copy(units, now, block_.wide + length_) - block_.wide);
-        else if constexpr (sizeof(Unit) == 1)
-            length_ = static_cast<std::size_t>(JsonEscapes::copy(units, now, block_.narrow + length_) - block_.narrow);
+        at = JsonEscapes::copy(units, now, ready(at));
         units += now;
         count -= now;
-    } while (count);
+    }
+    return at;
 }
 
-void JsonOutput::putQuoted(const NSString& s) {
-    put('"');
+template <class Unit> Unit* JsonOutput::putLong(const NSString& s, Unit* at) {
+    *at++ = '"';
     if (const std::uint8_t* narrow = s.latin1Contents())
-        putEscaped(narrow, s.length());
-    else if (s.length()) {
-        widen();
-        putEscaped(s._fastCharacterContents(), s.length());
-    }
-    put('"');
+        at = putPieces(narrow, s.length(), at);
+    else if constexpr (sizeof(Unit) > 1)
+        at = putPieces(s._fastCharacterContents(), s.length(), at);
+    at = ready(at);
+    *at++ = '"';
+    return at;
 }
 
-void JsonOutput::putInteger(NSInteger v) {
-    char digits[24];
-    put(std::string_view(digits, static_cast<std::size_t>(std::to_chars(digits, std::end(digits), v).ptr - digits)));
-}
-
-void JsonOutput::putUnsigned(NSUInteger v) {
-    char digits[24];
-    put(std::string_view(digits, static_cast<std::size_t>(std::to_chars(digits, std::end(digits), v).ptr - digits)));
-}
-
-void JsonOutput::putDecimal(const NSDecimalNumber& n) {
-    need(Decimal::mostCharacters);
-    if (!wide_) {
-        char* const at = reinterpret_cast<char*>(block_.narrow) + length_;
-        length_ += static_cast<std::size_t>(Decimal::of(n).write(at) - at);
-        return;
-    }
-    char text[Decimal::mostCharacters];
-    const auto count = static_cast<std::size_t>(Decimal::of(n).write(text) - text);
-    detail::widenUnits(reinterpret_cast<const std::uint8_t*>(text), count, block_.wide + length_);
-    length_ += count;
-}
+template std::uint8_t* JsonOutput::handOn(std::uint8_t*);
+template std::uint8_t* JsonOutput::putRepeated(char, NSUInteger, std::uint8_t*);
+template std::uint8_t* JsonOutput::putPlain(const NSString&, std::uint8_t*);
+template std::uint8_t* JsonOutput::putLong(const NSString&, std::uint8_t*);
+template unichar* JsonOutput::handOn(unichar*);
+template unichar* JsonOutput::putRepeated(char, NSUInteger, unichar*);
+template unichar* JsonOutput::putPlain(const NSString&, unichar*);
+template unichar* JsonOutput::putLong(const NSString&, unichar*);
 
 } // namespace libvue

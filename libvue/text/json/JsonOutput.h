@@ -2,58 +2,67 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include <libvue/platform/foundation/NSString.h>
+#include <libvue/text/json/JsonEscapes.h>
 
 namespace libvue {
 
 /// Gathers JSON text in a small block that stays in the processor's cache, and hands it on to a text block by block.
 /// The units are 8-bit until one needs more.
+///
+/// Whoever writes keeps the place where the next unit goes, `Unit* at`, and calls ready() before each item: an item
+/// takes no more than `room` units.
 class JsonOutput {
 public:
+    static constexpr std::size_t room = 2048;
+
     explicit JsonOutput(NSMutableString& text) noexcept : text_(text) {}
     JsonOutput(const JsonOutput&) = delete;
     JsonOutput& operator=(const JsonOutput&) = delete;
 
-    void put(char c) {
-        need(1);
-        if (wide_)
-            block_.wide[length_++] = static_cast<unsigned char>(c);
+    /// The start of the block. 16-bit units are for after widen().
+    template <class Unit> [[nodiscard]] Unit* block() noexcept {
+        if constexpr (sizeof(Unit) == 1)
+            return narrow_;
         else
-            block_.narrow[length_++] = static_cast<std::uint8_t>(c);
+            return wide_;
     }
-    /// Latin-1 characters, no more than a block holds.
-    void put(std::string_view latin1);
-    void putRepeated(char c, NSUInteger times);
-    /// The text as it stands.
-    void putPlain(const NSString& s);
-    /// The text between quotes, escaped where it must be.
-    void putQuoted(const NSString& s);
-    void putInteger(NSInteger v);
-    void putUnsigned(NSUInteger v);
-    /// As its `stringValue`.
-    void putDecimal(const NSDecimalNumber& n);
-    /// Hands on what is gathered.
-    void flush();
+    /// A place with `room` behind it: `at`, or the start of the block, whose units have been handed on.
+    template <class Unit> [[nodiscard]] Unit* ready(Unit* at) {
+        return at <= block<Unit>() + blockUnits - room ? at : handOn(at);
+    }
+    /// Hands on what is gathered, and answers the start of the block.
+    template <class Unit> Unit* handOn(Unit* at);
+    template <class Unit> [[nodiscard]] Unit* putRepeated(char c, NSUInteger times, Unit* at);
+    /// A text as it stands.
+    template <class Unit> [[nodiscard]] Unit* putPlain(const NSString& s, Unit* at);
+    /// The text between quotes, escaped where it must be: an item of its own unless it is at most `shortText` units
+    /// long. Wide units go into wide ones only.
+    template <class Unit> [[nodiscard]] Unit* putQuoted(const NSString& s, Unit* at) {
+        if (s.length() > shortText) return putLong(s, at);
+        *at++ = '"';
+        if (const std::uint8_t* narrow = s.latin1Contents())
+            at = JsonEscapes::copy(narrow, s.length(), at);
+        else if constexpr (sizeof(Unit) > 1)
+            at = JsonEscapes::copy(s._fastCharacterContents(), s.length(), at);
+        *at++ = '"';
+        return at;
+    }
 
 private:
     static constexpr std::size_t blockUnits = 8192;
-    /// What a copy may write beyond the units that it counts.
-    static constexpr std::size_t slack = 32;
+    static constexpr std::size_t shortText = 128;
 
-    void need(std::size_t units) {
-        if (length_ + units > blockUnits) flush();
-    }
-    void widen();
-    template <class Unit> void putEscaped(const Unit* units, std::size_t count);
+    template <class Unit> Unit* putLong(const NSString& s, Unit* at);
+    template <class From, class Unit> Unit* putPieces(const From* units, std::size_t count, Unit* at);
 
     NSMutableString& text_;
-    std::size_t length_ = 0;
-    bool wide_ = false;
     union {
-        std::uint8_t narrow[blockUnits + slack];
-        unichar wide[blockUnits + slack];
-    } block_;
+        std::uint8_t narrow_[blockUnits];
+        unichar wide_[blockUnits];
+    };
 };
 
 } // namespace libvue

@@ -5,6 +5,8 @@
 #include <optional>
 #include <vector>
 
+#include <libvue/platform/foundation/Decimal.h>
+#include <libvue/platform/foundation/DecimalText.h>
 #include <libvue/platform/foundation/NSDecimalNumber.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSException.h>
@@ -18,51 +20,35 @@ namespace {
 
 const ClassRegistration<SBJsonWriter> registration;
 
-/// What the writer makes of a value.
-enum class Sort : std::uint8_t { dictionary, array, text, number, null, other };
+/// What the writer makes of a value: texts and numbers of the platform's own classes, which it can write without asking
+/// them, containers, and all others.
+enum class Sort : std::uint8_t { text, decimal, number, dictionary, array, null, otherNumber, other };
 
-/// A value and what it is: the pointer is of the class that the sort names.
-struct Sorted {
-    Sort sort;
-    union {
-        const NSDictionary* dictionary;
-        const NSArray* array;
-        const NSString* text;
-        const NSNumber* number;
-    };
-};
+/// Those of no class that a document is usually made of, found by a walk through their bases.
+Sort sortByBases(const NSObject* value) {
+    if (as<const NSDictionary>(value)) return Sort::dictionary;
+    if (as<const NSArray>(value)) return Sort::array;
+    if (as<const NSString>(value)) return Sort::text;
+    if (as<const NSNumber>(value)) return Sort::otherNumber;
+    return as<const NSNull>(value) ? Sort::null : Sort::other;
+}
 
-/// The classes that a document is usually made of are told by their type alone; all others by a walk through their
-/// bases.
-Sorted sorted(const NSObject* value) {
-    if (!value) return {Sort::other, {}};
+Sort sortOf(const NSObject* value) {
+    if (!value) return Sort::other;
     const std::type_info* type = &typeid(*value);
-    Sorted s{Sort::other, {}};
-    if (type == &typeid(NSString) || type == &typeid(NSMutableString)) {
-        s.sort = Sort::text;
-        s.text = static_cast<const NSString*>(value);
-    } else if (type == &typeid(NSDecimalNumber) || type == &typeid(NSNumber)) {
-        s.sort = Sort::number;
-        s.number = static_cast<const NSNumber*>(value);
-    } else if (type == &typeid(NSMutableDictionary) || type == &typeid(NSDictionary)) {
-        s.sort = Sort::dictionary;
-        s.dictionary = static_cast<const NSDictionary*>(value);
-    } else if (type == &typeid(NSMutableArray) || type == &typeid(NSArray)) {
-        s.sort = Sort::array;
-        s.array = static_cast<const NSArray*>(value);
-    } else if (type == &typeid(NSNull))
-        s.sort = Sort::null;
-    else if ((s.dictionary = as<const NSDictionary>(value)))
-        s.sort = Sort::dictionary;
-    else if ((s.array = as<const NSArray>(value)))
-        s.sort = Sort::array;
-    else if ((s.text = as<const NSString>(value)))
-        s.sort = Sort::text;
-    else if ((s.number = as<const NSNumber>(value)))
-        s.sort = Sort::number;
-    else if (as<const NSNull>(value))
-        s.sort = Sort::null;
-    return s;
+    if (type == &typeid(NSMutableString) || type == &typeid(NSString)) return Sort::text;
+    if (type == &typeid(NSDecimalNumber)) return Sort::decimal;
+    if (type == &typeid(NSMutableDictionary) || type == &typeid(NSDictionary)) return Sort::dictionary;
+    if (type == &typeid(NSMutableArray) || type == &typeid(NSArray)) return Sort::array;
+    if (type == &typeid(NSNumber)) return Sort::number;
+    if (type == &typeid(NSNull)) return Sort::null;
+    return sortByBases(value);
+}
+
+template <class Unit, std::size_t count> Unit* putLiteral(const char (&text)[count], Unit* at) {
+    for (std::size_t i = 0; i + 1 < count; ++i)
+        *at++ = static_cast<Unit>(text[i]);
+    return at;
 }
 
 /// The most proxies that may stand for each other before one of them gives a value: beyond it they go in a circle.
@@ -79,16 +65,16 @@ public:
 
     /// False where the value, or one in it, could not be written.
     bool write(NSObject* value) {
-        bool written = begin(value);
-        while (!open_.empty())
-            written = written ? step() : fail();
-        if (written) out_.flush();
-        return written;
+        pending_ = value;
+        Outcome outcome = run<std::uint8_t>();
+        if (outcome == Outcome::wider) outcome = run<unichar>();
+        return outcome == Outcome::written;
     }
 
 private:
     static constexpr std::size_t usualDepth = 16;
 
+    enum class Outcome : std::uint8_t { written, failed, wider };
     enum class Kind : std::uint8_t { array, dictionary, proxy };
     struct Open {
         explicit Open(const NSArray* a) : kind(Kind::array), held(a) {}
@@ -106,159 +92,198 @@ private:
         NSObject* key = nullptr;                     ///< whose value is being written
     };
 
-    /// Writes a scalar, or opens a container or a proxy.
-    bool begin(NSObject* value) {
-        const Sorted s = sorted(value);
-        switch (s.sort) {
-        case Sort::text:
-            out_.putQuoted(*s.text);
-            return true;
-        case Sort::number:
-            number(*s.number);
-            return true;
-        case Sort::dictionary:
-            if (!deeper()) return false;
-            out_.put('{');
-            open_.emplace_back(s.dictionary);
-            if (writer_.sortKeys_) {
-                const auto keys = s.dictionary->allKeys();
-                open_.back().keys = keys->sortedArrayUsingSelector(sel("compare:"));
+    /// Writes the pending value and goes on with the containers that are open, until there are none, or until units are
+    /// needed that are wider: that text is pending then, or its entry has not been begun.
+    template <class Unit> Outcome run() {
+        Unit* at = out_.block<Unit>();
+        for (;;) {
+            at = out_.ready(at);
+            NSObject* value = nullptr;
+            if (pending_) {
+                value = *pending_;
+                pending_.reset();
+            } else {
+                if (open_.empty()) break;
+                Open& top = open_.back();
+                if (top.kind == Kind::array) {
+                    const NSArray& a = top.array();
+                    if (top.next >= a.count()) {
+                        at = end(a.count(), ']', at);
+                        continue;
+                    }
+                    if (top.next) *at++ = ',';
+                    if (writer_.humanReadable_) at = indent(at);
+                    value = a.data()[top.next++];
+                    if (top.next < a.count()) __builtin_prefetch(a.data()[top.next]);
+                } else if (top.kind == Kind::dictionary) {
+                    if (!nextEntry(top)) {
+                        at = end(top.dictionary().count(), '}', at);
+                        continue;
+                    }
+                    const Sort sort = sortOf(top.key);
+                    if (sizeof(Unit) == 1 && sort == Sort::text && isWide(top.key)) return wider(at);
+                    if (top.next) *at++ = ',';
+                    if (writer_.humanReadable_) at = indent(at);
+                    if (sort != Sort::text) {
+                        addError(SBJSONErrorUnsupported, u"JSON object key must be string"_ns);
+                        close();
+                        if (!fail()) return Outcome::failed;
+                        continue;
+                    }
+                    at = out_.putQuoted(static_cast<const NSString&>(*top.key), at);
+                    at = writer_.humanReadable_ ? putLiteral(" : ", at) : putLiteral(":", at);
+                    value = takeEntry(top);
+                    at = out_.ready(at);
+                } else {
+                    close();
+                    continue;
+                }
             }
-            return true;
-        case Sort::array:
-            if (!deeper()) return false;
-            out_.put('[');
-            open_.emplace_back(s.array);
-            return true;
-        case Sort::null:
-            out_.put("null");
-            return true;
-        default:
-            return other(value);
+            bool written = true;
+            switch (sortOf(value)) {
+            case Sort::text:
+                if (sizeof(Unit) == 1 && isWide(value)) {
+                    pending_ = value;
+                    return wider(at);
+                }
+                at = out_.putQuoted(static_cast<const NSString&>(*value), at);
+                break;
+            case Sort::decimal:
+                at = Decimal::write(static_cast<const NSDecimalNumber&>(*value), at);
+                break;
+            case Sort::number:
+                at = number(static_cast<const NSNumber&>(*value), at);
+                break;
+            case Sort::dictionary:
+                written = deeper();
+                if (!written) break;
+                *at++ = '{';
+                openDictionary(static_cast<const NSDictionary*>(value));
+                break;
+            case Sort::array:
+                written = deeper();
+                if (!written) break;
+                *at++ = '[';
+                open_.emplace_back(static_cast<const NSArray*>(value));
+                break;
+            case Sort::null:
+                at = putLiteral("null", at);
+                break;
+            case Sort::otherNumber:
+                settle();
+                at = number(static_cast<const NSNumber&>(*value), at);
+                break;
+            case Sort::other:
+                written = other(value);
+                break;
+            }
+            if (!written && !fail()) return Outcome::failed;
         }
+        out_.handOn(at);
+        return Outcome::written;
     }
 
-    /// Goes on with the innermost open container.
-    bool step() {
-        Open& top = open_.back();
-        switch (top.kind) {
-        case Kind::array:
-            return stepArray(top);
-        case Kind::dictionary:
-            return stepDictionary(top);
-        default:
-            close();
-            return true;
-        }
+    static bool isWide(const NSObject* text) { return !static_cast<const NSString*>(text)->latin1Contents(); }
+
+    template <class Unit> Outcome wider(Unit* at) {
+        out_.handOn(at);
+        return Outcome::wider;
     }
 
-    bool stepArray(Open& top) {
-        const NSArray& a = top.array();
-        if (top.next < a.count()) {
-            separate(top.next++);
-            return begin(a.data()[top.next - 1]);
+    /// The key that comes next; false where there is none. takeEntry() then gives its value, and goes on.
+    static bool nextEntry(Open& top) {
+        if (top.keys) {
+            if (top.next == top.keys->count()) return false;
+            top.key = top.keys->data()[top.next];
+            return true;
         }
-        end(a.count(), ']');
+        if (*top.entry == std::default_sentinel) return false;
+        top.key = (**top.entry).key;
         return true;
     }
-
-    bool stepDictionary(Open& top) {
-        const NSDictionary& d = top.dictionary();
-        NSObject* value = nullptr;
-        if (top.keys) {
-            if (top.next == top.keys->count()) {
-                end(d.count(), '}');
-                return true;
-            }
-            top.key = top.keys->data()[top.next];
-            value = d.objectForKey(top.key);
-        } else {
-            if (*top.entry == std::default_sentinel) {
-                end(d.count(), '}');
-                return true;
-            }
-            const auto entry = **top.entry;
-            top.key = entry.key;
-            value = entry.value;
-            ++*top.entry;
+    static NSObject* takeEntry(Open& top) {
+        ++top.next;
+        if (top.keys) return top.dictionary().objectForKey(top.key);
+        NSObject* value = (**top.entry).value;
+        ++*top.entry;
+        if (*top.entry != std::default_sentinel) {
+            __builtin_prefetch((**top.entry).value);
+            __builtin_prefetch((**top.entry).key);
         }
-        separate(top.next++);
-        const Sorted key = sorted(top.key);
-        if (key.sort != Sort::text) {
-            writer_.addErrorWithCode_description(SBJSONErrorUnsupported, u"JSON object key must be string"_ns);
-            close();
-            return false;
-        }
-        out_.putQuoted(*key.text);
-        if (writer_.humanReadable_)
-            out_.put(" : ");
-        else
-            out_.put(':');
-        return begin(value);
+        return value;
     }
 
-    /// Passes a failure on from the value to the innermost open container, which ends with it. It goes no further than
-    /// a proxy, which counts as written whatever came of it.
+    void openDictionary(const NSDictionary* d) {
+        open_.emplace_back(d);
+        if (!writer_.sortKeys_) return;
+        const auto keys = d->allKeys();
+        open_.back().keys = keys->sortedArrayUsingSelector(sel("compare:"));
+    }
+
+    /// Passes a failure on from a value to the containers that are open, which end with it. It goes no further than to
+    /// a proxy, which counts as written whatever came of it: true then.
     bool fail() {
-        Open& top = open_.back();
-        const bool proxy = top.kind == Kind::proxy;
-        if (top.kind == Kind::dictionary) {
-            const auto text = NSString::stringWithFormat(u"Unsupported value for key %@ in object"_ns, top.key);
-            writer_.addErrorWithCode_description(SBJSONErrorUnsupported, text);
+        while (!open_.empty()) {
+            const Open& top = open_.back();
+            const Kind kind = top.kind;
+            if (kind == Kind::dictionary)
+                addError(SBJSONErrorUnsupported,
+                         NSString::stringWithFormat(u"Unsupported value for key %@ in object"_ns, top.key));
+            close();
+            if (kind == Kind::proxy) return true;
         }
-        close();
-        return proxy;
+        return false;
     }
+
+    void addError(NSUInteger code, const Ref<NSString>& text) { writer_.addErrorWithCode_description(code, text); }
 
     /// The depth stays raised where it fails.
     bool deeper() {
         if (writer_.maxDepth_ == 0 || ++writer_.depth_ <= writer_.maxDepth_) return true;
-        writer_.addErrorWithCode_description(SBJSONErrorDepth, u"Nested too deep"_ns);
+        addError(SBJSONErrorDepth, u"Nested too deep"_ns);
         return false;
     }
 
-    void separate(NSUInteger before) {
-        if (before) out_.put(',');
-        if (writer_.humanReadable_) indent();
-    }
-
     /// The depth goes down even while there is no limit and it never went up: it wraps around then.
-    void end(NSUInteger count, char bracket) {
+    template <class Unit> Unit* end(NSUInteger count, char bracket, Unit* at) {
         --writer_.depth_;
-        if (writer_.humanReadable_ && count) indent();
-        out_.put(bracket);
+        if (writer_.humanReadable_ && count) at = indent(at);
+        *at++ = static_cast<Unit>(bracket);
         close();
+        return at;
     }
 
-    void indent() {
+    template <class Unit> Unit* indent(Unit* at) {
         const NSUInteger length = 2 * writer_.depth_ + 1;
         // A depth that wrapped around asks for more than a text can hold, which is for the text to refuse.
         if (length > std::numeric_limits<std::uint32_t>::max()) {
             const auto line = u"\n"_ns;
             const auto padded = line->stringByPaddingToLength_withString_startingAtIndex(length, u" "_ns, 0);
-            return out_.putPlain(*padded);
+            return out_.putPlain(*padded, at);
         }
-        out_.put('\n');
-        out_.putRepeated(' ', length - 1);
+        *at++ = '\n';
+        return out_.putRepeated(' ', length - 1, at);
     }
 
     void close() {
         open_.pop_back();
-        settled_ = std::min(settled_, open_.size());
+        if (settled_ > open_.size()) settled_ = open_.size();
     }
 
-    void number(const NSNumber& n) {
-        if (typeid(n) == typeid(NSDecimalNumber)) return out_.putDecimal(static_cast<const NSDecimalNumber&>(n));
-        const char type = n.objCType()[0];
-        if (type == 'c') return out_.put(n.boolValue() ? "true" : "false");
-        if (typeid(n) == typeid(NSNumber)) {
-            if (type == 'Q') return out_.putUnsigned(n.unsignedIntegerValue());
-            if (!n.isFloating()) return out_.putInteger(n.integerValue());
-        } else
-            settle();
+    template <class Unit> Unit* number(const NSNumber& n, Unit* at) {
+        if (n.objCType()[0] == 'c') return n.boolValue() ? putLiteral("true", at) : putLiteral("false", at);
+        if (typeid(n) == typeid(NSNumber) && !n.isFloating()) {
+            const auto bits = static_cast<std::uint64_t>(n.unsignedIntegerValue());
+            const bool negative = n.objCType()[0] != 'Q' && static_cast<std::int64_t>(bits) < 0;
+            if (negative) *at++ = '-';
+            const std::uint64_t magnitude = negative ? 0 - bits : bits;
+            const int count = detail::digitCount(magnitude);
+            detail::putDigits(magnitude, count, at);
+            return at + count;
+        }
         const auto text = n.stringValue();
         if (!text) raiseNamed(NSInvalidArgumentException, "a number has no text");
-        out_.putPlain(*text);
+        return out_.putPlain(*text, at);
     }
 
     /// What offers a proxy is written as that.
@@ -268,14 +293,15 @@ private:
         const auto proxyOf = op::proxyForJson.of(value);
         if (!proxyOf || before > mostProxies) {
             const auto name = value ? value->className() : Ref<NSString>();
-            const auto text = NSString::stringWithFormat(u"JSON serialisation not supported for %@"_ns, name.get());
-            writer_.addErrorWithCode_description(SBJSONErrorUnsupported, text);
+            addError(SBJSONErrorUnsupported,
+                     NSString::stringWithFormat(u"JSON serialisation not supported for %@"_ns, name.get()));
             return false;
         }
         settle();
-        const Ref<NSObject> proxy = proxyOf();
+        proxy_ = proxyOf();
         open_.emplace_back(before);
-        return begin(proxy);
+        pending_ = proxy_.get();
+        return true;
     }
 
     /// Before code of the application runs: open dictionaries go on by the keys that they have now, and keep those,
@@ -290,7 +316,9 @@ private:
     SBJsonWriter& writer_;
     JsonOutput out_;
     std::vector<Open> open_;
-    std::size_t settled_ = 0; ///< how many of the outermost are settled
+    std::size_t settled_ = 0;          ///< how many of the outermost are settled
+    std::optional<NSObject*> pending_; ///< what is written next, ahead of what the containers hold
+    Ref<NSObject> proxy_;              ///< the last one that was given
 };
 
 void SBJsonWriter::describe(ClassDescription<SBJsonWriter, SBJsonBase>& c) {
@@ -311,20 +339,23 @@ Ref<NSString> SBJsonWriter::stringWithFragment(NSObject* value) {
 }
 
 Ref<NSString> SBJsonWriter::stringWithObject(NSObject* value) {
+    const auto isContainer = [](const NSObject* v) {
+        const Sort sort = sortOf(v);
+        return sort == Sort::dictionary || sort == Sort::array;
+    };
+    if (isContainer(value)) return stringWithFragment(value);
     Ref<NSObject> written = value;
-    NSUInteger proxies = 0;
-    for (; proxies <= mostProxies; ++proxies) {
-        const Sort sort = sorted(written).sort;
-        if (sort == Sort::dictionary || sort == Sort::array) {
-            if (auto text = stringWithFragment(written)) return text;
-            break;
-        }
+    NSUInteger refusing = 1; // how many of the objects on the way have to say why
+    for (; refusing <= mostProxies; ++refusing) {
         const auto proxyOf = op::proxyForJson.of(written);
         if (!proxyOf) break;
         written = proxyOf();
+        if (!isContainer(written)) continue;
+        if (auto text = stringWithFragment(written)) return text;
+        break;
     }
-    // Each object on the way gives the reason anew, whatever the one that stands for it gave.
-    for (NSUInteger times = proxies + 1; times; --times) {
+    // Each of them gives the reason anew, whatever the one that stands for it gave.
+    for (; refusing; --refusing) {
         clearErrorTrace();
         addErrorWithCode_description(SBJSONErrorFragment, u"Not valid type for JSON"_ns);
     }
