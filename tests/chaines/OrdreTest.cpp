@@ -119,6 +119,8 @@ std::vector<std::u16string> awkward() {
         {u"l", u"L", u"\u00B7", u"\u0140", u"\u0387", u"\u00E9", u"\u00AD"},
         {u"a", u"\u0300", u"\u0327", u"\u00E7", u"c", u"\u1E09", u"\u0001"},
         {u"\u00F0", u"d", u"\u0111", u"\u00FE", u"th", u"\u0149", u"\u02BCn", u"\u0132", u"ij", u"\u00B4"},
+        // The first joins some of the others to it.
+        {u"\uFDD1", u"4", u"L", u"0", u"9", u"A", u"Z", u"\u201C"},
         {u"a", std::u16string(1, char16_t(0xD835)), std::u16string(1, char16_t(0xDC00)), u"\u00E9", u"\U0001F600"}};
     std::mt19937 random(6);
     const auto below = [&](std::size_t n) { return static_cast<std::size_t>(random()) % n; };
