@@ -77,8 +77,8 @@ void Binding::start() {
     show();
     const Ref<NSObject> observed = observed_.ref();
     if (!observed || !owner_) return;
-    observing_ = true;
     observed->addObserver_forKeyPath_options_context(this, path_, NSKeyValueObservingOptionNone, this);
+    observing_ = true;
 }
 
 void Binding::stop() {

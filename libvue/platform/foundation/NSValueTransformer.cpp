@@ -53,7 +53,11 @@ const ClassRegistration<NSValueTransformer> registration;
 void NSValueTransformer::describe(ClassDescription<NSValueTransformer>& c) {
     c.answers<&NSValueTransformer::transformedValue>("transformedValue:");
     c.answers<&NSValueTransformer::reverseTransformedValue>("reverseTransformedValue:");
+    c.classAnswers<&NSValueTransformer::transformedValueClass>("transformedValueClass");
+    c.classAnswers<&NSValueTransformer::allowsReverseTransformation>("allowsReverseTransformation");
 }
+
+const Class& NSValueTransformer::transformedValueClass() { return classOf<NSObject>(); }
 
 void NSValueTransformer::setValueTransformer_forName(NSValueTransformer* t, const NSString* name) {
     if (!name) raiseNamed(NSInvalidArgumentException, "a transformer without a name");

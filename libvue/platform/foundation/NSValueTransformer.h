@@ -21,11 +21,16 @@ public:
     [[nodiscard]] static Ref<NSValueTransformer> withBlocks(std::function<Ref<NSObject>(NSObject*)> transform,
                                                             std::function<Ref<NSObject>(NSObject*)> reverse = {});
 
+    /// What a subclass says of itself under the same names, and has its class answer: what it gives, and whether it
+    /// goes back.
+    [[nodiscard]] static const Class& transformedValueClass();
+    [[nodiscard]] static BOOL allowsReverseTransformation() { return YES; }
+
     /// The value itself unless overridden.
     [[nodiscard]] virtual Ref<NSObject> transformedValue(NSObject* value);
     /// transformedValue unless overridden. Raises NSInvalidArgumentException where it does not go back.
     [[nodiscard]] virtual Ref<NSObject> reverseTransformedValue(NSObject* value);
-    /// What the object's class answers to `allowsReverseTransformation`; YES where no class does.
+    /// What the object's class answers to `allowsReverseTransformation`.
     [[nodiscard]] virtual BOOL allowsReverse() const;
 };
 
