@@ -74,7 +74,9 @@ Ref<NSGraphicsContext> NSGraphicsContext::graphicsContextWithBitmapImageRep(NSBi
 
 Ref<NSGraphicsContext> NSGraphicsContext::graphicsContextWithGraphicsPort_flipped(CGContextRef port, BOOL flipped) {
     if (!port || port->isFlipped() == flipped) return port;
-    return make<NSGraphicsContext>(port->canvas(), flipped, port->picture());
+    Ref<NSGraphicsContext> context = make<NSGraphicsContext>(port->canvas(), flipped, port->picture());
+    context->port_ = port;
+    return context;
 }
 
 void NSGraphicsContext::saveState() {

@@ -37,7 +37,8 @@ public:
     static void restoreGraphicsState();
     /// Draws into the pixels of a representation. Null for null.
     [[nodiscard]] static Ref<NSGraphicsContext> graphicsContextWithBitmapImageRep(NSBitmapImageRep* rep);
-    /// The context itself: contexts are their own ports.
+    /// The context itself where it is flipped so: contexts are their own ports. Else another one on its canvas, which
+    /// it keeps. Null for null.
     [[nodiscard]] static Ref<NSGraphicsContext> graphicsContextWithGraphicsPort_flipped(CGContextRef port,
                                                                                         BOOL flipped);
 
@@ -99,6 +100,7 @@ private:
     static void store(Ink& ink, NSColor* color);
     void tilePattern(NSImage* image, NSCompositingOperation operation);
 
+    Ref<NSGraphicsContext> port_; ///< whose canvas it draws into, where it has none of its own
     std::unique_ptr<backend::Canvas> owned_;
     backend::Canvas* canvas_;
     std::shared_ptr<backend::Picture> picture_;
