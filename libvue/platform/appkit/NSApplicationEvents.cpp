@@ -151,9 +151,16 @@ void NSApplication::Native::enqueueMouse(const Event& e) {
     f.timestamp = e.time;
     f.windowNumber = w->windowNumber();
     f.buttonNumber = e.button;
+    if (e.kind == Kind::mouseDown) f.clickCount = countClick(e, w);
+    fillMouse(f, e, pressed);
+    app.queue_.push_back(make<NSEvent>(std::move(f)));
+    if (buttons == 0 && e.kind == Kind::mouseUp) grab = nullptr;
+}
+
+void NSApplication::Native::fillMouse(NSEvent::Fields& f, const Event& e, bool pressed) {
+    using Kind = Event::Kind;
     switch (e.kind) {
     case Kind::mouseDown:
-        f.clickCount = countClick(e, w);
         f.eventNumber = ++eventNumber;
         f.type = mouseType(e.kind, e.button);
         f.pressure = 1;
@@ -189,8 +196,6 @@ void NSApplication::Native::enqueueMouse(const Event& e) {
         f.type = e.kind == Kind::mouseEntered ? NSMouseEntered : NSMouseExited;
         break;
     }
-    app.queue_.push_back(make<NSEvent>(std::move(f)));
-    if (buttons == 0 && e.kind == Kind::mouseUp) grab = nullptr;
 }
 
 void NSApplication::Native::enqueueKey(const Event& e) {

@@ -21,6 +21,8 @@ struct NSApplication::Native final : RunLoopSource {
 
     void enqueue(const backend::Event& e);
     void enqueueMouse(const backend::Event& e);
+    /// What only events of that kind say: type, numbers, distances.
+    void fillMouse(NSEvent::Fields& f, const backend::Event& e, bool pressed);
     void enqueueKey(const backend::Event& e);
     [[nodiscard]] NSWindow* windowOf(backend::WindowId id) const;
     /// True once turn after turn has done nothing while no time passed: such a server has nothing to come.

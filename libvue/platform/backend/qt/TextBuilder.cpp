@@ -362,71 +362,77 @@ bool TextBuilder::addTruncated(const Paragraph& p, std::size_t from, double inde
         return true;
     }
 
+    Cut cut = cutFor(line, layout, std::max(0.0, width - ellipsisAdvance(from, end)));
+    Block block;
+    block.start = from;
+    block.length = end - from;
+    block.end = p.end;
+    block.truncated = true;
+    bool fits = join(block, whole, cut, width);
+    while (!fits && (cut.head > 0 || cut.tail < line.textLength())) {
+        // Joined anew, the parts came out wider than apart.
+        if (cut.tail < line.textLength() && (cut.head == 0 || cut.tailWidth >= cut.headWidth))
+            cut.tail = layout.nextCursorPosition(cut.tail);
+        else
+            cut.head = layout.previousCursorPosition(cut.head);
+        fits = join(block, whole, cut, width);
+    }
+    if (!fits) to_.clips_ = true;
+    const Measures m = measure(from, end);
+    const QTextLine shown = block.shaped->lineAt(0);
+    to_.blocks_.push_back(std::move(block));
+    place(m, {from, p.end - from}, indent, width, &shown, to_.blocks_.size() - 1, true);
+    return true;
+}
+
+double TextBuilder::ellipsisAdvance(std::size_t from, std::size_t end) const {
+    const std::size_t lookAt = style_->lineBreak != LineBreak::truncatingHead ? from : end - 1;
+    return rasterFace(to_.runs_.empty() ? nullptr : to_.runs_[to_.runAt(lookAt)].font.get()).ellipsisAdvance();
+}
+
+TextBuilder::Cut TextBuilder::cutFor(const QTextLine& line, const QTextLayout& layout, double room) const {
     const bool keepsHead = style_->lineBreak != LineBreak::truncatingHead;
     const bool keepsTail = style_->lineBreak != LineBreak::truncatingTail;
-    const std::size_t lookAt = keepsHead ? from : end - 1;
-    const double ellipsis =
-        rasterFace(to_.runs_.empty() ? nullptr : to_.runs_[to_.runAt(lookAt)].font.get()).ellipsisAdvance();
-    const double room = std::max(0.0, width - ellipsis);
     const auto advance = [&](int a, int b) { return std::abs(line.cursorToX(b) - line.cursorToX(a)); };
     const int count = line.textLength();
-    int head = 0;
-    int tail = count;
-    double headWidth = 0;
-    double tailWidth = 0;
+    Cut cut{0, count};
     const double headRoom = keepsTail ? room / 2 : room;
     if (keepsHead)
-        for (int next = layout.nextCursorPosition(0); head < count; next = layout.nextCursorPosition(next)) {
-            const double more = advance(head, next);
-            if (headWidth + more > headRoom) break;
-            headWidth += more;
-            head = next;
+        for (int next = layout.nextCursorPosition(0); cut.head < count; next = layout.nextCursorPosition(next)) {
+            const double more = advance(cut.head, next);
+            if (cut.headWidth + more > headRoom) break;
+            cut.headWidth += more;
+            cut.head = next;
         }
     if (keepsTail)
-        for (int previous = layout.previousCursorPosition(count); tail > head;
+        for (int previous = layout.previousCursorPosition(count); cut.tail > cut.head;
              previous = layout.previousCursorPosition(previous)) {
-            const double more = advance(previous, tail);
-            if (headWidth + tailWidth + more > room) break;
-            tailWidth += more;
-            tail = previous;
+            const double more = advance(previous, cut.tail);
+            if (cut.headWidth + cut.tailWidth + more > room) break;
+            cut.tailWidth += more;
+            cut.tail = previous;
         }
+    return cut;
+}
 
-    Block cut;
-    cut.start = from;
-    cut.length = end - from;
-    cut.end = p.end;
-    cut.truncated = true;
-    for (;;) {
-        // A blank before or behind the ellipsis says nothing.
-        int shownHead = head;
-        int shownTail = tail;
-        while (shownHead > 0 && isSpace(whole.string.at(shownHead - 1).unicode()))
-            --shownHead;
-        while (shownTail < count && isSpace(whole.string.at(shownTail).unicode()))
-            ++shownTail;
-        cut.head = static_cast<std::size_t>(shownHead);
-        cut.tail = static_cast<std::size_t>(count - shownTail);
-        cut.string = whole.string.left(shownHead) + QChar(0x2026) + whole.string.mid(shownTail, count - shownTail);
-        shape(cut);
-        cut.shaped->beginLayout();
-        QTextLine shown = cut.shaped->createLine();
-        shown.setLineWidth(unbounded);
-        cut.shaped->endLayout();
-        const bool fits = shown.horizontalAdvance() <= width + tolerance;
-        if (!fits && (head > 0 || tail < count)) {
-            // Joined anew, the parts came out wider than apart.
-            if (tail < count && (head == 0 || tailWidth >= headWidth))
-                tail = layout.nextCursorPosition(tail);
-            else
-                head = layout.previousCursorPosition(head);
-            continue;
-        }
-        const Measures m = measure(from, end);
-        to_.blocks_.push_back(std::move(cut));
-        if (!fits) to_.clips_ = true;
-        place(m, {from, p.end - from}, indent, width, &shown, to_.blocks_.size() - 1, true);
-        return true;
-    }
+bool TextBuilder::join(Block& block, const Block& whole, const Cut& cut, double width) const {
+    const int count = static_cast<int>(whole.shaped->lineAt(0).textLength());
+    // A blank before or behind the ellipsis says nothing.
+    int head = cut.head;
+    int tail = cut.tail;
+    while (head > 0 && isSpace(whole.string.at(head - 1).unicode()))
+        --head;
+    while (tail < count && isSpace(whole.string.at(tail).unicode()))
+        ++tail;
+    block.head = static_cast<std::size_t>(head);
+    block.tail = static_cast<std::size_t>(count - tail);
+    block.string = whole.string.left(head) + QChar(0x2026) + whole.string.mid(tail, count - tail);
+    shape(block);
+    block.shaped->beginLayout();
+    QTextLine line = block.shaped->createLine();
+    line.setLineWidth(unbounded);
+    block.shaped->endLayout();
+    return line.horizontalAdvance() <= width + tolerance;
 }
 
 } // namespace libvue::backend

@@ -40,6 +40,15 @@ private:
     void addParagraph(const Paragraph& p);
     void addWrapped(const Paragraph& p, Block& block);
     bool addTruncated(const Paragraph& p, std::size_t from, double indent, double width);
+    /// What truncation keeps of a line: units before `head` and from `tail` on, with their advances.
+    struct Cut {
+        int head, tail;
+        double headWidth = 0, tailWidth = 0;
+    };
+    [[nodiscard]] Cut cutFor(const QTextLine& line, const QTextLayout& layout, double room) const;
+    /// Shapes both parts with "…" between them; whether that fits.
+    [[nodiscard]] bool join(Block& block, const Block& whole, const Cut& cut, double width) const;
+    [[nodiscard]] double ellipsisAdvance(std::size_t from, std::size_t end) const;
     void addEmptyLine(const Paragraph& p);
     /// As the shaper gets it: as long as the text, with a stand-in for each attachment.
     [[nodiscard]] QString stringOf(std::size_t from, std::size_t to) const;
