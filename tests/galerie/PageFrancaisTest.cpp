@@ -1,0 +1,162 @@
+// The page of French texts, as a person uses it.
+#include "../appkit/AppFixture.h"
+
+#include <FenetreGalerie.h>
+#include <francais/BandeauMots.h>
+#include <francais/ListeMots.h>
+#include <libvue/platform/appkit/NSPopUpButton.h>
+#include <libvue/platform/appkit/NSSlider.h>
+#include <libvue/platform/appkit/NSText.h>
+#include <libvue/platform/appkit/NSTextField.h>
+
+namespace galerie {
+namespace {
+
+using libvue::test::AppFixture;
+
+struct PageFrancaisTest : AppFixture {
+    Ref<FenetreGalerie> galerie = make<FenetreGalerie>(RegistrePages::fabriqueToutes());
+
+    PageFrancaisTest() {
+        galerie->ouvre();
+        for (NSUInteger i = 0; i < galerie->pages().size(); ++i)
+            if (galerie->pages()[i]->nom()->isEqualTo(u"Français")) galerie->montrePage(i);
+        drain();
+    }
+    void TearDown() override {
+        galerie = nullptr;
+        setCurrentAppearance(Appearance::light);
+        AppFixture::TearDown();
+    }
+
+    [[nodiscard]] NSWindow* fenetre() const { return galerie->fenetre(); }
+    template <class T> void rassemble(NSView* dans, std::vector<T*>& toutes) const {
+        if (auto* t = as<T>(dans)) toutes.push_back(t);
+        for (NSView* v : dans->subviews())
+            rassemble(v, toutes);
+    }
+    template <class T> std::vector<T*> toutes() const {
+        std::vector<T*> t;
+        rassemble(fenetre()->contentView(), t);
+        return t;
+    }
+    template <class T> T* nommee(const char16_t* nom) const {
+        for (T* t : toutes<T>()) {
+            const auto d = t->accessibilityDescription();
+            if (d.label && d.label->isEqualTo(nom)) return t;
+        }
+        return nullptr;
+    }
+    /// Whether a label on the page says it.
+    [[nodiscard]] bool dit(std::u16string_view texte) const {
+        for (NSTextField* l : toutes<NSTextField>())
+            if (!l->isEditable() && l->stringValue()->utf16().find(texte) != std::u16string::npos) return true;
+        return false;
+    }
+    [[nodiscard]] std::string ordre() const {
+        return toutes<ListeMots>().at(0)->mots()->componentsJoinedByString(u" "_ns)->utf8();
+    }
+
+    void clique(NSView* v, NSPoint ici, int fois = 1) {
+        const NSPoint p = fenetre()->convertBaseToScreen(v->convertPoint_toView(ici, nullptr));
+        for (int i = 0; i < fois; ++i)
+            windows().click(p);
+        drain();
+    }
+    void remplace(NSTextField* champ, std::u16string_view texte) {
+        clique(champ, {champ->bounds().size.width / 2, champ->bounds().size.height / 2});
+        touche(u'a', backend::modifierCommand);
+        windows().typeText(texte);
+        drain();
+    }
+    void touche(char16_t c, std::uint32_t modificateurs = 0) {
+        windows().key(c, modificateurs);
+        drain();
+    }
+};
+
+TEST_F(PageFrancaisTest, TheListFollowsTheTypingAndTheOrder) {
+    auto* champ = nommee<NSTextField>(u"Mots à trier");
+    remplace(champ, u"coté, zèbre  Côte cote «côté");
+    EXPECT_EQ(ordre(), "«côté cote Côte coté zèbre");
+    windows().typeText(u" abc");
+    drain();
+    EXPECT_EQ(ordre(), "«côté abc cote Côte coté zèbre");
+    EXPECT_EQ(toutes<ListeMots>().at(1)->mots()->componentsJoinedByString(u" "_ns)->utf8(),
+              "Côte abc cote coté zèbre «côté");
+    auto* ordres = nommee<NSPopUpButton>(u"Ordre");
+    const auto choisis = [&](NSInteger i) {
+        ordres->selectItemAtIndex(i);
+        ordres->sendAction_to(ordres->action(), ordres->target());
+        drain();
+        return ordre();
+    };
+    EXPECT_EQ(choisis(1), "abc cote Côte coté «côté zèbre");
+    EXPECT_EQ(choisis(2), "«côté zèbre cote Côte coté abc");
+    remplace(champ, u" ,; ");
+    EXPECT_EQ(ordre(), "");
+}
+
+TEST_F(PageFrancaisTest, ADoubleClickSaysWhichRuleMadeItsRange) {
+    auto* champ = nommee<NSTextField>(u"Texte à parcourir");
+    remplace(champ, u"aujourd'hui l'ami l' ");
+    const auto* editeur = champ->currentEditor();
+    ASSERT_TRUE(editeur);
+    clique(champ, {12, 12}, 2);
+    EXPECT_EQ(editeur->selectedRange(), (NSRange{0, 11}));
+    EXPECT_TRUE(dit(u"«\u00A0aujourd'hui\u00A0», de 0 à 11"));
+    EXPECT_TRUE(dit(u"«\u00A0hui\u00A0» n’est pas un mot à part"));
+    touche(NSRightArrowFunctionKey, NSControlKeyMask);
+    EXPECT_EQ(editeur->selectedRange(), (NSRange{14, 0}));
+    EXPECT_TRUE(dit(u"Le curseur est en 14."));
+    EXPECT_TRUE(dit(u"Ctrl+← mène en 12, Ctrl+→ en 17, par-dessus «\u00A0ami\u00A0»."));
+    touche(NSRightArrowFunctionKey, NSShiftKeyMask);
+    EXPECT_TRUE(dit(u"Une sélection libre"));
+    touche(NSLeftArrowFunctionKey, NSControlKeyMask);
+    EXPECT_EQ(editeur->selectedRange(), (NSRange{14, 0}));
+}
+
+TEST_F(PageFrancaisTest, AClickOnAPieceSelectsItInTheField) {
+    auto* champ = nommee<NSTextField>(u"Texte à parcourir");
+    remplace(champ, u"d'hui, l'ami");
+    auto* bandeau = toutes<BandeauMots>().at(0);
+    // d'hui | , | · | l' | ami
+    ASSERT_EQ(bandeau->nombre(), 5u);
+    windows().key(u'\t');
+    drain(); // the field is left, and entered again by the click
+    const NSRect r = bandeau->rectDuMorceau(3);
+    clique(bandeau, {NSMidX(r), NSMidY(r)});
+    ASSERT_TRUE(champ->currentEditor());
+    EXPECT_EQ(champ->currentEditor()->selectedRange(), (NSRange{7, 2}));
+    EXPECT_TRUE(dit(u"Une élision"));
+}
+
+TEST_F(PageFrancaisTest, RomanNumeralsGoBothWays) {
+    auto* nombre = nommee<NSTextField>(u"Nombre");
+    auto* romain = nommee<NSTextField>(u"Chiffres romains");
+    auto* curseur = nommee<NSSlider>(u"Nombre");
+    remplace(nombre, u"1994");
+    EXPECT_EQ(romain->stringValue()->utf8(), "MCMXCIV");
+    EXPECT_EQ(curseur->doubleValue(), 1994);
+    remplace(romain, u"MMXXVI");
+    EXPECT_EQ(nombre->stringValue()->utf8(), "2026");
+    for (const auto faux : {u"IIII", u"abc", u"", u"IC"}) {
+        remplace(romain, faux);
+        EXPECT_TRUE(dit(u"Ce n’est pas un nombre")) << NSString::from(faux)->utf8();
+    }
+    for (const auto faux : {u"0", u"4000", u"12a", u"-3"}) {
+        remplace(nombre, faux);
+        EXPECT_TRUE(dit(u"Ce n’est pas un nombre")) << NSString::from(faux)->utf8();
+    }
+    touche(u'\t'); // what was refused goes when the field is left
+    EXPECT_FALSE(dit(u"Ce n’est pas un nombre"));
+    EXPECT_EQ(static_cast<double>(nombre->integerValue()), curseur->doubleValue());
+}
+
+TEST_F(PageFrancaisTest, BlanksBecomeSingle) {
+    remplace(nommee<NSTextField>(u"Texte à espacer"), u"  un   deux ");
+    EXPECT_TRUE(dit(u"«un·deux»"));
+}
+
+} // namespace
+} // namespace galerie
