@@ -145,6 +145,7 @@ std::vector<Ref<NSString>> stored(const std::vector<std::u16string>& units) {
 
 std::vector<std::string> shownAll(const std::vector<Ref<NSString>>& texts) {
     std::vector<std::string> out;
+    out.reserve(texts.size());
     for (const auto& t : texts)
         out.push_back(shown(t));
     return out;

@@ -89,7 +89,8 @@ template <class Word, class T> std::size_t differenceOfWords(const T* a, const T
 }
 
 /// How many units the texts begin with in common.
-template <class A, class B> std::size_t equalUnits(const A* a, const B* b, std::size_t count) noexcept {
+template <class A, class B>
+[[gnu::always_inline]] inline std::size_t equalUnits(const A* a, const B* b, std::size_t count) noexcept {
     std::size_t i = 0;
     if constexpr (sizeof(A) == sizeof(B) && std::endian::native == std::endian::little) {
         constexpr std::size_t step = sizeof(std::uint64_t) / sizeof(A), half = step / 2;
@@ -121,9 +122,10 @@ template <class T> struct CollationWeights::Cursor {
     }
 };
 
+// One pair takes ten nanoseconds or so: two calls less are felt.
 template <class A, class B>
-bool CollationWeights::compare(const A* a, std::size_t countA, const B* b, std::size_t countB,
-                               int& order) const noexcept {
+[[gnu::always_inline]] inline bool CollationWeights::compare(const A* a, std::size_t countA, const B* b,
+                                                             std::size_t countB, int& order) const noexcept {
     // Elements stand one below the other as long as the letters are equal, so the last difference of accents is the
     // first one from behind.
     const std::size_t common = countA < countB ? countA : countB;
