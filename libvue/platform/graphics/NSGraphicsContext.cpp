@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include <libvue/platform/backend/Backend.h>
+#include <libvue/platform/graphics/Compositing.h>
 #include <libvue/platform/graphics/NSBitmapImageRep.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSImage.h>
@@ -21,10 +22,6 @@ Ref<NSGraphicsContext>& current() {
 std::vector<Ref<NSGraphicsContext>>& savedContexts() {
     static auto& v = *new std::vector<Ref<NSGraphicsContext>>;
     return v;
-}
-
-backend::Compositing compositing(NSCompositingOperation op) {
-    return op <= NSCompositePlusLighter ? static_cast<backend::Compositing>(op) : backend::Compositing::sourceOver;
 }
 
 } // namespace
@@ -95,7 +92,7 @@ BOOL NSGraphicsContext::isDrawingToScreen() const { return canvas_->drawsToScree
 
 void NSGraphicsContext::setCompositingOperation(NSCompositingOperation operation) {
     state_.operation = operation;
-    canvas_->setCompositing(compositing(operation));
+    canvas_->setCompositing(compositingOf(operation));
 }
 
 void NSGraphicsContext::setShouldAntialias(BOOL on) {
@@ -155,7 +152,7 @@ void NSGraphicsContext::fillRects_operation(const NSRect* rects, NSUInteger coun
     const Ref<NSImage> image = ink.pattern ? ink.pattern->patternImage() : nullptr;
     for (NSUInteger i = 0; i < count; ++i) {
         if (!image) {
-            canvas_->fillRect(rects[i], {ink.red, ink.green, ink.blue, ink.alpha}, compositing(operation));
+            canvas_->fillRect(rects[i], {ink.red, ink.green, ink.blue, ink.alpha}, compositingOf(operation));
             continue;
         }
         canvas_->save();
@@ -192,7 +189,7 @@ void NSGraphicsContext::tilePattern(NSImage* image, NSCompositingOperation opera
     for (int j = 0; j < rows; ++j)
         for (int i = 0; i < columns; ++i) {
             const NSPoint at{phase.x + (i0 + i) * tile.width, phase.y + (j0 + j) * tile.height};
-            canvas_->drawPicture(*picture, NSZeroRect, {at, tile}, compositing(operation), 1, axis);
+            canvas_->drawPicture(*picture, NSZeroRect, {at, tile}, compositingOf(operation), 1, axis);
         }
 }
 

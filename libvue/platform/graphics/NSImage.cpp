@@ -9,6 +9,7 @@
 #include <libvue/platform/foundation/NSData.h>
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSString.h>
+#include <libvue/platform/graphics/Compositing.h>
 #include <libvue/platform/graphics/NSBitmapImageRep.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSImageState.h>
@@ -205,9 +206,8 @@ void NSImage::composite(const NSRect& rect, const NSRect& from, NSCompositingOpe
     const double sx = own.width / size.width, sy = own.height / size.height;
     source = {{source.origin.x * sx, source.origin.y * sy}, {source.size.width * sx, source.size.height * sy}};
     const bool down = c->isFlipped() && upright == Upright::yes;
-    const auto op = operation <= NSCompositePlusLighter ? static_cast<backend::Compositing>(operation)
-                                                        : backend::Compositing::sourceOver;
-    c->canvas().drawPicture(*drawn, source, target, op, fraction, down ? backend::YAxis::down : backend::YAxis::up);
+    c->canvas().drawPicture(*drawn, source, target, compositingOf(operation), fraction,
+                            down ? backend::YAxis::down : backend::YAxis::up);
 }
 
 void NSImage::drawInRect(const NSRect& rect) { composite(rect, NSZeroRect, NSCompositeSourceOver, 1, Upright::yes); }
