@@ -28,11 +28,6 @@ NSApplication* shared = nullptr;
 constexpr int mostTurns = 10000;
 constexpr NSTimeInterval displayInterval = 1.0 / 60;
 
-/// The windows, to go through while they are called.
-std::vector<Ref<NSWindow>> kept(const std::vector<NSWindow*>& windows) {
-    return std::vector<Ref<NSWindow>>(windows.begin(), windows.end());
-}
-
 } // namespace
 
 void NSApplication::describe(ClassDescription<NSApplication, NSResponder>& c) {
@@ -77,7 +72,7 @@ void NSApplication::resetSharedApplication() {
         app->delegate_ = nullptr;
         app->keyWindow_ = nullptr;
         app->mainWindow_ = nullptr;
-        for (const auto& w : libvue::kept(app->windows_)) {
+        for (const auto& w : keptWindows(app->windows_)) {
             if (w->isVisible()) w->NSWindow::orderWindow_relativeTo(NSWindowOut, 0);
             w->closeNative();
             w->self_ = nullptr;
@@ -140,7 +135,7 @@ void NSApplication::terminate(NSObject*) {
     if (const auto asks = op::applicationShouldTerminate.of(delegate_))
         if (asks(this) != NSTerminateNow) return;
     post(NSApplicationWillTerminateNotification, op::applicationWillTerminate);
-    for (const auto& w : kept(windows_))
+    for (const auto& w : keptWindows(windows_))
         w->savePendingFrame();
     NSUserDefaults::standardUserDefaults()->synchronize();
     for (Modal& m : modals_)
@@ -239,7 +234,7 @@ void NSApplication::beginSheet_modalForWindow_modalDelegate_didEndSelector_conte
 void NSApplication::endSheet_returnCode(NSWindow* sheet, NSInteger code) {
     const Ref<NSApplication> self(this);
     const Ref<NSWindow> alive(sheet);
-    for (const auto& w : kept(windows_))
+    for (const auto& w : keptWindows(windows_))
         w->endSheet_returnCode(sheet, code);
 }
 
@@ -255,8 +250,8 @@ void NSApplication::removeWindow_(NSWindow* w) {
     std::erase(toDisplay_, w);
 }
 
-Ref<NSArray> NSApplication::windows() const { return NSArray::arrayWithRefs(kept(windows_)); }
-Ref<NSArray> NSApplication::orderedWindows() const { return NSArray::arrayWithRefs(kept(ordered_)); }
+Ref<NSArray> NSApplication::windows() const { return NSArray::arrayWithRefs(keptWindows(windows_)); }
+Ref<NSArray> NSApplication::orderedWindows() const { return NSArray::arrayWithRefs(keptWindows(ordered_)); }
 
 NSWindow* NSApplication::windowWithWindowNumber(NSInteger number) const {
     for (NSWindow* w : windows_)
@@ -266,7 +261,7 @@ NSWindow* NSApplication::windowWithWindowNumber(NSInteger number) const {
 
 void NSApplication::updateWindows() {
     const Ref<NSApplication> self(this);
-    for (const auto& w : kept(ordered_))
+    for (const auto& w : keptWindows(ordered_))
         if (w->isVisible()) w->update();
 }
 
@@ -333,7 +328,7 @@ BOOL NSApplication::isDark_() const noexcept { return currentAppearance() == App
 void NSApplication::appearanceChanged() {
     setCurrentAppearance(native_->server.prefersDark() ? Appearance::dark : Appearance::light);
     const Ref<NSApplication> self(this);
-    for (const auto& w : kept(windows_))
+    for (const auto& w : keptWindows(windows_))
         w->nativeAppearanceChanged_();
     NSNotificationCenter::defaultCenter()->postNotificationName_object(NSApplicationDidChangeAppearanceNotification,
                                                                        this);

@@ -384,7 +384,7 @@ void NSApplication::handleNative(NSEvent* event) {
         return;
     case Kind::screensChanged:
         NSScreen::invalidate_();
-        for (const Ref<NSWindow>& each : std::vector<Ref<NSWindow>>(windows_.begin(), windows_.end()))
+        for (const Ref<NSWindow>& each : keptWindows(windows_))
             each->noteScreen();
         post(NSApplicationDidChangeScreenParametersNotification, op::applicationDidChangeScreenParameters);
         return;

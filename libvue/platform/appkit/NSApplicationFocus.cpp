@@ -16,7 +16,7 @@ void NSApplication::activateIgnoringOtherApps(BOOL) {
     const Ref<NSApplication> self(this);
     setActive(YES);
     if (keyWindow_ || ordered_.empty()) return;
-    for (const auto& w : std::vector<Ref<NSWindow>>(ordered_.begin(), ordered_.end()))
+    for (const auto& w : keptWindows(ordered_))
         if (w->isVisible() && w->acceptsNativeFocus_()) {
             w->makeKeyWindow();
             return;
@@ -79,7 +79,7 @@ void NSApplication::setActive(BOOL active) {
     native_->lastMain = mainWindow_;
     setKeyWindow_(nullptr);
     setMainWindow_(nullptr);
-    for (const auto& w : std::vector<Ref<NSWindow>>(ordered_.begin(), ordered_.end())) {
+    for (const auto& w : keptWindows(ordered_)) {
         w->hideToolTip();
         if (!w->hidesOnDeactivate() || !w->isVisible()) continue;
         w->NSWindow::orderWindow_relativeTo(NSWindowOut, 0);

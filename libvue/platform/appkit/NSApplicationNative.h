@@ -3,11 +3,17 @@
 #include <vector>
 
 #include <libvue/platform/appkit/NSApplication.h>
+#include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/backend/WindowServer.h>
 #include <libvue/platform/foundation/NSTimer.h>
 #include <libvue/platform/foundation/RunLoopSource.h>
 
 namespace libvue {
+
+/// The windows, to go through while they are called.
+[[nodiscard]] inline std::vector<Ref<NSWindow>> keptWindows(const std::vector<NSWindow*>& windows) {
+    return std::vector<Ref<NSWindow>>(windows.begin(), windows.end());
+}
 
 /// What the application keeps of the window server: its events and its clock as the run loop's source, and what it
 /// takes to make events out of presses and moves.

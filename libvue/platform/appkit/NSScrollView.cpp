@@ -6,6 +6,7 @@
 #include <libvue/platform/appkit/NSClipView.h>
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSScroller.h>
+#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/appkit/ThemeDessin.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/platform/graphics/NSColor.h>
@@ -98,8 +99,16 @@ void NSScrollView::setAutohidesScrollers(BOOL f) {
 
 void NSScrollView::tile() {
     if (tiling_ || !clip_) return;
-    tiling_ = true;
     const Ref<NSScrollView> self(this);
+    {
+        tiling_ = true;
+        const ScopeExit ended([this] { tiling_ = false; });
+        placeParts();
+    }
+    reflectScrolledClipView(clip_);
+}
+
+void NSScrollView::placeParts() {
     const CGFloat edge = border_ == NSNoBorder ? 0 : kBorder;
     const NSRect room = NSInsetRect(bounds(), edge, edge);
     // The scrollers lie over the content, at its far edges.
@@ -121,8 +130,6 @@ void NSScrollView::tile() {
         horizontal_->setFrame(
             {{room.origin.x, NSMaxY(room) - w}, {std::max(w, room.size.width - (showVertical ? w : 0)), w}});
     }
-    tiling_ = false;
-    reflectScrolledClipView(clip_);
 }
 
 void NSScrollView::reflectScrolledClipView(NSClipView* clip) {

@@ -64,6 +64,7 @@ public:
     [[nodiscard]] AccessibilityDescription accessibilityDescription() const override;
 
 private:
+    void placeParts();
     void scrollerMoved(NSObject* sender);
     void scrollBy(CGFloat dx, CGFloat dy);
     void addScroller(Ref<NSScroller>& scroller, NSSize size);

@@ -5,6 +5,7 @@
 #include <libvue/platform/appkit/NSView.h>
 #include <libvue/platform/appkit/NSViewExtras.h>
 #include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSData.h>
 #include <libvue/platform/graphics/NSBitmapImageRep.h>
@@ -230,11 +231,12 @@ void NSView::displayRectIgnoringOpacity_inContext(const NSRect& r, NSGraphicsCon
         CoordinateMap::toSuperview(frame_, bounds_, isFlipped(), superview_ && superview_->isFlipped());
     if (isFlipped() != context->isFlipped()) context->canvas().concat({1, 0, 0, -1, 0, bounds_.size.height});
     context->canvas().concat(transformOf(map.inverted()));
-    const bool hidden = hidden_;
+    const ScopeExit asBefore([this, hidden = bool{hidden_}, kept = Ref<NSGraphicsContext>(context)] {
+        hidden_ = hidden;
+        kept->restoreState();
+    });
     hidden_ = false;
     drawTree_(context, map.apply(NSIntersectionRect(r, bounds_)));
-    hidden_ = hidden;
-    context->restoreState();
 }
 
 namespace {

@@ -21,8 +21,6 @@ namespace {
 
 NSInteger lastNumber = 0;
 
-backend::WindowServer& server() { return *backend::Backend::current().windows; }
-
 } // namespace
 
 void NSWindow::describe(ClassDescription<NSWindow, NSResponder>& c) {
@@ -70,7 +68,7 @@ NSWindow::~NSWindow() {
     root_->setNextResponder(nullptr);
     for (const auto& child : std::exchange(children_, {})) {
         child->parent_ = nullptr;
-        if (child->native_) server().setParent(child->native_, 0);
+        if (child->native_) windowServer().setParent(child->native_, 0);
     }
     closeNative();
     if (NSApplication* app = NSApplication::sharedIfAny_()) app->removeWindow_(this);
@@ -112,7 +110,7 @@ void NSWindow::setContentViewController(NSViewController* controller) {
 void NSWindow::setTitle(NSString* title) {
     willChangeValueForKey(u"title"_ns);
     title_ = title ? NSString::stringWithString(title) : NSString::string();
-    if (native_) server().setTitle(native_, title_->utf8());
+    if (native_) windowServer().setTitle(native_, title_->utf8());
     didChangeValueForKey(u"title"_ns);
 }
 
@@ -148,15 +146,15 @@ void NSWindow::setAlphaValue(CGFloat alpha) {
     if (alpha == alpha_) return;
     alpha_ = alpha;
     if (!native_) return;
-    server().setOpacity(native_, alpha);
+    windowServer().setOpacity(native_, alpha);
     // A fade that blocks the loop shows only what has reached the desktop.
-    server().flush();
+    windowServer().flush();
 }
 
 void NSWindow::setDocumentEdited(BOOL flag) {
     if (edited_ == flag) return;
     edited_ = flag;
-    if (native_) server().setModified(native_, flag);
+    if (native_) windowServer().setModified(native_, flag);
 }
 
 // Style.
@@ -177,18 +175,18 @@ void NSWindow::setStyleMask(NSUInteger mask) {
 void NSWindow::setLevel(NSInteger level) {
     if (level == level_) return;
     level_ = level;
-    if (native_) server().setLevel(native_, static_cast<int>(level));
+    if (native_) windowServer().setLevel(native_, static_cast<int>(level));
     if (visible_) NSApp()->windowOrdered_(this, YES);
 }
 
 void NSWindow::setIgnoresMouseEvents(BOOL flag) {
     ignoresMouse_ = flag;
-    if (native_) server().setIgnoresMouse(native_, flag);
+    if (native_) windowServer().setIgnoresMouse(native_, flag);
 }
 
 void NSWindow::setAllDesktops(BOOL flag) {
     allDesktops_ = flag;
-    if (native_) server().setAllDesktops(native_, flag);
+    if (native_) windowServer().setAllDesktops(native_, flag);
 }
 
 // The native window.
@@ -222,7 +220,7 @@ void NSWindow::ensureNative() {
     if (native_) return;
     NSApp()->addWindow_(this);
     if (parent_ && parent_->visible_) parent_->ensureNative();
-    auto& s = server();
+    auto& s = windowServer();
     native_ = s.create(specOf(*this, nativeKind_(), acceptsNativeFocus_()));
     if (!native_) return;
     if (minSize_ != NSSize{0, 0} || maxSize_.width < 1e7 || maxSize_.height < 1e7)
@@ -238,14 +236,14 @@ void NSWindow::ensureNative() {
 }
 
 void NSWindow::updateNativeSpec() {
-    if (native_) server().setSpec(native_, specOf(*this, nativeKind_(), acceptsNativeFocus_()));
+    if (native_) windowServer().setSpec(native_, specOf(*this, nativeKind_(), acceptsNativeFocus_()));
 }
 
 void NSWindow::closeNative() {
     if (tracking_) tracking_->tip = nullptr;
     if (!native_) return;
     // A backend that was replaced took its windows along.
-    if (backend::Backend::exists() && NSApplication::sharedIfAny_()) server().destroy(native_);
+    if (backend::Backend::exists() && NSApplication::sharedIfAny_()) windowServer().destroy(native_);
     native_ = 0;
     display_.reset();
 }

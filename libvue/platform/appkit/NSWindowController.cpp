@@ -1,6 +1,7 @@
 #include <libvue/platform/appkit/NSWindowController.h>
 
 #include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/appkit/ScopeExit.h>
 
 namespace libvue {
 
@@ -23,10 +24,12 @@ NSWindowController::~NSWindowController() {
 NSWindow* NSWindowController::window() {
     if (window_ || loading_ || loaded_) return window_;
     const Ref<NSWindowController> self(this);
-    loading_ = true;
-    windowWillLoad();
-    loadWindow();
-    loading_ = false;
+    {
+        loading_ = true;
+        const ScopeExit ended([this] { loading_ = false; });
+        windowWillLoad();
+        loadWindow();
+    }
     loaded_ = true;
     if (window_) windowDidLoad();
     return window_;

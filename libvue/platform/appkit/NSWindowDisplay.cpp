@@ -54,7 +54,7 @@ void NSWindow::displayIfNeeded() {
         return;
     }
     const Ref<NSWindow> self(this);
-    auto& server = *backend::Backend::current().windows;
+    auto& server = windowServer();
     ++passes_;
     {
         displaying_ = true;
@@ -165,7 +165,7 @@ NSView* NSWindow::focusRingView() const {
 void NSWindow::flushWindow() {
     if (flushDisabled_ > 0 || !display_ || !native_ || display_->present.rects.empty()) return;
     const std::vector<NSRect> rects = std::exchange(display_->present.rects, {});
-    backend::Backend::current().windows->present(native_, rects);
+    windowServer().present(native_, rects);
 }
 
 void NSWindow::enableFlushWindow() {
@@ -187,7 +187,7 @@ void NSWindow::nativeAppearanceChanged_() { root_->setNeedsDisplay(YES); }
 
 Ref<NSImage> NSWindow::captureImage() {
     if (!native_) return nullptr;
-    const auto picture = backend::Backend::current().windows->capture(native_);
+    const auto picture = windowServer().capture(native_);
     if (!picture) return nullptr;
     Ref<NSImage> image = make<NSImage>(picture->size());
     image->addRepresentation(make<NSBitmapImageRep>(picture));

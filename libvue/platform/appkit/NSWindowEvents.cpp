@@ -2,7 +2,6 @@
 
 #include <libvue/platform/appkit/NSApplicationNative.h>
 #include <libvue/platform/appkit/NSWindowPrivate.h>
-#include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSRunLoop.h>
 
 namespace libvue {
@@ -166,7 +165,7 @@ void NSWindow::sendMouseUp(NSEvent* e) {
 void NSWindow::followDrag(NSEvent* e) {
     if (!visible_ || !native_) return;
     Tracking& t = tracking();
-    auto& server = *backend::Backend::current().windows;
+    auto& server = windowServer();
     if (isTitled() && server.hasDisplay()) {
         // The window manager moves it from here on, and keeps the rest of the press to itself.
         t.dragging = false;
@@ -234,7 +233,7 @@ BOOL NSWindow::performCancelButton() {
 void NSWindow::cancelOperation(NSObject*) { (void)performCancelButton(); }
 
 void NSWindow::setCaretRect_(BOOL on, const NSRect& rectInWindow) {
-    if (native_) backend::Backend::current().windows->setTextInput(native_, on, rectInWindow);
+    if (native_) windowServer().setTextInput(native_, on, rectInWindow);
 }
 
 // Its part of the application's queue.

@@ -4,14 +4,11 @@
 #include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/appkit/NSWindowPrivate.h>
-#include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSUserDefaults.h>
 
 namespace libvue {
 
 namespace {
-
-backend::WindowServer& server() { return *backend::Backend::current().windows; }
 
 /// What a title bar takes while the desktop has not said: it says so once a window is on the screen, and then the frame
 /// changes round the content, which stays.
@@ -54,7 +51,7 @@ void NSWindow::applyFrame(const NSRect& frame, BOOL tellServer) {
     const NSSize oldContent = root_->frame().size;
     frame_ = frame;
     const NSRect content = contentRectForFrameRect(frame_);
-    if (tellServer && native_) server().setContent(native_, content);
+    if (tellServer && native_) windowServer().setContent(native_, content);
     if (content.size != oldContent) root_->setFrameSize(content.size);
     // Children keep their place from the corner at which a window hangs.
     const NSPoint delta{frame.origin.x - old.origin.x, NSMaxY(frame) - NSMaxY(old)};
@@ -111,12 +108,12 @@ void NSWindow::center() {
 
 void NSWindow::setMinSize(NSSize s) {
     minSize_ = s;
-    if (native_) server().setLimits(native_, minSize_, maxSize_);
+    if (native_) windowServer().setLimits(native_, minSize_, maxSize_);
 }
 
 void NSWindow::setMaxSize(NSSize s) {
     maxSize_ = s;
-    if (native_) server().setLimits(native_, minSize_, maxSize_);
+    if (native_) windowServer().setLimits(native_, minSize_, maxSize_);
 }
 
 // Base coordinates and the screen's.
@@ -137,18 +134,20 @@ NSRect NSWindow::convertRectFromScreen(const NSRect& r) const { return {convertS
 NSScreen* NSWindow::screen() const { return NSScreen::screenForRect_(frame_); }
 
 CGFloat NSWindow::backingScaleFactor() const {
-    if (native_) return server().scale(native_);
+    if (native_) return windowServer().scale(native_);
     const NSScreen* s = screen() ? screen() : NSScreen::mainScreen();
     return s ? s->backingScaleFactor() : 1;
 }
 
-NSPoint NSWindow::mouseLocationOutsideOfEventStream() const { return convertScreenToBase(server().mousePosition()); }
+NSPoint NSWindow::mouseLocationOutsideOfEventStream() const {
+    return convertScreenToBase(windowServer().mousePosition());
+}
 
 // What the desktop does.
 
 void NSWindow::noteInsets() {
     if (!native_ || !isTitled()) return;
-    const NSEdgeInsets told = server().frameInsets(native_);
+    const NSEdgeInsets told = windowServer().frameInsets(native_);
     if (told == insets_ || told == noInsets) return;
     // The content is where it was, so this is no move and no resize.
     const NSRect content = contentRectForFrameRect(frame_);

@@ -3,14 +3,9 @@
 #include <libvue/platform/appkit/NSApplicationNative.h>
 #include <libvue/platform/appkit/NSWindowPrivate.h>
 #include <libvue/platform/appkit/ScopeExit.h>
-#include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSArray.h>
 
 namespace libvue {
-
-namespace {
-backend::WindowServer& server() { return *backend::Backend::current().windows; }
-} // namespace
 
 // On and off the screen.
 
@@ -24,7 +19,7 @@ void NSWindow::orderWindow_relativeTo(NSWindowOrderingMode place, NSInteger othe
         visible_ = false;
         miniaturized_ = false;
         app->windowOrdered_(this, NO);
-        if (native_) server().hide(native_);
+        if (native_) windowServer().hide(native_);
         passKeyStatusOn();
         return;
     }
@@ -60,7 +55,7 @@ void NSWindow::orderWindow_relativeTo(NSWindowOrderingMode place, NSInteger othe
 }
 
 void NSWindow::orderNative(NSWindowOrderingMode place, NSWindow* other) {
-    auto& s = server();
+    auto& s = windowServer();
     s.show(native_, showsActivating_);
     if (other && other->native_ && other->visible_) {
         if (place == NSWindowAbove)
@@ -126,14 +121,14 @@ void NSWindow::makeKeyWindow() {
         if (blocker.get() != sheetInFront_()) return;
         blocker->makeKeyWindow();
     } else if (!isKeyWindow()) {
-        if (native_ && !acceptsNativeFocus_()) server().setAcceptsFocus(native_, true);
+        if (native_ && !acceptsNativeFocus_()) windowServer().setAcceptsFocus(native_, true);
         app->focusRequested(this);
         if (!app->active_) {
             app->native_->lastKey = this;
             app->setActive(YES);
         }
         app->setKeyWindow_(this);
-        if (native_) server().activate(native_);
+        if (native_) windowServer().activate(native_);
     }
     if (canBecomeMainWindow()) makeMainWindow();
 }
@@ -155,7 +150,7 @@ void NSWindow::resignKeyWindow() {
     setViewsNeedDisplay(YES);
     postDelegateNotification(NSWindowDidResignKeyNotification, op::windowDidResignKey);
     // A panel that takes the focus only for a while gives it back.
-    if (native_ && !acceptsNativeFocus_()) server().setAcceptsFocus(native_, false);
+    if (native_ && !acceptsNativeFocus_()) windowServer().setAcceptsFocus(native_, false);
 }
 
 void NSWindow::becomeMainWindow() {
@@ -196,7 +191,7 @@ void NSWindow::passKeyStatusOn() {
 void NSWindow::performClose(NSObject*) {
     const Ref<NSWindow> self(this);
     if (sheetInFront_()) {
-        server().beep();
+        windowServer().beep();
         return;
     }
     const bool wasThere = visible_ || miniaturized_;
@@ -228,13 +223,13 @@ void NSWindow::close() {
 
 void NSWindow::miniaturize(NSObject*) {
     if (miniaturized_ || !visible_ || !native_) return;
-    server().miniaturize(native_, true);
+    windowServer().miniaturize(native_, true);
     nativeMiniaturized_(YES);
 }
 
 void NSWindow::deminiaturize(NSObject*) {
     if (!miniaturized_ || !native_) return;
-    server().miniaturize(native_, false);
+    windowServer().miniaturize(native_, false);
     nativeMiniaturized_(NO);
 }
 
@@ -266,7 +261,7 @@ void NSWindow::nativeMiniaturized_(BOOL mini) {
 }
 
 void NSWindow::zoom(NSObject*) {
-    if (native_ && visible_) server().zoom(native_);
+    if (native_ && visible_) windowServer().zoom(native_);
 }
 
 // Children.
@@ -280,7 +275,7 @@ void NSWindow::addChildWindow_ordered(NSWindow* child, NSWindowOrderingMode plac
         child->detachFromParent();
         children_.emplace_back(child);
         child->parent_ = this;
-        if (child->native_) server().setParent(child->native_, native_);
+        if (child->native_) windowServer().setParent(child->native_, native_);
     }
     // Not in vain: it may be on the screen already, and then it changes its place.
     if (visible_)
@@ -299,7 +294,7 @@ void NSWindow::detachFromParent() {
     hiddenWithParent_ = false;
     if (!parent) return;
     std::erase_if(parent->children_, [&](const Ref<NSWindow>& w) { return w.get() == this; });
-    if (native_) server().setParent(native_, 0);
+    if (native_) windowServer().setParent(native_, 0);
 }
 
 void NSWindow::setParentWindow(NSWindow* parent) {

@@ -9,10 +9,12 @@
 #include <libvue/platform/appkit/NSViewExtras.h>
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/appkit/ToolTipWindow.h>
-#include <libvue/platform/backend/Canvas.h>
+#include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSTimer.h>
 
 namespace libvue {
+
+[[nodiscard]] inline backend::WindowServer& windowServer() { return *backend::Backend::current().windows; }
 
 /// A tracking area that the pointer is in.
 struct NSWindow::Inside {
