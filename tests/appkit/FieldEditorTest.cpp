@@ -245,6 +245,21 @@ TEST_F(FieldEditorTest, TheMouseSelects) {
     EXPECT_EQ(selection(), "0+14") << "a triple click takes all";
 }
 
+TEST_F(FieldEditorTest, SelectingTheTextOfAnotherFieldTakesTheEditorThere) {
+    type(u"un");
+    next->setStringValue(u"deux"_ns);
+    temoin->log.clear();
+    next->selectText(nullptr);
+    EXPECT_EQ(field->stringValue()->utf8(), "un");
+    EXPECT_THAT(temoin->log, ElementsAre("ended"));
+    ASSERT_TRUE(next->currentEditor());
+    EXPECT_EQ(next->currentEditor(), editor());
+    EXPECT_EQ(selection(), "0+4");
+    type(u"x");
+    EXPECT_EQ(next->stringValue()->utf8(), "x");
+    EXPECT_EQ(field->stringValue()->utf8(), "un");
+}
+
 TEST_F(FieldEditorTest, EachMoveOfTheSelectionIsToldOnce) {
     editor()->setString(u"mot deux"_ns);
     editor()->setSelectedRange({0, 0});

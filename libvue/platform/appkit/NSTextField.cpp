@@ -120,6 +120,8 @@ Ref<NSText> NSTextField::takeEditor() {
     if (!window() || !cell() || !isSelectable() || !isEnabled()) return nullptr;
     Ref<NSText> e = window()->fieldEditor_forObject(YES, this);
     if (!e) return nullptr;
+    // It may still be at work for another field, which is told that this ends before it hears of a new text.
+    if (window()->firstResponder() == e.get() && (!window()->makeFirstResponder(nullptr) || !window())) return nullptr;
     editor_ = e.get();
     former_ = cell()->objectValue();
     return e;
