@@ -145,8 +145,7 @@ void Francais::trie() {
 // Words.
 
 Ref<NSView> Francais::construitMots() {
-    mots_ = champ(u"Texte à parcourir"_ns, u"Aujourd’hui, l’ami du porte-monnaie n’a qu’une huile d’olive."_ns,
-                  kColonne, this);
+    mots_ = champ(u"Texte à parcourir"_ns, u"Aujourd’hui, l’ami du porte-monnaie n’a qu’une huile."_ns, kColonne, this);
     bandeau_ = make<BandeauMots>(NSMakeRect(0, 0, kColonne, kHauteurBandeau));
     bandeau_->surClic = [this](NSUInteger i) { choisisMot(i); };
     quoi_ = large(etiquette(u" "_ns), kColonne);
@@ -187,6 +186,7 @@ Ref<NSView> Francais::construitRomains() {
     romain_ = champ(u"Chiffres romains"_ns, u""_ns, 144, this);
     curseur_ = NSSlider::sliderWithValue_minValue_maxValue_target_action(1, 1, kRomainMax, this, sel("nombreGlisse:"));
     curseur_->setAccessibilityLabel(u"Nombre"_ns);
+    curseur_->sliderCell()->setAltIncrementValue(1);
     curseur_->sizeToFit();
     curseur_ = large(curseur_, kColonne - 64 - 144 - 2 * kEcart);
     limites_ = ligne();
