@@ -291,8 +291,9 @@ Decimal Decimal::parse(std::string_view s) noexcept {
     if (read == 0) return {};
     if (read <= 18 && e >= leastExponent && e <= mostExponent) {
         UInt128 m = chunk;
-        strip(m, e);
-        if (e <= mostExponent) return {m, static_cast<int>(e), negative, false};
+        long stripped = e;
+        strip(m, stripped);
+        if (stripped <= mostExponent) return {m, static_cast<int>(stripped), negative, false};
     }
     flush();
     NSCalculationError error = NSCalculationNoError;
