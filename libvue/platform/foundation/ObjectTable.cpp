@@ -150,40 +150,44 @@ template <Beside beside> void ObjectTable<beside>::clear() noexcept {
 template <Beside beside>
 void ObjectTable<beside>::adopt(NSObject* const* keysAndValues, const std::uint32_t* keyHashes,
                                 std::uint32_t count) requires(beside == Beside::object) {
-    if (count == 0) return;
-    rebuild(count);
-    ++mutations_;
-    const std::uint32_t n = slotCount(capacity_);
-    std::uint32_t* const kept = hashes();
-    std::uint32_t* const slot = slots();
-    for (std::uint32_t i = 0; i < count; ++i) {
-        NSObject* const key = keysAndValues[2 * i];
-        NSObject* const value = keysAndValues[2 * i + 1];
-        const std::uint32_t hash = keyHashes[i];
-        Entry* same = nullptr;
-        std::uint32_t at = hash & (n - 1);
-        if (n == 0) {
-            for (std::uint32_t k = 0; k < used_; ++k)
-                if (kept[k] == hash && (entries_[k].key == key || entries_[k].key->isEqual(key))) same = entries_ + k;
-        } else
-            for (; slot[at] != 0; at = (at + 1) & (n - 1)) {
-                Entry* const e = entries_ + (slot[at] - 1);
-                if (kept[slot[at] - 1] == hash && (e->key == key || e->key->isEqual(key))) {
-                    same = e;
-                    break;
+    // An explicit instantiation takes every member in, whatever it requires.
+    if constexpr (beside == Beside::object) {
+        if (count == 0) return;
+        rebuild(count);
+        ++mutations_;
+        const std::uint32_t n = slotCount(capacity_);
+        std::uint32_t* const kept = hashes();
+        std::uint32_t* const slot = slots();
+        for (std::uint32_t i = 0; i < count; ++i) {
+            NSObject* const key = keysAndValues[2 * i];
+            NSObject* const value = keysAndValues[2 * i + 1];
+            const std::uint32_t hash = keyHashes[i];
+            Entry* same = nullptr;
+            std::uint32_t at = hash & (n - 1);
+            if (n == 0) {
+                for (std::uint32_t k = 0; k < used_; ++k)
+                    if (kept[k] == hash && (entries_[k].key == key || entries_[k].key->isEqual(key)))
+                        same = entries_ + k;
+            } else
+                for (; slot[at] != 0; at = (at + 1) & (n - 1)) {
+                    Entry* const e = entries_ + (slot[at] - 1);
+                    if (kept[slot[at] - 1] == hash && (e->key == key || e->key->isEqual(key))) {
+                        same = e;
+                        break;
+                    }
                 }
+            if (same) [[unlikely]] {
+                NSObject* const old = std::exchange(same->value, value);
+                key->release();
+                old->release();
+                continue;
             }
-        if (same) [[unlikely]] {
-            NSObject* const old = std::exchange(same->value, value);
-            key->release();
-            old->release();
-            continue;
+            entries_[used_] = {key, value};
+            kept[used_++] = hash;
+            if (n != 0) slot[at] = used_;
         }
-        entries_[used_] = {key, value};
-        kept[used_++] = hash;
-        if (n != 0) slot[at] = used_;
+        count_ = used_;
     }
-    count_ = used_;
 }
 
 template <Beside beside> void ObjectTable<beside>::copy(const ObjectTable& other) {
