@@ -5,6 +5,7 @@
 #include <libvue/layout/KCLayoutView.h>
 #include <libvue/platform/appkit/NSBox.h>
 #include <libvue/platform/appkit/NSTextField.h>
+#include <libvue/platform/foundation/KindTest.h>
 
 namespace libvue {
 
@@ -34,6 +35,7 @@ void KCLayoutLineaire::setDirection(std::int32_t direction) {
 void KCLayoutLineaire::effectueLayout(KCLayoutView* h) {
     // The last one by identity, hidden or not: when it is hidden, the gap after the last visible view stays.
     const NSView* dernier = h->subviews().lastObject();
+    KindTest<NSBox> isBox;
     CGFloat a = 0.0, b = 0.0;
     NSView* precedent = nullptr;
     for (NSView* s : h->subviews()) {
@@ -45,8 +47,7 @@ void KCLayoutLineaire::effectueLayout(KCLayoutView* h) {
                 if (s != dernier) a += espacement_;
                 b = std::max(b, f.origin.y + f.size.height);
             } else {
-                if (precedent && s->isKindOfClass(classOf<NSBox>()) && precedent->isKindOfClass(classOf<NSTextField>()))
-                    b += kEcartTexteBoite;
+                if (precedent && isBox(s) && precedent->isKindOfClass(classOf<NSTextField>())) b += kEcartTexteBoite;
                 f.origin.y = b;
                 a = std::max(a, f.origin.x + f.size.width);
                 b += f.size.height;

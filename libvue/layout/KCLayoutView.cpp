@@ -1,5 +1,6 @@
 #include <libvue/layout/KCLayoutView.h>
 
+#include <libvue/platform/foundation/KindTest.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 
 namespace libvue {
@@ -7,8 +8,16 @@ namespace libvue {
 static const ClassRegistration<KCLayoutView> enregistrement;
 
 namespace {
+
 constexpr ConstantString kHidden{u"hidden"};
+
+/// The view as a layout view, or null.
+KCLayoutView* layoutView(NSView* vue) {
+    static KindTest<KCLayoutView> test;
+    return test(vue) ? static_cast<KCLayoutView*>(vue) : nullptr;
 }
+
+} // namespace
 
 KCLayoutViewDelegate::~KCLayoutViewDelegate() = default;
 KCLayoutManager::~KCLayoutManager() = default;
@@ -23,10 +32,12 @@ KCLayoutView::~KCLayoutView() {
     NSNotificationCenter::defaultCenter()->removeObserver(this);
     if (layoutManager_) layoutManager_->setHote(nullptr);
     layoutManager_ = nullptr;
+    gerant_ = nullptr;
 }
 
 void KCLayoutView::setLayoutManager(KCLayoutManager* manager) {
     layoutManager_ = manager;
+    gerant_ = objectBehind(manager);
     if (layoutManager_) layoutManager_->setHote(this);
 }
 
@@ -46,28 +57,36 @@ void KCLayoutView::layoutSiNecessaire() {
 }
 
 void KCLayoutView::layoutSiNecessaireRecursifDepthFirst(NSView* vue) {
-    if (vue->isKindOfClass(classOf<KCLayoutView>())) {
-        static_cast<KCLayoutView*>(vue)->layoutSiNecessaire();
+    if (KCLayoutView* layout = layoutView(vue)) {
+        layout->layoutSiNecessaire();
         return;
     }
-    for (NSView* v : vue->subviews())
-        layoutSiNecessaireRecursifDepthFirst(v);
+    descend(vue);
+}
+
+void KCLayoutView::descend(const NSView* vue) {
+    for (NSView* v : vue->subviews()) {
+        if (KCLayoutView* layout = layoutView(v))
+            layout->layoutSiNecessaire();
+        else if (!v->subviews().empty())
+            descend(v);
+    }
 }
 
 void KCLayoutView::zerl_layout() {
     const Ref<KCLayoutView> self(this);
-    for (NSView* v : subviews())
-        layoutSiNecessaireRecursifDepthFirst(v);
+    descend(this);
 
-    const Ref<KCLayoutViewDelegate> d = layoutDelegate_.ref();
-    const Ref<KCLayoutManager> m = layoutManager_;
+    KCLayoutViewDelegate* const d = layoutDelegate_;
+    KCLayoutManager* const m = layoutManager_;
+    const Ref<NSObject> delegue(objectBehind(d)), gerant = gerant_;
     // The delegate comes first on the way in and has the last word after it; in between the manager leads.
-    if (auto will = op::willLayout.of(d)) will(this);
-    if (auto will = op::willLayout.of(m)) will(this);
+    if (auto will = op::willLayout.of(delegue)) will(this);
+    if (auto will = op::willLayout.of(gerant)) will(this);
     if (m) m->effectueLayout(this);
     if (d) d->effectueLayout(this);
-    if (auto did = op::didLayout.of(m)) did(this);
-    if (auto did = op::didLayout.of(d)) did(this);
+    if (auto did = op::didLayout.of(gerant)) did(this);
+    if (auto did = op::didLayout.of(delegue)) did(this);
     // In the field: neither the parent nor the superview hears of it, and what the pass itself raised here is wiped.
     necessiteLayout_ = NO;
 }
@@ -85,7 +104,7 @@ void KCLayoutView::subviewFrameDidChange(NSNotification*) { setNecessiteLayout(Y
 
 void KCLayoutView::resizeSubviewsWithOldSize(const NSSize& oldSize) {
     const Ref<KCLayoutView> self(this);
-    if (auto resize = op::layoutView_resizeSubviewsWithOldSize.of(layoutManager_)) resize(this, oldSize);
+    if (auto resize = op::layoutView_resizeSubviewsWithOldSize.of(gerant_)) resize(this, oldSize);
     if (auto resize = op::layoutView_resizeSubviewsWithOldSize.of(layoutDelegate_)) resize(this, oldSize);
     setNecessiteLayout(YES);
 }

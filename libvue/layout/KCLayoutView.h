@@ -54,7 +54,11 @@ public:
                                                         void* context) override;
 
 private:
-    Ref<KCLayoutManager> layoutManager_;
+    /// Runs the flagged passes below a view, whatever kind it is itself.
+    static void descend(const NSView* vue);
+
+    KCLayoutManager* layoutManager_ = nullptr;
+    Ref<NSObject> gerant_; ///< the object behind the manager, which keeps it: a cast less in each pass
     Weak<KCLayoutViewDelegate> layoutDelegate_;
     Weak<KCLayoutView> parent;
     BOOL necessiteLayout_ = NO;

@@ -212,6 +212,45 @@ TEST_F(NSNotificationCenterTest, postsNest) {
     centre->removeObserver(c);
 }
 
+TEST_F(NSNotificationCenterTest, aNotificationThatIsKeptIsNotUsedAgain) {
+    class Collectionneur : public NSObject {
+    public:
+        void recoit(NSNotification* n) {
+            if (tient == 0) gardees.push_back(n);
+            if (tient == 1) faible = n;
+            if (autre) std::exchange(autre, nullptr)();
+        }
+        std::vector<Ref<NSNotification>> gardees;
+        Weak<NSNotification> faible;
+        int tient = 0;
+        std::function<void()> autre;
+    };
+    const auto collectionneur = make<Collectionneur>();
+    centre->addObserver<&Collectionneur::recoit>(collectionneur.get(), nullptr, objet);
+    const Ref<NSDictionary> dictionnaire = NSMutableDictionary::dictionary();
+
+    // One post inside another, both notifications kept, then further posts.
+    collectionneur->autre = [&] { centre->postNotificationName_object_userInfo(kCache, objet, dictionnaire); };
+    centre->postNotificationName_object(kBouge, objet);
+    collectionneur->tient = 2;
+    centre->postNotificationName_object(u"autre"_ns, objet);
+    ASSERT_EQ(collectionneur->gardees.size(), 2u);
+    EXPECT_TRUE(collectionneur->gardees[0]->name()->isEqualToString(kBouge));
+    EXPECT_EQ(collectionneur->gardees[0]->userInfo(), nullptr);
+    EXPECT_TRUE(collectionneur->gardees[1]->name()->isEqualToString(kCache));
+    EXPECT_EQ(collectionneur->gardees[1]->userInfo(), dictionnaire);
+    EXPECT_EQ(collectionneur->gardees[1]->object(), objet);
+
+    // A weak reference to one does not find the next one, and nothing of a post stays behind.
+    collectionneur->tient = 1;
+    centre->postNotificationName_object_userInfo(kBouge, objet, dictionnaire);
+    EXPECT_EQ(collectionneur->faible, nullptr);
+    collectionneur->gardees.clear();
+    EXPECT_EQ(dictionnaire->retainCount(), 1u);
+    EXPECT_EQ(objet->retainCount(), 1u);
+    centre->removeObserver(collectionneur);
+}
+
 TEST_F(NSNotificationCenterTest, manyRegistrationsComeAndGo) {
     // Enough to close holes several times; the survivors keep their order and can still be removed.
     std::vector<Ref<Ecouteur>> tous;

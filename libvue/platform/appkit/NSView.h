@@ -5,6 +5,7 @@
 #include <libvue/platform/appkit/NSResponder.h>
 #include <libvue/platform/appkit/SubviewList.h>
 #include <libvue/platform/foundation/ConstantString.h>
+#include <libvue/platform/foundation/LinePool.h>
 #include <libvue/platform/foundation/NSGeometry.h>
 #include <libvue/platform/foundation/NSString.h>
 
@@ -65,6 +66,10 @@ public:
     explicit NSView(NSCoder& coder);
     ~NSView() override;
     void encodeWithCoder(NSCoder& coder) const override;
+
+    /// Views stand in cache lines of their own, beside others of their size.
+    static void* operator new(std::size_t size) { return detail::takeLines(size); }
+    static void operator delete(void* p, std::size_t size) noexcept { detail::giveLines(p, size); }
 
     // Geometry, in points.
 
@@ -248,13 +253,10 @@ private:
     void unlink(BOOL needsDisplay);
     void syncBoundsSize();
 
+    // What a layout pass reads of each view comes first, so that it stands together.
     NSRect frame_;
-    NSRect bounds_;
     NSView* superview_ = nullptr;
-    NSWindow* window_ = nullptr;
     SubviewList subviews_;
-    NSRect dirtyRect_;
-    std::unique_ptr<Extras> extras_;
     std::uint8_t mask_ = 0;
     std::uint8_t focusRing_ : 2 = 0;
     bool hidden_ : 1 = false;
@@ -265,6 +267,10 @@ private:
     bool wholeDirty_ : 1 = false;   ///< all of it
     bool subtreeDirty_ : 1 = false; ///< something below is
     bool customBounds_ : 1 = false; ///< bounds of another size than the frame's
+    NSWindow* window_ = nullptr;
+    std::unique_ptr<Extras> extras_;
+    NSRect bounds_;
+    NSRect dirtyRect_;
 };
 
 } // namespace libvue

@@ -42,22 +42,22 @@ void NSView::setFrameSize(const NSSize& size) { applyFrame_({frame_.origin, size
 void NSView::setFrameOrigin(const NSPoint& origin) { applyFrame_({origin, frame_.size}); }
 
 void NSView::applyFrame_(const NSRect& frame) {
-    if (frame == frame_) return;
-    const Ref<NSView> self(this);
     const bool resized = frame.size != frame_.size;
+    if (!resized && frame.origin == frame_.origin) return;
+    const Ref<NSView> self(this);
     if (!hidden_ && superview_) {
         superview_->setNeedsDisplayInRect(frame_);
         superview_->setNeedsDisplayInRect(frame);
     }
-    const NSSize oldSize = bounds_.size;
-    const NSRect oldFrame = frame_;
+    const NSSize oldFrameSize = frame_.size;
     frame_ = frame;
     if (resized) {
+        const NSSize oldSize = bounds_.size;
         if (!customBounds_) {
             bounds_.size = frame.size;
         } else {
-            if (oldFrame.size.width != 0) bounds_.size.width *= frame.size.width / oldFrame.size.width;
-            if (oldFrame.size.height != 0) bounds_.size.height *= frame.size.height / oldFrame.size.height;
+            if (oldFrameSize.width != 0) bounds_.size.width *= frame.size.width / oldFrameSize.width;
+            if (oldFrameSize.height != 0) bounds_.size.height *= frame.size.height / oldFrameSize.height;
         }
         setNeedsDisplay(YES);
         if (extras_ && window_) window_->invalidateCursorRectsForView(this);

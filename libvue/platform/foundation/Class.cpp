@@ -56,6 +56,18 @@ bool derivesFrom(const std::type_info& type, const std::type_info& base) noexcep
 const ClassRegistrationBase* registrations = nullptr;
 const ClassExtensionBase* extensions = nullptr;
 
+/// The classes of the types asked for last.
+struct Slot {
+    const std::type_info* type = nullptr;
+    const Class* found = nullptr;
+};
+constinit std::array<Slot, 256> cache;
+
+Slot& slotOf(const std::type_info& type) noexcept {
+    const auto address = reinterpret_cast<std::uintptr_t>(&type);
+    return cache[(address >> 4 ^ address >> 12) % cache.size()];
+}
+
 } // namespace
 
 /// All the classes built so far, by type and by name.
@@ -67,9 +79,9 @@ public:
     }
 
     const Class& ofType(const std::type_info& type) {
-        Slot& slot = slotOf(type);
-        if (slot.type != &type) slot = {&type, &resolve(type)};
-        return *slot.found;
+        const Class& found = resolve(type);
+        slotOf(type) = {&type, &found};
+        return found;
     }
 
     const Class* exactly(const std::type_info& type) const {
@@ -81,7 +93,8 @@ public:
         byType_.emplace(c.type(), &c);
         byName_.emplace(c.name(), &c);
         // A class that was missing until now may have been answered by a base of it.
-        cache_.fill({});
+        cache.fill({});
+        ++detail::classesAdded;
     }
 
     const Class* named(const std::string& name) {
@@ -122,16 +135,6 @@ public:
 #endif
 
 private:
-    struct Slot {
-        const std::type_info* type = nullptr;
-        const Class* found = nullptr;
-    };
-
-    Slot& slotOf(const std::type_info& type) noexcept {
-        const auto address = reinterpret_cast<std::uintptr_t>(&type);
-        return cache_[(address >> 4 ^ address >> 12) % cache_.size()];
-    }
-
     const Class& resolve(const std::type_info& type) const {
         for (const std::type_info* t = &type; t; t = objectBase(*t)) {
             if (const Class* c = exactly(*t)) return *c;
@@ -141,7 +144,6 @@ private:
         return classOf<NSObject>();
     }
 
-    std::array<Slot, 256> cache_;
     std::unordered_map<std::type_index, const Class*> byType_;
     std::unordered_map<std::string, const Class*> byName_;
     std::unordered_map<std::string, const ClassRegistrationBase*> registered_;
@@ -149,6 +151,8 @@ private:
 };
 
 namespace detail {
+
+unsigned classesAdded = 0;
 
 SelectorCache::Slot& SelectorCache::find(SEL selector) noexcept {
     const std::size_t mask = slots_.size() - 1;
@@ -177,7 +181,10 @@ const void*& SelectorCache::at(SEL selector, bool& fresh) {
 } // namespace detail
 
 Class::Class(const std::type_info& type, const Class* superclass)
-    : name_(bareName(type)), type_(&type), superclass_(superclass) {}
+    : name_(bareName(type)), type_(&type), superclass_(superclass) {
+    if (superclass) lineage_ = superclass->lineage_;
+    lineage_.push_back(this);
+}
 
 const Class& Class::build(const std::type_info& type, const Class* superclass, Describe describe) {
     // Each shared object that uses a class from a header comes here once.
@@ -194,8 +201,8 @@ const Class& Class::build(const std::type_info& type, const Class* superclass, D
 }
 
 BOOL Class::isSubclassOfClass(const Class& c) const noexcept {
-    for (const Class* k = this; k; k = k->superclass_)
-        if (k == &c) return true;
+    const std::size_t rank = c.lineage_.size() - 1;
+    if (rank < lineage_.size() && lineage_[rank] == &c) return true;
     // A class without a description of its own is in nobody's chain of superclasses.
     return !ClassTable::isDescribed(c) && derivesFrom(*type_, c.type());
 }
@@ -237,7 +244,11 @@ const KeyEntry* Class::key(SEL key) const noexcept {
     return static_cast<const KeyEntry*>(answer);
 }
 
-const Class& NSObject::isa() const { return ClassTable::instance().ofType(typeid(*this)); }
+const Class& NSObject::isa() const {
+    const std::type_info& type = typeid(*this);
+    const Slot& slot = slotOf(type);
+    return slot.type == &type ? *slot.found : ClassTable::instance().ofType(type);
+}
 
 BOOL NSObject::isKindOfClass(const Class& c) const {
     return isa().isSubclassOfClass(c) || (!ClassTable::isDescribed(c) && derivesFrom(typeid(*this), c.type()));

@@ -88,6 +88,7 @@ private:
     std::string name_;
     const std::type_info* type_;
     const Class* superclass_;
+    std::vector<const Class*> lineage_; // from NSObject down to this class
     Ref<NSObject> (*factory_)() = nullptr;
     Ref<NSObject> (*decode_)(NSCoder&) = nullptr;
     std::vector<OperationEntry> operations_;

@@ -10,6 +10,8 @@ namespace libvue {
 
 #ifndef NDEBUG
 
+const bool detail::countsLiveObjects = true;
+
 namespace {
 
 enum class Fate : bool { reported, excused };
@@ -55,6 +57,8 @@ void markLiveObjectsAsExpected() {
 NSUInteger liveObjectCount() { return live().size(); }
 
 #else
+
+const bool detail::countsLiveObjects = false;
 
 void detail::noteCreatedObject(const NSObject*) noexcept {}
 void detail::noteDestroyedObject(const NSObject*) noexcept {}

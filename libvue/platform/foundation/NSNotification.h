@@ -24,6 +24,8 @@ public:
     [[nodiscard]] Ref<NSObject> copyWithZone() const override;
 
 private:
+    friend class NotificationOfPost;
+
     Ref<NSString> name_;
     Ref<NSObject> object_;
     Ref<NSDictionary> userInfo_;

@@ -1,7 +1,10 @@
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 
 #include <array>
+#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSException.h>
@@ -9,6 +12,46 @@
 #include <libvue/platform/foundation/NotificationObservers.h>
 
 namespace libvue {
+
+/// The notification of a post. It is used again for a later one unless somebody kept it; a debug build makes each anew,
+/// so that one which was kept without a count is noticed.
+class NotificationOfPost {
+public:
+    NotificationOfPost(NSString* name, NSObject* object, NSDictionary* userInfo)
+        : notification_(std::exchange(spare, nullptr)) {
+        if (!notification_) {
+            notification_ = make<NSNotification>(name, object, userInfo).leak();
+            return;
+        }
+        if (notification_->name_ != name) notification_->name_ = name;
+        notification_->object_ = object;
+        if (userInfo) notification_->userInfo_ = userInfo;
+    }
+    NotificationOfPost(const NotificationOfPost&) = delete;
+    NotificationOfPost& operator=(const NotificationOfPost&) = delete;
+    ~NotificationOfPost() {
+        if (!reused || spare || notification_->retainCount() > 1 || notification_->sideIndex_() != 0) {
+            notification_->release();
+            return;
+        }
+        // What it held goes last: it may post as well.
+        const Ref<NSObject> object = std::move(notification_->object_);
+        const Ref<NSDictionary> userInfo = std::move(notification_->userInfo_);
+        spare = notification_;
+    }
+
+    operator NSNotification*() const noexcept { return notification_; }
+
+private:
+#ifdef NDEBUG
+    static constexpr bool reused = true;
+#else
+    static constexpr bool reused = false;
+#endif
+    inline static NSNotification* spare = nullptr;
+
+    NSNotification* notification_;
+};
 
 namespace {
 
@@ -36,9 +79,11 @@ public:
             parts_[i].list->leave();
     }
 
-    void add(const NotificationObservers& observers, const NSString* name) {
-        if (name) add(observers.find(name));
-        add(observers.any);
+    /// Of a chain, first the observers of that name and then those of any.
+    void add(NotificationList* first, const NSString* name) {
+        if (!first) return;
+        add(NotificationList::find(first, name));
+        add(NotificationList::findAny(first));
     }
     [[nodiscard]] bool isEmpty() const noexcept { return number_ == 0; }
     void tell(NSNotification* notification) {
@@ -61,19 +106,34 @@ private:
     std::size_t number_ = 0;
 };
 
-NotificationObservers& observersOf(NSObject& object) {
-    ObjectSide& side = object.side();
-    if (!side.observers) side.observers = new NotificationObservers(&object);
-    return *side.observers;
+NotificationList& listOf(NSObject* object, NSString* name) {
+    return NotificationList::findOrAdd(object ? object->side().observers : detail::listsAboutAnyObject, object, name);
+}
+
+NotificationList* listsAbout(const NSObject* object) noexcept {
+    const ObjectSide* side = object ? detail::sideOf(object) : nullptr;
+    return side ? side->observers : nullptr;
+}
+
+/// Apart from the common case, whose code stays short without it.
+[[gnu::noinline]] void postToSeveral(NotificationList* about, NotificationList* anyObject, NSString* name,
+                                     NSObject* object, NSDictionary* userInfo) {
+    // Declared before the audience, so that the object outlives the lists that hang on it.
+    std::optional<NotificationOfPost> notification;
+    Audience audience;
+    audience.add(about, name);
+    audience.add(anyObject, name);
+    if (audience.isEmpty()) return;
+    notification.emplace(name, object, userInfo);
+    audience.tell(*notification);
 }
 
 } // namespace
 
 void NSNotificationCenter::describe(ClassDescription<NSNotificationCenter>&) {}
 
-NSNotificationCenter::NSNotificationCenter() : anyObject_(new NotificationObservers(nullptr)) {}
-
-NSNotificationCenter::~NSNotificationCenter() { delete anyObject_; }
+NSNotificationCenter::NSNotificationCenter() = default;
+NSNotificationCenter::~NSNotificationCenter() = default;
 
 NSNotificationCenter* NSNotificationCenter::defaultCenter() {
     static NSNotificationCenter* const center = keptForever(adopt(new NSNotificationCenter));
@@ -101,21 +161,18 @@ void NSNotificationCenter::addObserver_selector_name_object(NSObject* observer, 
     else
         raiseNamed(NSInvalidArgumentException,
                    observer->isa().name() + " cannot be notified with " + std::string(selector->name));
-    (object ? observersOf(*object) : *anyObject_).findOrAdd(name).add(observer, run, call, false);
+    listOf(object, name).add(observer, run, call, false);
 }
 
 void NSNotificationCenter::addThunk(NSObject* observer, Thunk thunk, NSString* name, NSObject* object) {
     if (!observer) return;
-    (object ? observersOf(*object) : *anyObject_)
-        .findOrAdd(name)
-        .add(observer, reinterpret_cast<void (*)()>(thunk), NotificationCall::withNotification, false);
+    listOf(object, name).add(observer, reinterpret_cast<void (*)()>(thunk), NotificationCall::withNotification, false);
 }
 
 Ref<NSObject> NSNotificationCenter::addObserverForName_object_queue_usingBlock(NSString* name, NSObject* object,
                                                                                NSObject*, Block block) {
     Ref<NSObject> token = make<NotificationBlock>(std::move(block));
-    (object ? observersOf(*object) : *anyObject_)
-        .findOrAdd(name)
+    listOf(object, name)
         .add(token, reinterpret_cast<void (*)()>(&NotificationBlock::run), NotificationCall::withNotification, true);
     return token;
 }
@@ -145,14 +202,13 @@ void NSNotificationCenter::removeObserver_name_object(NSObject* observer, NSStri
     std::vector<Ref<NSObject>> tokens;
 
     const auto matches = [&](const NotificationList& list) {
-        if (object && list.owner->object != object) return false;
+        if (object && list.object != object) return false;
         return !name || (list.name && list.name->isEqualToString(name));
     };
     auto& links = side->registrations->links;
     if (object && name) {
         // The shorter way of the two: through what observes the object, or through what the observer observes.
-        const ObjectSide* about = object->sideIfAny();
-        NotificationList* list = about && about->observers ? about->observers->find(name) : nullptr;
+        NotificationList* list = NotificationList::find(listsAbout(object), name);
         if (!list) return;
         if (list->entries.size() < links.size()) {
             for (std::uint32_t i = 0; i < list->entries.size(); ++i)
@@ -174,27 +230,30 @@ void NSNotificationCenter::postNotification(NSNotification* notification) {
     if (!notification) return;
     const Ref<NSNotification> kept(notification);
     Audience audience;
-    if (NSObject* object = notification->object())
-        if (const ObjectSide* side = object->sideIfAny(); side && side->observers)
-            audience.add(*side->observers, notification->name());
-    audience.add(*anyObject_, notification->name());
+    audience.add(listsAbout(notification->object()), notification->name());
+    audience.add(detail::listsAboutAnyObject, notification->name());
     audience.tell(notification);
 }
 
 void NSNotificationCenter::postNotificationName_object_userInfo(NSString* name, NSObject* object,
                                                                 NSDictionary* userInfo) {
-    const ObjectSide* side = object ? object->sideIfAny() : nullptr;
-    const NotificationObservers* about = side ? side->observers : nullptr;
-    const bool anyObject = anyObject_->any || !anyObject_->named.empty();
-    if (!about && !anyObject) return;
-    // Given up after the audience, so that the object outlives the lists that hang on it.
-    Ref<NSNotification> notification;
-    Audience audience;
-    if (about) audience.add(*about, name);
-    if (anyObject) audience.add(*anyObject_, name);
-    if (audience.isEmpty()) return;
-    notification = make<NSNotification>(name, object, userInfo);
-    audience.tell(notification);
+    NotificationList* about = listsAbout(object);
+    NotificationList* anyObject = detail::listsAboutAnyObject;
+    if (!anyObject) {
+        if (!about) return;
+        // One list, which is nearly always so, is told without more ado.
+        if (!about->next && (!about->name.get() || about->name.get() == name)) {
+            const NotificationOfPost notification(name, object, userInfo);
+            struct Post {
+                NotificationList* list;
+                ~Post() { list->leave(); }
+            } const post{about};
+            about->enter();
+            about->tell(about->entries.size(), notification);
+            return;
+        }
+    }
+    postToSeveral(about, anyObject, name, object, userInfo);
 }
 
 } // namespace libvue

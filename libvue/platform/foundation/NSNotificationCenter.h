@@ -7,8 +7,6 @@
 
 namespace libvue {
 
-struct NotificationObservers;
-
 /// Tells observers synchronously: all of them have run when a post returns.
 ///
 /// Observers of one object hang on that object, those of no particular object on the centre, by name. An observer is
@@ -61,8 +59,6 @@ private:
     NSNotificationCenter();
     ~NSNotificationCenter() override;
     void addThunk(NSObject* observer, Thunk thunk, NSString* name, NSObject* object);
-
-    NotificationObservers* anyObject_; // those that named no object
 };
 
 } // namespace libvue

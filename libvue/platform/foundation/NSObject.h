@@ -12,6 +12,11 @@ namespace libvue {
 struct ObjectSide;
 template <class T> const Class& classOf();
 
+namespace detail {
+/// True in a debug build of the library, however the application is built.
+LIBVUE_API extern const bool countsLiveObjects;
+} // namespace detail
+
 /// Options of key-value observing.
 enum NSKeyValueObservingOptions : NSUInteger {
     NSKeyValueObservingOptionNone = 0,
@@ -96,12 +101,12 @@ public:
     /// The side block, or null where nothing has hung on this object yet.
     [[nodiscard]] ObjectSide* sideIfAny() const noexcept { return side_ ? sideAt(side_) : nullptr; }
     [[nodiscard]] ObjectSide& side();
+    /// The number of the side block, 0 for none.
+    [[nodiscard]] std::uint32_t sideIndex_() const noexcept { return side_; }
 
 protected:
     NSObject() noexcept {
-#ifndef NDEBUG
-        noteCreated();
-#endif
+        if (detail::countsLiveObjects) noteCreated();
     }
     virtual ~NSObject();
 

@@ -1,14 +1,35 @@
 #include <libvue/platform/foundation/NotificationObservers.h>
 
-#include <algorithm>
-#include <memory>
+#include <utility>
+#include <vector>
 
 #include <libvue/platform/foundation/NSString.h>
 
 namespace libvue {
 
-NotificationList::NotificationList(NotificationObservers* owner, NSString* name)
-    : owner(owner), name(name ? as<NSString>(name->copyWithZone()) : nullptr), hash(name ? name->hash() : 0) {}
+NotificationList* detail::listsAboutAnyObject = nullptr;
+
+NotificationList::NotificationList(NotificationList* next, NSObject* object, NSString* name)
+    : next(next), name(name ? as<NSString>(name->copyWithZone()) : nullptr), object(object) {}
+
+NotificationList* NotificationList::findText(NotificationList* first, const NSString& name) {
+    for (NotificationList* list = first; list; list = list->next)
+        if (list->name && list->name->isEqualToString(&name)) return list;
+    return nullptr;
+}
+
+NotificationList& NotificationList::findOrAdd(NotificationList*& first, NSObject* object, NSString* name) {
+    if (NotificationList* list = name ? find(first, name) : findAny(first)) return *list;
+    first = new NotificationList(first, object, name);
+    return *first;
+}
+
+void NotificationList::unchain() noexcept {
+    NotificationList** at = object ? &object->sideIfAny()->observers : &detail::listsAboutAnyObject;
+    while (*at != this)
+        at = &(*at)->next;
+    *at = next;
+}
 
 void NotificationList::add(NSObject* observer, void (*run)(), NotificationCall call, bool owned) {
     ObjectSide& side = observer->side();
@@ -36,7 +57,7 @@ Ref<NSObject> NotificationList::remove(std::uint32_t index) {
 void NotificationList::tidy() {
     if (posts > 0) return;
     if (holes == entries.size()) {
-        if (owner) owner->forget(this);
+        if (!orphaned) unchain();
         delete this;
         return;
     }
@@ -51,59 +72,20 @@ void NotificationList::tidy() {
     holes = 0;
 }
 
-void NotificationList::tell(std::size_t count, NSNotification* notification) {
-    for (std::size_t i = 0; i < count; ++i) {
-        const Entry& e = entries[i];
-        NSObject* observer = e.observer;
-        if (!observer) continue;
-        const Ref<NSObject> kept(observer);
-        switch (e.call) {
-        case NotificationCall::withNotification:
-            reinterpret_cast<void (*)(NSObject*, NSNotification*)>(e.run)(observer, notification);
-            break;
-        case NotificationCall::withObject:
-            reinterpret_cast<void (*)(NSObject*, NSObject*)>(e.run)(observer, notification);
-            break;
-        case NotificationCall::withNothing:
-            reinterpret_cast<void (*)(NSObject*)>(e.run)(observer);
-            break;
-        case NotificationCall::performed:
-            (void)reinterpret_cast<Ref<NSObject> (*)(NSObject*, NSObject*)>(e.run)(observer, notification);
-            break;
-        }
+void NotificationList::tellOtherwise(Entry e, NSNotification* notification) {
+    switch (e.call) {
+    case NotificationCall::withNotification:
+        break;
+    case NotificationCall::withObject:
+        reinterpret_cast<void (*)(NSObject*, NSObject*)>(e.run)(e.observer, notification);
+        break;
+    case NotificationCall::withNothing:
+        reinterpret_cast<void (*)(NSObject*)>(e.run)(e.observer);
+        break;
+    case NotificationCall::performed:
+        (void)reinterpret_cast<Ref<NSObject> (*)(NSObject*, NSObject*)>(e.run)(e.observer, notification);
+        break;
     }
-}
-
-void NotificationList::leave() {
-    --posts;
-    if (holes > 0) tidy();
-}
-
-NotificationList* NotificationObservers::find(const NSString* name) const {
-    const NSUInteger hash = name->hash();
-    for (NotificationList* list : named)
-        if (list->hash == hash && (list->name == name || list->name->isEqualToString(name))) return list;
-    return nullptr;
-}
-
-NotificationList& NotificationObservers::findOrAdd(NSString* name) {
-    if (!name) {
-        if (!any) any = new NotificationList(this, nullptr);
-        return *any;
-    }
-    if (NotificationList* list = find(name)) return *list;
-    named.push_back(new NotificationList(this, name));
-    return *named.back();
-}
-
-void NotificationObservers::forget(NotificationList* list) {
-    if (list == any)
-        any = nullptr;
-    else
-        named.erase(std::find(named.begin(), named.end(), list));
-    if (!object || any || !named.empty()) return;
-    object->side().observers = nullptr;
-    delete this;
 }
 
 void detail::dropNotifications(ObjectSide& side) noexcept {
@@ -115,14 +97,12 @@ void detail::dropNotifications(ObjectSide& side) noexcept {
         list->tidy();
     }
     delete std::exchange(side.registrations, nullptr);
-    if (const std::unique_ptr<NotificationObservers> about{std::exchange(side.observers, nullptr)}) {
-        if (about->any) about->named.push_back(about->any);
-        for (NotificationList* list : about->named) {
-            list->owner = nullptr;
-            for (std::uint32_t i = 0; i < list->entries.size(); ++i)
-                if (list->entries[i].observer) tokens.push_back(list->remove(i));
-            list->tidy();
-        }
+    while (NotificationList* list = side.observers) {
+        side.observers = list->next;
+        list->orphaned = true;
+        for (std::uint32_t i = 0; i < list->entries.size(); ++i)
+            if (list->entries[i].observer) tokens.push_back(list->remove(i));
+        list->tidy();
     }
 }
 

@@ -1,29 +1,22 @@
 #include <libvue/platform/foundation/ObjectSide.h>
 
-#include <array>
 #include <new>
 #include <vector>
 
 namespace libvue {
 
+namespace detail {
+ObjectSide* sideChunks[mostSides / sidesPerChunk + 1];
+}
+
 namespace {
 
-constexpr std::uint32_t perChunk = 1024;
-constexpr std::uint32_t maximum = (1u << 24) - 1; // what NSObject can hold
-
-/// The side blocks of the process. Blocks never move, and those given back are used again first.
-struct SideTable {
-    std::vector<std::array<ObjectSide, perChunk>*> chunks;
-    std::vector<std::uint32_t> free;
-    std::uint32_t used = 1; // index 0 says that an object has none
-
-    ObjectSide& at(std::uint32_t index) noexcept { return (*chunks[index / perChunk])[index % perChunk]; }
-};
-
-SideTable& table() {
-    static auto& t = *new SideTable;
-    return t;
+/// The blocks given back, which are used again first.
+std::vector<std::uint32_t>& spares() {
+    static auto& s = *new std::vector<std::uint32_t>;
+    return s;
 }
+std::uint32_t used = 1; // index 0 says that an object has none
 
 /// From here on a count means that the object is being destroyed.
 constexpr std::uint32_t parked = 0x20000000;
@@ -33,34 +26,35 @@ constexpr std::uint32_t parked = 0x20000000;
 namespace detail {
 
 std::uint32_t newSide() {
-    SideTable& t = table();
-    if (!t.free.empty()) {
-        const std::uint32_t index = t.free.back();
-        t.free.pop_back();
+    auto& free = spares();
+    if (!free.empty()) {
+        const std::uint32_t index = free.back();
+        free.pop_back();
         return index;
     }
-    if (t.used > maximum) throw std::bad_alloc();
-    if (t.used / perChunk >= t.chunks.size()) {
-        t.chunks.push_back(new std::array<ObjectSide, perChunk>{});
+    if (used > mostSides) throw std::bad_alloc();
+    ObjectSide*& chunk = sideChunks[used / sidesPerChunk];
+    if (!chunk) {
         // So that giving a block back never needs memory.
-        t.free.reserve(t.chunks.size() * perChunk);
+        free.reserve(std::size_t{used} + sidesPerChunk);
+        chunk = new ObjectSide[sidesPerChunk]{};
     }
-    return t.used++;
+    return used++;
 }
 
 void freeSide(std::uint32_t index) noexcept {
-    table().at(index) = {};
-    table().free.push_back(index);
+    *sideAt(index) = {};
+    spares().push_back(index);
 }
 
 bool isBeingDestroyed(const NSObject* object) noexcept { return object->retainCount() >= parked; }
 
 } // namespace detail
 
-ObjectSide* NSObject::sideAt(std::uint32_t index) noexcept { return &table().at(index); }
+ObjectSide* NSObject::sideAt(std::uint32_t index) noexcept { return detail::sideAt(index); }
 
 ObjectSide& NSObject::side() {
-    if (!side_) side_ = detail::newSide() & maximum;
+    if (!side_) side_ = detail::newSide() & detail::mostSides;
     return *sideAt(side_);
 }
 

@@ -8,19 +8,33 @@ namespace libvue {
 
 struct KeyValueBindings;
 struct KeyValueObservers;
-struct NotificationObservers;
+struct NotificationList;
 struct NotificationRegistrations;
 
 /// What hangs on the few objects that are held weakly or observed. Internal to the platform.
-struct ObjectSide {
+struct alignas(32) ObjectSide {
     WeakBlock* weak = nullptr;
-    NotificationObservers* observers = nullptr;         ///< the lists of those that observe this object
+    NotificationList* observers = nullptr;              ///< the lists of those that observe this object
     NotificationRegistrations* registrations = nullptr; ///< where this object itself is an observer
     KeyValueObservers* keyValue = nullptr;
     KeyValueBindings* bindings = nullptr; ///< the keys of this object that are bound to others
 };
 
 namespace detail {
+
+/// Side blocks stand in chunks and never move.
+constexpr std::uint32_t sidesPerChunk = 1024;
+constexpr std::uint32_t mostSides = (1u << 24) - 1; ///< what NSObject can number
+extern ObjectSide* sideChunks[mostSides / sidesPerChunk + 1];
+
+[[nodiscard]] inline ObjectSide* sideAt(std::uint32_t index) noexcept {
+    return sideChunks[index / sidesPerChunk] + index % sidesPerChunk;
+}
+/// The same as the object's sideIfAny, without a call.
+[[nodiscard]] inline ObjectSide* sideOf(const NSObject* object) noexcept {
+    const std::uint32_t index = object->sideIndex_();
+    return index != 0 ? sideAt(index) : nullptr;
+}
 
 /// The index of a new, empty side block; never 0.
 std::uint32_t newSide();

@@ -16,6 +16,9 @@ template <class Signature> class Operation;
 
 namespace detail {
 
+/// Grows with each class that becomes known: what was answered before may be answered otherwise then.
+LIBVUE_API extern unsigned classesAdded;
+
 template <class M> struct MemberTraits;
 template <class R, class C, class... A> struct MemberTraits<R (C::*)(A...)> {
     using Owner = C;
@@ -87,16 +90,28 @@ public:
     template <class T> [[nodiscard]] BoundOperation<R(A...)> of(T* object) const {
         NSObject* o = objectBehind(object);
         if (!o) return {};
-        const OperationEntry* e = findOperation(o, selector(), typeid(R(A...)));
-        if (!e) return {};
-        return {o, reinterpret_cast<typename BoundOperation<R(A...)>::Run>(e->run)};
+        const std::type_info& type = typeid(*o);
+        if (&type != asked_ || detail::classesAdded != when_) {
+            const OperationEntry* e = findOperation(o, selector(), typeid(R(A...)));
+            answer_ = e ? reinterpret_cast<Run>(e->run) : nullptr;
+            asked_ = &type;
+            when_ = detail::classesAdded;
+        }
+        if (!answer_) return {};
+        return {o, answer_};
     }
     template <class T> [[nodiscard]] auto of(const Ref<T>& object) const { return of(object.get()); }
     template <class T> [[nodiscard]] auto of(const Weak<T>& object) const { return of(object.get()); }
 
 private:
+    using Run = typename BoundOperation<R(A...)>::Run;
+
     const char* name_;
     mutable SEL selector_ = nullptr;
+    // The dynamic type asked last and its answer: whoever sends an operation mostly sends it to objects that are alike.
+    mutable const std::type_info* asked_ = nullptr;
+    mutable Run answer_ = nullptr;
+    mutable unsigned when_ = 0;
 };
 
 /// The signature of an action: the sender is its argument.
