@@ -115,6 +115,7 @@ public:
         e.fill(e, const_cast<Class&>(*known));
         for (const auto& [type, c] : byType_)
             c->lookups_ = {};
+        ++detail::classesAdded;
     }
 
 #ifndef NDEBUG

@@ -12,7 +12,7 @@ struct NotificationList;
 struct NotificationRegistrations;
 
 /// What hangs on the few objects that are held weakly or observed. Internal to the platform.
-struct alignas(32) ObjectSide {
+struct ObjectSide {
     WeakBlock* weak = nullptr;
     NotificationList* observers = nullptr;              ///< the lists of those that observe this object
     NotificationRegistrations* registrations = nullptr; ///< where this object itself is an observer

@@ -16,7 +16,7 @@ template <class Signature> class Operation;
 
 namespace detail {
 
-/// Grows with each class that becomes known: what was answered before may be answered otherwise then.
+/// Grows with each class that becomes known or is extended: what was answered before may be answered otherwise then.
 LIBVUE_API extern unsigned classesAdded;
 
 template <class M> struct MemberTraits;
