@@ -18,8 +18,9 @@ namespace {
 constexpr int kBranches = 10;
 constexpr int kNiveaux = 4; // 1 + 10 + 100 + 1000 boxes, ten leaves in each of the last
 
-/// Every second level is a column; each box fits its content, so that a change of the gaps moves and resizes
-/// everything.
+/// Every second level is a column; each box fits its content, so that a change of the gaps resizes every box and moves
+/// all that it holds. The first leaf of each box alone keeps its frame, which is counted from the box; Qt counts from
+/// the root, where it moves.
 struct Arbre {
     Ref<KCLayoutView> racine;
     std::vector<Ref<KCLayoutView>> boites;

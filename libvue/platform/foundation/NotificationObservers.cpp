@@ -72,6 +72,11 @@ void NotificationList::tidy() {
     holes = 0;
 }
 
+void NotificationList::tellMany(std::size_t count, NSNotification* notification) {
+    for (std::size_t i = 0; i < count; ++i)
+        tellEntry(entries[i], notification);
+}
+
 void NotificationList::tellOtherwise(Entry e, NSNotification* notification) {
     switch (e.call) {
     case NotificationCall::withNotification:

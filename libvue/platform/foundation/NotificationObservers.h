@@ -64,15 +64,10 @@ struct alignas(64) NotificationList {
 
     /// Tells the first `count` places. The list must be entered.
     void tell(std::size_t count, NSNotification* notification) {
-        for (std::size_t i = 0; i < count; ++i) {
-            const Entry& e = entries[i];
-            if (!e.observer) continue;
-            const Ref<NSObject> kept(e.observer);
-            if (e.call == NotificationCall::withNotification)
-                reinterpret_cast<void (*)(NSObject*, NSNotification*)>(e.run)(kept, notification);
-            else
-                tellOtherwise(e, notification);
-        }
+        if (count == 1)
+            tellEntry(entries[0], notification);
+        else
+            tellMany(count, notification);
     }
     void enter() noexcept { ++posts; }
     void leave() {
@@ -92,7 +87,16 @@ struct alignas(64) NotificationList {
     std::uint32_t orphaned : 1 = false; ///< what the list is about is gone, and the chain with it
 
 private:
+    static void tellEntry(const Entry& e, NSNotification* notification) {
+        if (!e.observer) return;
+        const Ref<NSObject> kept(e.observer);
+        if (e.call == NotificationCall::withNotification)
+            reinterpret_cast<void (*)(NSObject*, NSNotification*)>(e.run)(e.observer, notification);
+        else
+            tellOtherwise(e, notification);
+    }
     static void tellOtherwise(Entry e, NSNotification* notification);
+    void tellMany(std::size_t count, NSNotification* notification);
     NotificationList(NotificationList* next, NSObject* object, NSString* name);
     ~NotificationList() = default;
     [[nodiscard]] static NotificationList* findText(NotificationList* first, const NSString& name);
