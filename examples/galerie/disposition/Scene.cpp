@@ -226,13 +226,13 @@ void Scene::racineAChange() {
 
 // Counting.
 
-void Scene::noteChangement() { compte_active_ = true; }
+void Scene::noteChangement() { compteActif_ = true; }
 
 void Scene::didLayout(KCLayoutView*) {
     marques_->setNeedsDisplay(YES);
-    if (!compte_active_) return;
-    if (!tour_ouvert_) {
-        tour_ouvert_ = true;
+    if (!compteActif_) return;
+    if (!tourOuvert_) {
+        tourOuvert_ = true;
         enCours_ = {};
         // Layout runs within a display pass, which has been counted already.
         affichagesAuDebut_ = window() ? window()->displayPassCount() - 1 : 0;
@@ -246,7 +246,7 @@ void Scene::didLayout(KCLayoutView*) {
 }
 
 void Scene::finDuTour() {
-    tour_ouvert_ = false;
+    tourOuvert_ = false;
     const NSUInteger maintenant = window() ? window()->displayPassCount() : affichagesAuDebut_;
     compte_.dispositions = enCours_.dispositions;
     compte_.affichages = maintenant - affichagesAuDebut_;

@@ -73,7 +73,7 @@ private:
     ComptePasses compte_, enCours_;
     NSUInteger affichagesAuDebut_ = 0;
     NSSize place_;
-    bool compte_active_ = false, tour_ouvert_ = false;
+    bool compteActif_ = false, tourOuvert_ = false;
 };
 
 } // namespace galerie
