@@ -5,6 +5,7 @@
 namespace libvue {
 
 class NSActionCell;
+class NSAnimation;
 class NSApplication;
 class NSBezierPath;
 class NSBox;
@@ -37,6 +38,7 @@ class NSTextFieldCell;
 class NSTextView;
 class NSTrackingArea;
 class NSView;
+class NSViewAnimation;
 class NSViewController;
 class NSWindow;
 class NSWindowController;

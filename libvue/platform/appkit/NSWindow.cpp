@@ -151,6 +151,18 @@ void NSWindow::setAlphaValue(CGFloat alpha) {
     windowServer().flush();
 }
 
+void NSWindow::beginFadeOut_() {
+    if (fades_++ == 0) alphaBeforeFade_ = alpha_;
+}
+
+void NSWindow::endFadeOut_(BOOL reached) {
+    const Ref<NSWindow> self(this);
+    --fades_;
+    if (!reached) return;
+    if (visible_ && alpha_ == 0) orderWindow_relativeTo(NSWindowOut, 0);
+    if (fades_ == 0 && !visible_) setAlphaValue(alphaBeforeFade_);
+}
+
 void NSWindow::setDocumentEdited(BOOL flag) {
     if (edited_ == flag) return;
     edited_ = flag;

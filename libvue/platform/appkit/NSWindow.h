@@ -142,7 +142,10 @@ public:
     [[nodiscard]] NSRect frame() const noexcept { return frame_; }
     /// With `display`, what changed is drawn before it returns. A rectangle that is not finite is ignored.
     virtual void setFrame_display(const NSRect& frame, BOOL display);
+    /// With `animate`, a window on the screen goes there within animationResizeTime:, and the call returns then.
     virtual void setFrame_display_animate(const NSRect& frame, BOOL display, BOOL animate);
+    /// Seconds that an animated change to that frame takes: the farther a side goes, the longer.
+    [[nodiscard]] virtual NSTimeInterval animationResizeTime(const NSRect& frame) const;
     void setFrameOrigin(NSPoint origin);
     void setFrameTopLeftPoint(NSPoint p);
     /// Held to the limits; the top left corner stays.
@@ -307,6 +310,7 @@ public:
     void postEvent_atStart(NSEvent* e, BOOL atStart);
     /// Waits for it; null where none will come.
     [[nodiscard]] Ref<NSEvent> nextEventMatchingMask(NSEventMask mask);
+    /// Only those of this window; the others keep theirs.
     void discardEventsMatchingMask_beforeEvent(NSEventMask mask, NSEvent* last);
     [[nodiscard]] NSEvent* currentEvent() const;
     /// Where the pointer is now, in base coordinates, whatever events wait.
@@ -353,6 +357,10 @@ public:
     void nativeMiniaturized_(BOOL mini);
     void nativeScaleChanged_();
     void nativeAppearanceChanged_();
+    /// Brackets a fade-out, or several at once: the alpha of before comes back, off the screen, with the last one's
+    /// end. One that was stopped half-way leaves it as it is.
+    void beginFadeOut_();
+    void endFadeOut_(BOOL reached);
     [[nodiscard]] std::uint64_t nativeId_() const noexcept { return native_; }
     void updateMouseTracking_(NSEvent* e);
     void setCaretRect_(BOOL on, const NSRect& rectInWindow);
@@ -444,6 +452,8 @@ private:
     NSUInteger passes_ = 0;
     std::uint64_t native_ = 0;
     CGFloat alpha_ = 1;
+    CGFloat alphaBeforeFade_ = 1;
+    int fades_ = 0; ///< fade-outs under way
     int flushDisabled_ = 0;
     bool visible_ : 1 = false;
     bool opaque_ : 1 = true;

@@ -83,18 +83,20 @@ void NSWindow::sendMouseDown(NSEvent* e) {
     const Ref<NSView> hit(root_->hitTest(e->locationInWindow()));
 
     const bool wasKey = isKeyWindow();
-    bool becomesKey = false;
+    bool becomesKey = false, neededKey = false;
     if (e->type() == NSLeftMouseDown && canBecomeKeyWindow() && !wasKey) {
         // A panel that takes the focus only where that is needed leaves it for a view that types.
-        becomesKey = acceptsNativeFocus_() || (hit && hit->needsPanelToBecomeKey());
+        neededKey = !acceptsNativeFocus_();
+        becomesKey = !neededKey || (hit && hit->needsPanelToBecomeKey());
         if (becomesKey) {
             if (!(e->modifierFlags() & NSCommandKeyMask)) orderFront(nullptr);
             makeKeyWindow();
         }
     }
     if (!hit || hit->window() != this) return;
-    // The click that brings a window forward is for the view only where the view says so.
-    if (becomesKey && !hit->acceptsFirstMouse(e)) return;
+    // The click that brings a window forward is for the view only where the view says so; in a panel that takes the
+    // keys because that very view needs them, it was meant for it.
+    if (becomesKey && !neededKey && !hit->acceptsFirstMouse(e)) return;
 
     if (e->type() == NSLeftMouseDown && firstResponder() != hit && hit->acceptsFirstResponder() &&
         (isKeyWindow() || !canBecomeKeyWindow())) {
@@ -246,7 +248,9 @@ Ref<NSEvent> NSWindow::nextEventMatchingMask(NSEventMask mask) {
 }
 
 void NSWindow::discardEventsMatchingMask_beforeEvent(NSEventMask mask, NSEvent* last) {
-    NSApp()->discardEventsMatchingMask_beforeEvent(mask, last);
+    // Also from the end of a window that outlives its application.
+    if (NSApplication* app = NSApplication::sharedIfAny_())
+        app->discardEventsOf_matchingMask_beforeEvent(number_, mask, last);
 }
 
 NSEvent* NSWindow::currentEvent() const { return NSApp()->currentEvent(); }

@@ -3,8 +3,12 @@
 
 #include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSScreen.h>
+#include <libvue/platform/appkit/NSViewAnimation.h>
 #include <libvue/platform/appkit/NSWindowPrivate.h>
+#include <libvue/platform/foundation/NSArray.h>
+#include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSUserDefaults.h>
+#include <libvue/platform/foundation/NSValue.h>
 
 namespace libvue {
 
@@ -83,7 +87,30 @@ void NSWindow::setFrame_display(const NSRect& frame, BOOL display) {
     if (display) displayIfNeeded();
 }
 
-void NSWindow::setFrame_display_animate(const NSRect& frame, BOOL display, BOOL) { setFrame_display(frame, display); }
+void NSWindow::setFrame_display_animate(const NSRect& frame, BOOL display, BOOL animate) {
+    if (!animate || !visible_ || !isFinite(frame) || frame == frame_) {
+        setFrame_display(frame, display);
+        return;
+    }
+    const Ref<NSWindow> self(this);
+    const Ref<NSDictionary> entry = NSDictionary::dictionaryWithObjectsAndKeys(
+        {{NSViewAnimationTargetKey.get(), this},
+         {NSViewAnimationEndFrameKey.get(), NSValue::valueWithRect(frame).get()}});
+    const Ref<NSViewAnimation> animation = make<NSViewAnimation>(NSArray::arrayWithObject(entry));
+    animation->setDuration(animationResizeTime(frame));
+    animation->setAnimationBlockingMode(NSAnimationBlocking);
+    animation->startAnimation();
+}
+
+NSTimeInterval NSWindow::animationResizeTime(const NSRect& frame) const {
+    constexpr CGFloat pointsAStep = 150;
+    constexpr NSTimeInterval step = 0.2;
+    const CGFloat farthest =
+        std::max({std::abs(NSMinX(frame) - NSMinX(frame_)), std::abs(NSMinY(frame) - NSMinY(frame_)),
+                  std::abs(NSMaxX(frame) - NSMaxX(frame_)), std::abs(NSMaxY(frame) - NSMaxY(frame_))});
+    return step * farthest / pointsAStep;
+}
+
 void NSWindow::setFrameOrigin(NSPoint origin) { setFrame_display({origin, frame_.size}, NO); }
 void NSWindow::setFrameTopLeftPoint(NSPoint p) { setFrameOrigin({p.x, p.y - frame_.size.height}); }
 
