@@ -13,7 +13,7 @@ public:
     EventMonitor(NSEventMask events, std::function<Ref<NSEvent>(NSEvent*)> h) : mask(events), handler(std::move(h)) {}
 
     const NSEventMask mask;
-    const std::function<Ref<NSEvent>(NSEvent*)> handler;
+    std::function<Ref<NSEvent>(NSEvent*)> handler;
     bool removed = false;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include <libvue/platform/appkit/EventMonitor.h>
 #include <libvue/platform/appkit/NSApplicationNative.h>
 #include <libvue/platform/appkit/NSCursor.h>
 #include <libvue/platform/appkit/NSMenu.h>
@@ -67,7 +68,9 @@ void NSApplication::resetSharedApplication() {
     {
         const Ref<NSApplication> kept(app);
         app->queue_.clear();
-        app->monitorList_.clear();
+        // What a handler holds may hold its monitor.
+        for (const auto& monitor : std::exchange(app->monitorList_, {}))
+            static_cast<EventMonitor*>(monitor.get())->handler = nullptr;
         app->modals_.clear();
         app->delegate_ = nullptr;
         app->keyWindow_ = nullptr;

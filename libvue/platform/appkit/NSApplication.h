@@ -103,6 +103,8 @@ public:
     void postEvent_atStart(NSEvent* e, BOOL atStart);
     /// Drops what the mask admits and came before `last` (null: all that waits).
     void discardEventsMatchingMask_beforeEvent(NSEventMask mask, NSEvent* last);
+    /// Only those of one window.
+    void discardEventsOf_matchingMask_beforeEvent(NSInteger windowNumber, NSEventMask mask, NSEvent* last);
     /// The one that was taken from the queue last; null before the first.
     [[nodiscard]] NSEvent* currentEvent() const noexcept { return currentEvent_; }
     /// To the window of the event, after key equivalents.
@@ -159,6 +161,7 @@ private:
     void setActive(BOOL active);
     void appearanceChanged();
     void displayLater(NSWindow* w);
+    template <class Chosen> void discardEvents(NSEventMask mask, NSEvent* last, const Chosen& chosen);
     [[nodiscard]] Ref<NSEvent> throughMonitors(Ref<NSEvent> e);
     /// The modal window or the sheet that keeps mouse and keys from the window; null where it gets them.
     [[nodiscard]] NSWindow* blockerOf(NSWindow* w) const;

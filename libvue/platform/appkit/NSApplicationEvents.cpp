@@ -299,7 +299,7 @@ void NSApplication::postEvent_atStart(NSEvent* e, BOOL atStart) {
     native_->wake();
 }
 
-void NSApplication::discardEventsMatchingMask_beforeEvent(NSEventMask mask, NSEvent* last) {
+template <class Chosen> void NSApplication::discardEvents(NSEventMask mask, NSEvent* last, const Chosen& chosen) {
     const auto at = std::find_if(queue_.begin(), queue_.end(), [&](const auto& e) { return e.get() == last; });
     const std::size_t place = static_cast<std::size_t>(at - queue_.begin());
     // One that has left the queue already is older than what came after it.
@@ -309,10 +309,19 @@ void NSApplication::discardEventsMatchingMask_beforeEvent(NSEventMask mask, NSEv
     std::deque<Ref<NSEvent>> left;
     for (std::size_t i = 0; i < queue_.size(); ++i) {
         const auto& e = queue_[i];
-        if (isBefore(i) && mask & NSEventMaskFromType(e->type()) && !as<NativeNotice>(e)) continue;
+        if (isBefore(i) && mask & NSEventMaskFromType(e->type()) && !as<NativeNotice>(e) && chosen(*e)) continue;
         left.push_back(e);
     }
     queue_ = std::move(left);
+}
+
+void NSApplication::discardEventsMatchingMask_beforeEvent(NSEventMask mask, NSEvent* last) {
+    discardEvents(mask, last, [](const NSEvent&) { return true; });
+}
+
+void NSApplication::discardEventsOf_matchingMask_beforeEvent(NSInteger windowNumber, NSEventMask mask, NSEvent* last) {
+    if (queue_.empty()) return;
+    discardEvents(mask, last, [=](const NSEvent& e) { return e.windowNumber() == windowNumber; });
 }
 
 bool NSApplication::refuse(NSEvent* e, NSWindow* w, NSWindow* blocker) {
