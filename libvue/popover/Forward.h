@@ -1,0 +1,13 @@
+#pragma once
+
+#include <libvue/platform/appkit/Forward.h>
+
+namespace libvue {
+
+class KCPopover;
+class KCTransientPanel;
+class MaFenetre;
+class VueFirstResponder;
+class VuePopover;
+
+} // namespace libvue

@@ -1,0 +1,291 @@
+#include <popover/PopoverFixture.h>
+
+#include <cmath>
+#include <random>
+
+#include <gmock/gmock.h>
+
+#include <graphics/Dessin.h>
+
+#include <libvue/platform/graphics/PathGeometry.h>
+#include <libvue/popover/ContourPopover.h>
+
+using namespace libvue;
+using namespace libvue::test;
+
+namespace {
+
+using Sorte = ElementContour::Sorte;
+
+std::vector<NSPoint> pointsDe(const ContourPopover& c) {
+    std::vector<NSPoint> points;
+    for (const ElementContour& e : c.elements())
+        if (e.sorte != Sorte::fermeture) points.push_back(e.point);
+    return points;
+}
+
+std::string sortesDe(const ContourPopover& c) {
+    std::string s;
+    for (const ElementContour& e : c.elements())
+        s += "mlcz"[static_cast<int>(e.sorte)];
+    return s;
+}
+
+constexpr NSRect kBounds{{0, 0}, {120, 80}};
+constexpr NSRect kExterieur{{10, 10}, {100, 60}};
+
+// Each row: the elements in order, and where they end.
+TEST(ContourPopoverTest, EachEdgeGivesItsOutlinePointForPoint) {
+    struct Cas {
+        NSUInteger edge;
+        NSRect ancre;
+        const char* sortes;
+        std::vector<NSPoint> points;
+    };
+    const std::vector<Cas> cas{
+        {NSMinXEdge,
+         {{130, 20}, {20, 31}}, // middle 35.5, rounded to 36, half a point up
+         "mllllclclclcz",
+         {{109.5, 17.5},
+          {109.5, 26.5},
+          {119.5, 36.5},
+          {109.5, 46.5},
+          {109.5, 62.5},
+          {102.5, 69.5},
+          {17.5, 69.5},
+          {10.5, 62.5},
+          {10.5, 17.5},
+          {17.5, 10.5},
+          {102.5, 10.5},
+          {109.5, 17.5}}},
+        {NSMinYEdge,
+         {{40, 90}, {40, 20}},
+         "mlcllllclclcz",
+         {{109.5, 17.5},
+          {109.5, 62.5},
+          {102.5, 69.5},
+          {70.5, 69.5},
+          {60.5, 79.5},
+          {50.5, 69.5},
+          {17.5, 69.5},
+          {10.5, 62.5},
+          {10.5, 17.5},
+          {17.5, 10.5},
+          {102.5, 10.5},
+          {109.5, 17.5}}},
+        {NSMaxXEdge,
+         {{-30, 20}, {20, 31}},
+         "mlclcllllclcz",
+         {{109.5, 17.5},
+          {109.5, 62.5},
+          {102.5, 69.5},
+          {17.5, 69.5},
+          {10.5, 62.5},
+          {10.5, 45.5},
+          {0.5, 35.5},
+          {10.5, 25.5},
+          {10.5, 17.5},
+          {17.5, 10.5},
+          {102.5, 10.5},
+          {109.5, 17.5}}},
+        {NSMaxYEdge,
+         {{40, -30}, {40, 20}},
+         "mlclclcllllcz",
+         {{109.5, 17.5},
+          {109.5, 62.5},
+          {102.5, 69.5},
+          {17.5, 69.5},
+          {10.5, 62.5},
+          {10.5, 17.5},
+          {17.5, 10.5},
+          {49.5, 10.5},
+          {59.5, 0.5},
+          {69.5, 10.5},
+          {102.5, 10.5},
+          {109.5, 17.5}}},
+        {4,
+         {{40, -30}, {40, 20}},
+         "mlclclclcz",
+         {{109.5, 17.5},
+          {109.5, 62.5},
+          {102.5, 69.5},
+          {17.5, 69.5},
+          {10.5, 62.5},
+          {10.5, 17.5},
+          {17.5, 10.5},
+          {102.5, 10.5},
+          {109.5, 17.5}}},
+    };
+    for (const Cas& c : cas) {
+        const ContourPopover contour = contourPopover(kExterieur, c.ancre, kBounds, c.edge);
+        EXPECT_EQ(pointsDe(contour), c.points) << "edge " << c.edge;
+        EXPECT_EQ(sortesDe(contour), c.sortes) << "edge " << c.edge;
+    }
+}
+
+TEST(ContourPopoverTest, CornersHaveBothControlPointsOnTheCorner) {
+    const ContourPopover contour = contourPopover(kExterieur, {{40, -30}, {40, 20}}, kBounds, NSMaxYEdge);
+    std::vector<NSPoint> coins;
+    for (const ElementContour& e : contour.elements())
+        if (e.sorte == Sorte::courbe) coins.push_back(e.controle);
+    const std::vector<NSPoint> voulus{{109.5, 69.5}, {10.5, 69.5}, {10.5, 10.5}, {109.5, 10.5}};
+    EXPECT_EQ(coins, voulus);
+}
+
+TEST(ContourPopoverTest, TheArrowsCentreFollowsTheVisibleMiddle) {
+    struct Cas {
+        const char* quoi;
+        NSUInteger edge;
+        NSRect r, ancre, bounds;
+        CGFloat centre;
+    };
+    const NSRect r{{10, 10}, {100, 100}}, b{{0, 0}, {120, 120}};
+    for (const Cas& c : {
+             Cas{"7.5 on edge 0", NSMinXEdge, {{-20, -20}, {100, 100}}, {{60, 5}, {1, 5}}, b, 8.5},
+             Cas{"7.5 on edge 2", NSMaxXEdge, {{-20, -20}, {100, 100}}, {{60, 5}, {1, 5}}, b, 7.5},
+             Cas{"6.5 on edge 1", NSMinYEdge, {{-20, -20}, {100, 100}}, {{4, 60}, {5, 1}}, b, 7.5},
+             Cas{"6.5 on edge 3", NSMaxYEdge, {{-20, -20}, {100, 100}}, {{4, 60}, {5, 1}}, b, 6.5},
+             Cas{"the part inside the view of a wide anchor", NSMinYEdge, r, {{40, 150}, {1000, 10}}, b, 80.5},
+             Cas{"held at the lower end", NSMaxYEdge, r, {{0, -20}, {6, 10}}, b, 20.5},
+             Cas{"held at the upper end", NSMinXEdge, r, {{130, 110}, {6, 10}}, b, 99.5},
+             Cas{"on a short side the lower limit wins",
+                 NSMinYEdge,
+                 {{10, 10}, {16, 60}},
+                 {{0, 90}, {30, 10}},
+                 {{0, 0}, {36, 80}},
+                 20.5},
+             Cas{"single precision",
+                 NSMinYEdge,
+                 {{-1e9, 0}, {2e9, 10}},
+                 {{16777217, 0}, {0.5, 1}},
+                 {{0, 0}, {1e9, 10}},
+                 16777218.5},
+         })
+        EXPECT_EQ(centreFleche(c.r, c.ancre, c.bounds, c.edge), c.centre) << c.quoi;
+}
+
+TEST(ContourPopoverTest, ThreeTipsFollowTheBoundsOrigin) {
+    const NSRect bounds{{5, 6}, {120, 80}}, r = NSInsetRect(bounds, 10, 10);
+    const auto pointe = [&](NSUInteger edge) {
+        NSPoint loin = r.origin;
+        for (const NSPoint& p : pointsDe(contourPopover(r, {{40, 40}, {10, 10}}, bounds, edge)))
+            if (!NSPointInRect(p, r)) loin = p;
+        return loin;
+    };
+    EXPECT_EQ(pointe(NSMinXEdge).x, 124.5);
+    EXPECT_EQ(pointe(NSMinYEdge).y, 85.5);
+    EXPECT_EQ(pointe(NSMaxXEdge).x, 0.5);
+    EXPECT_EQ(pointe(NSMaxYEdge).y, 6.5);
+}
+
+// Simple: no two sides of the flattened outline cross, but for the kink where the arrow's base ends in a corner.
+bool seCroisent(NSPoint a, NSPoint b, NSPoint c, NSPoint d) {
+    const auto cote = [](NSPoint o, NSPoint p, NSPoint q) {
+        return (p.x - o.x) * (q.y - o.y) - (p.y - o.y) * (q.x - o.x);
+    };
+    const double mince = 1e-9;
+    return cote(a, b, c) * cote(a, b, d) < -mince && cote(c, d, a) * cote(c, d, b) < -mince;
+}
+
+TEST(ContourPopoverTest, OutlinesAreClosedAndSimpleBesideTheKink) {
+    std::mt19937 alea(4711);
+    std::uniform_real_distribution<double> longueur(60, 500), place(-600, 600), taille(1, 300);
+    for (int essai = 0; essai < 2000; ++essai) {
+        const NSRect bounds{{0, 0}, {longueur(alea), longueur(alea)}};
+        const NSRect ancre{{place(alea), place(alea)}, {taille(alea), taille(alea)}};
+        const NSUInteger edge = static_cast<NSUInteger>(essai % 5);
+        for (const CGFloat retrait : {kRetraitExterieur, kRetraitInterieur}) {
+            const NSRect r = NSInsetRect(bounds, retrait, retrait);
+            backend::Path chemin;
+            for (const ElementContour& e : contourPopover(r, ancre, bounds, edge).elements()) {
+                chemin.verbs.push_back(static_cast<backend::PathVerb>(e.sorte));
+                if (e.sorte == Sorte::courbe) chemin.points.insert(chemin.points.end(), 2, e.controle);
+                if (e.sorte != Sorte::fermeture) chemin.points.push_back(e.point);
+            }
+            ASSERT_EQ(chemin.verbs.back(), backend::PathVerb::close);
+            ASSERT_EQ(chemin.points.front(), chemin.points.back());
+            const bool fleche = edge < 4;
+            const bool verticale = edge == NSMinXEdge || edge == NSMaxXEdge;
+            const CGFloat c = fleche ? centreFleche(r, ancre, bounds, edge) : 0;
+            const CGFloat debut = (verticale ? NSMinY(r) : NSMinX(r)) + 7.5;
+            const CGFloat fin = (verticale ? NSMaxY(r) : NSMaxX(r)) - 7.5;
+            if (fleche && (c - 10 < debut || c + 10 > fin)) continue; // the kink
+            const std::vector<NSPoint> p = outline::flattened(chemin, 0.1).points;
+            for (std::size_t i = 0; i + 1 < p.size(); ++i)
+                for (std::size_t j = i + 2; j + 1 < p.size(); ++j)
+                    ASSERT_FALSE(seCroisent(p[i], p[i + 1], p[j], p[j + 1]))
+                        << "edge " << edge << ", sides " << i << " and " << j;
+        }
+    }
+}
+
+class VuePopoverTest : public PopoverFixture {};
+
+TEST_F(VuePopoverTest, OutlinesAreKeptUntilTheyAreInvalidated) {
+    const Ref<KCPopover> p = bulle();
+    montre(p);
+    auto* vue = as<VuePopover>(p->panel()->contentView());
+    const Ref<NSBezierPath> avant(vue->contourExterieur());
+    vue->setNeedsDisplay(YES);
+    drain();
+    EXPECT_EQ(vue->contourExterieur(), avant.get());
+    p->layoutEtPositionne(nullptr);
+    const Ref<NSBezierPath> apres(vue->contourExterieur());
+    EXPECT_NE(apres, avant);
+    p->setCouleurBordure(NSColor::redColor());
+    EXPECT_NE(vue->contourExterieur(), apres.get());
+    const Ref<NSBezierPath> encore(vue->contourInterieur());
+    vue->setBounds(vue->bounds());
+    EXPECT_NE(vue->contourInterieur(), encore.get());
+    ferme(p);
+}
+
+TEST_F(VuePopoverTest, AnAnchorThatCannotBeSeenGivesARoundedRectangle) {
+    const Ref<KCPopover> p = bulle();
+    montre(p);
+    auto* vue = as<VuePopover>(p->panel()->contentView());
+    const NSRect r{{3, 4}, {90, 50}};
+    const Ref<NSBezierPath> rond = NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius(r, 7, 7);
+    EXPECT_FALSE(vue->contourAvecRectInterieur(r)->isEqual(rond));
+    for (const NSRect& cachee : {NSRect{{5, 5}, {0, 0}}, NSRect{{-5000, 0}, {10, 10}}, NSRect{{0, 0}, {10, 0}}}) {
+        p->setRectAncre(cachee);
+        EXPECT_TRUE(vue->contourAvecRectInterieur(r)->isEqual(rond));
+    }
+    ferme(p);
+}
+
+TEST_F(VuePopoverTest, DrawsFillHighlightAndBorderByKeyStatus) {
+    const Ref<KCPopover> p = bulle();
+    p->setCouleurFond(NSColor::colorWithCalibratedRed_green_blue_alpha(0, 1, 0, 1));
+    p->setCouleurBordure(NSColor::colorWithCalibratedRed_green_blue_alpha(1, 0, 0, 0.5));
+    montre(p);
+    auto* vue = as<VuePopover>(p->panel()->contentView());
+    const auto dessine = [&] {
+        const Enregistrement e(vue->bounds().size);
+        vue->drawRect(vue->bounds());
+        return e.canvas.operations();
+    };
+    using Kind = backend::RecordingCanvas::Kind;
+    auto operations = dessine();
+    ASSERT_EQ(operations.size(), 3U);
+    EXPECT_EQ(operations[0].kind, Kind::fill);
+    EXPECT_EQ(operations[0].path, vue->contourInterieur()->backendPath());
+    EXPECT_EQ(operations[0].color, (backend::Color{0, 1, 0, 1}));
+    EXPECT_EQ(operations[1].kind, Kind::stroke);
+    EXPECT_EQ(operations[1].path, vue->contourInterieur()->backendPath());
+    EXPECT_EQ(operations[1].color, (backend::Color{1, 1, 1, 0.95}));
+    EXPECT_EQ(operations[2].kind, Kind::stroke);
+    EXPECT_EQ(operations[2].path, vue->contourExterieur()->backendPath());
+    EXPECT_EQ(operations[2].color, (backend::Color{1, 0, 0, 0.5})); // the parent is key
+
+    const Ref<NSWindow> autre = windowAt({{20, 20}, {100, 100}});
+    show(autre);
+    EXPECT_EQ(dessine()[2].color, (backend::Color{1, 0, 0, 0.1}));
+    parent->makeKeyWindow();
+    p->decrochePopover();
+    EXPECT_TRUE(dessine().empty());
+    autre->close();
+    ferme(p);
+}
+
+} // namespace

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <string>
+
+#include <appkit/AppFixture.h>
+
+#include <libvue/platform/appkit/NSPanel.h>
+#include <libvue/platform/appkit/NSViewController.h>
+#include <libvue/popover/KCPopover.h>
+#include <libvue/popover/MaFenetre.h>
+#include <libvue/popover/VueFirstResponder.h>
+#include <libvue/popover/VuePopover.h>
+
+namespace libvue::test {
+
+/// A delegate that logs what it is told, and decides whether the balloon may come off.
+class DeleguePopover : public NSObject {
+public:
+    static void describe(ClassDescription<DeleguePopover>& c) {
+        c.answers<&DeleguePopover::detachable>(op::popoverEstDetachable);
+        c.answers<&DeleguePopover::ferme>(op::popoverDidClose);
+    }
+    explicit DeleguePopover(Log& log) : log_(log) {}
+    BOOL permet = YES;
+    Ref<NSNotification> dernier;
+
+    BOOL detachable(NSObject*) { return permet; }
+    void ferme(NSNotification* n) {
+        log_.push_back("did close " + n->name()->utf8());
+        dernier = n;
+    }
+
+private:
+    Log& log_;
+};
+
+/// An anchor window with an anchor view, and a balloon on it.
+struct PopoverFixture : AppFixture {
+    static constexpr NSRect kContenu{{0, 0}, {120, 60}};
+    static constexpr NSTimeInterval kFondu = 0.6; ///< longer than a fade-out
+
+    Ref<NSWindow> parent;
+    Ref<LogView> ancre;
+
+    void SetUp() override {
+        parent = windowAt({{400, 300}, {400, 300}});
+        ancre = viewIn(parent, {{150, 100}, {80, 20}}, "anchor");
+        show(parent);
+        taken();
+    }
+    void TearDown() override {
+        ancre = nullptr;
+        if (parent) parent->close();
+        pass(kFondu);
+        parent = nullptr;
+        AppFixture::TearDown();
+    }
+
+    [[nodiscard]] static Ref<KCPopover> bulleAvec(NSView* contenu) {
+        const Ref<KCPopover> p = make<KCPopover>();
+        const Ref<NSViewController> c = make<NSViewController>();
+        c->setView(contenu);
+        p->setContentViewController(c);
+        return p;
+    }
+    [[nodiscard]] static Ref<KCPopover> bulle(NSSize taille = kContenu.size) {
+        return bulleAvec(make<NSView>(NSRect{{0, 0}, taille}));
+    }
+    void montre(KCPopover* p, NSUInteger edge = NSMaxYEdge) const {
+        p->showRelativeToRect_ofView_preferredEdge(ancre->bounds(), ancre, edge);
+        drain();
+    }
+    /// Without anything falling due in between, which a fade-out would need.
+    static void ferme(KCPopover* p) {
+        p->close();
+        pass(kFondu);
+    }
+    /// A drag of the balloon by its background, from just inside its outline.
+    void traine(KCPopover* p, CGFloat dx, CGFloat dy) const {
+        const NSRect f = p->panel()->frame();
+        const NSPoint depart{f.origin.x + 14, NSMaxY(f) - 14};
+        windows().moveMouse(depart);
+        windows().press();
+        windows().moveMouse({depart.x + dx, depart.y + dy});
+        windows().release();
+        drain();
+    }
+};
+
+} // namespace libvue::test
