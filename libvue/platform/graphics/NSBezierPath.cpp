@@ -53,6 +53,8 @@ NSBezierPath::State::Place NSBezierPath::State::placeOf(NSInteger index) const {
 void NSBezierPath::describe(ClassDescription<NSBezierPath>& c) {
     c.answers<&NSBezierPath::fill>("fill");
     c.answers<&NSBezierPath::stroke>("stroke");
+    c.classAnswers<&NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius>(
+        "bezierPathWithRoundedRect:xRadius:yRadius:");
 }
 
 NSBezierPath::NSBezierPath() : s_(std::make_unique<State>()) {
