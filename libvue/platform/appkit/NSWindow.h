@@ -409,6 +409,7 @@ private:
     /// elsewhere than when they were asked last are sent updateTrackingAreas first.
     [[nodiscard]] std::vector<Inside> areasAt(NSPoint p);
     [[nodiscard]] Display& displayState();
+    void shapeWithoutCompositor();
     void drawRegion(Display& d, const std::vector<NSRect>& rects);
     [[nodiscard]] NSView* focusRingView() const;
     void sendMouseDown(NSEvent* e);

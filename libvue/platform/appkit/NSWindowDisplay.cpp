@@ -95,6 +95,7 @@ void NSWindow::displayIfNeeded() {
         }
     }
     if (!visible_ || !native_) return;
+    if (!opaque_ || !displayState().shape.empty()) shapeWithoutCompositor();
     flushWindow();
     if (viewsNeedDisplay_) NSApp()->displayLater(this);
 }

@@ -27,6 +27,11 @@ struct NSWindow::Inside {
 struct NSWindow::Tracking {
     /// The view that got the press of each button: left, right, others.
     Weak<NSView> pressed[3];
+    struct Released {
+        Weak<NSView> view;
+        NSInteger number = 0; ///< of the event
+        std::size_t button = 0;
+    } released; ///< since the last press
     /// The window follows the pointer, which was there (screen coordinates).
     bool dragging = false;
     NSPoint dragPoint;
@@ -66,6 +71,7 @@ struct NSWindow::Display {
     NSView::DirtySink present;               ///< drawn or exposed, and not handed to the server yet
     NSRect ring;                             ///< round which the focus ring was drawn; empty for none
     CGFloat ringRadius = 0;
+    backend::Path shape;   ///< that the window is cut to, without a compositor; empty for a rectangle
     Weak<NSScreen> screen; ///< that it was told to be on
     bool screenKnown = false;
     bool whole = true; ///< nothing on the surface is good
