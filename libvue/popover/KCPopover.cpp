@@ -2,6 +2,7 @@
 
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/appkit/NSViewAnimation.h>
+#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
@@ -354,9 +355,9 @@ void KCPopover::animationDidEnd(NSAnimation*) {
     const Ref<KCPopover> moi(this);
     const Ref<MaFenetre> fenetre(panel());
     moiFermant_ = nullptr;
+    const ScopeExit fini([&] { fermetureEnCours_ = NO; });
     if (const Ref<NSWindow> parent = fenetre->parentWindow()) parent->removeChildWindow(fenetre);
     fenetre->close();
-    fermetureEnCours_ = NO;
 }
 
 void KCPopover::windowWillClose(NSNotification*) {

@@ -3,6 +3,7 @@
 #include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
+#include <libvue/platform/foundation/NSRunLoop.h>
 #include <libvue/popover/NSWindowKerlan.h>
 
 namespace libvue {
@@ -133,12 +134,24 @@ BOOL KCTransientPanel::descendDe(const NSWindow* w) const noexcept {
     return NO;
 }
 
+void KCTransientPanel::resignKeyWindow() {
+    touchesPrises_ = NSApp()->desktopMovesFocus_() ? NSRunLoop::mainRunLoop()->now() : 0;
+    NSPanel::resignKeyWindow();
+}
+
+BOOL KCTransientPanel::avaitLesTouches() {
+    // A desktop moves the focus before it delivers the press that does so: that press found the panel key still.
+    constexpr NSTimeInterval memeGeste = 0.1;
+    const NSTimeInterval prises = std::exchange(touchesPrises_, 0);
+    return isKeyWindow() || (prises > 0 && NSRunLoop::mainRunLoop()->now() - prises < memeGeste);
+}
+
 Ref<NSEvent> KCTransientPanel::voit(NSEvent* e) {
     const Ref<NSEvent> kept(e);
     const NSEventType type = e->type();
     const NSWindow* fenetre = e->window();
     if (estAppui(type)) {
-        if (isKeyWindow()) return kept;
+        if (avaitLesTouches()) return kept;
         if (fenetre && descendDe(fenetre)) pretAFermer_ = YES;
         if (!pretAFermer_ && fenetre != this && shouldCloseOnUnrelatedWindowUsage()) pretAFermer_ = YES;
     } else if (type == NSLeftMouseDragged)

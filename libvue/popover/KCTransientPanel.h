@@ -52,14 +52,17 @@ public:
 
     void orderWindow_relativeTo(NSWindowOrderingMode place, NSInteger otherNumber) override;
     void sendEvent(NSEvent* e) override;
+    void resignKeyWindow() override;
 
 private:
     void surveille();
     [[nodiscard]] Ref<NSEvent> voit(NSEvent* e);
+    [[nodiscard]] BOOL avaitLesTouches();
     [[nodiscard]] BOOL descendDe(const NSWindow* w) const noexcept;
 
     Weak<NSObject> transientDelegate_;
     Ref<NSObject> eventMonitor_;
+    NSTimeInterval touchesPrises_ = 0; ///< when the desktop took the keys away, on the run loop's clock; 0: it did not
     BOOL pretAFermer_ = NO;
 };
 

@@ -133,6 +133,8 @@ public:
     /// Its items' key equivalents work in every window.
     void setMainMenu(NSMenu* menu);
     [[nodiscard]] BOOL isDark_() const noexcept;
+    /// Whether the key status changes because the desktop moved the focus, by a click that is still to come as a rule.
+    [[nodiscard]] BOOL desktopMovesFocus_() const noexcept;
 
     // Between the application, its windows and its events.
 

@@ -9,6 +9,7 @@
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/appkit/NativeNotice.h>
+#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSRunLoop.h>
 
@@ -389,7 +390,11 @@ void NSApplication::handleNative(NSEvent* event) {
     case Kind::focusIn:
     case Kind::focusOut:
         // Of a change from window to window only the end counts.
-        if (!focusFollows()) focusChanged(w, e.kind == Kind::focusIn);
+        if (!focusFollows()) {
+            native_->movesFocus = true;
+            const ScopeExit ended([this] { native_->movesFocus = false; });
+            focusChanged(w, e.kind == Kind::focusIn);
+        }
         return;
     case Kind::screensChanged:
         NSScreen::invalidate_();

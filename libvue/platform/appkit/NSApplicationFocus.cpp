@@ -23,6 +23,8 @@ void NSApplication::activateIgnoringOtherApps(BOOL) {
         }
 }
 
+BOOL NSApplication::desktopMovesFocus_() const noexcept { return native_->movesFocus; }
+
 void NSApplication::focusRequested(NSWindow* w) {
     if (native_->focused == w->nativeId_()) return;
     native_->requested = w;

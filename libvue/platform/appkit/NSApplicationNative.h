@@ -51,6 +51,7 @@ struct NSApplication::Native final : RunLoopSource {
     int dragButton = 0;            ///< the one whose drags are told
     Weak<NSWindow> grab;           ///< gets the drags and the ups of its press
     backend::WindowId focused = 0; ///< as the desktop said last
+    bool movesFocus = false;       ///< the windows are being told of what the desktop did with the focus
     Weak<NSWindow> requested;      ///< was activated by us; the desktop's answer is still to come
     backend::Time requestedUntil = 0;
     Weak<NSWindow> lastKey, lastMain;

@@ -80,6 +80,7 @@ void NSWindow::sendMouseDown(NSEvent* e) {
     Tracking& t = tracking();
     const std::size_t button = pressOf(*e);
     t.pressed[button] = nullptr;
+    t.released = {};
     const Ref<NSView> hit(root_->hitTest(e->locationInWindow()));
 
     const bool wasKey = isKeyWindow();
@@ -147,7 +148,12 @@ void NSWindow::sendMouseUp(NSEvent* e) {
     const std::size_t button = pressOf(*e);
     Tracking& t = tracking();
     if (button == 0) t.dragging = false;
-    const Ref<NSView> view = std::exchange(t.pressed[button], nullptr).ref();
+    Ref<NSView> view = std::exchange(t.pressed[button], nullptr).ref();
+    // A release that is sent once more goes where the first one went.
+    if (view)
+        t.released = {view.get(), e->eventNumber(), button};
+    else if (t.released.number == e->eventNumber() && t.released.button == button)
+        view = t.released.view.ref();
     if (view) {
         switch (button) {
         case 0:

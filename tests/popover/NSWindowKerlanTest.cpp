@@ -1,0 +1,283 @@
+#include <appkit/AppFixture.h>
+
+#include <gmock/gmock.h>
+
+#include <libvue/platform/appkit/WebView.h>
+#include <libvue/platform/foundation/NSDictionary.h>
+#include <libvue/popover/KCTransientPanel.h>
+#include <libvue/popover/NSWindowKerlan.h>
+
+using namespace libvue;
+using namespace libvue::test;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+/// A small element tree. A node keeps its parent, as a document would.
+template <class Base> class Noeud : public Base {
+public:
+    static void describe(ClassDescription<Noeud, Base>&) {}
+    Noeud(DOMNode* parent, const char* nom, const char* classe = "") : parent_(parent), nom_(nom), classe_(classe) {}
+    [[nodiscard]] unsigned short nodeType() const override { return DOM_ELEMENT_NODE; }
+    [[nodiscard]] Ref<NSString> nodeName() const override { return NSString::fromUTF8(nom_); }
+    [[nodiscard]] Ref<NSString> nodeValue() const override { return nullptr; }
+    [[nodiscard]] Ref<DOMNode> parentNode() const override { return parent_; }
+    [[nodiscard]] Ref<NSString> getAttribute(NSString* nom) const override {
+        return nom->isEqualToString(u"class"_ns) ? NSString::fromUTF8(classe_) : NSString::string();
+    }
+
+private:
+    Ref<DOMNode> parent_;
+    std::string nom_, classe_;
+};
+
+class Texte : public DOMNode {
+public:
+    static void describe(ClassDescription<Texte, DOMNode>&) {}
+    Texte(DOMNode* parent, const char* texte) : parent_(parent), texte_(texte) {}
+    [[nodiscard]] unsigned short nodeType() const override { return DOM_TEXT_NODE; }
+    [[nodiscard]] Ref<NSString> nodeName() const override { return u"#text"_ns; }
+    [[nodiscard]] Ref<NSString> nodeValue() const override { return NSString::fromUTF8(texte_); }
+    [[nodiscard]] Ref<DOMNode> parentNode() const override { return parent_; }
+
+private:
+    Ref<DOMNode> parent_;
+    std::string texte_;
+};
+
+class Plage : public DOMRange {
+public:
+    static void describe(ClassDescription<Plage, DOMRange>&) {}
+    Plage(const char* texte, DOMNode* debut, NSInteger place) : texte_(texte), debut_(debut), place_(place) {}
+    [[nodiscard]] Ref<NSString> toString() const override { return NSString::fromUTF8(texte_); }
+    [[nodiscard]] Ref<DOMNode> startContainer() const override { return debut_; }
+    [[nodiscard]] NSInteger startOffset() const override { return place_; }
+
+private:
+    std::string texte_;
+    Ref<DOMNode> debut_;
+    NSInteger place_;
+};
+
+class Page : public WebView {
+public:
+    static void describe(ClassDescription<Page, WebView>&) {}
+    using WebView::WebView;
+    Ref<DOMRange> plage;
+    Ref<DOMNode> noeud;
+    Weak<NSObject> regles;
+    NSPoint demande;
+
+    [[nodiscard]] Ref<DOMRange> selectedDOMRange() override { return plage; }
+    [[nodiscard]] NSObject* policyDelegate() const override { return regles; }
+    [[nodiscard]] Ref<NSDictionary> elementAtPoint(NSPoint p) override {
+        demande = p;
+        if (!noeud) return NSDictionary::dictionary();
+        return NSDictionary::dictionaryWithObject_forKey(noeud, WebElementDOMNodeKey.get());
+    }
+};
+
+class Document : public WebHTMLView {
+public:
+    static void describe(ClassDescription<Document, WebHTMLView>&) {}
+    Document(const NSRect& frame, Page* page, Log& log) : WebHTMLView(frame), page_(page), log_(log) {}
+    [[nodiscard]] WebView* _webView() override { return page_; }
+    BOOL acceptsFirstResponder() override { return YES; }
+    void mouseDown(NSEvent* e) override {
+        log_.push_back("down " + std::to_string(e->clickCount()));
+        if (choisit) page_->plage = make<Plage>("word", nullptr, 0);
+    }
+    void mouseUp(NSEvent* e) override { log_.push_back("up " + std::to_string(e->clickCount())); }
+    void keyDown(NSEvent*) override { log_.push_back("key"); }
+    bool choisit = false;
+
+private:
+    Weak<Page> page_;
+    Log& log_;
+};
+
+class Regles : public NSObject {
+public:
+    static void describe(ClassDescription<Regles>& c) { c.answers<&Regles::commande>(op::webView_doCommandBySelector); }
+    explicit Regles(Log& log) : log_(log) {}
+    BOOL commande(WebView*, SEL s) {
+        log_.push_back(std::string("command ") + std::string(nameOf(s)));
+        return YES;
+    }
+    static std::string nameOf(SEL s) { return NSStringFromSelector(s)->utf8(); }
+
+private:
+    Log& log_;
+};
+
+class Navigateur : public NSObject {
+public:
+    static void describe(ClassDescription<Navigateur>& c) { c.answers<&Navigateur::navigue>("cmdNaviguer:"); }
+    explicit Navigateur(Log& log) : log_(log) {}
+    void navigue(NSEvent* e) { log_.push_back(e->type() == NSKeyDown ? "navigate" : "?"); }
+
+private:
+    Log& log_;
+};
+
+struct KerlanTest : AppFixture {
+    Ref<KCTransientPanel> panel;
+    Ref<Page> page;
+    Ref<Document> document;
+    Ref<Regles> regles;
+
+    void SetUp() override {
+        panel = make<KCTransientPanel>(NSMakeRect(200, 200, 300, 200), NSTitledWindowMask);
+        page = make<Page>(NSMakeRect(10, 20, 200, 150));
+        document = make<Document>(NSMakeRect(0, 0, 200, 150), page, log);
+        regles = make<Regles>(log);
+        page->addSubview(document);
+        panel->contentView()->addSubview(page);
+        show(panel);
+        panel->makeFirstResponder(document);
+        taken();
+    }
+    void TearDown() override {
+        panel->orderOut(nullptr);
+        document = nullptr;
+        page = nullptr;
+        panel = nullptr;
+        regles = nullptr;
+        AppFixture::TearDown();
+    }
+    template <class B> static Ref<DOMNode> noeud(DOMNode* parent, const char* nom, const char* classe = "") {
+        return make<Noeud<B>>(parent, nom, classe);
+    }
+    static Ref<DOMNode> el(DOMNode* parent, const char* nom, const char* classe = "") {
+        return noeud<DOMElement>(parent, nom, classe);
+    }
+    [[nodiscard]] Ref<NSEvent> clic(NSEventType type = NSLeftMouseDown, NSUInteger modificateurs = 0,
+                                    NSInteger compte = 1, NSPoint place = {50, 60}) const {
+        return NSEvent::
+            mouseEventWithType_location_modifierFlags_timestamp_windowNumber_context_eventNumber_clickCount_pressure(
+                type, place, modificateurs, 0, panel->windowNumber(), nullptr, 0, compte, 1);
+    }
+};
+
+TEST_F(KerlanTest, WhatAClickLiesOnDecidesWhetherItIsDoubled) {
+    const Ref<DOMNode> corps = el(nullptr, "BODY"), div = noeud<DOMHTMLDivElement>(corps, "DIV");
+    const Ref<DOMNode> p = el(div, "P"), a = el(p, "A"), ignore = el(corps, "SECTION", "x Zerl_Double_Clic y");
+    struct Cas {
+        const char* quoi;
+        Ref<DOMNode> noeud;
+        BOOL double_;
+    };
+    const std::vector<Cas> cas{
+        {"nothing", nullptr, YES},
+        {"a text in a paragraph in a division", make<Texte>(p, "mot"), YES},
+        {"a paragraph", p, YES},
+        {"the division itself", div, NO},
+        {"an image", noeud<DOMHTMLImageElement>(p, "IMG"), NO},
+        {"an element that is only called so", el(p, "DIV"), YES},
+        {"a link", a, NO},
+        {"a text in a link", make<Texte>(a, "mot"), NO},
+        {"deep in a link", el(el(a, "B"), "I"), NO},
+        {"a choice", el(p, "Select"), NO},
+        {"a drawing", el(el(p, "svg"), "path"), NO},
+        {"a linked word", el(p, "SPAN", "Gros LienSyn"), NO},
+        {"another span", el(p, "SPAN", "lien"), YES},
+        {"that class on another element", el(p, "B", "liensyn"), YES},
+        {"a marked part", make<Texte>(ignore, "mot"), NO},
+    };
+    for (const Cas& c : cas) {
+        page->noeud = c.noeud;
+        EXPECT_EQ(devraitDoublerEvenement(panel, clic()), c.double_) << c.quoi;
+    }
+    EXPECT_EQ(page->demande, NSMakePoint(40, 40)); // in the web view's coordinates
+}
+
+TEST_F(KerlanTest, OnlyASinglePlainLeftClickWithoutASelectionIsDoubled) {
+    const Ref<DOMNode> texte = make<Texte>(nullptr, "quatre");
+    EXPECT_TRUE(devraitDoublerEvenement(panel, clic()));
+    EXPECT_TRUE(devraitDoublerEvenement(panel, clic(NSLeftMouseUp)));
+    EXPECT_FALSE(devraitDoublerEvenement(panel, clic(NSRightMouseDown)));
+    EXPECT_FALSE(devraitDoublerEvenement(panel, clic(NSLeftMouseDragged)));
+    EXPECT_FALSE(devraitDoublerEvenement(panel, clic(NSLeftMouseDown, NSControlKeyMask)));
+    EXPECT_TRUE(devraitDoublerEvenement(panel, clic(NSLeftMouseDown, NSShiftKeyMask)));
+    EXPECT_FALSE(devraitDoublerEvenement(panel, clic(NSLeftMouseDown, 0, 2)));
+    EXPECT_FALSE(devraitDoublerEvenement(panel, clic(NSLeftMouseDown, 0, 1, {250, 190}))); // beside the page
+    page->plage = make<Plage>("quatre", texte, 0);
+    EXPECT_FALSE(devraitDoublerEvenement(panel, clic()));
+    page->plage = make<Plage>("", texte, 6); // the caret behind the last letter
+    EXPECT_FALSE(devraitDoublerEvenement(panel, clic()));
+    page->plage = make<Plage>("", texte, 5);
+    EXPECT_TRUE(devraitDoublerEvenement(panel, clic()));
+    page->plage = make<Plage>("", el(nullptr, "P"), 0);
+    EXPECT_TRUE(devraitDoublerEvenement(panel, clic()));
+}
+
+TEST_F(KerlanTest, ThePanelDeliversTheDoubleAfterTheClick) {
+    click(panel, 50, 60);
+    EXPECT_THAT(taken(), ElementsAre("down 1", "down 2", "up 1", "up 2"));
+    windows().advance(5);
+    document->choisit = true; // the doubled press selects a word, which stops the release
+    click(panel, 50, 60);
+    EXPECT_THAT(taken(), ElementsAre("down 1", "up 1"));
+}
+
+TEST_F(KerlanTest, CommandArrowsGoToTheWindowsDelegate) {
+    const Ref<Navigateur> delegue = make<Navigateur>(log);
+    page->regles = regles;
+    struct Cas {
+        const char* quoi;
+        char16_t touche;
+        NSUInteger modificateurs;
+        BOOL navigue, web;
+        const char* fait;
+    };
+    for (const Cas& c : {
+             Cas{"command left", NSLeftArrowFunctionKey, NSCommandKeyMask, YES, YES, "navigate"},
+             Cas{"command right", NSRightArrowFunctionKey, NSCommandKeyMask, YES, NO, "navigate"},
+             Cas{"without that delegate", NSLeftArrowFunctionKey, NSCommandKeyMask, NO, YES, "command moveLeft:"},
+             Cas{"a plain arrow", NSRightArrowFunctionKey, 0, YES, YES, "command moveRight:"},
+             Cas{"shifted", NSLeftArrowFunctionKey, NSShiftKeyMask, YES, YES, "command moveLeft:"},
+             Cas{"no web content", NSLeftArrowFunctionKey, NSCommandKeyMask, NO, NO, ""},
+             Cas{"another key", NSUpArrowFunctionKey, NSCommandKeyMask, YES, YES, ""},
+             Cas{"a letter", u'a', 0, YES, YES, ""},
+         }) {
+        panel->setDelegate(c.navigue ? delegue.get() : nullptr);
+        panel->makeFirstResponder(c.web ? document.get() : nullptr);
+        const Ref<NSString> texte = NSString::from(std::u16string_view(&c.touche, 1));
+        const Ref<NSEvent> e = NSEvent::
+            keyEventWithType_location_modifierFlags_timestamp_windowNumber_context_characters_charactersIgnoringModifiers_isARepeat_keyCode(
+                NSKeyDown, {0, 0}, c.modificateurs, 0, panel->windowNumber(), nullptr, texte, texte, NO, 0);
+        EXPECT_EQ(devraitBloquerEvenement(panel, e), *c.fait != 0) << c.quoi;
+        const Log fait = taken();
+        EXPECT_EQ(fait, *c.fait ? Log{c.fait} : Log{}) << c.quoi;
+    }
+    page->regles = nullptr; // nobody to carry it out
+    panel->makeFirstResponder(document);
+    windows().key(NSLeftArrowFunctionKey);
+    drain();
+    EXPECT_THAT(taken(), ElementsAre("key"));
+    page->regles = regles;
+    windows().key(NSLeftArrowFunctionKey);
+    drain();
+    EXPECT_THAT(taken(), ElementsAre("command moveLeft:")); // and the window never saw it
+}
+
+TEST_F(KerlanTest, DescendantsComeDepthFirst) {
+    const Ref<NSWindow> w = windowAt({{0, 0}, {50, 50}});
+    const auto enfant = [](NSWindow* de, const char* nom) {
+        const Ref<NSWindow> e = make<NSWindow>(NSMakeRect(0, 0, 10, 10), NSBorderlessWindowMask);
+        e->setTitle(NSString::fromUTF8(nom));
+        de->addChildWindow_ordered(e, NSWindowAbove);
+        return e;
+    };
+    const Ref<NSWindow> a = enfant(w, "a"), b = enfant(w, "b"), a1 = enfant(a, "a1"), a2 = enfant(a, "a2"),
+                        a11 = enfant(a1, "a11"), b1 = enfant(b, "b1");
+    const Ref<NSMutableArray> tous = NSMutableArray::array();
+    getAllWindowDescendants(w, tous);
+    Log noms;
+    for (NSUInteger i = 0; i < tous->count(); ++i)
+        noms.push_back(tous->at<NSWindow>(i)->title()->utf8());
+    EXPECT_THAT(noms, ElementsAre("a", "a1", "a11", "a2", "b", "b1"));
+}
+
+} // namespace
