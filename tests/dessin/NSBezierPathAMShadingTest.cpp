@@ -117,12 +117,19 @@ TEST_F(DegradeTest, anyFunctionIsSampledFinely) {
                                             out[i] = c.premiere[i] + c.difference[i] * s;
                                     },
                                     nullptr};
-    Pixels p(400, 3);
-    customVerticalFillWithCallbacks_firstColor_secondColor_angle(
-        NSBezierPath::bezierPathWithRect({{0, 0}, {400, 3}}), sinus, NSColor::blackColor(), NSColor::whiteColor(), 0);
-    for (int x = 0; x < 400; ++x) {
-        const double attendu = std::sin((x + 0.5) / 400 * 6 * pi) / 2 + 0.5;
-        ASSERT_NEAR(p.picture->pixel(x, 1).red, attendu, 3.0 / 255) << x;
+    Enregistrement e;
+    customVerticalFillWithCallbacks_firstColor_secondColor_angle(path, sinus, NSColor::blackColor(),
+                                                                 NSColor::whiteColor(), 0);
+    const auto& stops = e.last().gradient.stops;
+    ASSERT_GT(stops.size(), 30u);
+    std::size_t suivant = 1;
+    for (double t = 0; t <= 1; t += 1.0 / 1024) {
+        while (stops[suivant].position < t)
+            ++suivant;
+        const auto &a = stops[suivant - 1], &z = stops[suivant];
+        const double f = (t - a.position) / (z.position - a.position);
+        const double lu = a.color.red + (z.color.red - a.color.red) * f;
+        ASSERT_NEAR(lu, std::sin(t * 6 * pi) / 2 + 0.5, 1.0 / 255) << t;
     }
 }
 
