@@ -33,13 +33,17 @@ Ref<NSDictionary> attributs(NSFont* font, NSColor* couleur) {
         {{NSFontAttributeName, font}, {NSForegroundColorAttributeName, couleur}});
 }
 
-/// One line of a text: what would break it is shown as signs, what is long is cut.
+/// One line of a text: control characters are shown as they are escaped, what is long is cut.
 Ref<NSString> enUneLigne(const NSString* s) {
     std::u16string sortie;
     for (NSUInteger i = 0; i < s->length() && i < kPlusDeTexte; ++i) {
         const unichar c = s->characterAtIndex(i);
-        // The control pictures stand in the order of the characters that they show.
-        sortie += c < 0x20 ? static_cast<char16_t>(0x2400 + c) : c;
+        if (c >= 0x20)
+            sortie += c;
+        else if (c >= 8 && c <= 13 && c != 11)
+            (sortie += u'\\') += u"btn?fr"[c - 8];
+        else
+            (sortie += u"\\u00") += NSString::stringWithFormat(u"%02x"_ns, static_cast<unsigned>(c))->utf16();
     }
     if (s->length() > kPlusDeTexte) sortie += u'…';
     return NSString::from(sortie);

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 #include <new>
+#include <span>
 #include <typeinfo>
 
 #include <libvue/platform/foundation/NSArray.h>
@@ -32,6 +33,11 @@ struct DocumentObjects {
     static constexpr std::size_t shortText = 16;
     /// Gives one count up, quickly where that ends a number, a short text or a short list on which nothing hangs.
     static void release(NSObject* object) noexcept;
+    using Entry = ObjectTable<Beside::object>::Entry;
+    /// The entries of a dictionary as they lie, in order; those without a key are passed over. Good until it changes.
+    static std::span<const Entry> entries(const NSDictionary& d) noexcept {
+        return {d.table_.entry(0), d.table_.used()};
+    }
 
 private:
     static bool isLastOf(const NSObject* object) noexcept;

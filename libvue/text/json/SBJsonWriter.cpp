@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <limits>
-#include <optional>
 #include <vector>
 
 #include <libvue/platform/foundation/Decimal.h>
 #include <libvue/platform/foundation/DecimalText.h>
+#include <libvue/platform/foundation/DocumentObjects.h>
 #include <libvue/platform/foundation/NSDecimalNumber.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSException.h>
@@ -25,7 +25,7 @@ const ClassRegistration<SBJsonWriter> registration;
 enum class Sort : std::uint8_t { text, decimal, number, dictionary, array, null, otherNumber, other };
 
 /// Those of no class that a document is usually made of, found by a walk through their bases.
-Sort sortByBases(const NSObject* value) {
+[[gnu::noinline]] Sort sortByBases(const NSObject* value) {
     if (as<const NSDictionary>(value)) return Sort::dictionary;
     if (as<const NSArray>(value)) return Sort::array;
     if (as<const NSString>(value)) return Sort::text;
@@ -33,7 +33,7 @@ Sort sortByBases(const NSObject* value) {
     return as<const NSNull>(value) ? Sort::null : Sort::other;
 }
 
-Sort sortOf(const NSObject* value) {
+inline Sort sortOf(const NSObject* value) {
     if (!value) return Sort::other;
     const std::type_info* type = &typeid(*value);
     if (type == &typeid(NSMutableString) || type == &typeid(NSString)) return Sort::text;
@@ -66,6 +66,7 @@ public:
     /// False where the value, or one in it, could not be written.
     bool write(NSObject* value) {
         pending_ = value;
+        isPending_ = true;
         Outcome outcome = run<std::uint8_t>();
         if (outcome == Outcome::wider) outcome = run<unichar>();
         return outcome == Outcome::written;
@@ -76,33 +77,38 @@ private:
 
     enum class Outcome : std::uint8_t { written, failed, wider };
     enum class Kind : std::uint8_t { array, dictionary, proxy };
+    using Entry = detail::DocumentObjects::Entry;
     struct Open {
-        explicit Open(const NSArray* a) : kind(Kind::array), held(a) {}
-        explicit Open(const NSDictionary* d) : kind(Kind::dictionary), held(d), entry(std::in_place, d) {}
+        explicit Open(const NSArray* a) : kind(Kind::array), container(a) {}
+        explicit Open(const NSDictionary* d) : kind(Kind::dictionary), container(d) {
+            const auto entries = detail::DocumentObjects::entries(*d);
+            entry = entries.data();
+            entriesEnd = entry + entries.size();
+        }
         explicit Open(NSUInteger before) : kind(Kind::proxy), next(before) {}
-        [[nodiscard]] const NSArray& array() const { return static_cast<const NSArray&>(*held); }
-        [[nodiscard]] const NSDictionary& dictionary() const { return static_cast<const NSDictionary&>(*held); }
+        [[nodiscard]] const NSArray& array() const { return static_cast<const NSArray&>(*container); }
+        [[nodiscard]] const NSDictionary& dictionary() const { return static_cast<const NSDictionary&>(*container); }
 
         Kind kind;
-        Ref<const NSObject> held;
+        const NSObject* container = nullptr;
         NSUInteger next = 0; ///< of a proxy: how many proxies it comes right behind
         /// The keys where they were sorted, or where code that may change the dictionary has run since.
         Ref<NSArray> keys;
-        std::optional<NSDictionary::Iterator> entry; ///< the next one, while there are no `keys`
-        NSObject* key = nullptr;                     ///< whose value is being written
+        const Entry* entry = nullptr; ///< the next one, while there are no `keys`
+        const Entry* entriesEnd = nullptr;
+        NSObject* key = nullptr;  ///< whose value is being written
+        Ref<const NSObject> held; ///< the container, once code has run that may let it go
     };
 
     /// Writes the pending value and goes on with the containers that are open, until there are none, or until units are
     /// needed that are wider: that text is pending then, or its entry has not been begun.
     template <class Unit> Outcome run() {
         Unit* at = out_.block<Unit>();
+        NSObject* value = pending_;
+        bool hasValue = isPending_;
         for (;;) {
             at = out_.ready(at);
-            NSObject* value = nullptr;
-            if (pending_) {
-                value = *pending_;
-                pending_.reset();
-            } else {
+            if (!hasValue) {
                 if (open_.empty()) break;
                 Open& top = open_.back();
                 if (top.kind == Kind::array) {
@@ -114,14 +120,16 @@ private:
                     if (top.next) *at++ = ',';
                     if (writer_.humanReadable_) at = indent(at);
                     value = a.data()[top.next++];
-                    if (top.next < a.count()) __builtin_prefetch(a.data()[top.next]);
                 } else if (top.kind == Kind::dictionary) {
                     if (!nextEntry(top)) {
                         at = end(top.dictionary().count(), '}', at);
                         continue;
                     }
                     const Sort sort = sortOf(top.key);
-                    if (sizeof(Unit) == 1 && sort == Sort::text && isWide(top.key)) return wider(at);
+                    if (sizeof(Unit) == 1 && sort == Sort::text && isWide(top.key)) {
+                        isPending_ = false;
+                        return wider(at);
+                    }
                     if (top.next) *at++ = ',';
                     if (writer_.humanReadable_) at = indent(at);
                     if (sort != Sort::text) {
@@ -133,17 +141,18 @@ private:
                     at = out_.putQuoted(static_cast<const NSString&>(*top.key), at);
                     at = writer_.humanReadable_ ? putLiteral(" : ", at) : putLiteral(":", at);
                     value = takeEntry(top);
-                    at = out_.ready(at);
                 } else {
                     close();
                     continue;
                 }
             }
+            hasValue = false;
             bool written = true;
             switch (sortOf(value)) {
             case Sort::text:
                 if (sizeof(Unit) == 1 && isWide(value)) {
                     pending_ = value;
+                    isPending_ = true;
                     return wider(at);
                 }
                 at = out_.putQuoted(static_cast<const NSString&>(*value), at);
@@ -158,13 +167,19 @@ private:
                 written = deeper();
                 if (!written) break;
                 *at++ = '{';
-                openDictionary(static_cast<const NSDictionary*>(value));
+                if (static_cast<const NSDictionary*>(value)->count())
+                    openDictionary(static_cast<const NSDictionary*>(value));
+                else
+                    at = endEmpty('}', at);
                 break;
             case Sort::array:
                 written = deeper();
                 if (!written) break;
                 *at++ = '[';
-                open_.emplace_back(static_cast<const NSArray*>(value));
+                if (static_cast<const NSArray*>(value)->count())
+                    open_.emplace_back(static_cast<const NSArray*>(value));
+                else
+                    at = endEmpty(']', at);
                 break;
             case Sort::null:
                 at = putLiteral("null", at);
@@ -174,7 +189,8 @@ private:
                 at = number(static_cast<const NSNumber&>(*value), at);
                 break;
             case Sort::other:
-                written = other(value);
+                written = hasValue = other(value);
+                if (written) value = proxy_;
                 break;
             }
             if (!written && !fail()) return Outcome::failed;
@@ -197,27 +213,23 @@ private:
             top.key = top.keys->data()[top.next];
             return true;
         }
-        if (*top.entry == std::default_sentinel) return false;
-        top.key = (**top.entry).key;
+        while (top.entry != top.entriesEnd && !top.entry->key)
+            ++top.entry;
+        if (top.entry == top.entriesEnd) return false;
+        top.key = top.entry->key;
         return true;
     }
     static NSObject* takeEntry(Open& top) {
         ++top.next;
-        if (top.keys) return top.dictionary().objectForKey(top.key);
-        NSObject* value = (**top.entry).value;
-        ++*top.entry;
-        if (*top.entry != std::default_sentinel) {
-            __builtin_prefetch((**top.entry).value);
-            __builtin_prefetch((**top.entry).key);
-        }
-        return value;
+        return top.keys ? top.dictionary().objectForKey(top.key) : (top.entry++)->value;
     }
 
     void openDictionary(const NSDictionary* d) {
         open_.emplace_back(d);
         if (!writer_.sortKeys_) return;
-        const auto keys = d->allKeys();
-        open_.back().keys = keys->sortedArrayUsingSelector(sel("compare:"));
+        settle();
+        Ref<NSArray>& keys = open_.back().keys;
+        keys = keys->sortedArrayUsingSelector(sel("compare:"));
     }
 
     /// Passes a failure on from a value to the containers that are open, which end with it. It goes no further than to
@@ -235,7 +247,11 @@ private:
         return false;
     }
 
-    void addError(NSUInteger code, const Ref<NSString>& text) { writer_.addErrorWithCode_description(code, text); }
+    /// The trace can be observed.
+    void addError(NSUInteger code, const Ref<NSString>& text) {
+        settle();
+        writer_.addErrorWithCode_description(code, text);
+    }
 
     /// The depth stays raised where it fails.
     bool deeper() {
@@ -250,6 +266,12 @@ private:
         if (writer_.humanReadable_ && count) at = indent(at);
         *at++ = static_cast<Unit>(bracket);
         close();
+        return at;
+    }
+
+    template <class Unit> Unit* endEmpty(char bracket, Unit* at) {
+        --writer_.depth_;
+        *at++ = static_cast<Unit>(bracket);
         return at;
     }
 
@@ -286,7 +308,7 @@ private:
         return out_.putPlain(*text, at);
     }
 
-    /// What offers a proxy is written as that.
+    /// What offers a proxy is written as that, which is the value that comes next then.
     bool other(NSObject* value) {
         NSUInteger before = 0;
         if (!open_.empty() && open_.back().kind == Kind::proxy) before = open_.back().next + 1;
@@ -300,15 +322,15 @@ private:
         settle();
         proxy_ = proxyOf();
         open_.emplace_back(before);
-        pending_ = proxy_.get();
         return true;
     }
 
-    /// Before code of the application runs: open dictionaries go on by the keys that they have now, and keep those,
-    /// whatever that code does to them.
+    /// Before code of the application runs: open containers are kept, and dictionaries go on by the keys that they have
+    /// now, whatever that code does to them.
     void settle() {
         for (; settled_ < open_.size(); ++settled_) {
             Open& o = open_[settled_];
+            o.held = o.container;
             if (o.kind == Kind::dictionary && !o.keys) o.keys = o.dictionary().allKeys();
         }
     }
@@ -316,9 +338,11 @@ private:
     SBJsonWriter& writer_;
     JsonOutput out_;
     std::vector<Open> open_;
-    std::size_t settled_ = 0;          ///< how many of the outermost are settled
-    std::optional<NSObject*> pending_; ///< what is written next, ahead of what the containers hold
-    Ref<NSObject> proxy_;              ///< the last one that was given
+    std::size_t settled_ = 0; ///< how many of the outermost are settled
+    NSObject* pending_ =
+        nullptr; ///< what is written first, ahead of what the containers hold, where there is something
+    bool isPending_ = false;
+    Ref<NSObject> proxy_; ///< the last one that was given
 };
 
 void SBJsonWriter::describe(ClassDescription<SBJsonWriter, SBJsonBase>& c) {
