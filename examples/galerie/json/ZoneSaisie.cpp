@@ -317,7 +317,9 @@ void ZoneSaisie::insertNewline(NSObject*) {
     edite(selectedRange(), par, Genre::frappe);
 }
 
-void ZoneSaisie::insertTab(NSObject*) { edite(selectedRange(), u"  ", Genre::frappe); }
+void ZoneSaisie::insertTab(NSObject*) {
+    if (window()) window()->selectNextKeyView(this);
+}
 
 void ZoneSaisie::insertBacktab(NSObject*) {
     if (window()) window()->selectPreviousKeyView(this);

@@ -11,7 +11,7 @@ namespace galerie {
 using namespace libvue;
 
 /// An editor of plain text in a font of fixed pitch, for a scroll view: lines are not wrapped, Return keeps the
-/// indentation, Tab indents.
+/// indentation, Tab goes on to the next control.
 class ZoneSaisie : public NSText {
 public:
     static void describe(ClassDescription<ZoneSaisie, NSText>& c);
