@@ -7,6 +7,7 @@
 
 #include <libvue/platform/backend/qt/RasterPath.h>
 #include <libvue/platform/backend/qt/RasterShadow.h>
+#include <libvue/platform/backend/qt/StrokeRuns.h>
 
 namespace libvue::backend {
 
@@ -266,6 +267,17 @@ void RasterCanvas::stroke(const Path& path, const Stroke& stroke, const Color& c
     if (path.verbs.size() == 2 && path.verbs[0] == PathVerb::move && path.verbs[1] == PathVerb::line &&
         path.points.size() == 2)
         return strokeLine(path.points[0], path.points[1], stroke, color);
+    if (StrokeRuns runs; isDirect(state_.op) && state_.antialias && takeOutRuns(path, stroke, state_.device, runs)) {
+        for (const NSRect& r : runs.rects)
+            fillDevice({r.origin.x, r.origin.y, r.size.width, r.size.height}, color, state_.op);
+        for (const Path& piece : runs.rest)
+            strokePieces(piece, stroke, color);
+        return;
+    }
+    strokePieces(path, stroke, color);
+}
+
+void RasterCanvas::strokePieces(const Path& path, const Stroke& stroke, const Color& color) {
     if (const double scale = similarity(state_.device); scale > 0) {
         if (!convertPath(path, state_.device, FillRule::nonZero, path_)) return;
         const QPen& pen = penFor(stroke, scale, color);

@@ -98,6 +98,7 @@ private:
     void compose(const QImage& image, QPoint at, Compositing op, double opacity);
     void composePlusDarker(const QImage& image, QPoint at);
 
+    void strokePieces(const Path& path, const Stroke& stroke, const Color& color);
     void fillDevice(const QRectF& r, const Color& color, Compositing op);
     void fillPixels(const QRect& r, const Color& color, Compositing op);
     void fillConverted(const Color& color, Compositing op);
