@@ -133,6 +133,14 @@ private:
     Path& path_;
 };
 
+/// From this many rows on a filling is handed to threads, which for a line takes longer than all of it.
+constexpr double mostRows = 64;
+
+void appendSlices(const Box& box, std::vector<NSRect>& rects) {
+    for (double y = box.bottom; y < box.top; y += mostRows)
+        rects.push_back({{box.left, y}, {box.right - box.left, std::min(mostRows, box.top - y)}});
+}
+
 /// Small strokes are done at once, a large one is handed to threads, which takes longer than all of them.
 void splitApart(Path path, const Transform& device, double margin, std::vector<Path>& pieces) {
     pieces.clear();
@@ -220,8 +228,7 @@ bool takeOutRuns(const Path& path, const Stroke& stroke, const Transform& device
             if (!turned || k > 0) rest.line(in);
             rest.move(away);
             rest.line(s.to);
-            out.rects.push_back(
-                {{run.box.left, run.box.bottom}, {run.box.right - run.box.left, run.box.top - run.box.bottom}});
+            appendSlices(run.box, out.rects);
         }
         if (turned) {
             const Segment& s = segments[cut];
