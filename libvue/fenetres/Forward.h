@@ -1,0 +1,10 @@
+#pragma once
+
+#include <libvue/platform/appkit/Forward.h>
+
+namespace libvue {
+
+class FadingWindowController;
+class PanelBorderLess;
+
+} // namespace libvue

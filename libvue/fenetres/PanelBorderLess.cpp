@@ -1,0 +1,23 @@
+#include <libvue/fenetres/PanelBorderLess.h>
+
+namespace libvue {
+
+namespace {
+
+constexpr CGFloat kAlpha = 0.92;
+
+} // namespace
+
+void PanelBorderLess::describe(ClassDescription<PanelBorderLess, NSPanel>& c) {
+    c.key<&PanelBorderLess::rectangle, &PanelBorderLess::setRectangle>("rectangle");
+}
+
+PanelBorderLess::PanelBorderLess(const NSRect& contentRect, NSUInteger, NSBackingStoreType, BOOL)
+    : NSPanel(contentRect, NSBorderlessWindowMask, NSBackingStoreBuffered, NO) {
+    setOpaque(NO);
+    setAlphaValue(kAlpha);
+}
+
+PanelBorderLess::~PanelBorderLess() = default;
+
+} // namespace libvue
