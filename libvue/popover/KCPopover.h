@@ -1,5 +1,6 @@
 #pragma once
 
+#include <libvue/platform/appkit/NSPopoverDelegate.h>
 #include <libvue/platform/appkit/NSView.h>
 #include <libvue/platform/appkit/NSViewController.h>
 #include <libvue/platform/foundation/ConstantString.h>
@@ -13,11 +14,10 @@ namespace libvue {
 /// a notification centre.
 inline constexpr ConstantString KCPopoverDidCloseNotification{u"KCPopoverDidCloseNotification"};
 
-/// Optional operations of a popover's delegate.
+/// Optional operations of a popover's delegate, beside popoverDidClose:.
 namespace op {
 /// Whether it may become a free window; the argument is the popover. YES where it is not answered.
 inline constexpr Operation<BOOL(NSObject*)> popoverEstDetachable{"popoverEstDetachable:"};
-inline constexpr Operation<void(NSNotification*)> popoverDidClose{"popoverDidClose:"};
 } // namespace op
 
 /// Shows a view controller's view in a balloon that hangs on a rectangle of an anchor view, until the user turns away.

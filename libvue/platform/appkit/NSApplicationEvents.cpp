@@ -417,6 +417,14 @@ void NSApplication::handleNative(NSEvent* event) {
             w->nativeCloseRequest_();
         return;
     case Kind::moved:
+        // Whoever is told of the move, and of what follows from it, finds it as the event that is going on.
+        currentEvent_ =
+            NSEvent::otherEventWithType_location_modifierFlags_timestamp_windowNumber_context_subtype_data1_data2(
+                NSAppKitDefined, NSZeroPoint, modifiers_, NSRunLoop::mainRunLoop()->now(), w->windowNumber(), nullptr,
+                NSWindowMovedEventType, static_cast<NSInteger>(e.rect.origin.x),
+                static_cast<NSInteger>(e.rect.origin.y));
+        w->nativeMoved_(e.rect);
+        return;
     case Kind::resized:
         w->nativeMoved_(e.rect);
         return;

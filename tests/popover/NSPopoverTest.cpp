@@ -1,0 +1,420 @@
+#include <popover/PopoverFixture.h>
+
+#include <random>
+
+#include <gmock/gmock.h>
+
+#include <libvue/layout/KCFlippedView.h>
+#include <libvue/platform/appkit/BalloonPlacement.h>
+#include <libvue/platform/appkit/NSClipView.h>
+#include <libvue/platform/appkit/NSPopover.h>
+#include <libvue/platform/appkit/NSScrollView.h>
+#include <libvue/platform/appkit/NSTextField.h>
+#include <libvue/platform/foundation/NSDictionary.h>
+#include <libvue/platform/foundation/NSException.h>
+
+using namespace libvue;
+using namespace libvue::test;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class Delegue : public NSObject {
+public:
+    static void describe(ClassDescription<Delegue>& c) {
+        c.answers<&Delegue::shouldClose>(op::popoverShouldClose);
+        c.answers<&Delegue::detachableWindow>(op::detachableWindowForPopover);
+        c.answers<&Delegue::willShow>(op::popoverWillShow);
+        c.answers<&Delegue::didShow>(op::popoverDidShow);
+        c.answers<&Delegue::willClose>(op::popoverWillClose);
+        c.answers<&Delegue::didClose>(op::popoverDidClose);
+    }
+    explicit Delegue(Log& log) : log_(log) {}
+    BOOL permet = YES;
+    Ref<NSWindow> fenetre;
+
+    BOOL shouldClose(NSObject*) {
+        log_.emplace_back("should close");
+        return permet;
+    }
+    NSWindow* detachableWindow(NSObject*) { return fenetre; }
+    void willShow(NSNotification* n) { dit("will show", n); }
+    void didShow(NSNotification* n) { dit("did show", n); }
+    void willClose(NSNotification* n) { dit("will close", n); }
+    void didClose(NSNotification* n) { dit("did close", n); }
+
+private:
+    void dit(std::string quoi, NSNotification* n) {
+        const NSDictionary* info = n->userInfo();
+        const auto* pourquoi = info ? info->get<NSString>(NSPopoverCloseReasonKey.get()) : nullptr;
+        if (pourquoi && pourquoi->isEqualToString(NSPopoverCloseReasonDetachToWindow)) quoi += " to window";
+        const auto* p = as<NSPopover>(n->object());
+        log_.push_back(quoi + (p->isShown() ? " shown" : ""));
+    }
+    Log& log_;
+};
+
+class NSPopoverTest : public PopoverFixture {
+protected:
+    void SetUp() override {
+        PopoverFixture::SetUp();
+        delegue = make<Delegue>(log);
+        p = make<NSPopover>();
+        p->setDelegate(delegue);
+        const Ref<NSViewController> c = make<NSViewController>();
+        c->setView(make<NSView>(kContenu));
+        p->setContentViewController(c);
+    }
+    void TearDown() override {
+        p = nullptr;
+        delegue = nullptr;
+        PopoverFixture::TearDown();
+    }
+    void montreLe(NSUInteger edge = NSMaxYEdge) {
+        p->showRelativeToRect_ofView_preferredEdge(NSZeroRect, ancre, edge);
+        pass(kFondu);
+    }
+    [[nodiscard]] NSRect corps() const {
+        NSView* contenu = p->contentViewController()->view();
+        return p->window_()->convertRectToScreen(contenu->convertRect_toView(contenu->bounds(), nullptr));
+    }
+    [[nodiscard]] NSRect ancreEcran() const {
+        return parent->convertRectToScreen(ancre->convertRect_toView(ancre->bounds(), nullptr));
+    }
+
+    Ref<Delegue> delegue;
+    Ref<NSPopover> p;
+};
+
+TEST(BalloonPlacementTest, TheEdgeIsTheFirstWithRoomInItsOrder) {
+    constexpr NSRect ecran{{0, 0}, {1000, 800}};
+    struct Row {
+        NSRect ancre;
+        NSSize taille;
+        NSRectEdge voulu, pris;
+        NSPoint coin;
+    };
+    for (const Row& r : {
+             Row{{{500, 400}, {20, 20}}, {100, 50}, NSMaxYEdge, NSMaxYEdge, {460, 430}},
+             Row{{{500, 400}, {20, 20}}, {100, 50}, NSMinYEdge, NSMinYEdge, {460, 340}},
+             Row{{{500, 400}, {20, 20}}, {100, 50}, NSMinXEdge, NSMinXEdge, {390, 385}},
+             Row{{{500, 400}, {20, 20}}, {100, 50}, NSMaxXEdge, NSMaxXEdge, {530, 385}},
+             // No room: the opposite one.
+             Row{{{500, 760}, {20, 20}}, {100, 50}, NSMaxYEdge, NSMinYEdge, {460, 700}},
+             Row{{{30, 400}, {20, 20}}, {100, 50}, NSMinXEdge, NSMaxXEdge, {60, 385}},
+             // Neither: one of the others.
+             Row{{{500, 0}, {20, 800}}, {100, 50}, NSMaxYEdge, NSMinXEdge, {390, 375}},
+             // Slid along the anchor.
+             Row{{{980, 400}, {20, 20}}, {100, 50}, NSMaxYEdge, NSMaxYEdge, {900, 430}},
+             Row{{{0, 780}, {20, 20}}, {100, 50}, NSMaxXEdge, NSMaxXEdge, {30, 750}},
+             // Larger than the screen: its beginning shows.
+             Row{{{500, 400}, {20, 20}}, {2000, 50}, NSMaxYEdge, NSMaxYEdge, {0, 430}},
+         }) {
+        SCOPED_TRACE(testing::Message() << r.ancre.origin.x << " " << r.ancre.origin.y << " " << r.voulu);
+        const BalloonPlacement b = placeBalloon(r.ancre, ecran, r.taille, r.voulu);
+        EXPECT_EQ(b.edge, r.pris);
+        EXPECT_EQ(b.body.origin, r.coin);
+        EXPECT_EQ(b.body.size, r.taille);
+    }
+}
+
+TEST(BalloonPlacementTest, ABalloonIsOnTheScreenAndBesideItsAnchor) {
+    std::mt19937 hasard(17); // NOLINT(cert-msc51-cpp): the same cases each time
+    const auto entre = [&](int a, int b) {
+        return static_cast<CGFloat>(std::uniform_int_distribution<int>(a, b)(hasard));
+    };
+    for (int i = 0; i < 20000; ++i) {
+        const NSRect ecran{{entre(-500, 500), entre(-500, 500)}, {entre(300, 2000), entre(300, 1500)}};
+        const NSSize taille{entre(20, 280), entre(20, 280)};
+        const NSSize a{entre(1, 60), entre(1, 60)};
+        const NSRect ancre{{NSMinX(ecran) + entre(0, static_cast<int>(ecran.size.width - a.width)),
+                            NSMinY(ecran) + entre(0, static_cast<int>(ecran.size.height - a.height))},
+                           a};
+        const auto voulu = static_cast<NSRectEdge>(i % 4);
+        const BalloonPlacement b = placeBalloon(ancre, ecran, taille, voulu);
+        ASSERT_TRUE(NSEqualRects(NSUnionRect(b.body, ecran), ecran));
+        const CGFloat l = balloon::kArrowLength;
+        const NSSize marges[] = {{NSMinX(ancre) - NSMinX(ecran) - l, 0},
+                                 {0, NSMinY(ancre) - NSMinY(ecran) - l},
+                                 {NSMaxX(ecran) - NSMaxX(ancre) - l, 0},
+                                 {0, NSMaxY(ecran) - NSMaxY(ancre) - l}};
+        const auto tient = [&](NSUInteger e) {
+            return e % 2 ? marges[e].height >= taille.height : marges[e].width >= taille.width;
+        };
+        ASSERT_EQ(b.edge == voulu, tient(voulu) || b.edge == voulu);
+        if (!tient(b.edge)) {
+            for (NSUInteger e = 0; e < 4; ++e)
+                ASSERT_FALSE(tient(e));
+            continue;
+        }
+        // Its window leaves the anchor free, and the arrow points at the anchor as far as corners let it.
+        ASSERT_TRUE(NSIsEmptyRect(NSIntersectionRect(b.window, ancre)));
+        const CGFloat c = balloonArrowCentre(b.body, ancre, b.edge);
+        const bool enTravers = b.edge % 2 == 1;
+        ASSERT_GE(c, enTravers ? NSMinX(b.body) : NSMinY(b.body));
+        ASSERT_LE(c, enTravers ? NSMaxX(b.body) : NSMaxY(b.body));
+    }
+}
+
+TEST_F(NSPopoverTest, ShowingAndClosingAreToldInOrder) {
+    std::vector<std::string> postees;
+    const Ref<NSObject> jeton = NSNotificationCenter::defaultCenter()->addObserverForName_object_queue_usingBlock(
+        nullptr, p, nullptr, [&](NSNotification* n) { postees.push_back(n->name()->utf8()); });
+    p->showRelativeToRect_ofView_preferredEdge(NSZeroRect, ancre, NSMaxYEdge);
+    EXPECT_THAT(taken(), ElementsAre("will show shown"));
+    EXPECT_EQ(p->window_()->alphaValue(), 0);
+    pass(kFondu);
+    EXPECT_EQ(p->window_()->alphaValue(), 1);
+    EXPECT_THAT(taken(), ElementsAre("did show shown"));
+    EXPECT_EQ(p->window_()->parentWindow(), parent.get());
+    EXPECT_EQ(corps().size, kContenu.size);
+    EXPECT_EQ(NSMinY(corps()), NSMaxY(ancreEcran()) + balloon::kArrowLength);
+    EXPECT_EQ(NSMidX(corps()), NSMidX(ancreEcran()));
+
+    p->close();
+    EXPECT_TRUE(p->isShown());
+    p->close();
+    EXPECT_THAT(taken(), ElementsAre("will close shown"));
+    pass(kFondu);
+    EXPECT_THAT(taken(), ElementsAre("did close"));
+    EXPECT_EQ(p->window_(), nullptr);
+    EXPECT_EQ(p->contentViewController()->view()->superview(), nullptr);
+    NSNotificationCenter::defaultCenter()->removeObserver(jeton);
+    EXPECT_THAT(postees, ElementsAre("NSPopoverWillShowNotification", "NSPopoverDidShowNotification",
+                                     "NSPopoverWillCloseNotification", "NSPopoverDidCloseNotification"));
+
+    p->setAnimates(NO);
+    p->showRelativeToRect_ofView_preferredEdge(NSZeroRect, ancre, NSMaxYEdge);
+    p->close();
+    EXPECT_THAT(taken(), ElementsAre("will show shown", "did show shown", "will close shown", "did close"));
+}
+
+TEST_F(NSPopoverTest, ItsBehaviourSaysWhatCloses) {
+    const Ref<NSWindow> autre = windowAt({{50, 50}, {200, 100}});
+    autre->orderFront(nullptr);
+    struct Row {
+        NSPopoverBehavior comportement;
+        bool parParent, parAutre, parEchappement;
+    };
+    for (const Row& r :
+         {Row{NSPopoverBehaviorApplicationDefined, false, false, false},
+          Row{NSPopoverBehaviorTransient, true, true, true}, Row{NSPopoverBehaviorSemitransient, true, false, true}}) {
+        SCOPED_TRACE(r.comportement);
+        p->setBehavior(r.comportement);
+        const auto essaie = [&](const auto& geste, bool ferme) {
+            parent->makeKeyAndOrderFront(nullptr);
+            montreLe();
+            taken();
+            geste();
+            pass(kFondu);
+            EXPECT_EQ(p->isShown(), !ferme);
+            // The user is asked about in the delegate's words, and the click goes on.
+            const Log dit = taken();
+            EXPECT_EQ(std::count(dit.begin(), dit.end(), "should close"), ferme ? 1 : 0);
+            p->close();
+            pass(kFondu);
+        };
+        essaie([&] { click(p->window_(), 40, 40); }, false);
+        essaie([&] { click(parent, 5, 5); }, r.parParent);
+        essaie([&] { click(autre, 100, 50); }, r.parAutre);
+        essaie(
+            [&] {
+                windows().key(NSEscapeCharacter);
+                drain();
+            },
+            r.parEchappement);
+    }
+    // A delegate that refuses keeps it; a click outside goes to what it hit in any case.
+    delegue->permet = NO;
+    p->setBehavior(NSPopoverBehaviorTransient);
+    parent->makeKeyAndOrderFront(nullptr);
+    montreLe();
+    taken();
+    const NSRect r = ancre->frame();
+    click(parent, NSMidX(r), NSMidY(r));
+    EXPECT_THAT(taken(), ElementsAre("should close", "anchor down", "anchor up"));
+    EXPECT_TRUE(p->isShown());
+    p->close();
+    pass(kFondu);
+    autre->close();
+}
+
+TEST_F(NSPopoverTest, WhatCanTakeTheKeysTakesThemAndEscapeCloses) {
+    const Ref<NSTextField> champ = make<NSTextField>(NSMakeRect(10, 10, 80, 22));
+    p->contentViewController()->view()->addSubview(champ);
+    p->setBehavior(NSPopoverBehaviorTransient);
+    montreLe();
+    EXPECT_TRUE(p->window_()->isKeyWindow());
+    windows().typeText(u"ab");
+    drain();
+    EXPECT_EQ(champ->stringValue()->utf8(), "ab");
+    windows().key(NSEscapeCharacter);
+    pass(kFondu);
+    if (p->isShown()) { // the first may have ended the editing
+        windows().key(NSEscapeCharacter);
+        pass(kFondu);
+    }
+    EXPECT_FALSE(p->isShown());
+    EXPECT_TRUE(parent->isKeyWindow());
+    champ->removeFromSuperview();
+}
+
+TEST_F(NSPopoverTest, OfTwoOnTopOfEachOtherEscapeClosesTheUpperOne) {
+    p->setBehavior(NSPopoverBehaviorTransient);
+    montreLe();
+    const Ref<NSPopover> haut = make<NSPopover>();
+    const Ref<NSViewController> c = make<NSViewController>();
+    c->setView(make<NSView>(NSMakeRect(0, 0, 60, 30)));
+    haut->setContentViewController(c);
+    haut->setBehavior(NSPopoverBehaviorTransient);
+    haut->showRelativeToRect_ofView_preferredEdge(NSZeroRect, p->contentViewController()->view(), NSMaxXEdge);
+    pass(kFondu);
+    click(haut->window_(), 30, 30);
+    EXPECT_TRUE(p->isShown());
+    windows().key(NSEscapeCharacter);
+    pass(kFondu);
+    EXPECT_FALSE(haut->isShown());
+    EXPECT_TRUE(p->isShown());
+    haut->showRelativeToRect_ofView_preferredEdge(NSZeroRect, p->contentViewController()->view(), NSMaxXEdge);
+    pass(kFondu);
+    p->close(); // takes the other one along
+    pass(kFondu);
+    EXPECT_FALSE(haut->isShown());
+}
+
+TEST_F(NSPopoverTest, ItFollowsItsAnchorAndGoesWithIt) {
+    p->setBehavior(NSPopoverBehaviorSemitransient);
+    montreLe();
+    const auto cote = [&] { return NSMinY(corps()) - NSMaxY(ancreEcran()); };
+    ancre->setFrameOrigin({60, 140});
+    EXPECT_EQ(cote(), balloon::kArrowLength);
+    EXPECT_EQ(NSMidX(corps()), NSMidX(ancreEcran()));
+    p->setPositioningRect(NSMakeRect(0, 0, 10, 10));
+    EXPECT_EQ(NSMidX(corps()), NSMinX(ancreEcran()) + 5);
+    const NSRect avant = corps();
+    parent->setFrameOrigin({parent->frame().origin.x - 50, parent->frame().origin.y + 20});
+    EXPECT_EQ(corps(), NSOffsetRect(avant, -50, 20));
+    // In sight no more.
+    ancre->setFrameOrigin({-500, 140});
+    pass(kFondu);
+    EXPECT_FALSE(p->isShown());
+    ancre->setFrameOrigin({60, 140});
+
+    for (const bool ferme : {false, true}) {
+        montreLe();
+        taken();
+        SCOPED_TRACE(ferme ? "closed" : "miniaturised");
+        ASSERT_TRUE(p->isShown());
+        if (ferme)
+            parent->close();
+        else
+            parent->miniaturize(nullptr);
+        EXPECT_FALSE(p->isShown());
+        EXPECT_THAT(taken(), ElementsAre("will close shown", "did close"));
+        if (!ferme) parent->deminiaturize(nullptr);
+        drain();
+    }
+}
+
+TEST_F(NSPopoverTest, ANewSizeGlidesWhereItAnimates) {
+    montreLe();
+    p->setContentSize({200, 100});
+    EXPECT_EQ(corps().size, kContenu.size);
+    pass(0.08);
+    EXPECT_GT(corps().size.width, kContenu.size.width);
+    EXPECT_LT(corps().size.width, 200);
+    pass(kFondu);
+    EXPECT_EQ(corps().size, (NSSize{200, 100}));
+    EXPECT_EQ(NSMidX(corps()), NSMidX(ancreEcran()));
+    p->setAnimates(NO);
+    p->setContentSize({90, 40});
+    EXPECT_EQ(corps().size, (NSSize{90, 40}));
+    EXPECT_EQ(NSMinY(corps()), NSMaxY(ancreEcran()) + balloon::kArrowLength);
+    p->close();
+}
+
+TEST_F(NSPopoverTest, TheEdgesOfAFlippedViewAreItsOwn) {
+    const Ref<KCFlippedView> vue = make<KCFlippedView>(NSMakeRect(150, 140, 40, 20));
+    parent->contentView()->addSubview(vue);
+    p->setAnimates(NO);
+    for (const auto& [edge, dessus] : {std::pair<NSUInteger, bool>{NSMinYEdge, true}, {NSMaxYEdge, false}}) {
+        p->showRelativeToRect_ofView_preferredEdge(NSZeroRect, vue, edge);
+        const NSRect a = parent->convertRectToScreen(vue->convertRect_toView(vue->bounds(), nullptr));
+        EXPECT_EQ(NSMinY(corps()) > NSMinY(a), dessus);
+        p->close();
+    }
+}
+
+TEST_F(NSPopoverTest, DraggedOffItBecomesTheDelegatesWindow) {
+    const auto traine = [&](CGFloat dx, CGFloat dy) {
+        const NSRect c = corps();
+        windows().moveMouse({NSMidX(c), NSMidY(c)});
+        windows().press();
+        windows().moveMouse({NSMidX(c) + 6, NSMidY(c)});
+        windows().moveMouse({NSMidX(c) + 6 + dx, NSMidY(c) + dy});
+        windows().release();
+        drain();
+    };
+    p->setBehavior(NSPopoverBehaviorTransient);
+    montreLe();
+    traine(50, 40); // no window: it stays
+    EXPECT_TRUE(p->isShown());
+    taken();
+
+    const NSRect avant = corps();
+    delegue->fenetre = windowAt({{0, 0}, {10, 10}});
+    traine(50, 40);
+    EXPECT_THAT(taken(), ElementsAre("will close to window shown", "did close to window"));
+    EXPECT_FALSE(p->isShown());
+    NSWindow* w = delegue->fenetre;
+    EXPECT_TRUE(w->isVisible());
+    // The same content, where the pointer took it.
+    EXPECT_EQ(p->contentViewController()->view()->window(), w);
+    EXPECT_EQ(p->contentViewController()->view()->frame().size, kContenu.size);
+    const NSRect apres = w->contentRectForFrameRect(w->frame());
+    EXPECT_EQ(apres.size, avant.size);
+    EXPECT_NEAR(apres.origin.x, avant.origin.x + 56, 0.5);
+    EXPECT_NEAR(apres.origin.y, avant.origin.y + 40, 0.5);
+    // Shown again, the balloon takes its content back.
+    montreLe();
+    EXPECT_EQ(p->contentViewController()->view()->window(), p->window_());
+    p->close();
+    w->close();
+    pass(kFondu);
+    delegue->fenetre = nullptr;
+}
+
+TEST_F(NSPopoverTest, OddCallsAreTakenWell) {
+    EXPECT_THROW(p->showRelativeToRect_ofView_preferredEdge(NSZeroRect, nullptr, NSMaxYEdge), NSExceptionRaised);
+    const Ref<NSView> seule = make<NSView>();
+    EXPECT_THROW(p->showRelativeToRect_ofView_preferredEdge(NSZeroRect, seule, NSMaxYEdge), NSExceptionRaised);
+    p->close();
+    p->performClose(nullptr);
+    EXPECT_THAT(taken(), IsEmpty());
+    p->setBehavior(7);
+    EXPECT_EQ(p->behavior(), NSPopoverBehaviorApplicationDefined);
+    // Shown while it fades out: closed, and open again.
+    montreLe();
+    p->close();
+    taken();
+    montreLe(77);
+    EXPECT_TRUE(p->isShown());
+    EXPECT_THAT(taken(), ElementsAre("did close", "will show shown", "did show shown"));
+    // Shown elsewhere while it is up.
+    const Ref<NSWindow> autre = windowAt({{50, 50}, {200, 100}});
+    autre->orderFront(nullptr);
+    p->showRelativeToRect_ofView_preferredEdge(NSZeroRect, autre->contentView(), NSMaxYEdge);
+    EXPECT_EQ(p->window_()->parentWindow(), autre.get());
+    EXPECT_THAT(taken(), IsEmpty());
+    autre->close();
+    EXPECT_FALSE(p->isShown());
+    // Without content it is small, and no crash.
+    const Ref<NSPopover> vide = make<NSPopover>();
+    vide->showRelativeToRect_ofView_preferredEdge(NSZeroRect, ancre, NSMaxYEdge);
+    pass(kFondu);
+    vide->close();
+    pass(kFondu);
+}
+
+} // namespace
