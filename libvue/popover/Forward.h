@@ -5,6 +5,8 @@
 namespace libvue {
 
 class KCPopover;
+class KCPopoverManager;
+class KCPopoverWrapper;
 class KCTransientPanel;
 class MaFenetre;
 class VueFirstResponder;

@@ -51,6 +51,10 @@ void KCPopover::describe(ClassDescription<KCPopover>& c) {
     c.answers<&KCPopover::parentWindowDidResignMain>("parentWindowDidResignMain:");
     c.answers<&KCPopover::parentWindowWillMiniaturize>("parentWindowWillMiniaturize:");
     c.answers<&KCPopover::close>("close");
+    c.answers<&KCPopover::isShown>("isShown");
+    c.answers<&KCPopover::showRelativeToRect_ofView_preferredEdge>("showRelativeToRect:ofView:preferredEdge:");
+    c.answers<&KCPopover::contentViewController>("contentViewController");
+    c.answers<&KCPopover::setContentViewController>("setContentViewController:");
     c.answers<&KCPopover::setDelegate>("setDelegate:");
     c.answers<&KCPopover::masqueEdgeAutorisay>("masqueEdgeAutorisay");
     c.answers<&KCPopover::setMasqueEdgeAutorisay>("setMasqueEdgeAutorisay:");
