@@ -147,7 +147,7 @@ BOOL KCTransientPanel::avaitLesTouches() {
 }
 
 Ref<NSEvent> KCTransientPanel::voit(NSEvent* e) {
-    const Ref<NSEvent> kept(e);
+    Ref<NSEvent> kept(e);
     const NSEventType type = e->type();
     const NSWindow* fenetre = e->window();
     if (estAppui(type)) {

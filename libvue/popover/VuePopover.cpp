@@ -67,7 +67,7 @@ Ref<NSBezierPath> VuePopover::contourAvecRectInterieur(const NSRect& r) {
     const NSRect ancre = ancreVueDIci();
     if (NSIsEmptyRect(ancre))
         return NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius(r, kLongueurCoin, kLongueurCoin);
-    const Ref<NSBezierPath> chemin = NSBezierPath::bezierPath();
+    Ref<NSBezierPath> chemin = NSBezierPath::bezierPath();
     const ContourPopover contour = contourPopover(r, ancre, bounds(), popover_->edgeTemporaire());
     for (const ElementContour& e : contour.elements()) {
         switch (e.sorte) {

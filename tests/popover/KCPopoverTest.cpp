@@ -233,6 +233,14 @@ TEST_F(KCPopoverTest, DraggedOffItIsAWindowOfItsOwn) {
     EXPECT_FALSE(p->isShown());
     EXPECT_EQ(p->firstResponder(), nullptr);
     pass(kFondu);
+    // Shown anew, it is a balloon again.
+    montre(p);
+    EXPECT_TRUE(p->attachay());
+    EXPECT_EQ(p->panel()->styleMask(), NSUInteger{NSBorderlessWindowMask});
+    EXPECT_EQ(p->panel()->frame().size, NSMakeSize(172, 130));
+    EXPECT_EQ(vue->frame(), NSMakeRect(11, 15, 150, 100));
+    EXPECT_FALSE(p->panel()->isFloatingPanel());
+    ferme(p);
 }
 
 TEST_F(KCPopoverTest, ADragThatMayNotDetachOnlyMoves) {

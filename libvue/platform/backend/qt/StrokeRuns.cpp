@@ -137,8 +137,10 @@ private:
 constexpr double mostRows = 64;
 
 void appendSlices(const Box& box, std::vector<NSRect>& rects) {
-    for (double y = box.bottom; y < box.top; y += mostRows)
+    for (double y = box.bottom; y < box.top;) {
         rects.push_back({{box.left, y}, {box.right - box.left, std::min(mostRows, box.top - y)}});
+        y += mostRows;
+    }
 }
 
 /// Small strokes are done at once, a large one is handed to threads, which takes longer than all of them.
@@ -166,7 +168,8 @@ void splitApart(Path path, const Transform& device, double margin, std::vector<P
     for (std::size_t i = 0; i < boxes.size(); ++i)
         for (std::size_t j = i + 1; j < boxes.size(); ++j)
             if (boxes[i].meets(boxes[j])) {
-                pieces.assign(1, std::move(path));
+                pieces.resize(1);
+                pieces.front() = std::move(path);
                 return;
             }
 }
