@@ -11,10 +11,8 @@
 
 using namespace libvue;
 using namespace libvue::test;
-using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Lt;
 
 namespace {
 
@@ -60,13 +58,13 @@ public:
 
 struct NSAnimationTest : AppFixture {
     [[nodiscard]] Ref<Images> animation(NSAnimationBlockingMode mode = NSAnimationNonblocking) const {
-        const Ref<Images> a = make<Images>();
+        Ref<Images> a = make<Images>();
         a->setAnimationBlockingMode(mode);
         return a;
     }
     static Ref<NSViewAnimation> surUn(std::initializer_list<NSDictionary::KeyAndValue> paires) {
         const Ref<NSDictionary> entree = NSDictionary::dictionaryWithObjectsAndKeys(paires);
-        const Ref<NSViewAnimation> a = make<NSViewAnimation>(NSArray::arrayWithObject(entree));
+        Ref<NSViewAnimation> a = make<NSViewAnimation>(NSArray::arrayWithObject(entree));
         a->setAnimationBlockingMode(NSAnimationNonblocking);
         return a;
     }

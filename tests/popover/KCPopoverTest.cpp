@@ -14,7 +14,7 @@ namespace {
 class KCPopoverTest : public PopoverFixture {
 protected:
     /// Logs the notifications of that name from that window.
-    void ecoute(NSString* nom, NSWindow* w, std::string dit) {
+    void ecoute(NSString* nom, NSWindow* w, const std::string& dit) {
         jetons_.push_back(NSNotificationCenter::defaultCenter()->addObserverForName_object_queue_usingBlock(
             nom, w, nullptr, [this, dit](NSNotification*) { log.push_back(dit); }));
     }

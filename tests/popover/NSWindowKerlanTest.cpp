@@ -10,7 +10,6 @@
 using namespace libvue;
 using namespace libvue::test;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -265,7 +264,7 @@ TEST_F(KerlanTest, CommandArrowsGoToTheWindowsDelegate) {
 TEST_F(KerlanTest, DescendantsComeDepthFirst) {
     const Ref<NSWindow> w = windowAt({{0, 0}, {50, 50}});
     const auto enfant = [](NSWindow* de, const char* nom) {
-        const Ref<NSWindow> e = make<NSWindow>(NSMakeRect(0, 0, 10, 10), NSBorderlessWindowMask);
+        Ref<NSWindow> e = make<NSWindow>(NSMakeRect(0, 0, 10, 10), NSBorderlessWindowMask);
         e->setTitle(NSString::fromUTF8(nom));
         de->addChildWindow_ordered(e, NSWindowAbove);
         return e;
