@@ -2,6 +2,7 @@
 
 #include <libvue/layout/Forward.h>
 #include <libvue/platform/foundation/NSGeometry.h>
+#include <libvue/platform/foundation/NSObject.h>
 #include <libvue/platform/foundation/Operation.h>
 
 namespace libvue {

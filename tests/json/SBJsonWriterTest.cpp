@@ -304,6 +304,33 @@ TEST(SBJsonWriter, longTextsChangeTheirStorageWhereTheyMust) {
     EXPECT_TRUE(writer->stringWithFragment(list({text(u"é")}))->latin1Contents());
 }
 
+TEST(SBJsonWriter, wideTextsAndLongStretchesWithoutThemAlternate) {
+    // Stretches that end before, at and behind the ends of blocks; the wide text is a value, a key, or a value that is
+    // longer than a block.
+    const std::u16string wide = u"\u4E00\n", longWide(9000, u'\u4E01');
+    for (int count : {1, 800, 817, 818, 819, 820, 821, 1640, 4000}) {
+        Values values;
+        std::u16string expected = u"[";
+        const auto add = [&](const Ref<NSObject>& value, std::u16string_view printed) {
+            if (!values.empty()) expected += u',';
+            values.push_back(value);
+            expected += printed;
+        };
+        for (int round = 0; round < 6; ++round) {
+            for (int i = 0; i < count; ++i)
+                add(decimal("987654321"), u"987654321");
+            if (round % 3 == 0)
+                add(text(wide), u"\"\u4E00\\n\"");
+            else if (round % 3 == 1)
+                add(object({{text(u"é"), text(u"ÿ")}, {text(wide), object({})}}), u"{\"é\":\"ÿ\",\"\u4E00\\n\":{}}");
+            else
+                add(text(longWide), u'"' + longWide + u'"');
+        }
+        const auto written = make<SBJsonWriter>()->stringWithFragment(list(values));
+        ASSERT_TRUE(written->isEqualTo(expected + u"]")) << count;
+    }
+}
+
 TEST(SBJsonWriter, decimalNumbersArePrintedWithoutAnExponent) {
     const std::string nines = "99999999999999999999999999999999999999";
     const auto zeros = [](std::size_t n) { return std::string(n, '0'); };
@@ -355,6 +382,17 @@ TEST(SBJsonWriter, mantissasOfEveryLengthArePrintedDigitByDigit) {
             const std::string digits = std::to_string(v) + tail;
             ASSERT_EQ(fragment(decimal(digits)), digits);
         }
+}
+
+TEST(SBJsonWriter, wholeNumbersOfAllLengthsKeepTheirZeros) {
+    for (const char* digits : {"1", "9", "10", "99", "9999999", "10000001", "99999999", "100000001", "999999999",
+                               "1000000001", "9999999999", "10000000001", "288230376151711743"})
+        for (std::size_t zeros = 0; zeros < 12; ++zeros)
+            for (const char* sign : {"", "-"}) {
+                const std::string printed = sign + (digits + std::string(zeros, '0'));
+                ASSERT_EQ(fragment(decimal(printed)), printed);
+                ASSERT_EQ(fragment(list({text(u"\u4E00"), decimal(printed)})), "[\"\u4E00\"," + printed + "]");
+            }
 }
 
 TEST(NSObjectSBJSON, conveniencesLogWhyTheyFail) {

@@ -50,6 +50,8 @@ struct Decimal {
     /// std::uint8_t or unichar.
     template <class Unit> Unit* write(Unit* to) const noexcept;
     template <class Unit> static Unit* write(const NSDecimalNumber& n, Unit* to) noexcept;
+    /// The same with short whole numbers written on the spot, for whoever writes many.
+    template <class Unit> static Unit* writeQuickly(const NSDecimalNumber& n, Unit* to) noexcept;
     void appendTo(StringBuilder& b) const;
 };
 

@@ -77,6 +77,28 @@ template <class Unit> inline void storeDigits(std::uint64_t digits, Unit* to) no
     }
 }
 
+/// A number below 10^8 without zeros in front. Answers where its digits end.
+template <class Unit> inline Unit* putShort(std::uint32_t v, Unit* to) noexcept {
+    const std::uint64_t digits = eightDigits(v);
+    // The last digit stays whatever it is.
+    const int zeros = std::countr_zero((digits ^ 0x3030303030303030) | std::uint64_t(1) << 56) / 8;
+    storeDigits(digits >> (8 * zeros), to);
+    return to + (8 - zeros);
+}
+
+/// The same for a number below 10^16.
+template <class Unit> inline Unit* putWhole(std::uint64_t v, Unit* to) noexcept {
+    constexpr std::uint64_t eight = 100000000;
+    if (v < eight) return putShort(static_cast<std::uint32_t>(v), to);
+    const std::uint64_t high = v / eight;
+    if (high < 10)
+        *to++ = static_cast<Unit>('0' + high);
+    else
+        to = putShort(static_cast<std::uint32_t>(high), to);
+    storeDigits(eightDigits(static_cast<std::uint32_t>(v - high * eight)), to);
+    return to + 8;
+}
+
 /// The last `count` digits of `v`, with zeros in front where it has fewer; from 1 to 20.
 template <class Unit> inline void putDigits(std::uint64_t v, int count, Unit* to) noexcept {
     constexpr std::uint64_t eight = 100000000;

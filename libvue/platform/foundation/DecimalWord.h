@@ -4,6 +4,7 @@
 #include <limits>
 
 #include <libvue/platform/foundation/Decimal.h>
+#include <libvue/platform/foundation/DecimalText.h>
 #include <libvue/platform/foundation/SmallBlocks.h>
 
 // Decimal numbers in one word, for the sources that make many of them.
@@ -33,6 +34,18 @@ inline NSDecimalNumber* Decimal::inOneWord(std::uint64_t mantissa, int exponent,
                                (static_cast<std::uint64_t>(exponent) & ((1u << NSDecimalNumber::exponentBits) - 1));
     return new (detail::SmallBlocks::takeFast(sizeof(NSDecimalNumber)))
         NSDecimalNumber(negative ? NSDecimalNumber::tagNegative : 0, static_cast<NSInteger>(word));
+}
+
+template <class Unit>
+[[gnu::always_inline]] inline Unit* Decimal::writeQuickly(const NSDecimalNumber& n, Unit* to) noexcept {
+    constexpr std::uint8_t special =
+        NSDecimalNumber::tagNegative | NSDecimalNumber::tagLong | NSDecimalNumber::tagNotANumber;
+    const auto word = static_cast<std::uint64_t>(n.integer_);
+    const std::uint64_t exponent = word & ((1u << NSDecimalNumber::exponentBits) - 1);
+    const std::uint64_t mantissa = word >> NSDecimalNumber::exponentBits;
+    // Both fit, so that their product has no more than 16 digits; a negative exponent counts as a large one here.
+    if ((n.tag() & special) != 0 || exponent > 6 || mantissa >= 10000000000) return write(n, to);
+    return detail::putWhole(mantissa * detail::powersOfTen.of[exponent], to);
 }
 
 } // namespace libvue

@@ -21,6 +21,14 @@ public:
     template <class From, class To> static To* copy(const From* from, std::size_t count, To* to) noexcept {
         constexpr std::size_t step = sizeof(std::uint64_t) / sizeof(From);
         const From* const end = from + count;
+        if (count >= step && count <= 2 * step) {
+            // Both at once, so that nothing has to be foretold.
+            const bool first = isPlain<From>(load<std::uint64_t>(from));
+            if (!(first & isPlain<From>(load<std::uint64_t>(end - step)))) return copyEscaping(from, end, to);
+            copyPlain<step>(from, to);
+            copyPlain<step>(end - step, to + (count - step));
+            return to + count;
+        }
         if (count >= step) {
             To* const start = to;
             const From* const last = end - step;

@@ -48,8 +48,10 @@ template <class Unit> Unit* JsonOutput::putLong(const NSString& s, Unit* at) {
     *at++ = '"';
     if (const std::uint8_t* narrow = s.latin1Contents())
         at = putPieces(narrow, s.length(), at);
-    else if constexpr (sizeof(Unit) > 1)
+    else if constexpr (sizeof(Unit) > 1) {
+        wideCame_ = true;
         at = putPieces(s._fastCharacterContents(), s.length(), at);
+    }
     at = ready(at);
     *at++ = '"';
     return at;

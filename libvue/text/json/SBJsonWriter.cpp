@@ -6,6 +6,7 @@
 
 #include <libvue/platform/foundation/Decimal.h>
 #include <libvue/platform/foundation/DecimalText.h>
+#include <libvue/platform/foundation/DecimalWord.h>
 #include <libvue/platform/foundation/DocumentObjects.h>
 #include <libvue/platform/foundation/NSDecimalNumber.h>
 #include <libvue/platform/foundation/NSDictionary.h>
@@ -67,15 +68,20 @@ public:
     bool write(NSObject* value) {
         pending_ = value;
         isPending_ = true;
-        Outcome outcome = run<std::uint8_t>();
-        if (outcome == Outcome::wider) outcome = run<unichar>();
-        return outcome == Outcome::written;
+        for (Outcome outcome = run<std::uint8_t>();;) {
+            if (outcome == Outcome::wider)
+                outcome = run<unichar>();
+            else if (outcome == Outcome::narrower)
+                outcome = run<std::uint8_t>();
+            else
+                return outcome == Outcome::written;
+        }
     }
 
 private:
     static constexpr std::size_t usualDepth = 16;
 
-    enum class Outcome : std::uint8_t { written, failed, wider };
+    enum class Outcome : std::uint8_t { written, failed, wider, narrower };
     enum class Kind : std::uint8_t { array, dictionary, proxy };
     using Entry = detail::DocumentObjects::Entry;
     struct Open {
@@ -101,13 +107,21 @@ private:
     };
 
     /// Writes the pending value and goes on with the containers that are open, until there are none, or until units are
-    /// needed that are wider: that text is pending then, or its entry has not been begun.
+    /// needed that are wider: that text is pending then, or its entry has not been begun. Wide units are given up again
+    /// after a block that needed none: one letter in a long document does not make all that follows it dearer.
     template <class Unit> Outcome run() {
         Unit* at = out_.block<Unit>();
         NSObject* value = pending_;
         bool hasValue = isPending_;
         for (;;) {
-            at = out_.ready(at);
+            if (!out_.isReady(at)) {
+                at = out_.handOn(at);
+                if (sizeof(Unit) > 1 && !out_.tookWide()) {
+                    pending_ = value;
+                    isPending_ = hasValue;
+                    return Outcome::narrower;
+                }
+            }
             if (!hasValue) {
                 if (open_.empty()) break;
                 Open& top = open_.back();
@@ -120,6 +134,7 @@ private:
                     if (top.next) *at++ = ',';
                     if (writer_.humanReadable_) at = indent(at);
                     value = a.data()[top.next++];
+                    if (top.next < a.count()) __builtin_prefetch(a.data()[top.next]);
                 } else if (top.kind == Kind::dictionary) {
                     if (!nextEntry(top)) {
                         at = end(top.dictionary().count(), '}', at);
@@ -158,7 +173,7 @@ private:
                 at = out_.putQuoted(static_cast<const NSString&>(*value), at);
                 break;
             case Sort::decimal:
-                at = Decimal::write(static_cast<const NSDecimalNumber&>(*value), at);
+                at = Decimal::writeQuickly(static_cast<const NSDecimalNumber&>(*value), at);
                 break;
             case Sort::number:
                 at = number(static_cast<const NSNumber&>(*value), at);
@@ -221,7 +236,10 @@ private:
     }
     static NSObject* takeEntry(Open& top) {
         ++top.next;
-        return top.keys ? top.dictionary().objectForKey(top.key) : (top.entry++)->value;
+        if (top.keys) return top.dictionary().objectForKey(top.key);
+        NSObject* const value = top.entry->value;
+        if (++top.entry != top.entriesEnd) __builtin_prefetch(top.entry->value);
+        return value;
     }
 
     void openDictionary(const NSDictionary* d) {
