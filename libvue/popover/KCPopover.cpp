@@ -32,6 +32,21 @@ void invalideBulle(MaFenetre* panel) {
     if (VuePopover* bulle = bulleDe(panel)) bulle->invalidateContour();
 }
 
+/// Keeps the content as large as it is while the balloon changes its form round it.
+class ContenuTenu {
+public:
+    explicit ContenuTenu(MaFenetre* fenetre) : bulle_(fenetre->contentView()) { tiens(NO); }
+    ~ContenuTenu() { tiens(YES); }
+    ContenuTenu(const ContenuTenu&) = delete;
+    ContenuTenu& operator=(const ContenuTenu&) = delete;
+
+private:
+    void tiens(BOOL suit) {
+        if (bulle_) bulle_->setAutoresizesSubviews(suit);
+    }
+    Ref<NSView> bulle_;
+};
+
 } // namespace
 
 void KCPopover::describe(ClassDescription<KCPopover>& c) {
@@ -143,9 +158,13 @@ void KCPopover::showRelativeToRect_ofView_preferredEdge(const NSRect& rect, NSVi
     setRectAncre(rect);
     setEdgeAncre(edge);
     setAttachay(YES);
-    rendsSaForme();
-    installeFirstResponder(fenetre);
-    panel()->contentView()->setFrameSize(contentRect().size);
+    {
+        // It may hold the content of an earlier showing, when it was a window.
+        const ContenuTenu tenu(panel());
+        rendsSaForme();
+        installeFirstResponder(fenetre);
+        panel()->contentView()->setFrameSize(contentRect().size);
+    }
     if (const Ref<NSView> vue = contenu()) {
         vue->setFrameOrigin(origineDe(kMargesBulle));
         panel()->contentView()->addSubview(vue);
@@ -248,8 +267,8 @@ void KCPopover::layoutEtPositionne(NSViewController*) {
     const Ref<KCPopover> moi(this);
     const Ref<MaFenetre> fenetre(panel());
     if (!attachay_) {
-        // The lower left corner stays put.
-        NSRect r = fenetre->frame();
+        // The lower left corner stays put, whatever the desktop draws round the content.
+        NSRect r = fenetre->contentRectForFrameRect(fenetre->frame());
         r.size = NSInsetRect(vue->frame(), -kMargesDetachay.width, -kMargesDetachay.height).size;
         fenetre->setFrame_display(fenetre->frameRectForContentRect(r), YES);
         return;
@@ -289,6 +308,7 @@ void KCPopover::decrochePopover() {
     const Ref<KCPopover> moi(this);
     const Ref<MaFenetre> fenetre(panel());
     setAttachay(NO);
+    const ContenuTenu tenu(fenetre);
     fenetre->setOpaque(NO);
     fenetre->setBackgroundColor(couleurFond());
     NSRect c = fenetre->contentRectForFrameRect(fenetre->frame());

@@ -2,7 +2,10 @@
 
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/graphics/Appearance.h>
 #include <libvue/platform/graphics/NSColor.h>
+#include <libvue/platform/graphics/NSGraphicsContext.h>
+#include <libvue/platform/graphics/NSShadow.h>
 #include <libvue/popover/ContourPopover.h>
 #include <libvue/popover/KCPopover.h>
 
@@ -12,7 +15,8 @@ static const ClassRegistration<VuePopover> enregistrement;
 
 namespace {
 
-constexpr CGFloat kAlphaReflet = 0.95, kAlphaBordureInactive = 0.2;
+constexpr CGFloat kAlphaReflet = 0.95, kAlphaRefletSombre = 0.12, kAlphaBordureInactive = 0.2;
+constexpr CGFloat kFlouOmbre = 8, kChuteOmbre = 2, kAlphaOmbre = 0.26;
 
 } // namespace
 
@@ -88,12 +92,29 @@ Ref<NSBezierPath> VuePopover::contourAvecRectInterieur(const NSRect& r) {
     return chemin;
 }
 
+void VuePopover::remplis() {
+    NSGraphicsContext::saveGraphicsState();
+    // A window of that shape has a shadow of that shape; the room round the outline is there for it.
+    if (window() && window()->hasShadow()) {
+        const Ref<NSShadow> ombre = make<NSShadow>();
+        ombre->setShadowBlurRadius(kFlouOmbre);
+        ombre->setShadowOffset({0, -kChuteOmbre});
+        ombre->setShadowColor(NSColor::shadowColor()->colorWithAlphaComponent(kAlphaOmbre));
+        ombre->set();
+    }
+    contourInterieur()->fill();
+    NSGraphicsContext::restoreGraphicsState();
+}
+
 void VuePopover::drawRect(const NSRect&) {
     const Ref<KCPopover> p = popover_.ref();
     if (!p || !p->attachay()) return;
     p->couleurFond()->setFill();
-    contourInterieur()->fill();
-    NSColor::colorWithCalibratedWhite_alpha(1, kAlphaReflet)->setStroke();
+    remplis();
+    // A highlight that is hardly seen on a light balloon would be a frame on a dark one.
+    NSColor::colorWithCalibratedWhite_alpha(1,
+                                            currentAppearance() == Appearance::dark ? kAlphaRefletSombre : kAlphaReflet)
+        ->setStroke();
     contourInterieur()->stroke();
     NSColor* bordure = p->couleurBordure();
     const NSWindow* w = window();

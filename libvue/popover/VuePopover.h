@@ -37,6 +37,7 @@ public:
 
 private:
     [[nodiscard]] NSRect ancreVueDIci();
+    void remplis();
 
     Ref<NSBezierPath> contourExterieur_;
     Ref<NSBezierPath> contourInterieur_;

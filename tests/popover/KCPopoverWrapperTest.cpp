@@ -16,7 +16,6 @@
 using namespace libvue;
 using namespace libvue::test;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
