@@ -1,0 +1,246 @@
+// Balloons from every side, ours and the system's, and a notice that fades.
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <memory>
+
+#include <Composition.h>
+#include <PageGalerie.h>
+#include <bulles/AncresEcran.h>
+#include <bulles/Avis.h>
+#include <bulles/Montreur.h>
+#include <libvue/layout/KCFlippedView.h>
+#include <libvue/platform/appkit/NSButton.h>
+#include <libvue/platform/appkit/NSPopUpButton.h>
+#include <libvue/platform/appkit/NSScrollView.h>
+#include <libvue/platform/appkit/NSScroller.h>
+#include <libvue/platform/foundation/NSArray.h>
+#include <libvue/platform/graphics/NSBezierPath.h>
+#include <libvue/platform/graphics/Palette.h>
+
+namespace galerie {
+
+namespace {
+
+constexpr CGFloat kHaut = 4, kRayon = 10, kInspecteur = 232, kIntitule = 96;
+constexpr CGFloat kBordAncre = 14, kListe = 132;
+constexpr int kLignes = 14;
+
+class VueBulles : public NSView {
+public:
+    static void describe(ClassDescription<VueBulles, NSView>&) {}
+    VueBulles() : montreur_(make<Montreur>()), ecran_(*montreur_) {
+        couleurs();
+        ancres();
+        liste_ = liste();
+        addSubview(liste_);
+        cote_ = make<NSScrollView>(NSZeroRect);
+        cote_->setDrawsBackground(NO);
+        cote_->setHasVerticalScroller(YES);
+        cote_->setDocumentView(inspecteur());
+        addSubview(cote_);
+    }
+
+    [[nodiscard]] BOOL isFlipped() const override { return YES; }
+
+    void viewWillMoveToWindow(NSWindow* w) override {
+        NSView::viewWillMoveToWindow(w);
+        if (w) return;
+        montreur_->fermeTout();
+        ecran_.cache();
+        auBord_->setState(NSOffState);
+    }
+
+    void resizeSubviewsWithOldSize(const NSSize&) override {
+        const NSSize t = bounds().size;
+        const CGFloat droite = kInspecteur + NSScroller::scrollerWidth();
+        cote_->setFrame(
+            NSMakeRect(t.width - kMarge - kInspecteur, kHaut, droite, std::max(0.0, t.height - kHaut - kMarge)));
+        const NSRect f = feuille();
+        liste_->setFrame(NSInsetRect(NSMakeRect(NSMinX(f), NSMaxY(f) + 12, f.size.width, kListe), 1, 1));
+        for (std::size_t i = 0; i < ancres_.size(); ++i) {
+            const NSSize a = ancres_[i]->frame().size;
+            const NSRect r = NSInsetRect(f, kBordAncre, kBordAncre);
+            ancres_[i]->setFrameOrigin(
+                {std::round(NSMinX(r) + (r.size.width - a.width) * static_cast<CGFloat>(i % 3) / 2),
+                 std::round(NSMinY(r) + (r.size.height - a.height) * static_cast<CGFloat>(i / 3) / 2)});
+        }
+        const NSSize m = milieu_->frame().size;
+        milieu_->setFrameOrigin({std::round(NSMidX(f) - m.width / 2), std::round(NSMidY(f) - m.height / 2)});
+    }
+
+    void drawRect(const NSRect&) override {
+        for (const NSRect& r : {feuille(), NSInsetRect(liste_->frame(), -1, -1)}) {
+            const auto fond =
+                NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius(NSInsetRect(r, 0.5, 0.5), kRayon, kRayon);
+            NSColor::controlBackgroundColor()->setFill();
+            fond->fill();
+            NSColor::separatorColor()->setStroke();
+            fond->stroke();
+        }
+    }
+
+private:
+    [[nodiscard]] NSRect feuille() const {
+        const NSSize t = bounds().size;
+        return NSMakeRect(kMarge, kHaut, std::max(0.0, t.width - 3 * kMarge - kInspecteur),
+                          std::max(0.0, t.height - kHaut - kMarge - kListe - 12));
+    }
+
+    NSObject* agis(Actions::Fonction f) { return actions_.cible(std::move(f)); }
+    Ref<NSButton> bouton(NSString* titre, Actions::Fonction f) {
+        return NSButton::buttonWithTitle_target_action(titre, agis(std::move(f)), Actions::selecteur());
+    }
+
+    void couleurs() {
+        montreur_->reglages().fond = NSColor::systemColor(SystemColor::menuBackground);
+        montreur_->reglages().bordure = NSColor::labelColor()->colorWithAlphaComponent(0.3);
+    }
+
+    void ancres() {
+        constexpr std::u16string_view noms[9] = {u"↖", u"↑", u"↗", u"←", u"", u"→", u"↙", u"↓", u"↘"};
+        for (std::size_t i = 0; i < 9; ++i) {
+            const auto b = bouton(NSString::from(noms[i]), [this](NSObject* e) { montreur_->montre(as<NSView>(e)); });
+            b->setFrameSize({40, b->frame().size.height});
+            b->setAccessibilityLabel(u"Ouvrir une bulle ici"_ns);
+            b->setHidden(i == 4);
+            addSubview(b);
+            ancres_[i] = b;
+        }
+        // The two kinds beside each other.
+        const auto genre = [this](NSString* titre, BOOL systeme) {
+            return bouton(titre, [this, systeme](NSObject* e) { montreur_->montre_genre(as<NSView>(e), systeme); });
+        };
+        const auto maison = genre(u"Bulle maison"_ns, NO), systeme = genre(u"Bulle du système"_ns, YES);
+        const auto deux = bouton(
+            u"Les deux"_ns, [this, m = maison.get(), s = systeme.get()](NSObject*) { montreur_->montreLesDeux(m, s); });
+        milieu_ = pile({rangee({maison, systeme}, 12), deux}, 12);
+        deux->setFrameOrigin(
+            {std::round((milieu_->frame().size.width - deux->frame().size.width) / 2), deux->frame().origin.y});
+        addSubview(milieu_);
+    }
+
+    Ref<NSScrollView> liste() {
+        const auto defilement = make<NSScrollView>(NSZeroRect);
+        defilement->setHasVerticalScroller(YES);
+        defilement->setDrawsBackground(NO);
+        const auto document = make<KCFlippedView>(NSZeroRect);
+        CGFloat y = 10, largeur = 0;
+        for (int i = 0; i < kLignes; ++i) {
+            const auto b = bouton(u"Ouvrir"_ns, [this](NSObject* e) { montreur_->montre(as<NSView>(e)); });
+            b->setControlSize(NSSmallControlSize);
+            b->sizeToFit();
+            const auto r =
+                rangee({b, legende(NSString::stringWithFormat(u"Ligne %d d’une liste qui défile"_ns, i + 1))}, 10);
+            r->setFrameOrigin({14, y});
+            document->addSubview(r);
+            y += r->frame().size.height + 6;
+            largeur = std::max(largeur, r->frame().size.width + 28);
+        }
+        document->setFrameSize({largeur, y + 4});
+        defilement->setDocumentView(document);
+        return defilement;
+    }
+
+    Ref<NSPopUpButton> choix(NSString* nom, std::initializer_list<Ref<NSString>> titres, NSInteger choisi,
+                             std::function<void(NSInteger)> f) {
+        auto p = make<NSPopUpButton>(NSZeroRect);
+        for (const Ref<NSString>& t : titres)
+            p->addItemWithTitle(t);
+        p->selectItemAtIndex(choisi);
+        p->setAccessibilityLabel(nom);
+        p->setTarget(
+            agis([f = std::move(f)](NSObject* e) { f(static_cast<NSPopUpButton*>(e)->indexOfSelectedItem()); }));
+        p->setAction(Actions::selecteur());
+        p->sizeToFit();
+        return large(p, kInspecteur - kIntitule - kEcart);
+    }
+    static Ref<NSView> ligne(NSString* nom, Ref<NSView> v) { return rangee({large(etiquette(nom), kIntitule), v}); }
+    Ref<NSButton> case_(NSString* titre, BOOL cochee, std::function<void(BOOL)> f) {
+        auto c = NSButton::checkboxWithTitle_target_action(
+            titre, agis([f = std::move(f)](NSObject* e) { f(static_cast<NSButton*>(e)->state() == NSOnState); }),
+            Actions::selecteur());
+        c->setState(cochee ? NSOnState : NSOffState);
+        return c;
+    }
+
+    Ref<NSView> bordsPermis() {
+        ReglagesBulles& r = montreur_->reglages();
+        const auto bord = [&](NSString* titre, NSUInteger e) {
+            return large(case_(titre, YES,
+                               [&r, e](BOOL oui) {
+                                   const NSUInteger bit = NSUInteger{1} << e;
+                                   r.masque = oui ? r.masque | bit : r.masque & ~bit;
+                               }),
+                         106);
+        };
+        return groupe(u"Autres bords permis"_ns,
+                      {rangee({bord(u"Dessus"_ns, NSMaxYEdge), bord(u"Dessous"_ns, NSMinYEdge)}),
+                       rangee({bord(u"À gauche"_ns, NSMinXEdge), bord(u"À droite"_ns, NSMaxXEdge)})});
+    }
+
+    Ref<NSView> inspecteur() {
+        ReglagesBulles& r = montreur_->reglages();
+        const auto sorte = choix(u"Sorte"_ns, {u"Maison"_ns, u"Système"_ns}, 0, [&r](NSInteger i) { r.systeme = i; });
+        const auto bord = choix(u"Bord préféré"_ns, {u"Dessus"_ns, u"Dessous"_ns, u"À gauche"_ns, u"À droite"_ns}, 0,
+                                [&r](NSInteger i) {
+                                    constexpr NSUInteger bords[] = {NSMaxYEdge, NSMinYEdge, NSMinXEdge, NSMaxXEdge};
+                                    r.bord = bords[std::clamp<NSInteger>(i, 0, 3)];
+                                });
+        const auto fond =
+            choix(u"Couleur du fond"_ns, {u"Du thème"_ns, u"Ambre"_ns, u"Ardoise"_ns}, 0, [this](NSInteger i) {
+                couleurs();
+                ReglagesBulles& c = montreur_->reglages();
+                if (i == 1) c.fond = NSColor::colorWithSRGBRed_green_blue_alpha(0.99, 0.91, 0.68, 1);
+                if (i == 2) c.fond = NSColor::colorWithSRGBRed_green_blue_alpha(0.55, 0.63, 0.72, 1);
+            });
+        const auto comportement = choix(u"Ce qui ferme"_ns, {u"Rien"_ns, u"Tout geste"_ns, u"La fenêtre"_ns}, 1,
+                                        [&r](NSInteger i) { r.comportement = i; });
+        auBord_ = case_(u"Ancres au bord de l’écran"_ns, NO, [this](BOOL oui) {
+            if (oui && window())
+                ecran_.montre(window()->screen());
+            else
+                ecran_.cache();
+        });
+        const auto avis = bouton(u"Montrer un avis"_ns, [this](NSObject*) {
+            if (window()) montreAvis(window(), u"Un avis qui s’efface"_ns);
+        });
+        const auto contenu = pile(
+            {groupe(u"Bulles"_ns,
+                    {ligne(u"Sorte"_ns, sorte), ligne(u"Bord préféré"_ns, bord),
+                     case_(u"Se détache quand on la tire"_ns, YES, [&r](BOOL oui) { r.detachable = oui; }), auBord_}),
+             groupe(u"Maison"_ns, {ligne(u"Fond"_ns, fond), bordsPermis()}),
+             groupe(u"Système"_ns, {ligne(u"La ferment"_ns, comportement)}), groupe(u"Avis"_ns, {avis})},
+            kGroupe);
+        return contenu;
+    }
+
+    Ref<Montreur> montreur_;
+    AncresEcran ecran_;
+    Actions actions_;
+    std::array<Ref<NSButton>, 9> ancres_;
+    Ref<NSView> milieu_;
+    Ref<NSScrollView> liste_, cote_;
+    Ref<NSButton> auBord_;
+};
+
+} // namespace
+
+class PageBulles : public PageGalerie {
+public:
+    static void describe(ClassDescription<PageBulles, PageGalerie>&) {}
+    [[nodiscard]] Ref<NSString> nom() const override { return u"Bulles"_ns; }
+    [[nodiscard]] Ref<NSString> resume() const override {
+        return u"Une bulle trouve sa place à l’écran, se détache et s’efface. Ouvrez-en une de chaque bord."_ns;
+    }
+    [[nodiscard]] NSSize tailleMin() const override { return {620, 420}; }
+
+protected:
+    Ref<NSView> construitVue() override { return make<VueBulles>(); }
+};
+
+namespace {
+const InscriptionPage<PageBulles> inscription{30};
+} // namespace
+
+} // namespace galerie
