@@ -262,6 +262,32 @@ TEST_F(KCPopoverWrapperTest, WhatMayNotComeOffCannotBeDragged) {
     w->close();
 }
 
+TEST_F(KCPopoverWrapperTest, ContentThatFollowsItsBalloonKeepsItsSizeWhenThatComesOff) {
+    const Ref<KCPopoverWrapper> w = KCPopoverWrapper::nouveauPopoverMaison();
+    w->setDetachable(YES);
+    garnis(w);
+    NSView* contenu = w->contentViewController()->view();
+    contenu->setAutoresizingMask(NSViewWidthSizable | NSViewHeightSizable);
+    for (int fois = 0; fois < 2; ++fois) {
+        montreLe(w);
+        EXPECT_EQ(contenu->frame().size, kContenu.size);
+        traine(maison(w), 60, 60);
+        ASSERT_FALSE(maison(w)->attachay());
+        EXPECT_EQ(contenu->frame(), NSMakeRect(0, 5, kContenu.size.width, kContenu.size.height));
+        // And it grows with the window, whose lower left corner stays.
+        const NSPoint coin = maison(w)->panel()->frame().origin;
+        const Ref<NSValue> v = NSValue::valueWithSize({kContenu.size.width + 30, kContenu.size.height + 20});
+        const Ref<NSDictionary> info = NSDictionary::dictionaryWithObject_forKey(v, u"size"_ns);
+        NSNotificationCenter::defaultCenter()->postNotificationName_object_userInfo(kContentWouldChangeSizeNotification,
+                                                                                    w->contentViewController(), info);
+        EXPECT_EQ(contenu->frame().size, v->sizeValue());
+        EXPECT_EQ(maison(w)->panel()->frame().origin, coin);
+        contenu->setFrameSize(kContenu.size);
+        w->close();
+        pass(kFondu);
+    }
+}
+
 TEST_F(KCPopoverWrapperTest, AnAnchorThatMovesClosesAnAttachedBalloon) {
     struct Row {
         const char* quoi;
