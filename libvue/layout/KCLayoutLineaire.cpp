@@ -1,6 +1,7 @@
 #include <libvue/layout/KCLayoutLineaire.h>
 
 #include <algorithm>
+#include <utility>
 
 #include <libvue/layout/KCLayoutView.h>
 #include <libvue/platform/appkit/NSBox.h>
@@ -37,8 +38,10 @@ void KCLayoutLineaire::effectueLayout(KCLayoutView* h) {
     const NSView* dernier = h->subviews().lastObject();
     KindTest<NSBox> isBox;
     CGFloat a = 0.0, b = 0.0;
-    NSView* precedent = nullptr;
-    for (NSView* s : h->subviews()) {
+    Ref<NSView> precedent;
+    // By index: an observer of a frame may change the list, and what it did is placed by the next pass.
+    for (std::size_t i = 0; i < h->subviews().size(); ++i) {
+        Ref<NSView> s(h->subviews()[i]);
         if (!s->isHidden()) {
             NSRect f = s->frame();
             if (direction_ == 0) {
@@ -55,13 +58,13 @@ void KCLayoutLineaire::effectueLayout(KCLayoutView* h) {
             }
             s->setFrame(f);
         }
-        precedent = s;
+        precedent = std::move(s);
     }
     if (ajusteTailleAuContenu_) h->setFrame({h->frame().origin, {a, b}});
 }
 
 void KCLayoutLineaire::layoutView_resizeSubviewsWithOldSize(KCLayoutView* h, NSSize ancienne) {
-    for (NSView* s : h->subviews()) {
+    for (const auto& s : h->subviews().copy()) {
         NSRect f = s->frame();
         const NSUInteger m = s->autoresizingMask();
         // The far margin is kept and the length counted from 0, so that a near offset is added to what the host gained.

@@ -65,7 +65,9 @@ void KCLayoutView::layoutSiNecessaireRecursifDepthFirst(NSView* vue) {
 }
 
 void KCLayoutView::descend(const NSView* vue) {
-    for (NSView* v : vue->subviews()) {
+    // By index: what runs in a pass may change the list.
+    for (std::size_t i = 0; i < vue->subviews().size(); ++i) {
+        const Ref<NSView> v(vue->subviews()[i]);
         if (KCLayoutView* layout = layoutView(v))
             layout->layoutSiNecessaire();
         else if (!v->subviews().empty())

@@ -154,6 +154,27 @@ TEST_F(ViewTest, TheFrameStandsWhenItIsTold) {
     EXPECT_EQ(childWidth, 140) << "the subviews have had their step by then";
 }
 
+TEST_F(ViewTest, AnObserverMayChangeTheSubviewsThatAreResized) {
+    const auto a = view({{0, 0}, {100, 50}}, "a"), eye = view(NSZeroRect, "eye");
+    Ref<Arbre> b = view({{0, 0}, {10, 10}}, "b"), c = view({{0, 0}, {20, 10}}, "c"), d = view({{0, 0}, {30, 10}}, "d");
+    for (const auto& v : {b, c, d}) {
+        v->setAutoresizingMask(NSViewWidthSizable);
+        a->addSubview(v);
+    }
+    eye->observe(b);
+    eye->onFrame = [&] {
+        c->removeFromSuperview();
+        a->addSubview(view({{0, 0}, {40, 10}}, "e"));
+    };
+    a->setFrameSize({110, 50});
+    EXPECT_EQ(order(a), "bde");
+    EXPECT_EQ(s(b->frame()), "0 0 20 10");
+    EXPECT_EQ(s(c->frame()), "0 0 20 10") << "gone by then";
+    EXPECT_EQ(s(d->frame()), "0 0 40 10");
+    EXPECT_EQ(s(a->subviews().lastObject()->frame()), "0 0 40 10") << "it came with the new size";
+    eye->onFrame = nullptr;
+}
+
 TEST_F(ViewTest, AutoresizingSharesTheChangeOut) {
     struct Row {
         NSUInteger mask;

@@ -7,6 +7,7 @@
 #include <libvue/layout/KCLayoutView.h>
 #include <libvue/platform/appkit/NSBox.h>
 #include <libvue/platform/appkit/NSTextField.h>
+#include <libvue/platform/foundation/NSNotificationCenter.h>
 
 namespace libvue::test {
 
@@ -207,6 +208,24 @@ TEST(KCLayoutLineaireTest, onlyTheDirectionAsksForAPass) {
     hote = nullptr;
     EXPECT_EQ(m->hote(), nullptr);
     m->setDirection(0);
+}
+
+TEST(KCLayoutLineaireTest, aFrameThatMovesMayChangeTheList) {
+    auto hote = make<KCLayoutView>(NSRect{{0, 0}, {100, 100}});
+    auto m = make<KCLayoutLineaire>();
+    std::vector<Ref<NSView>> vues;
+    for (int i = 0; i < 3; ++i)
+        hote->addSubview(vues.emplace_back(make<NSView>(NSRect{{90, 0}, {10, 10}})));
+    auto* centre = NSNotificationCenter::defaultCenter();
+    const Ref<NSObject> temoin = centre->addObserverForName_object_queue_usingBlock(
+        NSViewFrameDidChangeNotification, vues[0], nullptr, [&](NSNotification*) {
+            vues[1]->removeFromSuperview();
+            vues[1] = nullptr;
+        });
+    m->effectueLayout(hote);
+    centre->removeObserver(temoin);
+    EXPECT_EQ(hote->subviews().size(), 2u);
+    EXPECT_EQ(vues[2]->frame().origin, NSMakePoint(10, 0));
 }
 
 TEST(KCLayoutLineaireTest, nestedHostsFitFromTheInsideOut) {

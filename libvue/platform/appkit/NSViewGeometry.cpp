@@ -81,8 +81,9 @@ void NSView::setBoundsOrigin(const NSPoint& origin) { setBounds({origin, bounds_
 void NSView::setBoundsSize(const NSSize& size) { setBounds({bounds_.origin, size}); }
 
 void NSView::resizeSubviewsWithOldSize(const NSSize& oldSize) {
-    for (NSView* v : subviews_)
-        v->resizeWithOldSuperviewSize(oldSize);
+    // An observer of a subview's frame may change the list.
+    for (const auto& v : subviews_.copy())
+        if (v->superview_ == this) v->resizeWithOldSuperviewSize(oldSize);
 }
 
 namespace {
