@@ -39,6 +39,9 @@ TEST(NSFileManager, failuresAreErrorsOfTheSystem) {
          EEXIST},
         {"read no link", [&](auto* e) { return m->destinationOfSymbolicLinkAtPath_error(file, e) != nullptr; }, EINVAL},
         {"move over", [&](auto* e) { return m->moveItemAtPath_toPath_error(file, file, e); }, EEXIST},
+        {"remove with a NUL in the name",
+         [&](auto* e) { return m->removeItemAtPath_error(file->stringByAppendingString(u"\0 non"_ns), e); }, ENOENT},
+        {"copy into itself", [&](auto* e) { return m->copyItemAtPath_toPath_error(folder.at(""), below, e); }, EINVAL},
         {"copy nothing", [&](auto* e) { return m->copyItemAtPath_toPath_error(nothing, below, e); }, ENOENT},
     };
     for (const auto& row : rows) {
@@ -50,6 +53,8 @@ TEST(NSFileManager, failuresAreErrorsOfTheSystem) {
         EXPECT_FALSE(row.run(nullptr)) << row.what;
     }
     EXPECT_FALSE(m->fileExistsAtPath(nullptr));
+    EXPECT_FALSE(m->isReadableFileAtPath(file->stringByAppendingString(u"\0"_ns)));
+    EXPECT_EQ(folder.read("fichier"), "x");
     EXPECT_EQ(m->contentsAtPath(nothing), nullptr);
     EXPECT_FALSE(m->createFileAtPath_contents_attributes(below, nullptr, nullptr));
 }

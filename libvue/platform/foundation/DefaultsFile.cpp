@@ -3,8 +3,6 @@
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <ctime>
 #include <filesystem>
 #include <limits>
@@ -13,6 +11,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <libvue/platform/foundation/Files.h>
 #include <libvue/platform/foundation/JSONDocument.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSData.h>
@@ -147,56 +146,14 @@ Ref<NSObject> fromJSON(NSObject* v) {
 
 std::string reasonOf(int code) { return std::generic_category().message(code); }
 
-/// A descriptor that closes itself.
-class File {
-public:
-    explicit File(int fd) noexcept : fd_(fd) {}
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
-    ~File() {
-        if (fd_ >= 0) close(fd_);
-    }
-    [[nodiscard]] bool isOpen() const noexcept { return fd_ >= 0; }
-    [[nodiscard]] int get() const noexcept { return fd_; }
-
-private:
-    int fd_;
-};
-
-bool readAll(const File& f, std::string& bytes) {
-    char buffer[16384];
-    for (;;) {
-        ssize_t n = read(f.get(), buffer, sizeof buffer);
-        if (n == 0) return true;
-        if (n < 0 && errno == EINTR) continue;
-        if (n < 0) return false;
-        bytes.append(buffer, static_cast<std::size_t>(n));
-    }
-}
-
-bool writeAll(const File& f, std::string_view bytes) {
-    while (!bytes.empty()) {
-        ssize_t n = write(f.get(), bytes.data(), bytes.size());
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) return false;
-        bytes.remove_prefix(static_cast<std::size_t>(n));
-    }
-    return true;
-}
-
 } // namespace
 
 Ref<NSObject> defaultsValue(const NSObject* value) { return copied(value, 0); }
 
 DefaultsFileState readDefaultsFile(const std::string& path, NSMutableDictionary& values, std::string& fault) {
-    File f(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!f.isOpen()) {
-        if (errno == ENOENT || errno == ENOTDIR) return DefaultsFileState::missing;
-        fault = reasonOf(errno);
-        return DefaultsFileState::damaged;
-    }
     std::string bytes;
-    if (!readAll(f, bytes)) {
+    if (!detail::readFile(path, bytes)) {
+        if (errno == ENOENT || errno == ENOTDIR) return DefaultsFileState::missing;
         fault = reasonOf(errno);
         return DefaultsFileState::damaged;
     }
@@ -227,33 +184,17 @@ bool writeDefaultsFile(const std::string& path, const NSDictionary& values, std:
     }
     bytes.push_back('\n');
 
-    // Through a link the file that it names is replaced, not the link.
-    std::string target = path;
-    if (char* real = realpath(path.c_str(), nullptr)) {
-        target = real;
-        std::free(real);
-    }
-    auto failed = [&](int code) {
-        fault = reasonOf(code);
-        return false;
-    };
     std::error_code code;
-    auto folder = std::filesystem::path(target).parent_path();
+    auto folder = std::filesystem::path(detail::fileMeantBy(path)).parent_path();
     if (!folder.empty()) std::filesystem::create_directories(folder, code);
-    if (code) return failed(code.value());
-    std::string temporary = target + ".XXXXXX";
-    File f(mkostemp(temporary.data(), O_CLOEXEC));
-    if (!f.isOpen()) return failed(errno);
-    struct stat old {};
-    if (stat(target.c_str(), &old) == 0) (void)fchmod(f.get(), old.st_mode & 0777);
-    // The new file is whole on the disk before it takes the name of the old one.
-    if (!writeAll(f, bytes) || fsync(f.get()) != 0 || std::rename(temporary.c_str(), target.c_str()) != 0) {
-        int reason = errno;
-        unlink(temporary.c_str());
-        return failed(reason);
+    constexpr mode_t ownersAlone = 0600;
+    if (code || !detail::replaceFile(path, bytes, ownersAlone)) {
+        fault = reasonOf(code ? code.value() : errno);
+        return false;
     }
-    File d(open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (d.isOpen()) (void)fsync(d.get());
+    // The new name is on the disk as well.
+    const detail::OpenFile d(open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (d.isOpen()) (void)fsync(d.descriptor());
     return true;
 }
 

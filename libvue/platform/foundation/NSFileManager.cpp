@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <libvue/platform/foundation/Files.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSData.h>
 #include <libvue/platform/foundation/NSDate.h>
@@ -23,8 +24,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string bytesOf(const NSString* path) { return path ? path->utf8() : std::string(); }
-
 BOOL failed(int code, const NSString* path, Ref<NSError>* error) {
     if (error) *error = NSError::fromErrno(code, const_cast<NSString*>(path));
     return NO;
@@ -35,20 +34,23 @@ BOOL checked(const std::error_code& code, const NSString* path, Ref<NSError>* er
     return code ? failed(code.value(), path, error) : YES;
 }
 
-} // namespace
-
-namespace {
-const ClassRegistration<NSFileManager> registration;
+/// Whether the folder would be copied into itself, which has no end.
+bool holds(const fs::path& folder, const fs::path& target) {
+    std::error_code code;
+    const fs::path outer = fs::canonical(folder, code);
+    if (code) return false;
+    const fs::path inner = fs::weakly_canonical(target, code);
+    return !code && std::mismatch(outer.begin(), outer.end(), inner.begin(), inner.end()).first == outer.end();
 }
+
+const ClassRegistration<NSFileManager> registration;
+
+} // namespace
 
 void NSFileManager::describe(ClassDescription<NSFileManager>&) {}
 
 NSFileManager* NSFileManager::defaultManager() {
-    static NSFileManager* const one = [] {
-        auto m = make<NSFileManager>();
-        markLiveObjectAsExpected(m);
-        return m.leak();
-    }();
+    static NSFileManager* const one = keptForever(make<NSFileManager>());
     return one;
 }
 
@@ -56,23 +58,23 @@ BOOL NSFileManager::fileExistsAtPath(const NSString* path) const { return fileEx
 
 BOOL NSFileManager::fileExistsAtPath_isDirectory(const NSString* path, BOOL* isDirectory) const {
     struct stat s {};
-    bool exists = path && stat(path->UTF8String(), &s) == 0;
+    const bool exists = stat(detail::fileName(path).c_str(), &s) == 0;
     if (isDirectory) *isDirectory = exists && S_ISDIR(s.st_mode);
     return exists;
 }
 
 BOOL NSFileManager::isReadableFileAtPath(const NSString* path) const {
-    return path && access(path->UTF8String(), R_OK) == 0;
+    return access(detail::fileName(path).c_str(), R_OK) == 0;
 }
 BOOL NSFileManager::isWritableFileAtPath(const NSString* path) const {
-    return path && access(path->UTF8String(), W_OK) == 0;
+    return access(detail::fileName(path).c_str(), W_OK) == 0;
 }
 
 BOOL NSFileManager::createDirectoryAtPath_withIntermediateDirectories_attributes_error(const NSString* path,
                                                                                        BOOL intermediates,
                                                                                        NSDictionary* attributes,
                                                                                        Ref<NSError>* error) {
-    std::string p = bytesOf(path);
+    std::string p = detail::fileName(path);
     if (p.empty()) return failed(ENOENT, path, error);
     if (!intermediates) {
         if (mkdir(p.c_str(), 0777) != 0) return failed(errno, path, error);
@@ -89,7 +91,7 @@ BOOL NSFileManager::createDirectoryAtPath_withIntermediateDirectories_attributes
 }
 
 BOOL NSFileManager::removeItemAtPath_error(const NSString* path, Ref<NSError>* error) {
-    std::string p = bytesOf(path);
+    std::string p = detail::fileName(path);
     std::error_code code;
     auto removed = fs::remove_all(p, code);
     if (code) return failed(code.value(), path, error);
@@ -97,7 +99,7 @@ BOOL NSFileManager::removeItemAtPath_error(const NSString* path, Ref<NSError>* e
 }
 
 BOOL NSFileManager::moveItemAtPath_toPath_error(const NSString* from, const NSString* to, Ref<NSError>* error) {
-    std::string source = bytesOf(from), target = bytesOf(to);
+    std::string source = detail::fileName(from), target = detail::fileName(to);
     struct stat s {};
     if (lstat(target.c_str(), &s) == 0) return failed(EEXIST, to, error);
     if (std::rename(source.c_str(), target.c_str()) == 0) return YES;
@@ -106,9 +108,10 @@ BOOL NSFileManager::moveItemAtPath_toPath_error(const NSString* from, const NSSt
 }
 
 BOOL NSFileManager::copyItemAtPath_toPath_error(const NSString* from, const NSString* to, Ref<NSError>* error) {
-    std::string source = bytesOf(from), target = bytesOf(to);
+    std::string source = detail::fileName(from), target = detail::fileName(to);
     struct stat s {};
     if (lstat(target.c_str(), &s) == 0) return failed(EEXIST, to, error);
+    if (holds(source, target)) return failed(EINVAL, to, error);
     std::error_code code;
     fs::copy(source, target, fs::copy_options::recursive | fs::copy_options::copy_symlinks, code);
     return checked(code, from, error);
@@ -117,7 +120,7 @@ BOOL NSFileManager::copyItemAtPath_toPath_error(const NSString* from, const NSSt
 Ref<NSArray> NSFileManager::contentsOfDirectoryAtPath_error(const NSString* path, Ref<NSError>* error) const {
     std::error_code code;
     std::vector<std::string> names;
-    for (fs::directory_iterator i(bytesOf(path), code), end; !code && i != end; i.increment(code))
+    for (fs::directory_iterator i(detail::fileName(path), code), end; !code && i != end; i.increment(code))
         names.push_back(i->path().filename().string());
     if (!checked(code, path, error)) return nullptr;
     std::sort(names.begin(), names.end());
@@ -129,7 +132,7 @@ Ref<NSArray> NSFileManager::contentsOfDirectoryAtPath_error(const NSString* path
 
 Ref<NSDictionary> NSFileManager::attributesOfItemAtPath_error(const NSString* path, Ref<NSError>* error) const {
     struct stat s {};
-    if (lstat(bytesOf(path).c_str(), &s) != 0) {
+    if (lstat(detail::fileName(path).c_str(), &s) != 0) {
         failed(errno, path, error);
         return nullptr;
     }
@@ -148,12 +151,14 @@ Ref<NSDictionary> NSFileManager::attributesOfItemAtPath_error(const NSString* pa
 BOOL NSFileManager::createSymbolicLinkAtPath_withDestinationPath_error(const NSString* path,
                                                                        const NSString* destination,
                                                                        Ref<NSError>* error) {
-    return symlink(bytesOf(destination).c_str(), bytesOf(path).c_str()) == 0 ? YES : failed(errno, path, error);
+    return symlink(detail::fileName(destination).c_str(), detail::fileName(path).c_str()) == 0
+               ? YES
+               : failed(errno, path, error);
 }
 
 Ref<NSString> NSFileManager::destinationOfSymbolicLinkAtPath_error(const NSString* path, Ref<NSError>* error) const {
     std::error_code code;
-    auto target = fs::read_symlink(bytesOf(path), code);
+    auto target = fs::read_symlink(detail::fileName(path), code);
     if (!checked(code, path, error)) return nullptr;
     return NSString::fromUTF8(target.string());
 }
@@ -168,7 +173,7 @@ BOOL NSFileManager::createFileAtPath_contents_attributes(const NSString* path, N
     Ref<NSData> bytes = contents ? Ref<NSData>(contents) : NSData::data();
     if (!bytes->writeToFile_atomically(path, YES)) return NO;
     auto* mode = attributes ? attributes->get<NSNumber>(NSFilePosixPermissions) : nullptr;
-    return !mode || chmod(path->UTF8String(), static_cast<mode_t>(mode->unsignedIntValue() & 07777)) == 0;
+    return !mode || chmod(detail::fileName(path).c_str(), static_cast<mode_t>(mode->unsignedIntValue() & 07777)) == 0;
 }
 
 Ref<NSString> NSFileManager::currentDirectoryPath() const {
@@ -182,8 +187,8 @@ Ref<NSString> NSTemporaryDirectory() {
 }
 
 Ref<NSString> NSHomeDirectory() {
-    const char* folder = std::getenv("HOME");
-    return NSString::fromUTF8(folder && *folder ? folder : "/");
+    const Ref<NSString> tilde = u"~"_ns, home = tilde->stringByExpandingTildeInPath();
+    return home->isEqualToString(tilde) ? u"/"_ns : home;
 }
 
 } // namespace libvue

@@ -8,6 +8,7 @@
 #include <libvue/platform/foundation/NSData.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSException.h>
+#include <libvue/platform/foundation/NSFileManager.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/platform/foundation/NSNumber.h>
 #include <libvue/platform/foundation/NSProcessInfo.h>
@@ -26,16 +27,13 @@ Ref<NSUserDefaults>& standard() {
 
 Ref<NSString> standardPath() {
     const char* xdg = std::getenv("XDG_CONFIG_HOME");
-    const char* home = std::getenv("HOME");
-    std::string folder = xdg && *xdg == '/' ? xdg : std::string(home ? home : "") + "/.config";
+    std::string folder = xdg && *xdg == '/' ? xdg : NSHomeDirectory()->utf8() + "/.config";
     return NSString::fromUTF8(folder + "/" + NSProcessInfo::processInfo()->processName()->utf8() + "/defaults.json");
 }
 
-} // namespace
-
-namespace {
 const ClassRegistration<NSUserDefaults> registration;
-}
+
+} // namespace
 
 void NSUserDefaults::describe(ClassDescription<NSUserDefaults>&) {}
 
