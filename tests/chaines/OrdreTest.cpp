@@ -6,7 +6,9 @@
 
 #include <unicode/ucol.h>
 
+#include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSException.h>
+#include <libvue/platform/foundation/NSSortDescriptor.h>
 #include <libvue/platform/foundation/UnicodeCollation.h>
 #include <libvue/text/chaines/NSStringComparaisonAvancee.h>
 
@@ -232,6 +234,29 @@ TEST(OrdreTest, listsThatAreNotAllTextsAreComparedInPairs) {
     EXPECT_EQ(list->sortedArrayUsingSelector(localized)->lastObject(), last.get());
     const Ref<NSArray> mixed = NSArray::arrayWithObjects({list, a});
     EXPECT_EQ(raised([&] { (void)mixed->sortedArrayUsingSelector(localized); }), "NSInvalidArgumentException");
+}
+
+TEST(OrdreTest, descriptorsSortTextsAsTheSelectorDoes) {
+    const auto entry = [](const char16_t* name, NSInteger n) {
+        const Ref<NSMutableDictionary> d = NSMutableDictionary::dictionaryWithObject_forKey(boxed(n), u"n"_ns);
+        if (name) d->setObject_forKey(text(name), u"name"_ns);
+        return d;
+    };
+    // One text in two objects, equal texts of two spellings, and none at all.
+    const Ref<NSString> shared = text(u"cot\u00E9");
+    const Ref<NSArray> list = NSArray::arrayWithObjects(
+        {NSDictionary::dictionaryWithObjectsAndKeys({{u"name"_ns, shared}, {u"n"_ns, boxed(1)}}),
+         entry(u"c\u00F4t\u00E9", 2), entry(u"C\u00D4TE", 3), entry(nullptr, 4), entry(u"COT\u00C9", 0),
+         NSDictionary::dictionaryWithObjectsAndKeys({{u"name"_ns, shared}, {u"n"_ns, boxed(6)}}), entry(u"\u4E2D", 7)});
+    const auto sorted = [&](BOOL ascending) {
+        const Ref<NSArray> criteria = NSArray::arrayWithObjects(
+            {NSSortDescriptor::sortDescriptorWithKey_ascending_selector(u"name"_ns, ascending, localized),
+             NSSortDescriptor::sortDescriptorWithKey_ascending(u"n"_ns, YES)});
+        const Ref<NSObject> numbers = list->sortedArrayUsingDescriptors(criteria)->valueForKey(u"n"_ns);
+        return as<NSArray>(numbers)->componentsJoinedByString(u" "_ns)->utf8();
+    };
+    EXPECT_EQ(sorted(YES), "4 3 0 1 6 2 7");
+    EXPECT_EQ(sorted(NO), "7 2 0 1 6 3 4");
 }
 
 TEST(OrdreTest, theOrderIsThePlatformsAndTheSelectors) {

@@ -192,6 +192,37 @@ TEST(NSArray, sortsByDescriptors) {
     EXPECT_EQ(names(people->sortedArrayUsingDescriptors(nullptr)), "Zo\\u00E9 Ali Eve Bob");
 }
 
+TEST(NSArray, sortsByDescriptorsOfFunctions) {
+    // Any number of the right sign will do, and what is absent is nobody's to compare.
+    const auto descending = [](NSObject* a, NSObject* b) {
+        return static_cast<NSComparisonResult>(unboxed<NSInteger>(b) - unboxed<NSInteger>(a));
+    };
+    auto pair = [](NSInteger n, const char16_t* name) {
+        auto d = NSMutableDictionary::dictionaryWithObject_forKey(text(name), text(u"name"));
+        if (n >= 0) d->setObject_forKey(number(n), text(u"n"));
+        return d;
+    };
+    auto list = NSArray::arrayWithObjects({pair(3, u"c"), pair(-1, u"x"), pair(70, u"g"), pair(3, u"d")});
+    auto order = NSSortDescriptor::sortDescriptorWithKey_ascending_comparator(text(u"n"), YES, descending);
+    auto sorted = [&](NSSortDescriptor* d) {
+        auto names = list->sortedArrayUsingDescriptors(NSArray::arrayWithObject(d))->valueForKey(text(u"name"));
+        return joined(as<NSArray>(names));
+    };
+    EXPECT_EQ(sorted(order), "x g c d");
+    EXPECT_EQ(sorted(order->reversedSortDescriptor()), "c d g x");
+    EXPECT_EQ(order->compareObject_toObject(list->objectAtIndex(2), list->objectAtIndex(0)), NSOrderedAscending);
+    EXPECT_EQ(order->reversedSortDescriptor()->compareObject_toObject(list->objectAtIndex(2), list->objectAtIndex(0)),
+              NSOrderedDescending);
+}
+
+TEST(NSArray, aListWithinItselfIsDescribedOnce) {
+    auto list = NSMutableArray::array();
+    for (int i = 0; i < 3; ++i)
+        list->addObject(list);
+    EXPECT_EQ(described(list), "(\\u000A    ...,\\u000A    ...,\\u000A    ...\\u000A)");
+    list->removeAllObjects();
+}
+
 TEST(NSArray, keyPathsOverTheElements) {
     auto list = NSArray::arrayWithObjects({NSDictionary::dictionaryWithObject_forKey(number(3), text(u"n")),
                                            NSDictionary::dictionary(),
@@ -219,6 +250,8 @@ TEST(NSArray, keyPathsOverTheElements) {
     EXPECT_EQ(raised([&] { (void)list->valueForKeyPath(text(u"@nonsense.n")); }), "NSUndefinedKeyException");
     EXPECT_EQ(described(NSArray::array()->valueForKeyPath(text(u"@avg.n"))), "0");
     EXPECT_EQ(NSArray::array()->valueForKeyPath(text(u"@max.n")), nullptr);
+    auto large = NSArray::arrayWithObjects({NSNumber::numberWithUnsignedInteger(~NSUInteger{0}), number(1)});
+    EXPECT_EQ(described(large->valueForKeyPath(text(u"@sum"))), "1.8446744073709552e+19");
 }
 
 TEST(NSArray, enumeration) {

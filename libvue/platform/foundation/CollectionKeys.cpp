@@ -1,5 +1,7 @@
 #include <libvue/platform/foundation/CollectionKeys.h>
 
+#include <limits>
+
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSNull.h>
 #include <libvue/platform/foundation/NSNumber.h>
@@ -31,13 +33,16 @@ Elements valuesOf(const Elements& elements, NSString* path) {
 }
 
 Ref<NSNumber> sumOf(const Elements& values) {
+    constexpr auto most = static_cast<NSUInteger>(std::numeric_limits<NSInteger>::max());
     bool whole = true;
     NSInteger integers = 0;
     double doubles = 0;
     for (const auto& v : values) {
         auto* n = as<NSNumber>(v);
         doubles += unboxed<double>(v);
-        whole = whole && n && !n->isFloating() && !__builtin_add_overflow(integers, n->integerValue(), &integers);
+        // Beyond the signed range integerValue is held to it.
+        const bool fits = n && !n->isFloating() && (*n->objCType() != 'Q' || n->unsignedIntegerValue() <= most);
+        whole = whole && fits && !__builtin_add_overflow(integers, n->integerValue(), &integers);
     }
     return whole ? NSNumber::numberWithInteger(integers) : NSNumber::numberWithDouble(doubles);
 }

@@ -1,5 +1,8 @@
 #include <libvue/platform/foundation/CollectionText.h>
 
+#include <algorithm>
+#include <vector>
+
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSSet.h>
@@ -22,11 +25,12 @@ class Writer {
 public:
     void append(const NSObject& o) {
         // A collection may hold itself.
-        constexpr int deepest = 32;
-        if (depth_ == deepest) {
+        constexpr std::size_t deepest = 32;
+        if (open_.size() == deepest || std::find(open_.begin(), open_.end(), &o) != open_.end()) {
             text.append("...");
             return;
         }
+        open_.push_back(&o);
         ++depth_;
         if (auto* a = dynamic_cast<const NSArray*>(&o))
             appendList(*a, "(", ")");
@@ -39,6 +43,7 @@ public:
         else
             text.append(o.description());
         --depth_;
+        open_.pop_back();
     }
     StringBuilder text;
 
@@ -87,6 +92,7 @@ private:
         text.append(close);
         ++depth_;
     }
+    std::vector<const NSObject*> open_; ///< what is being written, from the outermost one on
     int depth_ = 0;
 };
 

@@ -52,17 +52,12 @@ NSComparisonResult NSSortDescriptor::compareObject_toObject(NSObject* a, NSObjec
         x = a ? a->valueForKeyPath(key_) : nullptr;
         y = b ? b->valueForKeyPath(key_) : nullptr;
     }
-    NSComparisonResult c = NSOrderedSame;
-    if (comparator_)
-        c = comparator_(x, y);
-    else if (!x || !y)
-        c = x ? NSOrderedDescending : y ? NSOrderedAscending : NSOrderedSame;
-    else
-        c = SelectorComparison(selector_)(x, y);
-    if (ascending_) return c;
-    return c == NSOrderedAscending    ? NSOrderedDescending
-           : c == NSOrderedDescending ? NSOrderedAscending
-                                      : NSOrderedSame;
+    if (!comparator_ && !comparison_) comparison_ = std::make_unique<SelectorComparison>(selector_);
+    const NSComparisonResult c =
+        comparator_ ? compareWithAbsent(x, y, comparator_) : compareWithAbsent(x, y, *comparison_);
+    // A comparison may answer any number of the right sign.
+    if (c == NSOrderedSame) return c;
+    return (c < NSOrderedSame) == ascending_ ? NSOrderedAscending : NSOrderedDescending;
 }
 
 Ref<NSSortDescriptor> NSSortDescriptor::reversedSortDescriptor() const {

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <memory>
+
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSObject.h>
 
 namespace libvue {
+
+class SelectorComparison;
 
 /// One criterion of a sort: a key path, a direction, and the selector or comparison for its values. Absent values come
 /// first when ascending.
@@ -24,6 +28,10 @@ public:
     [[nodiscard]] NSString* key() const noexcept { return key_; }
     [[nodiscard]] BOOL ascending() const noexcept { return ascending_; }
     [[nodiscard]] SEL selector() const noexcept { return selector_; }
+    /// The function that compares in place of the selector; empty where there is none. It gets no absent values.
+    [[nodiscard]] const NSComparator& comparator() const noexcept { return comparator_; }
+    /// The order of the objects' values at the key path. Raises NSInvalidArgumentException where one does not answer
+    /// the selector.
     [[nodiscard]] NSComparisonResult compareObject_toObject(NSObject* a, NSObject* b) const;
     [[nodiscard]] Ref<NSSortDescriptor> reversedSortDescriptor() const;
 
@@ -38,6 +46,7 @@ private:
     SEL selector_ = nullptr;
     NSComparator comparator_;
     BOOL ascending_ = YES;
+    mutable std::unique_ptr<SelectorComparison> comparison_; ///< with what it knows of the classes that it met
 };
 
 } // namespace libvue

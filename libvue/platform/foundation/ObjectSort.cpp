@@ -1,5 +1,6 @@
 #include <libvue/platform/foundation/ObjectSort.h>
 
+#include <libvue/platform/foundation/KindTest.h>
 #include <libvue/platform/foundation/NSAttributedString.h>
 #include <libvue/platform/foundation/NSDate.h>
 #include <libvue/platform/foundation/NSException.h>
@@ -25,7 +26,8 @@ namespace {
 
 template <class Argument> NSComparisonResult compareAs(void (*run)(), NSObject* a, NSObject* b) {
     using Run = NSComparisonResult (*)(NSObject*, Argument);
-    return reinterpret_cast<Run>(run)(a, dynamic_cast<Argument>(b));
+    static KindTest<std::remove_const_t<std::remove_pointer_t<Argument>>> isOne;
+    return reinterpret_cast<Run>(run)(a, b && isOne(b) ? static_cast<Argument>(b) : nullptr);
 }
 
 struct Candidate {

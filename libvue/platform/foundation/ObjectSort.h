@@ -51,6 +51,12 @@ using MustSwap = std::function<bool(NSObject* first, NSObject* second)>;
 /// A stable sort, as mergeSort. Where the comparison raises, the list is as it was.
 void sortObjects(std::vector<Ref<NSObject>>& objects, const MustSwap& mustSwap);
 
+/// The order of two values of which any may be absent: what is absent comes first.
+template <class F> NSComparisonResult compareWithAbsent(NSObject* a, NSObject* b, F&& compare) {
+    if (a && b) return compare(a, b);
+    return a ? NSOrderedDescending : b ? NSOrderedAscending : NSOrderedSame;
+}
+
 /// Compares by the operation of that name, found once for each class that is met. Raises NSInvalidArgumentException
 /// where an object does not answer it with a comparison of one object.
 class SelectorComparison {
