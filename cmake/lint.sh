@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Formatting, includes, scripts and clang-tidy. Sourced by ./check.
+# Formatting, includes, references, scripts and clang-tidy. Sourced by ./check.
 
 # Third parties that may be known to one storey only.
 TIERS='Q[A-Z]|q[a-z]+/|qpa/|unicode/|xcb/|X11/|xkbcommon/|litehtml|cups/|systemd/|dbus/|gtest/|gmock/|benchmark/'
@@ -64,20 +64,32 @@ includes() {
     return $etat
 }
 
-# The sources that clang-tidy looks at: all of them, or those that changed, with the sources of headers that changed.
-sources_a_lire() {
-    local base fichier
-    if [ "${1:-}" = --all ] || ! base=$(git merge-base HEAD origin/main 2>/dev/null || git rev-parse -q --verify HEAD~); then
-        fichiers 'libvue/*.cpp' 'tests/*.cpp' 'examples/*.cpp' 'bench/*.cpp'
-        return
-    fi
-    if [ "$base" = "$(git rev-parse HEAD)" ] && git rev-parse -q --verify HEAD~ >/dev/null; then
-        base=$(git rev-parse HEAD~)
-    fi
-    git diff --name-only "$base" -- '*.cpp' '*.h' | while read -r fichier; do
+# Without a branch of origin to compare with, as many commits are looked at, and no more sources than take minutes.
+DERNIERS_COMMITS=20
+SOURCES_AU_PLUS=40
+
+# The sources among the files on the standard input, in their order, with those of the headers among them.
+sources_des_fichiers() {
+    local fichier
+    while read -r fichier; do
         fichier=${fichier%.*}.cpp
         [ -f "$fichier" ] && echo "$fichier"
-    done | sort -u
+    done | awk '!vu[$0]++'
+}
+
+# The sources that clang-tidy looks at: all of them, or those that changed, with the sources of headers that changed.
+sources_a_lire() {
+    local base
+    if [ "${1:-}" = --all ]; then
+        fichiers 'libvue/*.cpp' 'tests/*.cpp' 'examples/*.cpp' 'bench/*.cpp'
+    elif base=$(git merge-base HEAD origin/main 2>/dev/null) && [ "$base" != "$(git rev-parse HEAD)" ]; then
+        git diff --name-only "$base" -- '*.cpp' '*.h' | sources_des_fichiers
+    else
+        {
+            git diff --name-only HEAD -- '*.cpp' '*.h'
+            git log --format= --name-only -n "$DERNIERS_COMMITS" -- '*.cpp' '*.h'
+        } | sources_des_fichiers | awk -v n="$SOURCES_AU_PLUS" 'NR <= n'
+    fi
 }
 
 lint() {
@@ -91,6 +103,9 @@ lint() {
 
     dire "includes of each storey"
     includes || etat=1
+
+    dire "references that go too early"
+    fichiers '*.h' '*.cpp' | perl cmake/references.pl || etat=1
 
     dire "shellcheck"
     shellcheck -x run check bench/compare .ci/run cmake/*.sh || etat=1
