@@ -187,6 +187,14 @@ TEST(NSManagedObjectContext, ownsItsObjectsAndTakesThemApart) {
     EXPECT_EQ(described(ana->valueForKey(text(u"nom"))), "Ana");
 }
 
+TEST(NSManagedObjectContext, takesNothingWithoutAnEntity) {
+    Magasin m;
+    auto rien = make<NSManagedObject>();
+    EXPECT_EQ(raised([&] { m.contexte->insertObject(rien); }), "NSInvalidArgumentException");
+    m.contexte->deleteObject(rien);
+    EXPECT_EQ(m.contexte->objectsForEntityName(text(u"Client"))->count(), 0u);
+}
+
 TEST(NSManagedObjectContext, longChainsGoWithoutStack) {
     Magasin m;
     Ref<NSManagedObject> avant = m.fait(u"Client", u"0");

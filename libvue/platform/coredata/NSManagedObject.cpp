@@ -22,8 +22,8 @@ Ref<NSManagedObject> NSManagedObject::initWithEntity_insertIntoManagedObjectCont
     object->entity_ = entity;
     object->values_ = NSMutableDictionary::dictionary();
     for (auto [name, description] : *entity->attributesByName())
-        if (NSObject* value = as<NSAttributeDescription>(description)->defaultValue())
-            object->values_->setObject_forKey(value, name);
+        if (auto* attribute = as<NSAttributeDescription>(description); attribute && attribute->defaultValue())
+            object->values_->setObject_forKey(attribute->defaultValue(), name);
     if (context) context->insertObject(object);
     object->awakeFromInsert();
     return object;
@@ -54,7 +54,7 @@ void NSManagedObject::setPrimitiveValue_forKey(NSObject* value, NSString* key) {
         NSObject::setValue_forUndefinedKey(value, key);
         return;
     }
-    const Ref<NSObject> former(values_->objectForKey(key));
+    const Ref<NSObject> former(values_->objectForKey(key)); // goes last: it may run code that comes back here
     auto* r = as<NSRelationshipDescription>(p);
     auto* set = as<NSSet>(value);
     if (!value)

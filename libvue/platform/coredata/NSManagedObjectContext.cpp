@@ -18,7 +18,9 @@ NSManagedObjectContext::NSManagedObjectContext(NSManagedObjectModel* model)
 }
 
 NSManagedObjectContext::~NSManagedObjectContext() {
-    for (auto* o : objects_->as<NSManagedObject>())
+    // What an object gives up may run code that comes by the set.
+    const Ref<NSArray> all = objects_->allObjects();
+    for (auto* o : all->as<NSManagedObject>())
         o->leaveContext();
 }
 
@@ -26,6 +28,7 @@ NSManagedObjectModel* NSManagedObjectContext::managedObjectModel() const noexcep
 
 void NSManagedObjectContext::insertObject(NSManagedObject* o) {
     if (!o || o->managedObjectContext() == this) return;
+    if (!o->entity()) raiseNamed(NSInvalidArgumentException, "the object has no entity");
     if (o->managedObjectContext()) raiseNamed(NSInvalidArgumentException, "the object belongs to another context");
     o->context_ = this;
     objects_->addObject(o);

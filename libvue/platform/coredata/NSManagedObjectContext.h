@@ -18,7 +18,8 @@ public:
     ~NSManagedObjectContext() override;
 
     [[nodiscard]] NSManagedObjectModel* managedObjectModel() const noexcept;
-    /// Takes over an object without a context; one of another context raises NSInvalidArgumentException.
+    /// Takes over an object without a context; one of another context, and one without an entity, raise
+    /// NSInvalidArgumentException.
     void insertObject(NSManagedObject* o);
     /// Takes the object out, with the related objects that the delete rules name; the other ones lose it, with notices.
     /// Nothing happens for an object of another context.
