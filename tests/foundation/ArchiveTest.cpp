@@ -139,6 +139,8 @@ Ref<NSObject> everything() {
          NSSortDescriptor::sortDescriptorWithKey_ascending(text(u"n"), NO),
          NSURL::URLWithString(text(u"http://a/b?c")),
          NSLocale::localeWithLocaleIdentifier(text(u"fr_CA")),
+         NSError::errorWithDomain_code_userInfo(
+             text(u"d"), 7, NSDictionary::dictionaryWithObject_forKey(text(u"why"), NSLocalizedDescriptionKey)),
          attributed,
          formatter});
 }

@@ -140,6 +140,11 @@ TEST(ClassTest, performingBoxesAndUnboxes) {
 TEST(ClassTest, classesAreFoundByName) {
     EXPECT_EQ(NSClassFromString(u"DeclareeDAvance"_ns), &classOf<DeclareeDAvance>());
     EXPECT_EQ(NSClassFromString(u"NSString"_ns), &classOf<NSString>());
+    // What an archive may hold is known before it was ever used.
+    for (const char16_t* name : {u"NSArray", u"NSAttributedString", u"NSCharacterSet", u"NSCountedSet", u"NSData",
+                                 u"NSDate", u"NSDecimalNumber", u"NSError", u"NSIndexPath", u"NSMutableData",
+                                 u"NSMutableAttributedString", u"NSNull", u"NSNumberFormatter", u"NSURL", u"NSValue"})
+        EXPECT_NE(NSClassFromString(NSString::from(name)), nullptr) << NSString::from(name)->UTF8String();
     EXPECT_EQ(NSClassFromString(u"NSInconnue"_ns), nullptr);
     EXPECT_EQ(NSClassFromString(nullptr), nullptr);
 }

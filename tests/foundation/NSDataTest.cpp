@@ -181,6 +181,18 @@ TEST_F(NSDataTest, changes) {
              },
          })
         EXPECT_EQ(raised(fault), "NSRangeException");
+    d->setData(s);
+    for (const auto& fault : std::vector<std::function<void()>>{
+             [&] { d->appendBytes_length(nullptr, ~NSUInteger{0}); },
+             [&] {
+                 d->replaceBytesInRange_withBytes({0, ~NSUInteger{0}}, d->bytes());
+             },
+             [&] { d->increaseLengthBy(~NSUInteger{0}); },
+             [&] { d->setLength(~NSUInteger{0}); },
+         })
+        EXPECT_EQ(raised(fault), "NSInvalidArgumentException");
+    EXPECT_EQ(d->view(), "abcabc");
+    EXPECT_EQ(NSMutableData::dataWithCapacity(~NSUInteger{0})->length(), 0u);
     // Bytes that are handed over are given back by the data, which the leak checker watches.
     void* taken = std::malloc(4);
     "four"sv.copy(static_cast<char*>(taken), 4);

@@ -10,6 +10,9 @@ namespace libvue {
 
 namespace {
 
+const ClassRegistration<NSAttributedString> registration;
+const ClassRegistration<NSMutableAttributedString> mutableRegistration;
+
 constexpr ConstantString textKey{u"NSString"};
 constexpr ConstantString startsKey{u"NSAttributeStarts"};
 constexpr ConstantString attributesKey{u"NSAttributes"};

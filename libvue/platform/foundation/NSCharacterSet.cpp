@@ -10,6 +10,9 @@ namespace libvue {
 
 namespace {
 
+const ClassRegistration<NSCharacterSet> registration;
+const ClassRegistration<NSMutableCharacterSet> mutableRegistration;
+
 constexpr std::uint32_t codePoints = 0x110000;
 
 using Turns = std::vector<std::uint32_t>;

@@ -17,6 +17,9 @@ namespace libvue {
 
 namespace {
 
+const ClassRegistration<NSData> registration;
+const ClassRegistration<NSMutableData> mutableRegistration;
+
 void* allocateBytes(NSUInteger length) {
     void* room = std::malloc(std::max<NSUInteger>(length, 1));
     if (!room) throw std::bad_alloc();
@@ -144,8 +147,10 @@ NSMutableData::NSMutableData(const NSData* other) { setData(other); }
 Ref<NSMutableData> NSMutableData::data() { return make<NSMutableData>(); }
 
 Ref<NSMutableData> NSMutableData::dataWithCapacity(NSUInteger capacity) {
+    // A hint that is out of all proportion is no reason to fail.
+    constexpr NSUInteger mostReserved = 1u << 24;
     Ref<NSMutableData> d = make<NSMutableData>();
-    d->reserve(capacity);
+    d->reserve(std::min(capacity, mostReserved));
     return d;
 }
 
@@ -202,6 +207,8 @@ void NSMutableData::replaceBytesInRange_withBytes(NSRange range, const void* byt
 
 void NSMutableData::replaceBytesInRange_withBytes_length(NSRange range, const void* bytes, NSUInteger length) {
     checkRange(range);
+    if (length > std::numeric_limits<NSUInteger>::max() - length_)
+        raiseNamed(NSInvalidArgumentException, "data are too long");
     // Own bytes move under the copy, so they are taken aside first.
     const char* from = static_cast<const char*>(bytes);
     const char* own = static_cast<const char*>(bytes_);

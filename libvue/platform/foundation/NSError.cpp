@@ -10,9 +10,11 @@ namespace libvue {
 
 namespace {
 
-constexpr ConstantString cleDomaine{u"NSDomain"};
-constexpr ConstantString cleCode{u"NSCode"};
-constexpr ConstantString cleUserInfo{u"NSUserInfo"};
+const ClassRegistration<NSError> registration;
+
+constexpr ConstantString domainKey{u"NSDomain"};
+constexpr ConstantString codeKey{u"NSCode"};
+constexpr ConstantString userInfoKey{u"NSUserInfo"};
 
 } // namespace
 
@@ -30,9 +32,10 @@ NSError::NSError(NSString* domain, NSInteger code, NSDictionary* userInfo)
 
 NSError::NSError(NSCoder& coder) : code_(0) {
     coder.beginDecoding(this);
-    domain_ = coder.decodeObjectOf_forKey<NSString>(cleDomaine);
-    code_ = coder.decodeIntegerForKey(cleCode);
-    userInfo_ = coder.decodeObjectOf_forKey<NSDictionary>(cleUserInfo);
+    const bool keyed = coder.allowsKeyedCoding();
+    domain_ = keyed ? coder.decodeObjectOf_forKey<NSString>(domainKey) : coder.decodeObjectOf<NSString>();
+    code_ = keyed ? coder.decodeIntegerForKey(codeKey) : coder.decodeInteger();
+    userInfo_ = keyed ? coder.decodeObjectOf_forKey<NSDictionary>(userInfoKey) : coder.decodeObjectOf<NSDictionary>();
     if (!domain_) domain_ = NSCocoaErrorDomain.get();
     if (!userInfo_) userInfo_ = NSDictionary::dictionary();
 }
@@ -83,9 +86,15 @@ Ref<NSString> NSError::description() const {
 Ref<NSObject> NSError::copyWithZone() const { return Ref<NSObject>(const_cast<NSError*>(this)); }
 
 void NSError::encodeWithCoder(NSCoder& coder) const {
-    coder.encodeObject_forKey(domain_, cleDomaine);
-    coder.encodeInteger_forKey(code_, cleCode);
-    coder.encodeObject_forKey(userInfo_, cleUserInfo);
+    if (coder.allowsKeyedCoding()) {
+        coder.encodeObject_forKey(domain_, domainKey);
+        coder.encodeInteger_forKey(code_, codeKey);
+        coder.encodeObject_forKey(userInfo_, userInfoKey);
+    } else {
+        coder.encodeObject(domain_);
+        coder.encodeInteger(code_);
+        coder.encodeObject(userInfo_);
+    }
 }
 
 } // namespace libvue

@@ -39,7 +39,8 @@ Ref<NSMutableArray> NSMutableArray::arrayWithArray(const NSArray* other) {
 void NSMutableArray::addObjectsFromArray(const NSArray* other) {
     if (!other) return;
     NSUInteger n = other->count(); // `other` may be this list
-    reserve(count_ + n);
+    // At least doubled, as one by one: short lists that are added again and again are not copied each time.
+    if (count_ + n > capacity()) grow(std::max(count_ + n, 2 * capacity()));
     for (NSUInteger i = 0; i < n; ++i)
         append(other->data()[i]);
 }

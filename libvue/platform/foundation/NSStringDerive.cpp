@@ -65,7 +65,11 @@ Ref<NSString> NSString::replacing(const NSString* s, const NSString* by, NSUInte
     count = places.size();
     if (places.empty()) return immutable();
     if (backwards) std::reverse(places.begin(), places.end());
-    StringBuilder out(length_ + places.size() * by->length());
+    // Said before any memory is asked for: many places for a long text make more than there is.
+    const NSUInteger most = length_ + places.size() * by->length();
+    if (most > 2 * NSUInteger{std::numeric_limits<std::uint32_t>::max()})
+        raiseNamed(NSInvalidArgumentException, "replacing occurrences: the text would be too long");
+    StringBuilder out(most);
     NSUInteger done = 0;
     for (const NSRange& at : places) {
         out.append(this, done, at.location - done);

@@ -15,6 +15,8 @@ namespace libvue {
 
 namespace {
 
+const ClassRegistration<NSURL> registration;
+
 bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 bool isLetter(char c) noexcept { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 bool isSchemeTail(char c) noexcept { return isLetter(c) || isDigit(c) || c == '+' || c == '-' || c == '.'; }
