@@ -49,20 +49,24 @@ public:
         if (U_FAILURE(status)) {
             udat_close(format_);
             format_ = nullptr;
+            return;
         }
+        // The thirty-first of a short month is no date; spaces and digits are read as freely as before.
+        udat_setLenient(format_, false);
+        udat_setBooleanAttribute(format_, UDAT_PARSE_ALLOW_WHITESPACE, true, &status);
+        udat_setBooleanAttribute(format_, UDAT_PARSE_ALLOW_NUMERIC, true, &status);
     }
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
     ~Engine() { udat_close(format_); }
 
     Ref<NSString> text(double since1970) {
-        constexpr double milliseconds = 1000;
         if (!format_ || !std::isfinite(since1970)) return NSString::string();
         std::vector<UChar> text(128);
         for (;;) {
             UErrorCode status = U_ZERO_ERROR;
-            int32_t n = udat_format(format_, since1970 * milliseconds, text.data(), static_cast<int32_t>(text.size()),
-                                    nullptr, &status);
+            int32_t n = udat_format(format_, since1970 * millisecondsOfSecond, text.data(),
+                                    static_cast<int32_t>(text.size()), nullptr, &status);
             if (status == U_BUFFER_OVERFLOW_ERROR) {
                 text.resize(static_cast<std::size_t>(n) + 1);
                 continue;
@@ -78,10 +82,11 @@ public:
         int32_t at = 0;
         UDate d = udat_parse(format_, text.data(), static_cast<int32_t>(text.size()), &at, &status);
         if (U_FAILURE(status) || static_cast<std::size_t>(at) != text.size()) return nullptr;
-        return NSDate::dateWithTimeIntervalSince1970(d / 1000);
+        return NSDate::dateWithTimeIntervalSince1970(d / millisecondsOfSecond);
     }
 
 private:
+    static constexpr double millisecondsOfSecond = 1000;
     UDateFormat* format_ = nullptr;
 };
 
@@ -124,7 +129,9 @@ void NSDateFormatter::encodeWithCoder(NSCoder& coder) const {
 }
 
 Ref<NSObject> NSDateFormatter::copyWithZone() const {
-    auto f = make<NSDateFormatter>();
+    const Ref<NSObject> made = isa().alloc();
+    Ref<NSDateFormatter> f(as<NSDateFormatter>(made));
+    if (!f) f = make<NSDateFormatter>(); // a subclass that cannot be made without arguments
     f->dateStyle_ = dateStyle_;
     f->timeStyle_ = timeStyle_;
     f->format_ = format_;
