@@ -134,46 +134,51 @@ BOOL NSAttributedString::isEqualToAttributedString(const NSAttributedString* oth
                       [](const Run& a, const Run& b) { return a.from == b.from && same(a.attributes, b.attributes); });
 }
 
-void NSAttributedString::enumerateAttributesInRange_options_usingBlock(NSRange range, NSUInteger options,
-                                                                       const AttributesBlock& block) const {
-    checkRange(range);
-    const Ref<NSAttributedString> self(const_cast<NSAttributedString*>(this));
+namespace {
+
+/// Goes through a range in the steps that `valueAt(index, &run, within)` finds. Each step is looked up when it comes,
+/// as the block may have changed it; what it took from the end is gone.
+template <class ValueAt, class Block>
+void enumerate(const NSAttributedString& s, NSRange range, NSUInteger options, ValueAt valueAt, const Block& block) {
+    const Ref<const NSAttributedString> kept(&s);
     const bool reverse = options & NSAttributedStringEnumerationReverse;
     BOOL stop = NO;
     NSUInteger from = range.location, to = NSMaxRange(range);
-    // Each turn looks the run up again, as the block may have changed it; what it took from the end is gone.
     while (from < to && !stop) {
         NSRange run;
-        const Ref<NSDictionary> attributes =
-            attributesAtIndex_longestEffectiveRange_inRange(reverse ? to - 1 : from, &run, {from, to - from});
-        block(attributes, run, &stop);
+        const Ref value = valueAt(reverse ? to - 1 : from, &run, NSRange{from, to - from});
+        block(value, run, &stop);
         if (reverse)
             to = run.location;
         else
             from = NSMaxRange(run);
-        to = std::min(to, length());
+        to = std::min(to, s.length());
     }
+}
+
+} // namespace
+
+void NSAttributedString::enumerateAttributesInRange_options_usingBlock(NSRange range, NSUInteger options,
+                                                                       const AttributesBlock& block) const {
+    checkRange(range);
+    enumerate(
+        *this, range, options,
+        [this](NSUInteger i, NSRange* run, NSRange within) {
+            return attributesAtIndex_longestEffectiveRange_inRange(i, run, within);
+        },
+        block);
 }
 
 void NSAttributedString::enumerateAttribute_inRange_options_usingBlock(const NSString* name, NSRange range,
                                                                        NSUInteger options,
                                                                        const AttributeBlock& block) const {
     checkRange(range);
-    const Ref<NSAttributedString> self(const_cast<NSAttributedString*>(this));
-    const bool reverse = options & NSAttributedStringEnumerationReverse;
-    BOOL stop = NO;
-    NSUInteger from = range.location, to = NSMaxRange(range);
-    while (from < to && !stop) {
-        NSRange run;
-        const Ref<NSObject> value =
-            attribute_atIndex_longestEffectiveRange_inRange(name, reverse ? to - 1 : from, &run, {from, to - from});
-        block(value, run, &stop);
-        if (reverse)
-            to = run.location;
-        else
-            from = NSMaxRange(run);
-        to = std::min(to, length());
-    }
+    enumerate(
+        *this, range, options,
+        [this, name](NSUInteger i, NSRange* run, NSRange within) {
+            return attribute_atIndex_longestEffectiveRange_inRange(name, i, run, within);
+        },
+        block);
 }
 
 BOOL NSAttributedString::isEqual(const NSObject* other) const {

@@ -6,6 +6,23 @@
 
 namespace libvue {
 
+namespace {
+
+/// Runs a change of several steps between beginEditing and endEditing, also where it raises.
+template <class F> void edit(NSMutableAttributedString& s, F change) {
+    const Ref<NSMutableAttributedString> kept(&s);
+    s.beginEditing();
+    try {
+        change();
+    } catch (...) {
+        s.endEditing();
+        throw;
+    }
+    s.endEditing();
+}
+
+} // namespace
+
 void NSMutableAttributedString::describe(ClassDescription<NSMutableAttributedString, NSAttributedString>&) {}
 
 NSMutableAttributedString::NSMutableAttributedString()
@@ -98,17 +115,16 @@ void NSMutableAttributedString::setAttributes_range(const NSDictionary* attribut
 void NSMutableAttributedString::changeRuns(NSRange range,
                                            const std::function<Ref<NSDictionary>(NSDictionary*)>& change) {
     checkRange(range);
-    const Ref<NSMutableAttributedString> self(this);
-    beginEditing();
-    for (NSUInteger i = range.location; i < std::min(NSMaxRange(range), length());) {
-        NSRange run;
-        const Ref<NSDictionary> old = attributesAtIndex_longestEffectiveRange_inRange(i, &run, range);
-        run = {i, NSMaxRange(run) - i};
-        const Ref<NSDictionary> fresh = change(old);
-        if (fresh != old) setAttributes_range(fresh, run);
-        i = NSMaxRange(run);
-    }
-    endEditing();
+    edit(*this, [&] {
+        for (NSUInteger i = range.location; i < std::min(NSMaxRange(range), length());) {
+            NSRange run;
+            const Ref<NSDictionary> old = attributesAtIndex_longestEffectiveRange_inRange(i, &run, range);
+            run = {i, NSMaxRange(run) - i};
+            const Ref<NSDictionary> fresh = change(old);
+            if (fresh != old) setAttributes_range(fresh, run);
+            i = NSMaxRange(run);
+        }
+    });
 }
 
 void NSMutableAttributedString::addAttribute_value_range(const NSString* name, NSObject* value, NSRange range) {
@@ -149,14 +165,13 @@ void NSMutableAttributedString::replaceCharactersInRange_withAttributedString(NS
     // What is put in may be this very text, or change when this one does.
     const Ref<NSString> text = NSString::stringWithString(s->string());
     const std::vector<Run> runs = runsOf(*s);
-    const Ref<NSMutableAttributedString> self(this);
-    beginEditing();
-    replaceCharactersInRange_withString(range, text);
-    for (std::size_t r = 0; r < runs.size(); ++r) {
-        const NSUInteger end = r + 1 < runs.size() ? runs[r + 1].from : text->length();
-        setAttributes_range(runs[r].attributes, {range.location + runs[r].from, end - runs[r].from});
-    }
-    endEditing();
+    edit(*this, [&] {
+        replaceCharactersInRange_withString(range, text);
+        for (std::size_t r = 0; r < runs.size(); ++r) {
+            const NSUInteger end = r + 1 < runs.size() ? runs[r + 1].from : text->length();
+            setAttributes_range(runs[r].attributes, {range.location + runs[r].from, end - runs[r].from});
+        }
+    });
 }
 
 void NSMutableAttributedString::insertAttributedString_atIndex(const NSAttributedString* s, NSUInteger i) {
