@@ -50,11 +50,7 @@ void* NSArray::operator new(std::size_t size) { return detail::SmallBlocks::take
 void NSArray::operator delete(void* object, std::size_t size) noexcept { detail::SmallBlocks::giveAny(object, size); }
 
 Ref<NSArray> NSArray::array() {
-    static NSArray* const empty = [] {
-        auto a = make<NSArray>();
-        markLiveObjectAsExpected(a);
-        return a.leak();
-    }();
+    static NSArray* const empty = keptForever(make<NSArray>());
     return empty;
 }
 Ref<NSArray> NSArray::arrayWithObject(NSObject* o) { return arrayWithObjects_count(&o, 1); }
@@ -231,8 +227,10 @@ void NSArray::makeObjectsPerformSelector_withObject(SEL selector, NSObject* argu
 void NSArray::enumerateObjectsUsingBlock(const std::function<void(NSObject*, NSUInteger, BOOL*)>& block) const {
     BOOL stop = NO;
     NSUInteger i = 0;
-    for (auto it = begin(); it != end() && !stop; ++it)
-        block(*it, i++, &stop);
+    for (auto it = begin(); it != end() && !stop; ++it) {
+        const Ref<NSObject> kept(*it);
+        block(kept, i++, &stop);
+    }
 }
 
 Ref<NSEnumerator> NSArray::objectEnumerator() const {

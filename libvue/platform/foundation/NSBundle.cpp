@@ -32,11 +32,9 @@ bool isFolder(const fs::path& p) {
 
 constexpr std::string_view translations = ".lproj";
 
-} // namespace
-
-namespace {
 const ClassRegistration<NSBundle> registration;
-}
+
+} // namespace
 
 void NSBundle::describe(ClassDescription<NSBundle>&) {}
 

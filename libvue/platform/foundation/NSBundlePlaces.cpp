@@ -94,11 +94,6 @@ NSBundle* find(const std::vector<NSBundle*>& list, const fs::path& p) {
     return nullptr;
 }
 
-NSBundle* kept(Ref<NSBundle> b) {
-    markLiveObjectAsExpected(b);
-    return b.leak();
-}
-
 } // namespace
 
 Ref<NSBundle> NSBundle::bundleWithPath(const NSString* path) {
@@ -125,7 +120,7 @@ NSBundle* NSBundle::mainBundle() {
     if (all.chosen) return all.chosen;
     if (!all.own) {
         auto resources = NSString::fromUTF8(mainResources().string());
-        all.own = kept(adopt(new NSBundle(NSString::fromUTF8(executable().parent_path().string()), resources)));
+        all.own = keptForever(adopt(new NSBundle(NSString::fromUTF8(executable().parent_path().string()), resources)));
     }
     return all.own;
 }
@@ -136,7 +131,7 @@ NSBundle* NSBundle::libraryBundle() {
     Bundles& all = Bundles::all();
     if (!all.library) {
         auto resources = NSString::fromUTF8(libraryResources().string());
-        all.library = kept(adopt(new NSBundle(resources, resources)));
+        all.library = keptForever(adopt(new NSBundle(resources, resources)));
         all.frameworks.insert(all.frameworks.begin(), all.library);
     }
     return all.library;
@@ -159,7 +154,8 @@ NSBundle* NSBundle::bundleForClass(const Class& c) {
             resources = p;
             break;
         }
-    auto* b = kept(adopt(new NSBundle(NSString::fromUTF8(folder.string()), NSString::fromUTF8(resources.string()))));
+    auto* b =
+        keptForever(adopt(new NSBundle(NSString::fromUTF8(folder.string()), NSString::fromUTF8(resources.string()))));
     all.frameworks.push_back(b);
     return b;
 }

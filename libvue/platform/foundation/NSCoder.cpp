@@ -12,12 +12,16 @@
 
 namespace libvue {
 
+namespace {
+
+const ClassRegistration<NSCoder> registration;
+
+Ref<NSString> elementKey(NSUInteger i) { return NSString::fromLatin1("NS.object." + std::to_string(i)); }
+
+} // namespace
+
 NSCoder::NSCoder() noexcept = default;
 NSCoder::~NSCoder() = default;
-
-namespace {
-const ClassRegistration<NSCoder> registration;
-}
 
 void NSCoder::describe(ClassDescription<NSCoder>&) {}
 
@@ -171,10 +175,6 @@ void NSCoder::decodeValueOfObjCType_at(const char* type, void* at) {
         raiseNamed(NSInvalidArgumentException, "decodeValueOfObjCType:at: an unknown type");
     }
 }
-
-namespace {
-Ref<NSString> elementKey(NSUInteger i) { return NSString::fromLatin1("NS.object." + std::to_string(i)); }
-} // namespace
 
 void encodeElements(NSCoder& coder, NSUInteger count, const std::function<NSObject*(NSUInteger)>& element) {
     bool keyed = coder.allowsKeyedCoding();

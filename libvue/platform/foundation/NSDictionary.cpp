@@ -43,11 +43,7 @@ void NSDictionary::operator delete(void* object, std::size_t size) noexcept {
 }
 
 Ref<NSDictionary> NSDictionary::dictionary() {
-    static NSDictionary* const empty = [] {
-        auto d = make<NSDictionary>();
-        markLiveObjectAsExpected(d);
-        return d.leak();
-    }();
+    static NSDictionary* const empty = keptForever(make<NSDictionary>());
     return empty;
 }
 Ref<NSDictionary> NSDictionary::dictionaryWithObject_forKey(NSObject* value, const NSObject* key) {
@@ -131,7 +127,7 @@ Ref<NSArray> NSDictionary::keysSortedByValueUsingSelector(SEL comparison) const 
     SelectorComparison compare(comparison);
     sortObjects(keys, [&](NSObject* a, NSObject* b) {
         NSObject *x = objectForKey(a), *y = objectForKey(b);
-        return x && y && compare(x, y) == NSOrderedDescending;
+        return x && y && compare(x, y) > NSOrderedSame;
     });
     return NSArray::arrayWithRefs(keys);
 }
@@ -150,7 +146,7 @@ void NSDictionary::enumerateKeysAndObjectsUsingBlock(
     const std::function<void(NSObject*, NSObject*, BOOL*)>& block) const {
     BOOL stop = NO;
     for (auto it = begin(); it != end() && !stop; ++it) {
-        auto [key, value] = *it;
+        const Ref<NSObject> key((*it).key), value((*it).value);
         block(key, value, &stop);
     }
 }
@@ -256,6 +252,8 @@ void NSMutableDictionary::removeAllObjects() { table_.clear(); }
 Ref<NSObject> NSMutableDictionary::copyWithZone() const { return NSDictionary::dictionaryWithDictionary(this); }
 
 void NSMutableDictionary::setValue_forKey(NSObject* value, NSString* key) {
+    if (!key) raiseNamed(NSInvalidArgumentException, "setValue:forKey: a null key");
+    const Ref<NSMutableDictionary> self(this);
     willChangeValueForKey(key);
     if (value)
         put(value, key);

@@ -12,11 +12,7 @@ const ClassRegistration<NSNull> registration;
 void NSNull::describe(ClassDescription<NSNull>&) {}
 
 NSNull* NSNull::null() {
-    static NSNull* const one = [] {
-        auto* n = new NSNull();
-        markLiveObjectAsExpected(n);
-        return n;
-    }();
+    static NSNull* const one = keptForever(adopt(new NSNull()));
     return one;
 }
 

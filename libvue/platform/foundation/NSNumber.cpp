@@ -54,12 +54,6 @@ int compareDoubles(double a, double b) noexcept {
     return a < b ? -1 : a > b;
 }
 
-/// Shared numbers are never given back.
-NSNumber* forever(Ref<NSNumber> n) {
-    markLiveObjectAsExpected(n);
-    return n.leak();
-}
-
 } // namespace
 
 void NSNumber::describe(ClassDescription<NSNumber, NSValue>& c) {
@@ -80,7 +74,8 @@ void NSNumber::describe(ClassDescription<NSNumber, NSValue>& c) {
 Ref<NSNumber> NSNumber::withInteger(Kind kind, NSInteger v) { return adopt(new NSNumber(kind, v)); }
 
 Ref<NSNumber> NSNumber::numberWithBool(BOOL v) {
-    static NSNumber* const shared[2] = {forever(withInteger(Kind::boolean, 0)), forever(withInteger(Kind::boolean, 1))};
+    static NSNumber* const shared[2] = {keptForever(withInteger(Kind::boolean, 0)),
+                                        keptForever(withInteger(Kind::boolean, 1))};
     return shared[v ? 1 : 0];
 }
 
@@ -89,7 +84,7 @@ Ref<NSNumber> NSNumber::numberWithInt(int v) {
     if (v < least || v > most) return withInteger(Kind::int32, v);
     static NSNumber* shared[most - least + 1];
     NSNumber*& one = shared[v - least];
-    if (!one) one = forever(withInteger(Kind::int32, v));
+    if (!one) one = keptForever(withInteger(Kind::int32, v));
     return one;
 }
 
@@ -98,7 +93,7 @@ Ref<NSNumber> NSNumber::numberWithInteger(NSInteger v) {
     if (v < least || v > most) return withInteger(Kind::int64, v);
     static NSNumber* shared[most - least + 1];
     NSNumber*& one = shared[v - least];
-    if (!one) one = forever(withInteger(Kind::int64, v));
+    if (!one) one = keptForever(withInteger(Kind::int64, v));
     return one;
 }
 

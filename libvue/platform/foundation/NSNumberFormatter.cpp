@@ -1,5 +1,6 @@
 #include <libvue/platform/foundation/NSNumberFormatter.h>
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
 #include <string>
@@ -35,6 +36,9 @@ UNumberFormatStyle styleOf(NSNumberFormatterStyle style) noexcept {
 
 /// The spaces that languages put between groups of digits, and the one on every keyboard.
 bool isSpace(unichar c) noexcept { return c == u' ' || c == 0x00A0 || c == 0x2009 || c == 0x202F; }
+
+constexpr NSUInteger mostDigits = 340;
+int heldDigits(NSUInteger n) noexcept { return static_cast<int>(std::min(n, mostDigits)); }
 
 } // namespace
 
@@ -221,25 +225,20 @@ NSUInteger NSNumberFormatter::minimumIntegerDigits() {
     return static_cast<NSUInteger>(engine().get(UNUM_MIN_INTEGER_DIGITS));
 }
 
-namespace {
-constexpr NSUInteger mostDigits = 340;
-std::optional<int> digitsOf(NSUInteger n) { return static_cast<int>(std::min(n, mostDigits)); }
-} // namespace
-
 void NSNumberFormatter::setMinimumFractionDigits(NSUInteger digits) {
-    state_->minimumFraction = digitsOf(digits);
+    state_->minimumFraction = heldDigits(digits);
     if (state_->maximumFraction && *state_->maximumFraction < *state_->minimumFraction)
         state_->maximumFraction = state_->minimumFraction;
     changed();
 }
 void NSNumberFormatter::setMaximumFractionDigits(NSUInteger digits) {
-    state_->maximumFraction = digitsOf(digits);
+    state_->maximumFraction = heldDigits(digits);
     if (state_->minimumFraction && *state_->minimumFraction > *state_->maximumFraction)
         state_->minimumFraction = state_->maximumFraction;
     changed();
 }
 void NSNumberFormatter::setMinimumIntegerDigits(NSUInteger digits) {
-    state_->minimumInteger = digitsOf(digits);
+    state_->minimumInteger = heldDigits(digits);
     changed();
 }
 BOOL NSNumberFormatter::usesGroupingSeparator() { return engine().get(UNUM_GROUPING_USED) != 0; }
@@ -310,7 +309,7 @@ NSNumberFormatter::NSNumberFormatter(NSCoder& coder) : NSFormatter(coder), state
     }
     auto digits = [&](const Ref<NSString>& key, std::optional<int>& field) {
         NSInteger n = coder.decodeIntegerForKey(key);
-        if (coder.containsValueForKey(key)) field = n < 0 ? 0 : digitsOf(static_cast<NSUInteger>(n));
+        if (coder.containsValueForKey(key)) field = n < 0 ? 0 : heldDigits(static_cast<NSUInteger>(n));
     };
     state_->style = static_cast<NSNumberFormatterStyle>(coder.decodeIntegerForKey(u"NS.style"_ns));
     if (auto locale = coder.decodeObjectOf_forKey<NSLocale>(u"NS.locale"_ns)) state_->locale = locale;

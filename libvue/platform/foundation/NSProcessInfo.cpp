@@ -36,11 +36,7 @@ NSProcessInfo::NSProcessInfo() {
 NSProcessInfo::~NSProcessInfo() = default;
 
 NSProcessInfo* NSProcessInfo::processInfo() {
-    static NSProcessInfo* const one = [] {
-        auto p = make<NSProcessInfo>();
-        markLiveObjectAsExpected(p);
-        return p.leak();
-    }();
+    static NSProcessInfo* const one = keptForever(make<NSProcessInfo>());
     return one;
 }
 

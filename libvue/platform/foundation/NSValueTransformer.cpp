@@ -27,8 +27,7 @@ private:
 
 NSMutableDictionary& registry() {
     static NSMutableDictionary* const all = [] {
-        auto d = NSMutableDictionary::dictionary();
-        markLiveObjectAsExpected(d);
+        auto* d = keptForever(NSMutableDictionary::dictionary());
         auto add = [&](const Ref<NSString>& name, Block transform, Block reverse) {
             auto t = NSValueTransformer::withBlocks(std::move(transform), std::move(reverse));
             markLiveObjectAsExpected(t);
@@ -39,16 +38,14 @@ NSMutableDictionary& registry() {
         add(u"NSNegateBoolean"_ns, negate, negate);
         add(u"NSIsNil"_ns, [](NSObject* v) { return boxed(v == nullptr); }, {});
         add(u"NSIsNotNil"_ns, [](NSObject* v) { return boxed(v != nullptr); }, {});
-        return d.leak();
+        return d;
     }();
     return *all;
 }
 
-} // namespace
-
-namespace {
 const ClassRegistration<NSValueTransformer> registration;
-}
+
+} // namespace
 
 void NSValueTransformer::describe(ClassDescription<NSValueTransformer>& c) {
     c.answers<&NSValueTransformer::transformedValue>("transformedValue:");

@@ -16,9 +16,9 @@ inline constexpr ConstantString CSRegexException{u"CSRegexException"};
 /// REG_ICASE, REG_NOSUB, REG_NEWLINE.
 ///
 /// Patterns and texts are read as UTF-8, character by character, whatever the locale of the process; ranges between
-/// brackets go by code point. Both are read
-/// like any text of the C library: an embedded NUL ends them, and a lone surrogate counts as U+FFFD. A null text
-/// matches nothing, and so does one of more bytes than the C library can number (2 GiB).
+/// brackets go by code point. Both are read like any text of the C library: an embedded NUL ends them, and a lone
+/// surrogate counts as U+FFFD. A null text matches nothing, and so does one of more bytes than the C library can number
+/// (2 GiB).
 class LIBVUE_API CSRegex : public NSObject {
 public:
     static void describe(ClassDescription<CSRegex>& c);
