@@ -39,7 +39,7 @@ void KCLayoutLineaire::effectueLayout(KCLayoutView* h) {
     KindTest<NSBox> isBox;
     CGFloat a = 0.0, b = 0.0;
     Ref<NSView> precedent;
-    // By index: an observer of a frame may change the list, and what it did is placed by the next pass.
+    // By index: an observer of a frame may change the list.
     for (std::size_t i = 0; i < h->subviews().size(); ++i) {
         Ref<NSView> s(h->subviews()[i]);
         if (!s->isHidden()) {

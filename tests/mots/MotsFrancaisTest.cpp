@@ -184,6 +184,10 @@ TEST(MotsFrancaisTest, indexesOutOfTheText) {
     }
     EXPECT_EQ(leve([&] { return attribue(u"")->doubleClickAtIndex(0); }), "NSRangeException");
     EXPECT_EQ(leve([&] { return attribue(u"")->nextWordFromIndex_forward(1, NO); }), "NSRangeException");
+    EXPECT_EQ(leve([] { return clicSurMot(nullptr, 0); }), "NSRangeException");
+    EXPECT_EQ(leve([] { return motPrecedent(nullptr, 1); }), "NSRangeException");
+    EXPECT_EQ(motSuivant(nullptr, 0), 0u);
+    EXPECT_EQ(motPrecedent(nullptr, 0), 0u);
 }
 
 TEST(MotsFrancaisTest, aTextThatChangesIsReadAsItStands) {

@@ -96,6 +96,11 @@ template <class Unite> NSUInteger precedent(const Unite* t, NSUInteger i) {
     return i;
 }
 
+const NSString& texte(const NSString* s) {
+    static const NSString* const vide = keptForever(NSString::string());
+    return s ? *s : *vide;
+}
+
 NSRange clicInstalle(const NSAttributedString* s, NSUInteger i) { return clicSurMot(s->string(), i).plage; }
 
 NSUInteger deplacementInstalle(const NSAttributedString* s, NSUInteger i, BOOL enAvant) {
@@ -111,19 +116,20 @@ NSUInteger deplacementInstalle(const NSAttributedString* s, NSUInteger i, BOOL e
 } // namespace
 
 ClicMot clicSurMot(const NSString* s, NSUInteger i) {
-    // Raises for an index out of the text.
-    (void)s->characterAtIndex(i);
-    return detail::visitUnits(*s, [&](const auto* t, std::size_t longueur) { return clic(t, longueur, i); });
+    const NSString& t = texte(s);
+    (void)t.characterAtIndex(i); // raises for an index out of the text
+    return detail::visitUnits(t, [&](const auto* u, std::size_t longueur) { return clic(u, longueur, i); });
 }
 
 NSUInteger motSuivant(const NSString* s, NSUInteger i) {
-    return detail::visitUnits(*s, [&](const auto* t, std::size_t longueur) { return suivant(t, longueur, i); });
+    return detail::visitUnits(texte(s), [&](const auto* t, std::size_t longueur) { return suivant(t, longueur, i); });
 }
 
 NSUInteger motPrecedent(const NSString* s, NSUInteger i) {
     if (i == 0) return 0;
-    (void)s->characterAtIndex(i - 1);
-    return detail::visitUnits(*s, [&](const auto* t, std::size_t) { return precedent(t, i); });
+    const NSString& t = texte(s);
+    (void)t.characterAtIndex(i - 1);
+    return detail::visitUnits(t, [&](const auto* u, std::size_t) { return precedent(u, i); });
 }
 
 } // namespace libvue

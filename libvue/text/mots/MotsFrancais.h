@@ -9,7 +9,8 @@ namespace libvue {
 // belongs to it ("l'"), and "hui" behind an apostrophe is not a word of its own ("aujourd'hui").
 //
 // These are what doubleClickAtIndex and nextWordFromIndex_forward of NSAttributedString answer in every process that
-// is linked with the toolkit. Indexes are UTF-16 units, and each unit is looked at by itself.
+// is linked with the toolkit. Indexes are UTF-16 units, and each unit is looked at by itself. Null counts as the empty
+// text.
 
 /// Why a double click selects what it selects.
 enum class RegleMot : unsigned char {
