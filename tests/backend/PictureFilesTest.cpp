@@ -2,10 +2,8 @@
 #include <array>
 #include <cstring>
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include "Surface.h"
+#include "support/Silence.h"
 
 using namespace libvue;
 using namespace libvue::test;
@@ -24,23 +22,6 @@ std::vector<std::uint8_t> sample(std::string_view format) {
 std::shared_ptr<backend::Picture> decode(const std::vector<std::uint8_t>& bytes, std::string* error = nullptr) {
     return graphics().decode(bytes, error);
 }
-
-/// The codecs say on the standard error what they find in damaged files.
-class Silence {
-public:
-    Silence() : kept_(dup(2)) {
-        const int nowhere = open("/dev/null", O_WRONLY);
-        dup2(nowhere, 2);
-        close(nowhere);
-    }
-    ~Silence() {
-        dup2(kept_, 2);
-        close(kept_);
-    }
-
-private:
-    int kept_;
-};
 
 TEST(PictureFiles, pngKeepsPixelsAlphaAndResolution) {
     const auto picture = decode(sample("png"));

@@ -132,6 +132,8 @@ Ref<NSImageRep> NSImage::surface(CGFloat scale) {
             return only;
     }
     auto picture = engine().makePicture(size, scale);
+    // What is too large for a sharp screen may still do at a pixel a point.
+    if (!picture && scale > 1) return surface(1);
     if (!picture) raiseNamed(NSImageCacheException, "an image of that size cannot be drawn into");
     if (auto drawn = this->picture(scale)) {
         const auto canvas = engine().canvasOn(picture);

@@ -1,0 +1,191 @@
+#include <cmath>
+#include <filesystem>
+#include <limits>
+
+#include <unistd.h>
+
+#include "Photo.h"
+#include "support/TestBackend.h"
+
+#include <libvue/images/ImageCommune.h>
+#include <libvue/images/NSImageDegrade.h>
+#include <libvue/images/NSImageKCAdditions.h>
+#include <libvue/platform/foundation/NSBundle.h>
+#include <libvue/platform/foundation/NSData.h>
+#include <libvue/socle/UniChaine.h>
+
+using namespace libvue;
+using namespace libvue::test;
+
+namespace {
+
+constexpr double infini = std::numeric_limits<double>::infinity();
+
+/// A main bundle in a folder of its own.
+class Paquet {
+public:
+    Paquet() : dossier_(std::filesystem::temp_directory_path() / ("libvue-commune-" + std::to_string(::getpid()))) {
+        std::filesystem::create_directories(dossier_ / "petites" / "v1.2");
+        NSBundle::setMainBundle(NSBundle::bundleWithPath(NSString::fromUTF8(dossier_.string())));
+    }
+    ~Paquet() {
+        NSBundle::setMainBundle(nullptr);
+        std::filesystem::remove_all(dossier_);
+    }
+    void ecris(const char* nom, NSSize taille) const {
+        const Ref<NSData> png = photo(taille)->PNGRepresentation();
+        EXPECT_TRUE(png->writeToFile_atomically(NSString::fromUTF8((dossier_ / nom).string()), NO));
+    }
+
+private:
+    std::filesystem::path dossier_;
+};
+
+struct ImagesTest : MemoryFixture {};
+
+TEST_F(ImagesTest, aNameIsCutIntoFolderBaseAndExtension) {
+    const Paquet paquet;
+    paquet.ecris("petites/fleche.png", {3, 3});
+    paquet.ecris("petites/fleche.tiff", {4, 4});
+    paquet.ecris("petites/deux.points.png", {5, 5});
+    paquet.ecris("petites/v1.2/fleche.png", {6, 6});
+    struct {
+        const char* nom;
+        CGFloat largeur; // 0: none is found
+    } const lignes[] = {
+        {"petites/fleche.png", 3},
+        {"petites/fleche.tiff", 4},
+        {"petites/fleche", 3},
+        {"petites/deux.points.png", 5},
+        {"petites/v1.2/fleche.png", 6},
+        {"petites/v1.2/fleche", 0}, // the last point is the folder's
+        {"fleche.png", 0},
+        {"fleche", 0},
+        {"petites/fleche.", 0},
+        {"petites/", 0},
+        {"/", 0},
+        {".", 0},
+        {"./", 0},
+        {"", 0},
+    };
+    for (const auto& l : lignes) {
+        const ImageCommune commune{UniChaine(l.nom)};
+        EXPECT_EQ(commune.DonneImage() ? commune.DonneImage()->size().width : 0, l.largeur) << l.nom;
+    }
+}
+
+TEST_F(ImagesTest, anImageThatIsKnownByItsNameGoesFirst) {
+    const Paquet paquet;
+    paquet.ecris("nuage.png", {3, 3});
+    const Ref<NSImage> connue = photo({9, 9});
+    connue->setName(u"nuage"_ns);
+    ImageCommune commune("ailleurs/nuage.tiff");
+    EXPECT_EQ(commune.DonneImage(), connue.get());
+    const NSUInteger tenue = connue->retainCount();
+    commune.Prends("aucune image de ce nom");
+    EXPECT_EQ(commune.DonneImage(), nullptr);
+    EXPECT_EQ(connue->retainCount(), tenue - 1);
+}
+
+TEST_F(ImagesTest, copiesShareTheImageAndNotTheRecord) {
+    const Ref<NSImage> image = photo({4, 4});
+    ObjCImplImageCommune fiche{image};
+    ObjCImplImageCommune* impl = &fiche;
+    auto source = std::make_unique<ImageCommune>();
+    source->Prends(impl);
+    ImageCommune copie(*source);
+    EXPECT_NE(copie.DonneImpl(), source->DonneImpl());
+    source.reset();
+    EXPECT_EQ(copie.DonneImage(), image.get());
+    ImageCommune autre;
+    autre = copie;
+    autre.Prends(autre.DonneImpl()); // its own record
+    EXPECT_EQ(autre.DonneImage(), image.get());
+    impl = nullptr;
+    copie.Prends(impl);
+    EXPECT_EQ(copie.DonneImage(), nullptr);
+    EXPECT_EQ(autre.DonneImage(), image.get());
+}
+
+TEST_F(ImagesTest, greyGradientsRunUpward) {
+    struct {
+        std::int32_t type;
+        double bas, haut, alpha;
+    } const lignes[] = {
+        {2, 0.81, 0.91, 1}, {3, 1.0, 0.666, 0.666}, {0, 0.58, 0.78, 1}, {1, 0.58, 0.78, 1}, {-7, 0.58, 0.78, 1}};
+    for (const auto& l : lignes) {
+        const Ref<NSImage> image = greyGradientImageWithSize_type({3, 400}, l.type);
+        const auto p = image->picture(1);
+        EXPECT_EQ(image->size(), (NSSize{3, 400}));
+        EXPECT_NEAR(p->pixel(1, 399).red, l.bas, 2.0 / 255) << l.type;
+        EXPECT_NEAR(p->pixel(1, 0).green, l.haut, 2.0 / 255) << l.type;
+        EXPECT_NEAR(p->pixel(1, 200).blue, (l.bas + l.haut) / 2, 2.0 / 255) << l.type;
+        EXPECT_NEAR(p->pixel(2, 200).alpha, l.alpha, 1.0 / 255) << l.type;
+    }
+    for (const NSSize vide : {NSSize{0, 5}, NSSize{5, 0}, NSSize{-1, 5}, NSSize{std::nan(""), 5}})
+        EXPECT_EQ(greyGradientImageWithSize_type(vide, 2), nullptr);
+}
+
+TEST_F(ImagesTest, derivedImagesLeaveTheirSourceAsItIs) {
+    const Ref<NSImage> source = photo({20, 20});
+    const Ref<NSImage> temoin = source->copy();
+
+    const Ref<NSImage> pale = imageWithAlpha(source, 0.5);
+    EXPECT_EQ(pixelDe(source, 0, 0), "ff8000ff");
+    EXPECT_EQ(pixelDe(pale, 0, 0).substr(6), "7f");
+    EXPECT_EQ(pixelDe(pale, 0, 19), "00000000");
+    EXPECT_EQ(pixelDe(imageWithAlpha(source, 0), 0, 0), "00000000");
+    EXPECT_TRUE(memesPixels(imageWithAlpha(source, 1), source));
+
+    const Ref<NSImage> rouge = imageComposedWithColor(source, NSColor::redColor());
+    EXPECT_EQ(pixelDe(rouge, 0, 0), "ff0000ff");
+    EXPECT_EQ(pixelDe(rouge, 0, 19), "00000000") << "no ink, no tint";
+    EXPECT_EQ(pixelDe(rouge, 10, 15), "ff000066") << "as much ink as there was";
+    EXPECT_TRUE(memesPixels(imageComposedWithColor(source, nullptr), source));
+    const Ref<NSImage> voilee = imageComposedWithColor(source, NSColor::blackColor()->colorWithAlphaComponent(0.5));
+    EXPECT_EQ(pixelDe(voilee, 0, 0), "7f4000ff");
+
+    const Ref<NSImage> etiree = imageWithSize(source, {40, 10});
+    EXPECT_EQ(etiree->size(), (NSSize{40, 10}));
+    EXPECT_EQ(pixelDe(etiree, 1, 1), "ff8000ff");
+    EXPECT_EQ(pixelDe(etiree, 1, 9), "00000000");
+    EXPECT_TRUE(memesPixels(source, temoin));
+}
+
+TEST_F(ImagesTest, instancesAnswerTheExtensionsByName) {
+    const Ref<NSImage> source = photo({4, 4});
+    EXPECT_TRUE(source->respondsToSelector(sel("imageComposedWithColor:")));
+    const Ref<NSObject> teinte =
+        source->performSelector_withObject(sel("imageComposedWithColor:"), NSColor::greenColor());
+    ASSERT_NE(as<NSImage>(teinte.get()), nullptr);
+    EXPECT_EQ(pixelDe(as<NSImage>(teinte.get()), 0, 0), "00ff00ff");
+}
+
+TEST_F(ImagesTest, sizesThatCannotBeDrawnIntoAreRefused) {
+    const Ref<NSImage> source = photo({4, 4});
+    for (const NSSize enorme : {NSSize{30000, 30000}, NSSize{infini, 4}, NSSize{1e300, 1e300}}) {
+        EXPECT_EQ(raised([&] { (void)imageWithSize(source, enorme); }), "NSImageCacheException");
+        EXPECT_EQ(raised([&] { (void)greyGradientImageWithSize_type(enorme, 2); }), "NSImageCacheException");
+        EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
+    }
+    for (const NSSize vide : {NSSize{0, 4}, NSSize{-4, 4}, NSSize{4, std::nan("")}})
+        EXPECT_EQ(imageWithSize(source, vide)->picture(1), nullptr);
+    const Ref<NSImage> sansTaille = make<NSImage>();
+    EXPECT_EQ(imageWithAlpha(sansTaille, 0.5)->picture(1), nullptr);
+    EXPECT_EQ(imageWithAlpha(nullptr, 1), nullptr);
+    EXPECT_EQ(imageComposedWithColor(nullptr, NSColor::redColor()), nullptr);
+    EXPECT_EQ(imageWithSize(nullptr, {4, 4}), nullptr);
+    EXPECT_EQ(pixelDe(imageWithAlpha(source, std::nan("")), 0, 0), "00000000");
+    EXPECT_EQ(pixelDe(imageWithAlpha(source, infini), 0, 0), "ff8000ff");
+
+    // Thin and long is a picture like another, at any scale of the screen.
+    for (const CGFloat e : {1.0, 2.0}) {
+        const Echelle echelle(e);
+        const Ref<NSImage> fil = greyGradientImageWithSize_type({1, 30000}, 0);
+        EXPECT_EQ(fil->size(), (NSSize{1, 30000}));
+        EXPECT_EQ(imageComposedWithColor(fil, NSColor::redColor())->picture(1)->pixel(0, 29999),
+                  backend::Color({1, 0, 0, 1}));
+    }
+}
+
+} // namespace
