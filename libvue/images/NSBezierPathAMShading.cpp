@@ -84,6 +84,8 @@ void customVerticalFillWithCallbacks_firstColor_secondColor_angle(NSBezierPath* 
     const CGFloat etendue[8] = {0, 1, 0, 1, 0, 1, 0, 1};
     const Ref<CGFunction> fonction =
         CGFunctionCreate(&couleurs, 1, domaine, CGColorSpaceGetNumberOfComponents(espace) + 1, etendue, &callbacks);
+    if (fonction && (callbacks.evaluate == &evalueLineaire || callbacks.evaluate == &evalueMiroir))
+        fonction->setLinear(callbacks.evaluate == &evalueMiroir);
 
     const NSRect bornes = path->bounds();
     const CGFloat hw = bornes.size.width * 0.5;

@@ -152,6 +152,35 @@ TEST_F(DegradeTest, pixelsOfStraightAndObliqueFills) {
     EXPECT_GT(oblique.picture->pixel(6, 13).red, oblique.picture->pixel(13, 6).red);
 }
 
+TEST_F(DegradeTest, bandsThatMeetBetweenPixelsLeaveNoSeam) {
+    Pixels p(4, 40);
+    NSColor::whiteColor()->set();
+    NSBezierPath::fillRect({{0, 0}, {4, 40}});
+    for (const NSRect& bande : {NSRect{{0, 0}, {4, 10.4}}, NSRect{{0, 10.4}, {4, 9.7}}, NSRect{{0, 20.1}, {4, 10}}})
+        linearGradientFillWithStartColor_endColor(NSBezierPath::bezierPathWithRect(bande), rouge, rouge);
+    for (int y = 0; y < 30; ++y)
+        EXPECT_EQ(p.at(1, y), "ff0000ff") << y;
+    EXPECT_EQ(p.at(1, 30), "ffffffff");
+}
+
+TEST_F(DegradeTest, aShapeIsFilledAsItIsClipped) {
+    // The same fill through a clip of two outlines, which is drawn in another way.
+    const Ref<NSBezierPath> rond = NSBezierPath::bezierPathWithOvalInRect({{1.3, 2.6}, {15.2, 14}});
+    Pixels seul(20, 20);
+    linearGradientFillWithStartColor_endColor(rond, rouge, bleu);
+    Pixels double_(20, 20);
+    NSBezierPath::bezierPathWithOvalInRect({{-200, -200}, {420, 420}})->addClip();
+    linearGradientFillWithStartColor_endColor(rond, rouge, bleu);
+    for (int x = 0; x < 20; ++x)
+        for (int y = 0; y < 20; ++y) {
+            const backend::Color a = seul.picture->pixel(x, y), b = double_.picture->pixel(x, y);
+            ASSERT_NEAR(a.alpha, b.alpha, 0.3) << x << ", " << y; // an edge of the strip falls on an edge of the shape
+            if (a.alpha == 1) {
+                ASSERT_NEAR(a.red, b.red, 3.0 / 255) << x << ", " << y;
+            }
+        }
+}
+
 TEST(RectangleArrondiTest, bothOutlinesCoverTheSame) {
     const NSRect rect{{0.1, 3}, {40, 20}};
     const Ref<NSBezierPath> deLaPlateforme = bezierPathWithRoundedRect_radius(rect, 5);

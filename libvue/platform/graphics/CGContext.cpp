@@ -175,9 +175,18 @@ void CGShading::draw(NSGraphicsContext& context) const {
     const Sampler sampler(space_, *function_);
     backend::AxialGradient gradient{start_, end_, {}, extendStart_, extendEnd_};
     const backend::GradientStop first{0, sampler.at(0)}, last{1, sampler.at(1)};
-    gradient.stops.push_back(first);
-    sampler.between(first, last, 0, gradient.stops);
-    thinOut(gradient.stops);
+    if (const NSUInteger knots = function_->knots()) {
+        gradient.stops.reserve(knots);
+        gradient.stops.push_back(first);
+        if (knots == 3) gradient.stops.push_back({0.5, sampler.at(0.5)});
+        gradient.stops.push_back(last);
+    } else {
+        constexpr std::size_t usual = 32;
+        gradient.stops.reserve(usual);
+        gradient.stops.push_back(first);
+        sampler.between(first, last, 0, gradient.stops);
+        thinOut(gradient.stops);
+    }
     context.canvas().drawGradient(gradient);
 }
 

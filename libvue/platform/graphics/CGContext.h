@@ -63,6 +63,11 @@ public:
     [[nodiscard]] CGFloat domainEnd() const noexcept { return domain_[1]; }
     /// Writes `outputs()` numbers, held to the range.
     void evaluate(CGFloat in, CGFloat* out) const;
+    /// Says that it is linear between the ends of the domain, but for one bend in its middle where `bends`: a shading
+    /// then needs no samples of it.
+    void setLinear(BOOL bends) noexcept { knots_ = bends ? 3 : 2; }
+    /// How many values tell all of it: 2 or 3 where it is linear, 0 where nobody said.
+    [[nodiscard]] NSUInteger knots() const noexcept { return knots_; }
 
 private:
     friend LIBVUE_API Ref<CGFunction> CGFunctionCreate(void*, NSUInteger, const CGFloat*, NSUInteger, const CGFloat*,
@@ -73,6 +78,7 @@ private:
     CGFloat domain_[2] = {0, 1};
     CGFloat range_[2 * maximumOutputs] = {};
     NSUInteger outputs_ = 0;
+    NSUInteger knots_ = 0;
     bool ranged_ = false;
 };
 

@@ -86,6 +86,7 @@ private:
     QPen pen_;
     Stroke penStroke_; // what pen_ was made from
     double penScale_ = -1;
+    std::vector<QRgb> ramp_; // used again for each gradient
 
     [[nodiscard]] bool isDirect(Compositing op) const noexcept {
         return !state_.hasShadow && op != Compositing::plusDarker;
@@ -110,6 +111,12 @@ private:
     /// `owner` keeps reduced copies; null where nobody does.
     void drawImage(const QImage& image, const RasterPicture* owner, const QRectF& source, const Transform& toDevice,
                    Compositing op, double opacity);
+    /// A gradient along an axis of the pixels; `strip` is what it covers.
+    void drawStraightGradient(const AxialGradient& gradient, const QRectF& strip);
+    /// Writes the pixels where the gradient replaces what is there; false where it does not.
+    bool fillRamp(const AxialGradient& gradient, const QRect& pixels);
+    /// Fills the outline that clips, where the gradient's strip holds all of it; false where that is not so.
+    bool fillClipOutline(const QRectF& strip, const QBrush& brush);
     bool drawCachedText(const RasterTextLayout& text, const Transform& toDevice);
     void drawGlyphs(const RasterTextLayout& text, const Transform& toDevice);
 };

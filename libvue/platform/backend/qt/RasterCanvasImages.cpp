@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <typeinfo>
 
 #include <QLinearGradient>
@@ -11,23 +12,88 @@
 
 namespace libvue::backend {
 
+namespace {
+
+/// The clip stands on whole pixels: an end of the strip that falls beside one of its edges was meant to be that edge.
+QRectF withEdgesOf(const QRect& clip, const QRectF& strip) {
+    const QRectF c(clip);
+    const auto meets = [](double edge, double of) { return std::abs(edge - of) <= 0.5 + 1e-6 ? of : edge; };
+    return QRectF(QPointF(meets(strip.left(), c.left()), meets(strip.top(), c.top())),
+                  QPointF(meets(strip.right(), c.right()), meets(strip.bottom(), c.bottom())));
+}
+
+} // namespace
+
 void RasterCanvas::drawGradient(const AxialGradient& gradient) {
-    if (state_.clip.rect.isEmpty()) return;
+    if (state_.clip.rect.isEmpty() || !isFinite(gradient.start) || !isFinite(gradient.end)) return;
+    const NSRect bounds = clipBounds();
+    const bool straight = state_.device.b == 0 && state_.device.c == 0;
+    if (const auto along = straight ? gradientStripAlongAxis(gradient, bounds) : std::nullopt) {
+        if (NSIsEmptyRect(*along) || gradient.stops.empty()) return;
+        drawStraightGradient(gradient, mapRect(*along, state_.device));
+        return;
+    }
     const auto brush = makeGradientBrush(gradient, state_.device, state_.alpha);
     if (!brush) return;
-    const auto strip = gradientStrip(gradient, clipBounds());
-    if (!strip) return;
-    if (const auto r = asRectangle(*strip, state_.device)) {
-        if (isWhole(*r) || !state_.antialias) {
-            const QRect pixels = nearest(*r) & state_.clip.rect;
-            if (pixels.isEmpty()) return;
-            render(pixels, state_.op, false, 1, [&](QPainter& p, RasterTarget&) { p.fillRect(pixels, *brush); });
-            return;
-        }
+    const auto strip = gradientStrip(gradient, bounds);
+    if (!strip || !convertPath(*strip, state_.device, FillRule::nonZero, path_)) return;
+    const QRectF reach = isDirect(state_.op) ? QRectF() : path_.boundingRect() & QRectF(state_.clip.rect);
+    render(reach, state_.op, state_.antialias, 1, [&](QPainter& p, RasterTarget&) { p.fillPath(path_, *brush); });
+}
+
+void RasterCanvas::drawStraightGradient(const AxialGradient& gradient, const QRectF& strip) {
+    const QRectF meeting = withEdgesOf(state_.clip.rect, strip);
+    const bool whole = isWhole(meeting) || !state_.antialias;
+    const QRect pixels = nearest(meeting) & state_.clip.rect;
+    if (whole && !state_.clip.node && fillRamp(gradient, pixels)) return;
+    const auto brush = makeGradientBrush(gradient, state_.device, state_.alpha);
+    if (!brush || fillClipOutline(strip, *brush)) return;
+    if (!whole) {
+        const QRectF held = strip & QRectF(state_.clip.rect).adjusted(-1, -1, 1, 1);
+        render(held, state_.op, true, 1, [&](QPainter& p, RasterTarget&) { p.fillRect(held, *brush); });
+    } else if (pixels.isEmpty()) {
+        return;
+    } else if (isDirect(state_.op) && !state_.clip.node) {
+        // The pixels lie inside of the clip already; one gradient after another leaves the painter as it is.
+        target_->painter({target_->rect(), nullptr}, state_.op, false).fillRect(pixels, *brush);
+    } else {
+        render(pixels, state_.op, false, 1, [&](QPainter& p, RasterTarget&) { p.fillRect(pixels, *brush); });
     }
-    if (!convertPath(*strip, state_.device, FillRule::nonZero, path_)) return;
-    const QRectF bounds = isDirect(state_.op) ? QRectF() : path_.boundingRect() & QRectF(state_.clip.rect);
-    render(bounds, state_.op, state_.antialias, 1, [&](QPainter& p, RasterTarget&) { p.fillPath(path_, *brush); });
+}
+
+bool RasterCanvas::fillRamp(const AxialGradient& gradient, const QRect& pixels) {
+    const bool replaces = state_.op == Compositing::sourceOver || state_.op == Compositing::copy;
+    if (!replaces || !isDirect(state_.op) || !isOpaque(gradient, state_.alpha)) return false;
+    const QRect area = pixels & target_->rect();
+    if (area.isEmpty()) return true;
+    const NSPoint start = state_.device.apply(gradient.start);
+    const NSPoint end = state_.device.apply(gradient.end);
+    const bool across = std::abs(end.x - start.x) > std::abs(end.y - start.y);
+    const auto width = static_cast<std::size_t>(area.width());
+    if (across) {
+        QRgb* first = target_->row(area.top()) + area.left();
+        gradientRamp(gradient, start.x, end.x, area.left(), area.width(), first);
+        for (int y = area.top() + 1; y <= area.bottom(); ++y)
+            std::memcpy(target_->row(y) + area.left(), first, width * sizeof(QRgb));
+        return true;
+    }
+    ramp_.resize(static_cast<std::size_t>(area.height()));
+    gradientRamp(gradient, start.y, end.y, area.top(), area.height(), ramp_.data());
+    for (int y = area.top(); y <= area.bottom(); ++y)
+        std::fill_n(target_->row(y) + area.left(), width, ramp_[static_cast<std::size_t>(y - area.top())]);
+    return true;
+}
+
+bool RasterCanvas::fillClipOutline(const QRectF& strip, const QBrush& brush) {
+    const ClipNode* node = state_.clip.node.get();
+    if (node == nullptr || node->parent || node->isRegion || !isDirect(state_.op) || !state_.antialias) return false;
+    const QRectF outline = node->path.boundingRect();
+    constexpr double same = 1e-6;
+    if (!strip.adjusted(-same, -same, same, same).contains(outline)) return false;
+    const bool whole = state_.clip.rect.contains(outward(outline));
+    const Clip clip{whole ? target_->rect() : state_.clip.rect, nullptr};
+    target_->painter(clip, state_.op, true).fillPath(node->path, brush);
+    return true;
 }
 
 void RasterCanvas::drawImage(const QImage& image, const RasterPicture* owner, const QRectF& source,

@@ -9,11 +9,30 @@
 
 namespace libvue::backend {
 
+namespace {
+
+enum class Along { x, y, neither };
+
+/// An angle of π/2 leaves a trace of the other axis, which is none of it.
+Along alongAxis(const AxialGradient& gradient) {
+    constexpr double trace = 1e-9;
+    const double dx = std::abs(gradient.end.x - gradient.start.x);
+    const double dy = std::abs(gradient.end.y - gradient.start.y);
+    if (dy <= trace * dx) return Along::x;
+    return dx <= trace * dy ? Along::y : Along::neither;
+}
+
+} // namespace
+
 std::optional<QBrush> makeGradientBrush(const AxialGradient& gradient, const Transform& device, double alpha) {
     if (gradient.stops.empty() || !isFinite(gradient.start) || !isFinite(gradient.end) ||
         gradient.start == gradient.end)
         return std::nullopt;
-    QLinearGradient brush(toQt(gradient.start), toQt(gradient.end));
+    // Where perpendiculars stay so, the two ends say all; the painter is quicker with them than with a transform.
+    const bool straight = device.b == 0 && device.c == 0 &&
+                          (std::abs(device.a) == std::abs(device.d) || alongAxis(gradient) != Along::neither);
+    const Transform ends = straight ? device : Transform{};
+    QLinearGradient brush(toQt(ends.apply(gradient.start)), toQt(ends.apply(gradient.end)));
     QGradientStops stops;
     stops.reserve(static_cast<qsizetype>(gradient.stops.size()));
     // The painter keeps one colour a position: a hard edge is two positions side by side.
@@ -36,7 +55,7 @@ std::optional<QBrush> makeGradientBrush(const AxialGradient& gradient, const Tra
     }
     brush.setStops(stops);
     QBrush result(brush);
-    result.setTransform(toQt(device));
+    if (!straight) result.setTransform(toQt(device));
     return result;
 }
 
@@ -83,6 +102,50 @@ std::optional<Path> gradientStrip(const AxialGradient& gradient, const NSRect& b
     };
     return Path{{PathVerb::move, PathVerb::line, PathVerb::line, PathVerb::line, PathVerb::close},
                 {at(near, left), at(far, left), at(far, right), at(near, right)}};
+}
+
+std::optional<NSRect> gradientStripAlongAxis(const AxialGradient& gradient, const NSRect& bounds) {
+    const Along axis = alongAxis(gradient);
+    const bool across = axis == Along::x;
+    const double start = across ? gradient.start.x : gradient.start.y;
+    const double end = across ? gradient.end.x : gradient.end.y;
+    if (axis == Along::neither || start == end) return std::nullopt;
+    const NSRect box = NSInsetRect(bounds, -1, -1);
+    double low = across ? box.origin.x : box.origin.y;
+    double high = across ? NSMaxX(box) : NSMaxY(box);
+    const bool forward = start < end;
+    if (!(forward ? gradient.extendStart : gradient.extendEnd)) low = std::max(low, std::min(start, end));
+    if (!(forward ? gradient.extendEnd : gradient.extendStart)) high = std::min(high, std::max(start, end));
+    const double extent = std::max(high - low, 0.0);
+    return across ? NSRect{{low, box.origin.y}, {extent, box.size.height}}
+                  : NSRect{{box.origin.x, low}, {box.size.width, extent}};
+}
+
+bool isOpaque(const AxialGradient& gradient, double alpha) noexcept {
+    return std::all_of(gradient.stops.begin(), gradient.stops.end(),
+                       [=](const GradientStop& stop) { return stop.color.alpha * alpha >= 1; });
+}
+
+void gradientRamp(const AxialGradient& gradient, double start, double end, int first, int count, QRgb* out) {
+    const std::vector<GradientStop>& stops = gradient.stops;
+    // The pixels may run against the axis: colours are looked up in its own sense.
+    const bool forward = start < end;
+    std::size_t next = 0;
+    for (int i = 0; i < count; ++i) {
+        const int pixel = forward ? i : count - 1 - i;
+        const double t = (first + pixel + 0.5 - start) / (end - start);
+        while (next < stops.size() && stops[next].position < t)
+            ++next;
+        const GradientStop& to = stops[std::min(next, stops.size() - 1)];
+        const GradientStop& from = next > 0 ? stops[next - 1] : to;
+        const double span = to.position - from.position;
+        const double f = span > 0 ? (t - from.position) / span : 0;
+        const auto mixed = [f](double a, double b) {
+            return static_cast<int>((component(a) + (component(b) - component(a)) * f) * 255 + 0.5);
+        };
+        out[pixel] = qRgb(mixed(from.color.red, to.color.red), mixed(from.color.green, to.color.green),
+                          mixed(from.color.blue, to.color.blue));
+    }
 }
 
 } // namespace libvue::backend

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include <QBrush>
+#include <QRgb>
 
 #include <libvue/platform/backend/Drawing.h>
 
@@ -14,5 +15,14 @@ namespace libvue::backend {
 /// The part of the user space that the gradient covers inside of `bounds`: between the perpendiculars at those ends
 /// that are not extended. Nothing where that is empty.
 [[nodiscard]] std::optional<Path> gradientStrip(const AxialGradient& gradient, const NSRect& bounds);
+
+/// The same as a rectangle, where the gradient runs along an axis and has a length.
+[[nodiscard]] std::optional<NSRect> gradientStripAlongAxis(const AxialGradient& gradient, const NSRect& bounds);
+
+/// Whether it covers what is below it all the way between its ends.
+[[nodiscard]] bool isOpaque(const AxialGradient& gradient, double alpha) noexcept;
+/// The colours at the middles of `count` pixels along an axis that runs from `start` to `end`, the first pixel at
+/// `first`, all of them in device coordinates.
+void gradientRamp(const AxialGradient& gradient, double start, double end, int first, int count, QRgb* out);
 
 } // namespace libvue::backend
