@@ -24,9 +24,8 @@ void cacheDisplayInRect_toBitmapImageRep(NSView* view, const NSRect& rect, NSBit
     if (!canvas) return;
     const NSSize points = picture->size();
     canvas->concat(backend::Transform::scaling(points.width / rect.size.width, points.height / rect.size.height));
-    const NSRect bounds = view->bounds();
-    const CGFloat bottom = view->isFlipped() ? NSMaxY(bounds) - NSMaxY(rect) : rect.origin.y - bounds.origin.y;
-    canvas->concat(backend::Transform::translation(bounds.origin.x - rect.origin.x, -bottom));
+    const CGFloat bottom = view->isFlipped() ? view->bounds().size.height - NSMaxY(rect) : rect.origin.y;
+    canvas->concat(backend::Transform::translation(-rect.origin.x, -bottom));
     view->displayRectIgnoringOpacity_inContext(rect, make<NSGraphicsContext>(std::move(canvas), NO, picture));
 }
 

@@ -4,6 +4,7 @@
 #include <libvue/platform/foundation/Export.h>
 #include <libvue/platform/foundation/NSGeometry.h>
 #include <libvue/platform/foundation/Ref.h>
+#include <libvue/platform/graphics/Forward.h>
 
 namespace libvue {
 
