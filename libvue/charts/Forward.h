@@ -1,0 +1,14 @@
+#pragma once
+
+#include <libvue/platform/appkit/Forward.h>
+
+namespace libvue {
+
+class KCHistogramme;
+class KCPointeDeTarte;
+class KCTarte;
+class KCTranslationAnimation;
+class KCTranslationInverseAnimation;
+struct TableAccessible;
+
+} // namespace libvue
