@@ -28,6 +28,8 @@ sortie standard.
   --profondeur N   nombre de niveaux permis, 512 sans cette option ; 0 n’en fixe aucun, et demande --compact
   --help           ce texte
 
+Un octet nul termine le texte ; ce qui le suit n’est pas lu.
+
 Rend 0 et le document s’il est juste. Rend 1 s’il ne l’est pas, et écrit sur la sortie d’erreur la chaîne des erreurs,
 une par ligne avec son code et son message, de la plus profonde à la plus englobante. Rend 2 quand l’entrée ne peut pas
 être lue, quand elle n’est pas en UTF-8, ou quand une option n’est pas connue.
@@ -100,7 +102,15 @@ std::string lisTout(const std::string& fichier) {
     return octets;
 }
 
+int ecris(const std::string& sortie) {
+    if (std::fwrite(sortie.data(), 1, sortie.size(), stdout) != sortie.size() || std::fflush(stdout) != 0)
+        refuse(std::string("impossible d’écrire\u00A0: ") + std::strerror(errno));
+    return 0;
+}
+
 int ecrisErreurs(const SBJsonBase& base) {
+    // One error a level: there may be a million of them.
+    std::setvbuf(stderr, nullptr, _IOFBF, 65536);
     const auto trace = base.errorTrace();
     for (NSError* e : trace->as<NSError>())
         std::fprintf(stderr, "%ld %s\n", static_cast<long>(e->code()), e->localizedDescription()->utf8().c_str());
@@ -111,13 +121,12 @@ int ecrisErreurs(const SBJsonBase& base) {
 
 int main(int argc, char** argv) {
     const Options options = lisOptions(argc, argv);
-    if (options.aide) {
-        std::fputs(kUsage, stdout);
-        return 0;
-    }
-    const std::string octets = lisTout(options.fichier.value_or("-"));
-    const auto texte = NSString::initWithBytes_length_encoding(octets.data(), octets.size(), NSUTF8StringEncoding);
+    if (options.aide) return ecris(kUsage);
+    // Neither the bytes nor the text are kept longer than they are needed: documents may be large.
+    std::string octets = lisTout(options.fichier.value_or("-"));
+    auto texte = NSString::initWithBytes_length_encoding(octets.data(), octets.size(), NSUTF8StringEncoding);
     if (!texte) refuse("l’entrée n’est pas en UTF-8");
+    std::string().swap(octets);
 
     const auto lecteur = make<SBJsonParser>();
     const auto plume = make<SBJsonWriter>();
@@ -129,11 +138,9 @@ int main(int argc, char** argv) {
     plume->setSortKeys(options.trie);
 
     const auto valeur = options.fragment ? lecteur->fragmentWithString(texte) : lecteur->objectWithString(texte);
+    texte = nullptr;
     if (!valeur) return ecrisErreurs(*lecteur);
     const auto ecrit = plume->stringWithFragment(valeur);
     if (!ecrit) return ecrisErreurs(*plume);
-    const std::string sortie = ecrit->utf8() + '\n';
-    if (std::fwrite(sortie.data(), 1, sortie.size(), stdout) != sortie.size() || std::fflush(stdout) != 0)
-        refuse(std::string("impossible d’écrire\u00A0: ") + std::strerror(errno));
-    return 0;
+    return ecris(ecrit->utf8() + '\n');
 }

@@ -1,77 +1,25 @@
 // The page of French texts, as a person uses it.
-#include "../appkit/AppFixture.h"
+#include "PageFixture.h"
 
-#include <FenetreGalerie.h>
 #include <francais/BandeauMots.h>
 #include <francais/ListeMots.h>
 #include <libvue/platform/appkit/NSPopUpButton.h>
 #include <libvue/platform/appkit/NSSlider.h>
 #include <libvue/platform/appkit/NSText.h>
-#include <libvue/platform/appkit/NSTextField.h>
 
 namespace galerie {
 namespace {
 
-using libvue::test::AppFixture;
+struct PageFrancaisTest : PageFixture {
+    PageFrancaisTest() : PageFixture(u"Français") {}
 
-struct PageFrancaisTest : AppFixture {
-    Ref<FenetreGalerie> galerie = make<FenetreGalerie>(RegistrePages::fabriqueToutes());
-
-    PageFrancaisTest() {
-        galerie->ouvre();
-        for (NSUInteger i = 0; i < galerie->pages().size(); ++i)
-            if (galerie->pages()[i]->nom()->isEqualTo(u"Français")) galerie->montrePage(i);
-        drain();
-    }
-    void TearDown() override {
-        galerie = nullptr;
-        setCurrentAppearance(Appearance::light);
-        AppFixture::TearDown();
-    }
-
-    [[nodiscard]] NSWindow* fenetre() const { return galerie->fenetre(); }
-    template <class T> void rassemble(NSView* dans, std::vector<T*>& toutes) const {
-        if (auto* t = as<T>(dans)) toutes.push_back(t);
-        for (NSView* v : dans->subviews())
-            rassemble(v, toutes);
-    }
-    template <class T> std::vector<T*> toutes() const {
-        std::vector<T*> t;
-        rassemble(fenetre()->contentView(), t);
-        return t;
-    }
-    template <class T> T* nommee(const char16_t* nom) const {
-        for (T* t : toutes<T>()) {
-            const auto d = t->accessibilityDescription();
-            if (d.label && d.label->isEqualTo(nom)) return t;
-        }
-        return nullptr;
-    }
-    /// Whether a label on the page says it.
-    [[nodiscard]] bool dit(std::u16string_view texte) const {
-        for (NSTextField* l : toutes<NSTextField>())
-            if (!l->isEditable() && l->stringValue()->utf16().find(texte) != std::u16string::npos) return true;
-        return false;
-    }
     [[nodiscard]] std::string ordre() const {
         return toutes<ListeMots>().at(0)->mots()->componentsJoinedByString(u" "_ns)->utf8();
     }
-
-    void clique(NSView* v, NSPoint ici, int fois = 1) {
-        const NSPoint p = fenetre()->convertBaseToScreen(v->convertPoint_toView(ici, nullptr));
-        for (int i = 0; i < fois; ++i)
-            windows().click(p);
-        drain();
-    }
     void remplace(NSTextField* champ, std::u16string_view texte) {
-        clique(champ, {champ->bounds().size.width / 2, champ->bounds().size.height / 2});
+        clique(champ);
         touche(u'a', backend::modifierCommand);
-        windows().typeText(texte);
-        drain();
-    }
-    void touche(char16_t c, std::uint32_t modificateurs = 0) {
-        windows().key(c, modificateurs);
-        drain();
+        tape(texte);
     }
 };
 

@@ -474,5 +474,18 @@ TEST_F(Documents, thatCannotBeRead) {
         EXPECT_EQ(r.out, "");
         EXPECT_NE(r.errors.find(row.says), std::string::npos) << r.errors;
     }
-    EXPECT_EQ(tool_.run("", {"--help"}).status, 0);
+    const Result help = tool_.run("", {"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_EQ(help.errors, "");
+    for (const char* option : {"--indente", "--compact", "--trie", "--fragment", "--profondeur", "--help"})
+        EXPECT_NE(help.out.find(option), std::string::npos) << option;
+}
+
+TEST_F(Documents, withAZeroByteEndThere) {
+    const std::string zero(1, '\0');
+    gives("[1,2]" + zero + "what follows does not count", "[1,2]");
+    fails("[1," + zero + "2]", "11 End of input while parsing array\n");
+    fails("[\"a" + zero + "b\"]", "5 Unescaped control character '0x0'\n" + inArray);
+    fails(zero, "11 Unexpected end of string\n");
+    gives("[\"\\u0000b\"]", "[\"\\u0000b\"]");
 }
