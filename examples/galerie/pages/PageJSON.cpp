@@ -32,7 +32,7 @@ constexpr const char16_t* kExemple = uR"({
   "chapitres" : [
     { "nom" : "Le départ", "première" : 9 },
     { "nom" : "La neige", "première" : 57 },
-    { "nom" : "Citations \"du retour\"", "première" : 201 }
+    { "nom" : "\"Retour\"", "première" : 201 }
   ],
   "mots" : [ "froid", "train", "lettre\n" ]
 })";
