@@ -132,6 +132,7 @@ TEST(NSDateFormatter, datesInTheWordsOfALocale) {
     EXPECT_EQ(f->dateFromString(text(u"mardi")), nullptr);
     f->setDateFormat(text(u"dd/MM/y"));
     EXPECT_EQ(described(f->dateFromString(text(u"29/02/2024"))), "2024-02-29 00:00:00 +0000");
+    EXPECT_EQ(described(f->dateFromString(text(u"1/3/2024"))), "2024-03-01 00:00:00 +0000");
     for (const char16_t* none : {u"29/02/2023", u"31/04/2024", u"1/13/2024"})
         EXPECT_EQ(f->dateFromString(text(none)), nullptr) << shown(none);
     EXPECT_EQ(f->dateFromString(text(u"")), nullptr);

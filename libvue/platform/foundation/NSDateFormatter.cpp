@@ -1,8 +1,10 @@
 #include <libvue/platform/foundation/NSDateFormatter.h>
 
 #include <cmath>
+#include <memory>
 #include <vector>
 
+#include <unicode/ucal.h>
 #include <unicode/udat.h>
 
 #include <libvue/platform/foundation/NSCoder.h>
@@ -31,6 +33,10 @@ UDateFormatStyle styleOf(NSDateFormatterStyle style) noexcept {
     }
 }
 
+struct CloseCalendar {
+    void operator()(UCalendar* c) const noexcept { ucal_close(c); }
+};
+
 } // namespace
 
 /// Null where ICU could make no format, or where there is nothing to show.
@@ -49,12 +55,7 @@ public:
         if (U_FAILURE(status)) {
             udat_close(format_);
             format_ = nullptr;
-            return;
         }
-        // The thirty-first of a short month is no date; spaces and digits are read as freely as before.
-        udat_setLenient(format_, false);
-        udat_setBooleanAttribute(format_, UDAT_PARSE_ALLOW_WHITESPACE, true, &status);
-        udat_setBooleanAttribute(format_, UDAT_PARSE_ALLOW_NUMERIC, true, &status);
     }
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
@@ -80,7 +81,13 @@ public:
         std::u16string text = s.utf16();
         UErrorCode status = U_ZERO_ERROR;
         int32_t at = 0;
-        UDate d = udat_parse(format_, text.data(), static_cast<int32_t>(text.size()), &at, &status);
+        // The writing is read freely, but the thirty-first of a short month is no date.
+        const std::unique_ptr<UCalendar, CloseCalendar> fields(ucal_clone(udat_getCalendar(format_), &status));
+        if (U_FAILURE(status)) return nullptr;
+        ucal_clear(fields.get());
+        ucal_setAttribute(fields.get(), UCAL_LENIENT, 0);
+        udat_parseCalendar(format_, fields.get(), text.data(), static_cast<int32_t>(text.size()), &at, &status);
+        const UDate d = ucal_getMillis(fields.get(), &status);
         if (U_FAILURE(status) || static_cast<std::size_t>(at) != text.size()) return nullptr;
         return NSDate::dateWithTimeIntervalSince1970(d / millisecondsOfSecond);
     }
