@@ -114,7 +114,8 @@ void NSManagedObject::store(NSObject* value, NSString* key) {
 NSManagedObject* NSManagedObject::checked(const Relationship* r, NSObject* value) {
     auto* object = as<NSManagedObject>(value);
     if (object && (!r->destinationEntity() || object->entity() == r->destinationEntity())) return object;
-    raiseNamed(NSInvalidArgumentException, r->name()->utf8() + " does not lead to " + value->description()->utf8());
+    const std::string what = value ? value->description()->utf8() : "(null)";
+    raiseNamed(NSInvalidArgumentException, r->name()->utf8() + " does not lead to " + what);
 }
 
 void NSManagedObject::setToOne(Relationship* r, NSObject* value) {

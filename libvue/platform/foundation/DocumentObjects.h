@@ -48,10 +48,10 @@ private:
 };
 
 inline NSMutableArray* DocumentObjects::array(NSObject* const* items, std::size_t count) {
-    constexpr std::size_t mostNear = (SmallBlocks::most - sizeof(NSMutableArray)) / sizeof(NSObject*);
+    constexpr std::size_t mostNear = (SmallBlocks::most - sizeof(NSMutableArray)) / sizeof(void*);
     static_assert(mostNear <= 0xFF, "the tag holds the capacity");
     if (count == 0 || count > mostNear) return longArray(items, count);
-    void* const room = SmallBlocks::takeFast(sizeof(NSMutableArray) + count * sizeof(NSObject*));
+    void* const room = SmallBlocks::takeFast(sizeof(NSMutableArray) + count * sizeof(void*));
     auto* a = new (room) NSMutableArray;
     a->setTag_(static_cast<std::uint8_t>(count));
     a->items_ = a->nearItems();

@@ -91,7 +91,7 @@ void NSArray::grow(NSUInteger capacity) {
     if (!p) throw std::bad_alloc();
     *p = capacity;
     auto* items = reinterpret_cast<NSObject**>(p + 1);
-    if (near) std::memcpy(items, items_, count_ * sizeof(void*));
+    if (near && items_) std::memcpy(items, items_, count_ * sizeof(void*));
     items_ = items;
 }
 

@@ -20,6 +20,7 @@ enum NSCalculationError : NSUInteger {
 class LIBVUE_API NSDecimalNumber : public NSNumber {
 public:
     static void describe(ClassDescription<NSDecimalNumber, NSNumber>& c);
+    static void* operator new(std::size_t) = delete; ///< made by its own functions alone
     /// The number in an archive, or null.
     [[nodiscard]] static Ref<NSDecimalNumber> initWithCoder(NSCoder& coder);
 
@@ -72,7 +73,6 @@ private:
         integer_ = v;
     }
     ~NSDecimalNumber() override;
-    static void* operator new(std::size_t) = delete;
     static void* operator new(std::size_t, void* room) noexcept { return room; }
     static void operator delete(void* object) noexcept;
 
