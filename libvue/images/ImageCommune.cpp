@@ -16,7 +16,7 @@ ImageCommune::ImageCommune(const UniChaine& nom) : ImageCommune() { Prends(nom);
 ImageCommune::ImageCommune(const ImageCommune& autre) : impl_(new ObjCImplImageCommune(*autre.impl_)) {}
 
 ImageCommune& ImageCommune::operator=(const ImageCommune& autre) {
-    impl_->image = autre.impl_->image;
+    if (this != &autre) impl_->image = autre.impl_->image;
     return *this;
 }
 

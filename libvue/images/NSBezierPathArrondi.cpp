@@ -25,7 +25,7 @@ Ref<NSBezierPath> rectangleArrondiParArcs(const NSRect& rect, CGFloat radius) {
     const CGFloat maxX = enSimple(NSMaxX(interieur));
     const CGFloat maxY = enSimple(NSMaxY(interieur));
 
-    const Ref<NSBezierPath> path = NSBezierPath::bezierPath();
+    Ref<NSBezierPath> path = NSBezierPath::bezierPath();
     path->appendBezierPathWithArcWithCenter_radius_startAngle_endAngle({minX, minY}, radius, 180.0, 270.0);
     path->appendBezierPathWithArcWithCenter_radius_startAngle_endAngle({maxX, minY}, radius, 270.0, 360.0);
     path->appendBezierPathWithArcWithCenter_radius_startAngle_endAngle({maxX, maxY}, radius, 0.0, 90.0);

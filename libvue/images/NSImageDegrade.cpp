@@ -1,6 +1,6 @@
 #include <libvue/images/NSImageDegrade.h>
 
-#include <libvue/platform/appkit/ScopeExit.h>
+#include <libvue/images/FocusImage.h>
 #include <libvue/platform/graphics/CGContext.h>
 #include <libvue/platform/graphics/NSImage.h>
 
@@ -40,9 +40,8 @@ void evalue(void* info, const CGFloat* in, CGFloat* out) {
 Ref<NSImage> greyGradientImageWithSize_type(NSSize size, std::int32_t type) {
     if (!(size.width > 0) || !(size.height > 0)) return nullptr;
     Arrets arrets = arretsDuType(type);
-    const Ref<NSImage> image = make<NSImage>(size);
-    image->lockFocus();
-    const ScopeExit fin([&] { image->unlockFocus(); });
+    Ref<NSImage> image = make<NSImage>(size);
+    const FocusImage focus(image);
     const CGContextRef port = NSGraphicsContext::currentContext()->graphicsPort();
     CGContextSaveGState(port);
     const CGColorSpaceRef espace = CGColorSpaceCreateDeviceGray();

@@ -1,6 +1,6 @@
 #include <libvue/images/NSImageKCAdditions.h>
 
-#include <libvue/platform/appkit/ScopeExit.h>
+#include <libvue/images/FocusImage.h>
 #include <libvue/platform/foundation/ClassExtension.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSDrawing.h>
@@ -19,11 +19,10 @@ const ClassExtension<NSImage> extension([](ClassExtension<NSImage>::Description&
 /// The image drawn into a new one of that size at that strength; the colour (may be null) over its ink.
 Ref<NSImage> derive(NSImage* image, NSSize taille, CGFloat force, NSColor* teinte) {
     if (!image) return nullptr;
-    const Ref<NSImage> nouvelle = make<NSImage>(taille);
+    Ref<NSImage> nouvelle = make<NSImage>(taille);
     if (!(taille.width > 0) || !(taille.height > 0)) return nouvelle;
     const NSRect tout{NSZeroPoint, taille};
-    nouvelle->lockFocus();
-    const ScopeExit fin([&] { nouvelle->unlockFocus(); });
+    const FocusImage focus(nouvelle);
     image->drawInRect_fromRect_operation_fraction(tout, NSZeroRect, NSCompositeSourceOver, force);
     if (!teinte) return nouvelle;
     teinte->setFill();

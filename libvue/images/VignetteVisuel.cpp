@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include <libvue/images/FocusImage.h>
 #include <libvue/images/VoileImage.h>
 #include <libvue/platform/graphics/NSBitmapImageRep.h>
 #include <libvue/platform/graphics/NSGraphicsContext.h>
@@ -18,7 +19,7 @@ constexpr CGFloat pasAlpha = 0.05;
 constexpr NSTimeInterval entreTrames = 0.02;
 
 Ref<NSImage> imageDeDonnees(NSData* donnees) {
-    const Ref<NSImage> image = make<NSImage>();
+    Ref<NSImage> image = make<NSImage>();
     const Ref<NSBitmapImageRep> rep = NSBitmapImageRep::imageRepWithData(donnees);
     image->addRepresentation(rep);
     return image;
@@ -71,19 +72,18 @@ void VignetteVisuel::afficheRectangleInteret() {
 Ref<NSImage> VignetteVisuel::trame() {
     const NSSize taille = image_->size();
     if (!prepareFond(taille)) {
-        const Ref<NSImage> entiere = image_->copy();
+        Ref<NSImage> entiere = image_->copy();
         poseVoile(entiere, voilePerce(imageNoir_, taille, {NSZeroPoint, taille}, rectInteret_, alpha_), NSZeroPoint);
         return entiere;
     }
     // Away from the hole a frame is the veiled picture.
-    const Ref<NSImage> image = fond_.voilee->copy();
+    Ref<NSImage> image = fond_.voilee->copy();
     const NSRect partie = porteeDuTrou(rectInteret_, taille);
     if (NSIsEmptyRect(partie)) return image;
     const Ref<NSImage> masque = voilePerce(imageNoir_, taille, partie, rectInteret_, alpha_);
-    image->lockFocus();
+    const FocusImage focus(image);
     fond_.nette->drawInRect_fromRect_operation_fraction(partie, partie, NSCompositeCopy, 1.0);
     masque->drawAtPoint_fromRect_operation_fraction(partie.origin, NSZeroRect, NSCompositeSourceAtop, 1.0);
-    image->unlockFocus();
     return image;
 }
 

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include <libvue/platform/appkit/ScopeExit.h>
+#include <libvue/images/FocusImage.h>
 #include <libvue/platform/graphics/CGContext.h>
 #include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/NSColor.h>
@@ -35,18 +35,16 @@ NSRect regionElargie(const NSRect& region, NSSize taille) {
 }
 
 Ref<NSImage> voileNoir(NSSize taille, CGFloat rayon) {
-    const Ref<NSImage> voile = make<NSImage>(taille);
-    voile->lockFocus();
-    const ScopeExit fin([&] { voile->unlockFocus(); });
+    Ref<NSImage> voile = make<NSImage>(taille);
+    const FocusImage focus(voile);
     NSColor::blackColor()->colorWithAlphaComponent(opaciteVoile)->setFill();
     NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius({NSZeroPoint, taille}, rayon, rayon)->fill();
     return voile;
 }
 
 Ref<NSImage> voilePerce(NSImage* voile, NSSize taille, const NSRect& partie, const NSRect& trou, CGFloat force) {
-    const Ref<NSImage> masque = make<NSImage>(partie.size);
-    masque->lockFocus();
-    const ScopeExit fin([&] { masque->unlockFocus(); });
+    Ref<NSImage> masque = make<NSImage>(partie.size);
+    const FocusImage focus(masque);
     const CGContextRef port = NSGraphicsContext::currentContext()->graphicsPort();
     CGContextTranslateCTM(port, -partie.origin.x, -partie.origin.y);
 
@@ -77,8 +75,7 @@ NSRect porteeDuTrou(const NSRect& trou, NSSize taille) {
 }
 
 void poseVoile(NSImage* image, NSImage* voile, NSPoint coin) {
-    image->lockFocus();
-    const ScopeExit fin([&] { image->unlockFocus(); });
+    const FocusImage focus(image);
     voile->drawAtPoint_fromRect_operation_fraction(coin, NSZeroRect, NSCompositeSourceAtop, 1.0);
 }
 

@@ -81,7 +81,7 @@ bool UniChaine::estEgale(const UniChaine& autre) const noexcept {
 std::strong_ordering UniChaine::compare(const UniChaine& autre) const noexcept {
     const NSInteger communes = std::min(Longueur(), autre.Longueur());
     for (NSInteger i = 0; i < communes; ++i)
-        if (const auto ordre = (*this)[i] <=> autre[i]; ordre != 0) return ordre;
+        if (const auto ordre = (*this)[i] <=> autre[i]; std::is_neq(ordre)) return ordre;
     return Longueur() <=> autre.Longueur();
 }
 
@@ -90,7 +90,7 @@ UniChaine UniChaine::DonneNombreFormatay(double nombre, bool zerosFinals, int de
     if (std::isinf(nombre)) return nombre < 0 ? u"-\u221E" : u"\u221E";
     decimales = std::clamp(decimales, 0, plusDeDecimales);
     constexpr int plusLong = 309 + 1 + plusDeDecimales; // digits of the largest number, comma, decimals
-    char chiffres[plusLong];
+    char chiffres[plusLong] = {};
     const char* fin =
         std::to_chars(chiffres, chiffres + plusLong, std::abs(nombre), std::chars_format::fixed, decimales).ptr;
     const char* finEntiers = decimales > 0 ? fin - decimales - 1 : fin;
@@ -114,7 +114,7 @@ UniChaine UniChaine::DonneNombreFormatay(double nombre, bool zerosFinals, int de
 }
 
 UniChaine UniChaine::DonneNombreFormatay(int nombre) {
-    char chiffres[16];
+    char chiffres[16] = {};
     const char* fin = std::to_chars(chiffres, chiffres + sizeof chiffres, nombre).ptr;
     const char* debut = chiffres;
     char texte[24];

@@ -11,7 +11,7 @@ namespace libvue::test {
 
 /// A picture with some of everything: opaque, translucent and empty parts, edges that fall between pixels.
 inline Ref<NSImage> photo(NSSize taille) {
-    const Ref<NSImage> image = make<NSImage>(taille);
+    Ref<NSImage> image = make<NSImage>(taille);
     image->lockFocus();
     NSColor::orangeColor()->set();
     NSRectFill({{0, 0}, {taille.width, taille.height / 2}});

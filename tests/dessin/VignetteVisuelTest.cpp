@@ -18,7 +18,7 @@ namespace {
 constexpr double infini = std::numeric_limits<double>::infinity();
 
 Ref<NSImage> voile(NSSize taille, CGFloat rayon) {
-    const Ref<NSImage> v = make<NSImage>(taille);
+    Ref<NSImage> v = make<NSImage>(taille);
     v->lockFocus();
     NSColor::blackColor()->colorWithAlphaComponent(0.25)->setFill();
     NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius({NSZeroPoint, taille}, rayon, rayon)->fill();
@@ -28,7 +28,7 @@ Ref<NSImage> voile(NSSize taille, CGFloat rayon) {
 
 /// A frame in the plain way: a mask of the whole picture, drawn downward, over a copy.
 Ref<NSImage> trameSimple(const NSImage* image, NSImage* noir, const NSRect& region, CGFloat alpha) {
-    const Ref<NSImage> trame = image->copy();
+    Ref<NSImage> trame = image->copy();
     const Ref<NSImage> masque = make<NSImage>(image->size());
     masque->setFlipped(YES);
     const Ref<NSBezierPath> contour = NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius(region, 4, 4);

@@ -48,9 +48,9 @@ void sapin(NSPoint pied, CGFloat haut) {
 
 Ref<NSImage> paysage(NSSize taille) {
     const NSSize t{taille.width * kFinesse, taille.height * kFinesse};
-    const auto image = make<NSImage>(t);
+    auto image = make<NSImage>(t);
     image->lockFocus();
-    const ScopeExit fin([&] {
+    const ScopeExit fin([image, taille] {
         image->unlockFocus();
         image->setSize(taille);
     });
@@ -110,9 +110,9 @@ Ref<NSImage> paysage(NSSize taille) {
 
 Ref<NSImage> voilier(CGFloat cote) {
     const CGFloat c = cote * kFinesse;
-    const auto image = make<NSImage>(NSSize{c, c});
+    auto image = make<NSImage>(NSSize{c, c});
     image->lockFocus();
-    const ScopeExit fin([&] {
+    const ScopeExit fin([image, cote] {
         image->unlockFocus();
         image->setSize({cote, cote});
     });
