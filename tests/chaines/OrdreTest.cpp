@@ -238,7 +238,7 @@ TEST(OrdreTest, listsThatAreNotAllTextsAreComparedInPairs) {
 
 TEST(OrdreTest, descriptorsSortTextsAsTheSelectorDoes) {
     const auto entry = [](const char16_t* name, NSInteger n) {
-        const Ref<NSMutableDictionary> d = NSMutableDictionary::dictionaryWithObject_forKey(boxed(n), u"n"_ns);
+        Ref<NSMutableDictionary> d = NSMutableDictionary::dictionaryWithObject_forKey(boxed(n), u"n"_ns);
         if (name) d->setObject_forKey(text(name), u"name"_ns);
         return d;
     };

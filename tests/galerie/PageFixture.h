@@ -30,6 +30,7 @@ struct PageFixture : libvue::test::AppFixture {
 
     [[nodiscard]] NSWindow* fenetre() const { return galerie->fenetre(); }
     template <class T> void rassemble(NSView* dans, std::vector<T*>& toutes) const {
+        if (!dans) return;
         if (auto* t = as<T>(dans)) toutes.push_back(t);
         for (NSView* v : dans->subviews())
             rassemble(v, toutes);

@@ -30,6 +30,7 @@ public:
         const std::string program = std::string(examples ? examples : ".") + "/vuejson";
         arguments.insert(arguments.begin(), program);
         std::vector<char*> argv;
+        argv.reserve(arguments.size() + 1);
         for (std::string& a : arguments)
             argv.push_back(a.data());
         argv.push_back(nullptr);
