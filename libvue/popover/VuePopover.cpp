@@ -2,6 +2,7 @@
 
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/appkit/NSWindowShadow.h>
 #include <libvue/platform/graphics/Appearance.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSGraphicsContext.h>
@@ -95,7 +96,7 @@ Ref<NSBezierPath> VuePopover::contourAvecRectInterieur(const NSRect& r) {
 void VuePopover::remplis() {
     NSGraphicsContext::saveGraphicsState();
     // A window of that shape has a shadow of that shape; the room round the outline is there for it.
-    if (window() && window()->hasShadow()) {
+    if (drawsShadowOf(window())) {
         const Ref<NSShadow> ombre = make<NSShadow>();
         ombre->setShadowBlurRadius(kFlouOmbre);
         ombre->setShadowOffset({0, -kChuteOmbre});

@@ -23,6 +23,7 @@ public:
     Billet(NSView* ancre, NSString* cle) : ancre(ancre), cle(cle) {}
     Weak<NSView> ancre;
     Ref<NSString> cle;
+    BOOL parClavier = NO;
 };
 
 BOOL estAppui(const NSEvent* e) {
@@ -84,7 +85,10 @@ void Montreur::ouvre(NSView* ancre, BOOL systeme, NSUInteger bord) {
         });
     w->setContentViewController(contenu);
     w->setDelegate(this);
-    w->setUserInfo(make<Billet>(ancre, cle));
+    const NSEvent* e = NSApp()->currentEvent();
+    const auto billet = make<Billet>(ancre, cle);
+    billet->parClavier = e && e->type() == NSKeyDown;
+    w->setUserInfo(billet);
     w->setDetachable(reglages_.detachable);
     w->setMasqueEdgeAutorisay(reglages_.masque);
     w->setBehavior(reglages_.comportement);
@@ -97,8 +101,7 @@ void Montreur::ouvre(NSView* ancre, BOOL systeme, NSUInteger bord) {
     KCPopoverManager::associePopover_avecCle(w, cle);
     // The edges of the page are those on the screen; the system's popover, asked directly, would speak of the view's.
     w->showRelativeToRect_ofView_preferredEdge(ancre->bounds(), ancre, bord);
-    const NSEvent* e = NSApp()->currentEvent();
-    if (!maison || !e || e->type() != NSKeyDown) return;
+    if (!maison || !billet->parClavier) return;
     // Opened by keyboard, it is used by keyboard.
     maison->panel()->makeFirstResponder(contenu->premier());
     maison->panel()->makeKeyWindow();
@@ -136,6 +139,9 @@ void Montreur::popoverDidClose(NSNotification* n) {
     if (!billet) return;
     const Ref<NSString> cle = billet->cle;
     if (KCPopoverManager::popoverAvecCle(cle) == w.get()) KCPopoverManager::enlevePopoverAvecCle(cle);
+    // Whoever came from there by keyboard goes on from there.
+    const Ref<NSView> ancre = billet->ancre.ref();
+    if (billet->parClavier && ancre && ancre->window()) ancre->window()->makeFirstResponder(ancre);
 }
 
 } // namespace galerie

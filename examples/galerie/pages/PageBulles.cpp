@@ -31,6 +31,9 @@ public:
     static void describe(ClassDescription<VueBulles, NSView>&) {}
     VueBulles() : montreur_(make<Montreur>()), ecran_(*montreur_) {
         couleurs();
+        // The keys go through the sheet first, then through the list and the settings.
+        scene_ = make<KCFlippedView>(NSZeroRect);
+        addSubview(scene_);
         ancres();
         liste_ = liste();
         addSubview(liste_);
@@ -57,16 +60,17 @@ public:
         cote_->setFrame(
             NSMakeRect(t.width - kMarge - kInspecteur, kHaut, droite, std::max(0.0, t.height - kHaut - kMarge)));
         const NSRect f = feuille();
+        scene_->setFrame(f);
         liste_->setFrame(NSInsetRect(NSMakeRect(NSMinX(f), NSMaxY(f) + 12, f.size.width, kListe), 1, 1));
         for (std::size_t i = 0; i < ancres_.size(); ++i) {
             const NSSize a = ancres_[i]->frame().size;
-            const NSRect r = NSInsetRect(f, kBordAncre, kBordAncre);
+            const NSRect r = NSInsetRect(scene_->bounds(), kBordAncre, kBordAncre);
             ancres_[i]->setFrameOrigin(
                 {std::round(NSMinX(r) + (r.size.width - a.width) * static_cast<CGFloat>(i % 3) / 2),
                  std::round(NSMinY(r) + (r.size.height - a.height) * static_cast<CGFloat>(i / 3) / 2)});
         }
         const NSSize m = milieu_->frame().size;
-        milieu_->setFrameOrigin({std::round(NSMidX(f) - m.width / 2), std::round(NSMidY(f) - m.height / 2)});
+        milieu_->setFrameOrigin({std::round((f.size.width - m.width) / 2), std::round((f.size.height - m.height) / 2)});
     }
 
     void drawRect(const NSRect&) override {
@@ -104,7 +108,7 @@ private:
             b->setFrameSize({40, b->frame().size.height});
             b->setAccessibilityLabel(u"Ouvrir une bulle ici"_ns);
             b->setHidden(i == 4);
-            addSubview(b);
+            scene_->addSubview(b);
             ancres_[i] = b;
         }
         // The two kinds beside each other.
@@ -117,7 +121,7 @@ private:
         milieu_ = pile({rangee({maison, systeme}, 12), deux}, 12);
         deux->setFrameOrigin(
             {std::round((milieu_->frame().size.width - deux->frame().size.width) / 2), deux->frame().origin.y});
-        addSubview(milieu_);
+        scene_->addSubview(milieu_);
     }
 
     Ref<NSScrollView> liste() {
@@ -219,7 +223,7 @@ private:
     AncresEcran ecran_;
     Actions actions_;
     std::array<Ref<NSButton>, 9> ancres_;
-    Ref<NSView> milieu_;
+    Ref<NSView> scene_, milieu_;
     Ref<NSScrollView> liste_, cote_;
     Ref<NSButton> auBord_;
 };

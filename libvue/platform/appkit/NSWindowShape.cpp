@@ -7,8 +7,8 @@ namespace libvue {
 
 namespace {
 
-/// What is at least half opaque belongs to the window.
-constexpr std::uint32_t leastAlpha = 0x80;
+/// What can be made out belongs to the window: a fine border that is mostly transparent, too.
+constexpr std::uint32_t leastAlpha = 0x06;
 
 /// From the left edge of the first pixel to that of the one behind the last.
 struct Run {

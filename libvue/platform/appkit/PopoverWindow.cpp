@@ -4,6 +4,7 @@
 
 #include <libvue/platform/appkit/BalloonPlacement.h>
 #include <libvue/platform/appkit/NSEvent.h>
+#include <libvue/platform/appkit/NSWindowShadow.h>
 #include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSGraphicsContext.h>
@@ -105,11 +106,13 @@ public:
         const CGFloat centre = balloonArrowCentre(r, anchor, edge) - (across ? NSMinX(r) : NSMinY(r));
         const Ref<NSBezierPath> outline = Outline(r, edge).withArrow(centre);
         NSGraphicsContext::saveGraphicsState();
-        const Ref<NSShadow> shadow = make<NSShadow>();
-        shadow->setShadowBlurRadius(kShadowBlur);
-        shadow->setShadowOffset({0, -kShadowDrop});
-        shadow->setShadowColor(NSColor::shadowColor()->colorWithAlphaComponent(kShadowAlpha));
-        shadow->set();
+        if (drawsShadowOf(window())) {
+            const Ref<NSShadow> shadow = make<NSShadow>();
+            shadow->setShadowBlurRadius(kShadowBlur);
+            shadow->setShadowOffset({0, -kShadowDrop});
+            shadow->setShadowColor(NSColor::shadowColor()->colorWithAlphaComponent(kShadowAlpha));
+            shadow->set();
+        }
         NSColor::systemColor(SystemColor::menuBackground)->setFill();
         outline->fill();
         NSGraphicsContext::restoreGraphicsState();
