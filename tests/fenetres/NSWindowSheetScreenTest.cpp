@@ -1,55 +1,15 @@
-#include <array>
 #include <cstdio>
-#include <functional>
-#include <memory>
-#include <string>
 
-#include <gtest/gtest.h>
+#include <fenetres/EcranFixture.h>
 
-#include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSPanel.h>
-#include <libvue/platform/backend/Backend.h>
-#include <libvue/platform/foundation/NSRunLoop.h>
 
 using namespace libvue;
+using namespace libvue::test;
 
 namespace {
 
-/// What the command prints.
-std::string output(const std::string& command) {
-    std::string text;
-    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen((command + " 2>&1").c_str(), "r"), pclose);
-    std::array<char, 256> part;
-    while (std::fgets(part.data(), part.size(), pipe.get()))
-        text += part.data();
-    return text;
-}
-
-class SheetScreenTest : public testing::Test {
-protected:
-    SheetScreenTest() { backend::Backend::install(backend::makeQtBackend()); }
-    ~SheetScreenTest() override {
-        NSApplication::resetSharedApplication();
-        backend::Backend::install(nullptr);
-    }
-
-    /// Runs the application until that is so.
-    static bool comes(const std::function<bool()>& condition) {
-        constexpr NSTimeInterval patience = 10, step = 0.05;
-        NSRunLoop* loop = NSRunLoop::mainRunLoop();
-        for (const NSTimeInterval end = loop->now() + patience; loop->now() < end;) {
-            (void)NSApp()->runOnceUntil_(loop->now() + step);
-            if (condition()) return true;
-        }
-        return false;
-    }
-    static void click(NSPoint screen) {
-        const auto screens = backend::Backend::current().windows->screens();
-        const int top = static_cast<int>(NSMaxY(screens.front().frame));
-        output("xdotool mousemove " + std::to_string(static_cast<int>(screen.x)) + " " +
-               std::to_string(top - static_cast<int>(screen.y)) + " click 1");
-    }
-};
+class SheetScreenTest : public EcranFixture {};
 
 TEST_F(SheetScreenTest, ASheetBelongsToItsWindowOnTheDesktop) {
     const auto owner = make<NSWindow>(NSMakeRect(200, 300, 400, 300), NSTitledWindowMask | NSClosableWindowMask);
