@@ -22,7 +22,7 @@ Ref<NSColor> teinte(unsigned rvb, CGFloat alpha = 1) {
 
 /// A ridge from edge to edge, its heights in fractions of the size, closed down to `pied`.
 Ref<NSBezierPath> crete(NSSize t, CGFloat pied, std::initializer_list<NSPoint> points) {
-    const auto p = NSBezierPath::bezierPath();
+    auto p = NSBezierPath::bezierPath();
     p->moveToPoint({0, pied * t.height});
     for (const NSPoint& point : points)
         p->lineToPoint({point.x * t.width, point.y * t.height});

@@ -28,7 +28,7 @@ constexpr CGFloat kIcone = 56, kNom = 64, kValeur = 48;
 Ref<CaseImage> vide(NSString* legende) { return make<CaseImage>(NSSize{std::floor(kCase), kHautCase}, legende); }
 
 Ref<CaseImage> caseDe(std::function<Ref<NSImage>()> image, NSString* legende) {
-    const auto c = vide(legende);
+    auto c = vide(legende);
     c->image = std::move(image);
     return c;
 }
@@ -168,7 +168,7 @@ Ref<NSView> Images::construitRemplissages() {
     angle_ = curseur(u"Angle"_ns, 90, 360, "angleGlisse:");
     const auto angle = [c = angle_] { return c->doubleValue() / 180 * pi; };
     const auto remplie = [this](NSString* nom, std::function<void(const NSRect&)> dessin) {
-        const auto c = vide(nom);
+        auto c = vide(nom);
         c->dessin = std::move(dessin);
         remplies_.push_back(c);
         return c;
