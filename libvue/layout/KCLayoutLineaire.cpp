@@ -1,7 +1,6 @@
 #include <libvue/layout/KCLayoutLineaire.h>
 
 #include <algorithm>
-#include <utility>
 
 #include <libvue/layout/KCLayoutView.h>
 #include <libvue/platform/appkit/NSBox.h>
@@ -38,10 +37,9 @@ void KCLayoutLineaire::effectueLayout(KCLayoutView* h) {
     const NSView* dernier = h->subviews().lastObject();
     KindTest<NSBox> isBox;
     CGFloat a = 0.0, b = 0.0;
-    Ref<NSView> precedent;
-    // By index: an observer of a frame may change the list.
+    // Place by place in the list as it is then: an observer of a frame may change it.
     for (std::size_t i = 0; i < h->subviews().size(); ++i) {
-        Ref<NSView> s(h->subviews()[i]);
+        NSView* const s = *SubviewList::Iterator(h->subviews(), i);
         if (!s->isHidden()) {
             NSRect f = s->frame();
             if (direction_ == 0) {
@@ -50,7 +48,8 @@ void KCLayoutLineaire::effectueLayout(KCLayoutView* h) {
                 if (s != dernier) a += espacement_;
                 b = std::max(b, f.origin.y + f.size.height);
             } else {
-                if (precedent && isBox(s) && precedent->isKindOfClass(classOf<NSTextField>())) b += kEcartTexteBoite;
+                if (i > 0 && isBox(s) && h->subviews()[i - 1]->isKindOfClass(classOf<NSTextField>()))
+                    b += kEcartTexteBoite;
                 f.origin.y = b;
                 a = std::max(a, f.origin.x + f.size.width);
                 b += f.size.height;
@@ -58,13 +57,13 @@ void KCLayoutLineaire::effectueLayout(KCLayoutView* h) {
             }
             s->setFrame(f);
         }
-        precedent = std::move(s);
     }
     if (ajusteTailleAuContenu_) h->setFrame({h->frame().origin, {a, b}});
 }
 
 void KCLayoutLineaire::layoutView_resizeSubviewsWithOldSize(KCLayoutView* h, NSSize ancienne) {
-    for (const auto& s : h->subviews().copy()) {
+    for (std::size_t i = 0; i < h->subviews().size(); ++i) {
+        NSView* const s = *SubviewList::Iterator(h->subviews(), i);
         NSRect f = s->frame();
         const NSUInteger m = s->autoresizingMask();
         // The far margin is kept and the length counted from 0, so that a near offset is added to what the host gained.

@@ -65,13 +65,15 @@ void KCLayoutView::layoutSiNecessaireRecursifDepthFirst(NSView* vue) {
 }
 
 void KCLayoutView::descend(const NSView* vue) {
-    // By index: what runs in a pass may change the list.
+    // Place by place in the list as it is then: what runs in a pass may change it.
     for (std::size_t i = 0; i < vue->subviews().size(); ++i) {
-        const Ref<NSView> v(vue->subviews()[i]);
+        NSView* const v = *SubviewList::Iterator(vue->subviews(), i);
         if (KCLayoutView* layout = layoutView(v))
             layout->layoutSiNecessaire();
-        else if (!v->subviews().empty())
+        else if (!v->subviews().empty()) {
+            const Ref<NSView> kept(v);
             descend(v);
+        }
     }
 }
 

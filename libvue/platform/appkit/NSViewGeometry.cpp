@@ -81,6 +81,7 @@ void NSView::setBoundsOrigin(const NSPoint& origin) { setBounds({origin, bounds_
 void NSView::setBoundsSize(const NSSize& size) { setBounds({bounds_.origin, size}); }
 
 void NSView::resizeSubviewsWithOldSize(const NSSize& oldSize) {
+    if (subviews_.empty()) return;
     // An observer of a subview's frame may change the list.
     for (const auto& v : subviews_.copy())
         if (v->superview_ == this) v->resizeWithOldSuperviewSize(oldSize);
