@@ -396,7 +396,9 @@ TEST_F(EventsTest, AnExceptionOfOneHandlerDoesNotEndTheRun) {
 TEST_F(EventsTest, WindowsOnTheScreenAreUpdatedAfterEachEvent) {
     const Ref<NSWindow> hidden = windowAt({{400, 100}, {200, 200}});
     auto* centre = NSNotificationCenter::defaultCenter();
-    const auto note = [&](NSNotification* n) { log.push_back(n->object() == window.get() ? "updated" : "hidden updated"); };
+    const auto note = [&](NSNotification* n) {
+        log.push_back(n->object() == window.get() ? "updated" : "hidden updated");
+    };
     const Ref<NSObject> observer =
         centre->addObserverForName_object_queue_usingBlock(NSWindowDidUpdateNotification, nullptr, nullptr, note);
     move(window, 10, 10);

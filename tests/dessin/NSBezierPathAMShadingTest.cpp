@@ -123,7 +123,9 @@ TEST_F(DegradeTest, anyFunctionIsSampledFinely) {
     const auto& stops = e.last().gradient.stops;
     ASSERT_GT(stops.size(), 30u);
     std::size_t suivant = 1;
-    for (double t = 0; t <= 1; t += 1.0 / 1024) {
+    constexpr int pas = 1024;
+    for (int i = 0; i <= pas; ++i) {
+        const double t = static_cast<double>(i) / pas;
         while (stops[suivant].position < t)
             ++suivant;
         const auto &a = stops[suivant - 1], &z = stops[suivant];
