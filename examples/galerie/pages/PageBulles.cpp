@@ -64,10 +64,11 @@ public:
         liste_->setFrame(NSInsetRect(NSMakeRect(NSMinX(f), NSMaxY(f) + 12, f.size.width, kListe), 1, 1));
         for (std::size_t i = 0; i < ancres_.size(); ++i) {
             const NSSize a = ancres_[i]->frame().size;
+            const std::size_t colonne = i % 3, rang = i / 3;
             const NSRect r = NSInsetRect(scene_->bounds(), kBordAncre, kBordAncre);
             ancres_[i]->setFrameOrigin(
-                {std::round(NSMinX(r) + (r.size.width - a.width) * static_cast<CGFloat>(i % 3) / 2),
-                 std::round(NSMinY(r) + (r.size.height - a.height) * static_cast<CGFloat>(i / 3) / 2)});
+                {std::round(NSMinX(r) + (r.size.width - a.width) * static_cast<CGFloat>(colonne) / 2),
+                 std::round(NSMinY(r) + (r.size.height - a.height) * static_cast<CGFloat>(rang) / 2)});
         }
         const NSSize m = milieu_->frame().size;
         milieu_->setFrameOrigin({std::round((f.size.width - m.width) / 2), std::round((f.size.height - m.height) / 2)});
@@ -125,7 +126,7 @@ private:
     }
 
     Ref<NSScrollView> liste() {
-        const auto defilement = make<NSScrollView>(NSZeroRect);
+        auto defilement = make<NSScrollView>(NSZeroRect);
         defilement->setHasVerticalScroller(YES);
         defilement->setDrawsBackground(NO);
         const auto document = make<KCFlippedView>(NSZeroRect);
@@ -159,7 +160,9 @@ private:
         p->sizeToFit();
         return large(p, kInspecteur - kIntitule - kEcart);
     }
-    static Ref<NSView> ligne(NSString* nom, Ref<NSView> v) { return rangee({large(etiquette(nom), kIntitule), v}); }
+    static Ref<NSView> ligne(NSString* nom, const Ref<NSView>& v) {
+        return rangee({large(etiquette(nom), kIntitule), v});
+    }
     Ref<NSButton> case_(NSString* titre, BOOL cochee, std::function<void(BOOL)> f) {
         auto c = NSButton::checkboxWithTitle_target_action(
             titre, agis([f = std::move(f)](NSObject* e) { f(static_cast<NSButton*>(e)->state() == NSOnState); }),

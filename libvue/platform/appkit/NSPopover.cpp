@@ -292,7 +292,7 @@ BOOL NSPopover::holds(const NSWindow* w) const noexcept {
 }
 
 Ref<NSEvent> NSPopover::sees(NSEvent* e) {
-    const Ref<NSEvent> event(e);
+    Ref<NSEvent> event(e);
     if (!shown_ || closing_ || behavior_ == NSPopoverBehaviorApplicationDefined) return event;
     const Ref<NSWindow> w(e->window());
     if (e->type() == NSKeyDown) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <libvue/platform/appkit/Forward.h>
+#include <libvue/platform/foundation/NSObject.h>
 #include <libvue/platform/foundation/Operation.h>
 #include <libvue/platform/foundation/Types.h>
 
