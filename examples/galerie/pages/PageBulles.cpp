@@ -63,6 +63,7 @@ public:
         scene_->setFrame(f);
         liste_->setFrame(NSInsetRect(NSMakeRect(NSMinX(f), NSMaxY(f) + 12, f.size.width, kListe), 1, 1));
         for (std::size_t i = 0; i < ancres_.size(); ++i) {
+            if (!ancres_[i]) continue;
             const NSSize a = ancres_[i]->frame().size;
             const std::size_t colonne = i % 3, rang = i / 3;
             const NSRect r = NSInsetRect(scene_->bounds(), kBordAncre, kBordAncre);
@@ -105,10 +106,10 @@ private:
     void ancres() {
         constexpr std::u16string_view noms[9] = {u"↖", u"↑", u"↗", u"←", u"", u"→", u"↙", u"↓", u"↘"};
         for (std::size_t i = 0; i < 9; ++i) {
+            if (noms[i].empty()) continue;
             const auto b = bouton(NSString::from(noms[i]), [this](NSObject* e) { montreur_->montre(as<NSView>(e)); });
             b->setFrameSize({40, b->frame().size.height});
             b->setAccessibilityLabel(u"Ouvrir une bulle ici"_ns);
-            b->setHidden(i == 4);
             scene_->addSubview(b);
             ancres_[i] = b;
         }
@@ -225,7 +226,7 @@ private:
     Ref<Montreur> montreur_;
     AncresEcran ecran_;
     Actions actions_;
-    std::array<Ref<NSButton>, 9> ancres_;
+    std::array<Ref<NSButton>, 9> ancres_; ///< three rows of three, without the one in the middle
     Ref<NSView> scene_, milieu_;
     Ref<NSScrollView> liste_, cote_;
     Ref<NSButton> auBord_;
