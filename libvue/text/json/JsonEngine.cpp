@@ -159,8 +159,12 @@ inline const char* SBJsonParser::Engine::scanNumber(const char* p, NSObject*& va
         value = badNumber("No digits after initial minus");
         return p;
     } else {
+        // Short ones digit by digit, where the processor can guess how many there are and goes on meanwhile.
         const char* const first = p;
-        p = json::scanDigits(p, end_, mantissa);
+        mantissa = static_cast<unsigned>(*p++ - '0');
+        for (int more = 2; more && isDigit(*p); --more)
+            mantissa = mantissa * 10 + static_cast<unsigned>(*p++ - '0');
+        if (isDigit(*p)) p = json::scanDigits(p, end_, mantissa);
         digits = p - first;
     }
     if (*p == '.') {
