@@ -9,6 +9,7 @@ class KCPointeDeTarte;
 class KCTarte;
 class KCTranslationAnimation;
 class KCTranslationInverseAnimation;
+class AnglesRetenus;
 struct TableAccessible;
 
 } // namespace libvue

@@ -25,6 +25,8 @@ constexpr CGFloat kGrossissement = 2.0;   ///< points that a label gains when it
 constexpr CGFloat kFlouEtiquette = 2.0;
 constexpr NSSize kDecalageOmbreEtiquette{0.0, -1.0};
 
+NSUInteger changements = 1; ///< of slices' values, in the whole process
+
 bool estNul(CGFloat depart, CGFloat fin) noexcept {
     constexpr CGFloat seuil = 0.1;
     const CGFloat ouverture = fin - depart;
@@ -42,7 +44,14 @@ void KCPointeDeTarte::describe(ClassDescription<KCPointeDeTarte>& c) {
     c.key<&KCPointeDeTarte::etiquette, &KCPointeDeTarte::setEtiquette>("etiquette");
 }
 
-KCPointeDeTarte::~KCPointeDeTarte() = default;
+KCPointeDeTarte::~KCPointeDeTarte() { ++changements; }
+
+void KCPointeDeTarte::setValeur(NSInteger v) noexcept {
+    maValeur = v;
+    ++changements;
+}
+
+NSUInteger KCPointeDeTarte::generation_() noexcept { return changements; }
 
 Ref<NSBezierPath> KCPointeDeTarte::pointeAvecCentre_avecRayon_avecAngleDeDepart_avecAngleDeFin(NSPoint centre,
                                                                                                CGFloat rayon,

@@ -38,7 +38,7 @@ public:
     void setCouleur(NSColor* c) { maCouleur = c; }
     [[nodiscard]] NSInteger valeur() const noexcept { return maValeur; }
     /// Of a slice that lies in a pie, the pie's setValeur_deLaPointe changes the value.
-    void setValeur(NSInteger v) noexcept { maValeur = v; }
+    void setValeur(NSInteger v) noexcept;
     /// 0 at rest, 1 fully pulled out.
     [[nodiscard]] float pourcentageExtraction() const noexcept { return monPourcentageExtraction; }
     void setPourcentageExtraction(float p) noexcept { monPourcentageExtraction = p; }
@@ -67,6 +67,9 @@ public:
     /// Any text in the label's place.
     virtual void drawAttributedString_avecCentre_avecRayon_avecAngleDeDepart_avecAngleDeFin_avecCadre(
         NSAttributedString* texte, NSPoint centre, CGFloat rayon, CGFloat depart, CGFloat fin, const NSRect& cadre);
+
+    /// Grows whenever any slice takes another value or goes: what was worked out before may not hold any more.
+    [[nodiscard]] static NSUInteger generation_() noexcept;
 
 private:
     [[nodiscard]] NSPoint extrait(NSPoint p, CGFloat depart, CGFloat fin);

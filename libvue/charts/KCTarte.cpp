@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <typeinfo>
 
+#include <libvue/charts/AnglesRetenus.h>
 #include <libvue/charts/KCPointeDeTarte.h>
 #include <libvue/charts/KCTranslationAnimation.h>
 #include <libvue/charts/KCTranslationInverseAnimation.h>
@@ -123,17 +124,39 @@ template <class F> void KCTarte::parcourt(const F& f) const {
     }
 }
 
+const AnglesRetenus& KCTarte::anglesRetenus() const {
+    if (!angles_) angles_ = std::make_unique<AnglesRetenus>();
+    AnglesRetenus& a = *angles_;
+    const NSUInteger generation = KCPointeDeTarte::generation_();
+    if (a.vaut(*mesPointes, monTotal, generation)) return a;
+    a.commence(*mesPointes, monTotal, generation);
+    parcourt([&](KCPointeDeTarte* pointe, NSInteger, double, double fin) {
+        a.ajoute(static_cast<float>(fin));
+        // Another kind of slice may have another outline.
+        if (typeid(*pointe) != typeid(KCPointeDeTarte)) a.renonce();
+        return true;
+    });
+    return a;
+}
+
 NSInteger KCTarte::indexPointeAtLocation(NSPoint p) const {
     const NSPoint c = centre();
     const CGFloat r = rayon();
-    const SecteurVise vise(c, r, p);
-    NSInteger trouvee = -1;
-    parcourt([&](KCPointeDeTarte* pointe, NSInteger i, double depart, double fin) {
-        // Another kind of slice may have another outline.
-        if (vise.exclut(depart, fin) && typeid(*pointe) == typeid(KCPointeDeTarte)) return true;
+    const auto contient = [&](KCPointeDeTarte* pointe, double depart, double fin) {
         const Ref<NSBezierPath> contour =
             pointe->pointeAvecCentre_avecRayon_avecAngleDeDepart_avecAngleDeFin(c, r, depart, fin);
-        if (contour->containsPoint(p)) trouvee = i;
+        return contour->containsPoint(p) != NO;
+    };
+    const SecteurVise vise(c, r, p);
+    if (vise.fiable())
+        if (const AnglesRetenus& angles = anglesRetenus(); angles.ordonnes())
+            return angles.cherche(vise, [&](NSInteger i, double depart, double fin) {
+                return contient(pretePointe(static_cast<NSUInteger>(i)), depart, fin);
+            });
+    NSInteger trouvee = -1;
+    parcourt([&](KCPointeDeTarte* pointe, NSInteger i, double depart, double fin) {
+        if (vise.exclut(depart, fin) && typeid(*pointe) == typeid(KCPointeDeTarte)) return true;
+        if (contient(pointe, depart, fin)) trouvee = i;
         return trouvee < 0;
     });
     return trouvee;

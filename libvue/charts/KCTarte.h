@@ -71,6 +71,9 @@ private:
     void dessineCorps() const;
     void posteSelection(NSString* nom, NSInteger index);
 
+    [[nodiscard]] const AnglesRetenus& anglesRetenus() const;
+
+    mutable std::unique_ptr<AnglesRetenus> angles_; ///< made by the first search
     Ref<NSMutableArray> mesPointes;
     NSInteger monTotal = 0;
     NSInteger maSelection = -1;

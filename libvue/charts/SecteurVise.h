@@ -34,13 +34,21 @@ public:
         return !dedans(angle_) && !dedans(angle_ - 360) && !dedans(angle_ + 360);
     }
 
-private:
-    static constexpr double kPi = 3.14159265358979323846;
-    static constexpr double kPetit = 1e-4;          ///< of the centre's coordinates
-    static constexpr double kBord = 1.001;          ///< curves stand up to 0.03 % out of their circle
-    static constexpr double kMoyeu = 1e-3;          ///< of the radius
+    /// Whether this may be asked at all: near the centre it may not.
+    [[nodiscard]] bool fiable() const noexcept { return fiable_; }
+    /// Out of the disc.
+    [[nodiscard]] bool dehors() const noexcept { return dehors_; }
+    /// Degrees, 0 to 360.
+    [[nodiscard]] double angle() const noexcept { return angle_; }
+
     static constexpr double kMarge = 0.01;          ///< degrees
     static constexpr double kPresqueUnTour = 360.5; ///< degrees: sums in single precision end near 360
+
+private:
+    static constexpr double kPi = 3.14159265358979323846;
+    static constexpr double kPetit = 1e-4; ///< of the centre's coordinates
+    static constexpr double kBord = 1.001; ///< curves stand up to 0.03 % out of their circle
+    static constexpr double kMoyeu = 1e-3; ///< of the radius
 
     double angle_ = 0;
     bool fiable_ = false, dehors_ = false;

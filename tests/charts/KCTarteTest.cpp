@@ -211,6 +211,34 @@ TEST_F(KCTarteTest, hitsAreThoseOfTheOutlines) {
     EXPECT_GT(touches, 3000u);
 }
 
+TEST_F(KCTarteTest, hitsFollowEveryChange) {
+    const auto t = tarteDe({1, 1, 1, 1});
+    const NSPoint p{40, 90}; // about 190 degrees
+    const auto verifie = [&](NSInteger attendu) {
+        EXPECT_EQ(t->indexPointeAtLocation(p), attendu);
+        EXPECT_EQ(parLesContours(*t, p), attendu);
+    };
+    verifie(2);
+    t->setValeur_deLaPointe(9, 0);
+    verifie(0);
+    t->pretePointe(0)->setValeur(0); // behind the pie's back: the total is another's now
+    verifie(-1);
+    t->setValeur_deLaPointe(1, 0);
+    t->pointes()->exchangeObjectAtIndex_withObjectAtIndex(0, 3);
+    t->pointes()->removeObjectAtIndex(1);
+    verifie(parLesContours(*t, p));
+    t->pointes()->removeAllObjects();
+    verifie(-1);
+    t->initTarte();
+    for (const NSInteger v : {1, 0, 0, 0, 0, 8})
+        t->ajoutePointe(pointe(v));
+    verifie(5);
+    t->setFrame({{0, 0}, {80, 80}}); // the point is at the left of another disc
+    verifie(-1);
+    t->setFrame({{0, 0}, {90, 180}});
+    EXPECT_EQ(t->indexPointeAtLocation(p), parLesContours(*t, p));
+}
+
 TEST_F(KCTarteTest, mostSlicesAreRuledOutWithoutTheirOutline) {
     const SecteurVise vise({200, 200}, 187, {250, 260}); // about 50.2 degrees
     int restent = 0;

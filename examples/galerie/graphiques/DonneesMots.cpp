@@ -91,7 +91,7 @@ NSInteger Releve::Rang::total() const noexcept {
     return somme;
 }
 
-Releve Releve::plusGrands(std::size_t combien) const {
+Releve Releve::plusGrands(std::size_t combien, Reste reste) const {
     Releve r = *this;
     std::stable_sort(r.rangs.begin(), r.rangs.end(),
                      [](const Rang& a, const Rang& b) { return a.total() > b.total(); });
@@ -101,7 +101,7 @@ Releve Releve::plusGrands(std::size_t combien) const {
         for (std::size_t p = 0; p < autres.parts.size(); ++p)
             autres.parts[p] += r.rangs[i].parts[p];
     r.rangs.resize(combien);
-    r.rangs.push_back(std::move(autres));
+    if (reste == Reste::reunit) r.rangs.push_back(std::move(autres));
     return r;
 }
 

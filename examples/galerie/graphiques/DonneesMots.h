@@ -9,6 +9,9 @@ namespace galerie {
 
 using namespace libvue;
 
+/// What becomes of those that are not among the largest.
+enum class Reste { reunit, ote };
+
 /// Named numbers, each cut into the same number of parts.
 struct Releve {
     struct Rang {
@@ -19,8 +22,8 @@ struct Releve {
     std::vector<std::u16string> parts; ///< the names of the parts
     std::vector<Rang> rangs;
 
-    /// The `combien` largest in falling order, and the rest as one "autres".
-    [[nodiscard]] Releve plusGrands(std::size_t combien) const;
+    /// The `combien` largest in falling order, and the rest as one "autres" where it is wanted.
+    [[nodiscard]] Releve plusGrands(std::size_t combien, Reste reste = Reste::reunit) const;
 };
 
 /// What is counted in a list of words, all of it in one pass.

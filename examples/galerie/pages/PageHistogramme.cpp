@@ -28,12 +28,11 @@ namespace galerie {
 
 namespace {
 
-constexpr CGFloat kNoms = 64, kLargeur = 408, kHauteur = 446, kColonne = 236, kGouttiere = 28, kIntitule = 78;
+constexpr CGFloat kNoms = 64, kLargeur = 408, kHauteur = 440, kColonne = 236, kGouttiere = 28, kIntitule = 78;
 constexpr std::size_t kValeursMax = 2000;
 
 enum Jeu : NSInteger { lettres, longueurs, accents, saisie, vide };
-constexpr const char16_t* kJeux[] = {u"Lettres", u"Longueurs des mots", u"Lettres accentuées", u"Vos valeurs",
-                                     u"Aucune donnée"};
+constexpr const char16_t* kJeux[] = {u"Lettres", u"Longueurs", u"Accents", u"Vos valeurs", u"Aucune donnée"};
 constexpr const char16_t* kCouleurs[] = {u"Ardoise", u"Dégradés", u"Roue"};
 
 /// The names of the sections with their colours, on one line.
@@ -197,7 +196,7 @@ Histogrammes::Histogrammes() {
     const auto reglages = construitReglages();
     const auto pdf = NSButton::buttonWithTitle_target_action(u"PDF"_ns, this, sel("exportePDF:"));
     const auto png = NSButton::buttonWithTitle_target_action(u"PNG"_ns, this, sel("exportePNG:"));
-    vue_ = rangee({pile({zone_, bande_}, 4),
+    vue_ = rangee({pile({bande_, zone_}, 10),
                    pile({reglages, pile({rangee({etiquette(u"Exporter en"_ns), pdf, png}), dit_})}, kGroupe)},
                   kGouttiere);
     for (NSView* c : vue_->subviews())

@@ -17,12 +17,13 @@
 #include <libvue/platform/foundation/NSNumber.h>
 #include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/Palette.h>
+#include <libvue/socle/UniChaine.h>
 
 namespace galerie {
 
 namespace {
 
-constexpr CGFloat kCote = 404, kColonne = 300, kGouttiere = 36, kListe = 286;
+constexpr CGFloat kCote = 404, kColonne = 300, kGouttiere = 36, kListe = 300;
 constexpr CGFloat kIntitule = 72, kNom = 150, kChamp = 84, kPastille = 12;
 
 enum Jeu : NSInteger { lettres, longueurs, accents, quarante, uneSeule, vide };
@@ -127,7 +128,7 @@ void Tartes::montre(Jeu jeu) {
     const Releve releve = jeu == lettres     ? d.lettres.plusGrands(9)
                           : jeu == longueurs ? d.longueurs.plusGrands(10)
                           : jeu == accents   ? d.accents.plusGrands(6)
-                          : jeu == quarante  ? d.paires.plusGrands(39)
+                          : jeu == quarante  ? d.paires.plusGrands(40, Reste::ote)
                           : jeu == uneSeule  ? Releve{{u"mots"}, {{u"mots", {d.mots}}}}
                                              : Releve{};
     const auto couleurs = roueDeCouleurs(releve.rangs.size());
@@ -143,9 +144,9 @@ void Tartes::montre(Jeu jeu) {
     if (jeu == quarante) etiquettes_->selectItemAtIndex(static_cast<NSInteger>(KCPointeDeTarteEtiquetteChaine));
     etiquetteChoisie(nullptr);
     construitListe(couleurs);
-    const auto mots = NSNumber::numberWithInteger(d.mots);
-    compte_->setStringValue(NSString::stringWithFormat(u"%@ mots\u00A0: %@."_ns, mots->stringValue().get(),
-                                                       NSString::from(d.source).get()));
+    const auto mots = UniChaine::DonneNombreFormatay(static_cast<int>(d.mots));
+    compte_->setStringValue(
+        NSString::stringWithFormat(u"%@ mots\u00A0: %@."_ns, mots.DonneChaine(), NSString::from(d.source).get()));
     montreSelection();
     tarte_->setNeedsDisplay(YES);
 }
