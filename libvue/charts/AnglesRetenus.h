@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstring>
 #include <vector>
 
 #include <libvue/charts/SecteurVise.h>
@@ -14,7 +15,8 @@ class AnglesRetenus {
 public:
     [[nodiscard]] bool vaut(const NSArray& pointes, NSInteger total, NSUInteger generation) const noexcept {
         return generation == generation_ && total == total_ && pointes.count() == pointes_.size() &&
-               std::equal(pointes_.begin(), pointes_.end(), pointes.data());
+               (pointes_.empty() ||
+                std::memcmp(pointes_.data(), pointes.data(), pointes_.size() * sizeof(NSObject*)) == 0);
     }
     void commence(const NSArray& pointes, NSInteger total, NSUInteger generation) {
         generation_ = generation;
@@ -52,7 +54,7 @@ public:
     }
 
 private:
-    std::vector<const NSObject*> pointes_; ///< only to be compared
+    std::vector<NSObject*> pointes_; ///< only to be compared
     std::vector<float> fins_;
     NSInteger total_ = 0;
     NSUInteger generation_ = 0;
