@@ -4,11 +4,13 @@
 
 namespace libvue {
 
+class FadingWindowController;
 class KCPopover;
 class KCPopoverManager;
 class KCPopoverWrapper;
 class KCTransientPanel;
 class MaFenetre;
+class PanelBorderLess;
 class VueFirstResponder;
 class VuePopover;
 

@@ -3,7 +3,6 @@
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/appkit/NSWindowShadow.h>
-#include <libvue/platform/graphics/Appearance.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSGraphicsContext.h>
 #include <libvue/platform/graphics/NSShadow.h>
@@ -16,7 +15,7 @@ static const ClassRegistration<VuePopover> enregistrement;
 
 namespace {
 
-constexpr CGFloat kAlphaReflet = 0.95, kAlphaRefletSombre = 0.12, kAlphaBordureInactive = 0.2;
+constexpr CGFloat kAlphaReflet = 0.95, kAlphaBordureInactive = 0.2;
 constexpr CGFloat kFlouOmbre = 8, kChuteOmbre = 2, kAlphaOmbre = 0.26;
 
 } // namespace
@@ -112,10 +111,7 @@ void VuePopover::drawRect(const NSRect&) {
     if (!p || !p->attachay()) return;
     p->couleurFond()->setFill();
     remplis();
-    // A highlight that is hardly seen on a light balloon would be a frame on a dark one.
-    NSColor::colorWithCalibratedWhite_alpha(1,
-                                            currentAppearance() == Appearance::dark ? kAlphaRefletSombre : kAlphaReflet)
-        ->setStroke();
+    NSColor::colorWithCalibratedWhite_alpha(1, kAlphaReflet)->setStroke();
     contourInterieur()->stroke();
     NSColor* bordure = p->couleurBordure();
     const NSWindow* w = window();

@@ -2,10 +2,10 @@
 
 #include <gmock/gmock.h>
 
-#include <libvue/fenetres/FadingWindowController.h>
-#include <libvue/fenetres/NSWindowSticky.h>
-#include <libvue/fenetres/PanelBorderLess.h>
 #include <libvue/platform/appkit/CGSWindowTags.h>
+#include <libvue/popover/FadingWindowController.h>
+#include <libvue/popover/NSWindowSticky.h>
+#include <libvue/popover/PanelBorderLess.h>
 
 using namespace libvue;
 using namespace libvue::test;

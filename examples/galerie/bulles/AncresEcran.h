@@ -4,7 +4,7 @@
 
 #include <bulles/Actions.h>
 #include <bulles/Montreur.h>
-#include <libvue/fenetres/PanelBorderLess.h>
+#include <libvue/popover/PanelBorderLess.h>
 
 namespace galerie {
 

@@ -3,11 +3,11 @@
 #include <cmath>
 
 #include <Composition.h>
-#include <libvue/fenetres/FadingWindowController.h>
-#include <libvue/fenetres/PanelBorderLess.h>
 #include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSFont.h>
+#include <libvue/popover/FadingWindowController.h>
+#include <libvue/popover/PanelBorderLess.h>
 
 namespace galerie {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <libvue/fenetres/Forward.h>
 #include <libvue/platform/foundation/Export.h>
 #include <libvue/platform/foundation/Types.h>
+#include <libvue/popover/Forward.h>
 
 namespace libvue {
 

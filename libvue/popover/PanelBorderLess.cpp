@@ -1,4 +1,4 @@
-#include <libvue/fenetres/PanelBorderLess.h>
+#include <libvue/popover/PanelBorderLess.h>
 
 namespace libvue {
 

@@ -1,4 +1,4 @@
-#include <libvue/fenetres/NSWindowSticky.h>
+#include <libvue/popover/NSWindowSticky.h>
 
 #include <libvue/platform/appkit/CGSWindowTags.h>
 #include <libvue/platform/appkit/NSWindow.h>

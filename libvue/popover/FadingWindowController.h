@@ -1,12 +1,12 @@
 #pragma once
 
-#include <libvue/fenetres/Forward.h>
 #include <libvue/platform/appkit/NSWindowController.h>
 #include <libvue/platform/foundation/NSNumber.h>
 #include <libvue/platform/foundation/NSObject.h>
 #include <libvue/platform/foundation/NSString.h>
 #include <libvue/platform/foundation/NSTimer.h>
 #include <libvue/platform/foundation/Operation.h>
+#include <libvue/popover/Forward.h>
 
 namespace libvue {
 

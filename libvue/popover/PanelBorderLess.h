@@ -1,8 +1,8 @@
 #pragma once
 
-#include <libvue/fenetres/Forward.h>
 #include <libvue/platform/appkit/NSBox.h>
 #include <libvue/platform/appkit/NSPanel.h>
+#include <libvue/popover/Forward.h>
 
 namespace libvue {
 

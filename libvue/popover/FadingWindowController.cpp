@@ -1,4 +1,4 @@
-#include <libvue/fenetres/FadingWindowController.h>
+#include <libvue/popover/FadingWindowController.h>
 
 #include <algorithm>
 #include <utility>
