@@ -151,7 +151,9 @@ NSInteger KCTarte::indexPointeAtLocation(NSPoint p) const {
     if (vise.fiable())
         if (const AnglesRetenus& angles = anglesRetenus(); angles.ordonnes())
             return angles.cherche(vise, [&](NSInteger i, double depart, double fin) {
-                return contient(pretePointe(static_cast<NSUInteger>(i)), depart, fin);
+                // All of them are plain slices.
+                return contient(static_cast<KCPointeDeTarte*>(mesPointes->objectAtIndex(static_cast<NSUInteger>(i))),
+                                depart, fin);
             });
     NSInteger trouvee = -1;
     parcourt([&](KCPointeDeTarte* pointe, NSInteger i, double depart, double fin) {

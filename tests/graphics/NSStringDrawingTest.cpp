@@ -277,3 +277,17 @@ TEST(NSStringDrawingTest, attachmentsAreDrawnWhereTheirCharacterStands) {
         EXPECT_LE(NSMaxY(drawn), NSMaxY(box) + 0.5);
     }
 }
+
+TEST(NSStringDrawingTest, aTextIsNotBrokenInTheRectangleThatWasMeasuredForIt) {
+    for (const NSTextAlignment alignment : {NSLeftTextAlignment, NSCenterTextAlignment, NSRightTextAlignment})
+        for (const char16_t* text : {u"ra", u"ta", u"f", u"AVA", u"un mot", u"deux\nlignes"}) {
+            const Ref<NSMutableDictionary> d = attributes(11);
+            d->setObject_forKey(style(alignment), NSParagraphStyleAttributeName);
+            const Ref<NSString> s = NSString::from(text);
+            const NSSize measured = sizeWithAttributes(s, d);
+            Enregistrement e({200, 100});
+            drawInRect_withAttributes(s, {{10, 10}, measured}, d);
+            EXPECT_NEAR(e.last().rect.size.width, measured.width, 1e-6) << s->utf8() << alignment;
+            EXPECT_NEAR(e.last().rect.size.height, measured.height, 1e-6) << s->utf8();
+        }
+}

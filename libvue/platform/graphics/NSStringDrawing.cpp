@@ -84,15 +84,40 @@ NSPoint upperLeft(const NSRect& rect) {
     return {NSMinX(rect), NSGraphicsContext::currentContext()->isFlipped() ? NSMinY(rect) : NSMaxY(rect)};
 }
 
+constexpr double unlimited = 0;
+
+/// Whether a line ends elsewhere than at a line end or at the end of the text.
+bool isBroken(const Source& s, const backend::TextLayout& layout) {
+    const std::u16string_view text = s.builder.text();
+    return std::any_of(layout.lines().begin(), layout.lines().end(), [&](const backend::TextLine& line) {
+        const std::size_t end = NSMaxRange(line.range);
+        if (end == 0 || end >= text.size()) return false;
+        const char16_t last = text[end - 1];
+        return last != u'\n' && last != u'\r' && last != u'\u2028' && last != u'\u2029';
+    });
+}
+
 void drawIn(const Source& s, const NSRect& rect) {
     NSGraphicsContext* c = NSGraphicsContext::currentContext();
     if (!c || s.builder.text().empty() || NSIsEmptyRect(rect)) return;
     s.builder.setWidth(rect.size.width);
     s.builder.setHeight(rect.size.height);
-    const LayoutRef layout = s.builder.layout();
-    const NSSize size = layout->size();
-    // Rectangles that were measured for the text come rounded: a hair too much is no reason to cut.
+    LayoutRef layout = s.builder.layout();
+    // Rectangles that were measured for the text come rounded: a hair too much is no reason to cut, nor to break.
     constexpr double hair = 0.01;
+    if (isBroken(s, *layout)) {
+        // A last glyph that leans out of its advance breaks a line that was measured to fit.
+        s.builder.setWidth(unlimited);
+        s.builder.setHeight(unlimited);
+        const bool fits = s.builder.layout()->size().width <= rect.size.width + hair;
+        s.builder.setWidth(rect.size.width);
+        s.builder.setHeight(rect.size.height);
+        if (fits) {
+            s.builder.setLineBreak(backend::LineBreak::clipping);
+            layout = s.builder.layout();
+        }
+    }
+    const NSSize size = layout->size();
     if (size.width <= rect.size.width + hair && size.height <= rect.size.height + hair) {
         draw(s, layout, upperLeft(rect));
         return;
