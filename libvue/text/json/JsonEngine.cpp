@@ -57,7 +57,7 @@ void SBJsonParser::Engine::drop(std::size_t size) noexcept {
 }
 
 void SBJsonParser::Engine::error(NSUInteger code, const char* text) { error(code, NSString::fromLatin1(text)); }
-void SBJsonParser::Engine::error(NSUInteger code, Ref<NSString> text) {
+void SBJsonParser::Engine::error(NSUInteger code, const Ref<NSString>& text) {
     parser_.addErrorWithCode_description(code, text);
 }
 

@@ -45,7 +45,7 @@ private:
 
     [[nodiscard]] const char* afterSpace(const char* p) const noexcept;
     void error(NSUInteger code, const char* text);
-    void error(NSUInteger code, Ref<NSString> text);
+    void error(NSUInteger code, const Ref<NSString>& text);
 
     [[nodiscard]] NSObject* scanWord();
     [[nodiscard]] NSObject* scanRestOfTrue();
