@@ -45,7 +45,7 @@ void SBJsonParser::Engine::grow() {
     const auto used = static_cast<std::size_t>(top_ - stack_.get());
     const std::size_t size = std::max<std::size_t>(64, 2 * used);
     auto larger = std::make_unique_for_overwrite<NSObject*[]>(size);
-    if (used) std::memcpy(larger.get(), stack_.get(), used * sizeof(NSObject*));
+    std::copy_n(stack_.get(), used, larger.get());
     stack_ = std::move(larger);
     top_ = stack_.get() + used;
     limit_ = stack_.get() + size;
@@ -159,12 +159,14 @@ inline const char* SBJsonParser::Engine::scanNumber(const char* p, NSObject*& va
         value = badNumber("No digits after initial minus");
         return p;
     } else {
-        // Short ones digit by digit, where the processor can guess how many there are and goes on meanwhile.
+        // One or two digit by digit: the processor guesses which, and goes on meanwhile.
         const char* const first = p;
-        mantissa = static_cast<unsigned>(*p++ - '0');
-        for (int more = 2; more && isDigit(*p); --more)
-            mantissa = mantissa * 10 + static_cast<unsigned>(*p++ - '0');
-        if (isDigit(*p)) p = json::scanDigits(p, end_, mantissa);
+        if (isDigit(p[1]) && isDigit(p[2]))
+            p = json::scanDigits(p, end_, mantissa);
+        else {
+            mantissa = static_cast<unsigned>(*p++ - '0');
+            if (isDigit(*p)) mantissa = mantissa * 10 + static_cast<unsigned>(*p++ - '0');
+        }
         digits = p - first;
     }
     if (*p == '.') {
