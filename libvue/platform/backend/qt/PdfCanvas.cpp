@@ -277,13 +277,14 @@ void PdfCanvas::drawText(const TextLayout& text, NSPoint origin, YAxis axis) {
     page_->side->drawText(text, origin, axis);
     const Transform toUser{1, 0, 0, axis == YAxis::up ? -1.0 : 1.0, origin.x, origin.y};
     const NSRect ink = layout->inkBounds();
-    if (layout->hasShadows() && layers_.empty()) return patch(state_.user.apply(toUser.apply(ink)));
+    // Shadows are pixels; the text goes over its own picture, so that it can be selected and searched.
+    if (layout->hasShadows() && layers_.empty() && !state_.hasShadow) patch(state_.user.apply(toUser.apply(ink)));
     if (!isPlain(state_.op, 0, toUser.apply(ink))) return;
     QPainter& painter = page_->painter;
     painter.save();
     useTransform(toUser);
     if (const auto clipped = layout->clippedTo()) painter.setClipRect(toQt(*clipped), Qt::IntersectClip);
-    layout->paint(painter, ink, state_.alpha);
+    layout->paint(painter, ink, state_.alpha, RasterTextLayout::Shadows::leave);
     painter.restore();
 }
 

@@ -23,6 +23,9 @@ namespace libvue::backend {
 /// for the next one.
 class RasterTextLayout final : public TextLayout {
 public:
+    /// Whether a painting casts the shadows of its runs or leaves them to whoever has them already.
+    enum class Shadows : unsigned char { cast, leave };
+
     explicit RasterTextLayout(const TextInput& input);
     RasterTextLayout(const RasterTextLayout&) = delete;
     RasterTextLayout& operator=(const RasterTextLayout&) = delete;
@@ -47,7 +50,7 @@ public:
 
     /// Draws what lies near `visible` (this layout's coordinates), which the painter maps to its device. Colours are
     /// multiplied with `alpha`.
-    void paint(QPainter& painter, const NSRect& visible, double alpha) const;
+    void paint(QPainter& painter, const NSRect& visible, double alpha, Shadows shadows = Shadows::cast) const;
     /// Finished pixels and where they stand on the device, for a layout that is short enough to be kept.
     struct Rendered {
         QImage image;

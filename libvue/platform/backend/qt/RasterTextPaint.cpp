@@ -197,7 +197,7 @@ void RasterTextLayout::paintShadows(QPainter& painter, std::size_t line, double 
     }
 }
 
-void RasterTextLayout::paint(QPainter& painter, const NSRect& visible, double alpha) const {
+void RasterTextLayout::paint(QPainter& painter, const NSRect& visible, double alpha, Shadows shadows) const {
     if (drawn_.empty()) prepareDrawing();
     const double margin = largestFont_ * 0.6 + 1;
     const double top = NSMinY(visible) - margin;
@@ -227,7 +227,7 @@ void RasterTextLayout::paint(QPainter& painter, const NSRect& visible, double al
     for (std::size_t i = begin; i < end; ++i)
         paintBars(i, true);
     for (std::size_t i = begin; i < end; ++i) {
-        if (hasRunShadow_) paintShadows(painter, i, alpha);
+        if (hasRunShadow_ && shadows == Shadows::cast) paintShadows(painter, i, alpha);
         paintGlyphs(painter, drawn_[i].glyphs, alpha);
         paintBars(i, false);
     }
