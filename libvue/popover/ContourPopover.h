@@ -32,7 +32,8 @@ struct ElementContour {
 class ContourPopover {
 public:
     static constexpr std::size_t kMaximum = 14; ///< a start, four sides and corners, an arrow, the end
-    [[nodiscard]] std::span<const ElementContour> elements() const noexcept { return {elements_.data(), nombre_}; }
+    [[nodiscard]] std::span<const ElementContour> elements() const& noexcept { return {elements_.data(), nombre_}; }
+    std::span<const ElementContour> elements() && = delete;
     void debut(NSPoint p) noexcept { ajoute({ElementContour::Sorte::debut, p, p}); }
     void ligne(NSPoint p) noexcept { ajoute({ElementContour::Sorte::ligne, p, p}); }
     void courbe(NSPoint p, NSPoint controle) noexcept { ajoute({ElementContour::Sorte::courbe, p, controle}); }

@@ -197,7 +197,8 @@ TEST(ContourPopoverTest, OutlinesAreClosedAndSimpleBesideTheKink) {
         for (const CGFloat retrait : {kRetraitExterieur, kRetraitInterieur}) {
             const NSRect r = NSInsetRect(bounds, retrait, retrait);
             backend::Path chemin;
-            for (const ElementContour& e : contourPopover(r, ancre, bounds, edge).elements()) {
+            const ContourPopover contour = contourPopover(r, ancre, bounds, edge);
+            for (const ElementContour& e : contour.elements()) {
                 chemin.verbs.push_back(static_cast<backend::PathVerb>(e.sorte));
                 if (e.sorte == Sorte::courbe) chemin.points.insert(chemin.points.end(), 2, e.controle);
                 if (e.sorte != Sorte::fermeture) chemin.points.push_back(e.point);

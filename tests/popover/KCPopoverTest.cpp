@@ -35,9 +35,9 @@ TEST_F(KCPopoverTest, ShowingSplicesTheBalloonIntoTheChain) {
     montre(p);
     EXPECT_TRUE(p->isShown());
     EXPECT_TRUE(p->attachay());
-    NSView* focus = p->firstResponder();
+    const Ref<NSView> focus(p->firstResponder());
     ASSERT_NE(focus, nullptr);
-    EXPECT_EQ(parent->firstResponder(), focus);
+    EXPECT_EQ(parent->firstResponder(), focus.get());
     EXPECT_EQ(focus->superview(), parent->contentView());
     EXPECT_EQ(focus->nextResponder(), p->panel());
     EXPECT_EQ(p->panel()->nextResponder(), parent->contentView());
