@@ -90,7 +90,7 @@ public:
     template <class T> [[nodiscard]] BoundOperation<R(A...)> of(T* object) const {
         NSObject* o = objectBehind(object);
         if (!o) return {};
-        const std::type_info& type = typeid(*o);
+        const std::type_info& type = typeBehind(o);
         if (&type != asked_ || detail::classesAdded != when_) {
             const OperationEntry* e = findOperation(o, selector(), typeid(R(A...)));
             answer_ = e ? reinterpret_cast<Run>(e->run) : nullptr;
@@ -105,6 +105,9 @@ public:
 
 private:
     using Run = typename BoundOperation<R(A...)>::Run;
+
+    /// A template, since the root class may still be incomplete here.
+    template <class O> [[nodiscard]] static const std::type_info& typeBehind(O* o) { return typeid(*o); }
 
     const char* name_;
     mutable SEL selector_ = nullptr;
