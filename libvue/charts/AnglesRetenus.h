@@ -1,7 +1,6 @@
 #pragma once
 
 #include <algorithm>
-#include <cstring>
 #include <vector>
 
 #include <libvue/charts/SecteurVise.h>
@@ -15,8 +14,7 @@ class AnglesRetenus {
 public:
     [[nodiscard]] bool vaut(const NSArray& pointes, NSInteger total, NSUInteger generation) const noexcept {
         return generation == generation_ && total == total_ && pointes.count() == pointes_.size() &&
-               (pointes_.empty() ||
-                std::memcmp(pointes_.data(), pointes.data(), pointes_.size() * sizeof(NSObject*)) == 0);
+               std::equal(pointes_.begin(), pointes_.end(), pointes.data());
     }
     void commence(const NSArray& pointes, NSInteger total, NSUInteger generation) {
         generation_ = generation;
