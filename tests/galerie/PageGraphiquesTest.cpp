@@ -40,6 +40,7 @@ struct PageGraphiquesTest : AppFixture {
     }
     [[nodiscard]] NSWindow* fenetre() const { return galerie->fenetre(); }
     template <class T, class Condition> T* cherche(NSView* dans, const Condition& admet) const {
+        if (!dans) return nullptr;
         if (auto* t = as<T>(dans); t && admet(t)) return t;
         for (NSView* v : dans->subviews())
             if (T* t = cherche<T>(v, admet)) return t;
@@ -84,7 +85,7 @@ struct PageGraphiquesTest : AppFixture {
             cherche<NSButton>(fenetre()->contentView(), [&](NSButton* x) { return x->title()->isEqualTo(bouton); });
         if (b) clique(b, {b->bounds().size.width / 2, b->bounds().size.height / 2});
         std::ifstream f(dossier / fichier, std::ios::binary);
-        const std::string octets((std::istreambuf_iterator<char>(f)), std::istreambuf_iterator<char>());
+        std::string octets((std::istreambuf_iterator<char>(f)), std::istreambuf_iterator<char>());
         unsetenv("GALERIE_EXPORTS");
         std::filesystem::remove_all(dossier);
         return octets;
