@@ -58,9 +58,11 @@ void NSImageView::setImageFrameStyle(NSImageFrameStyle s) {
     if (auto* c = imageCell()) c->setImageFrameStyle(s);
 }
 
+// NOLINTNEXTLINE(bugprone-parent-virtual-call): a picture is not tracked as other controls are.
 void NSImageView::mouseDown(NSEvent* e) { NSView::mouseDown(e); }
 
 AccessibilityDescription NSImageView::accessibilityDescription() const {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): a picture has no text for its value.
     AccessibilityDescription d = NSView::accessibilityDescription();
     d.role = u"image"_ns;
     if (!d.label && image()) d.label = image()->accessibilityDescription();

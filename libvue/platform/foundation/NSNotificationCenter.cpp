@@ -242,7 +242,7 @@ void NSNotificationCenter::postNotificationName_object_userInfo(NSString* name, 
     if (!anyObject) {
         if (!about) return;
         // One list, which is nearly always so, is told without more ado.
-        if (!about->next && (!about->name.get() || about->name.get() == name)) {
+        if (!about->next && (!about->name || about->name == name)) {
             const NotificationOfPost notification(name, object, userInfo);
             struct Post {
                 NotificationList* list;

@@ -32,7 +32,7 @@ private:
         p_ += octets;
     }
     [[nodiscard]] bool suit(char c, std::size_t plusLoin = 0) const noexcept {
-        return static_cast<std::size_t>(fin_ - p_) > plusLoin && p_[plusLoin] == c;
+        return static_cast<std::size_t>(fin_ - p_) > plusLoin && p_[plusLoin] == static_cast<unsigned char>(c);
     }
 
     /// From behind the bracket to behind the one that closes it.
