@@ -18,7 +18,7 @@ constexpr CGFloat kMargeScene = 16;
 /// What the page starts with: three levels, and a column in which a box follows a field.
 Ref<Cadre> arbreDuDebut() {
     using G = GenreFeuille;
-    const auto racine = make<Cadre>(u"Racine"_ns, 1, 14);
+    auto racine = make<Cadre>(u"Racine"_ns, 1, 14);
     const auto mets = [](Cadre* dans, NSView* vue) { dans->disposition()->addSubview(vue); };
 
     const auto barre = make<Cadre>(u"Barre"_ns, 0, 8);
