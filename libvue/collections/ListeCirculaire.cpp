@@ -1,6 +1,7 @@
 #include <libvue/collections/ListeCirculaire.h>
 
 #include <algorithm>
+#include <cassert>
 
 #include <libvue/platform/foundation/NSArray.h>
 
@@ -28,11 +29,15 @@ void ListeCirculaire::ajouteElement(NSObject* element) {
 }
 
 NSObject* ListeCirculaire::preteElement(std::uint64_t numero) const {
+    assert(monTableau->count() > 0);
+    if (monTableau->count() == 0) return nullptr;
     const std::uint64_t tete = static_cast<std::uint64_t>(maTeteDeListe);
     return monTableau->objectAtIndex((numero - monPremierNoElement + tete) % monTableau->count());
 }
 
 void ListeCirculaire::scroll(std::int64_t pas) {
+    assert(monTableau->count() > 0);
+    if (monTableau->count() == 0) return;
     monPremierNoElement += static_cast<std::uint64_t>(pas);
     maTeteDeListe = static_cast<std::int64_t>(
         (static_cast<std::uint64_t>(pas) + static_cast<std::uint64_t>(maTeteDeListe)) % monTableau->count());

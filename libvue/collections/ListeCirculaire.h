@@ -22,9 +22,9 @@ public:
 
     /// Behind the last element. A full ring drops it silently; null raises NSInvalidArgumentException.
     void ajouteElement(NSObject* element);
-    /// Borrowed. A number out of the current range wraps. Not for an empty ring.
+    /// Borrowed. A number out of the current range wraps. To ask an empty ring is an error; it answers null.
     [[nodiscard]] NSObject* preteElement(std::uint64_t numero) const;
-    /// Moves the first element by that many. Not for an empty ring.
+    /// Moves the first element by that many. To scroll an empty ring is an error; it stays as it is.
     void scroll(std::int64_t pas);
 
     [[nodiscard]] std::uint64_t premierNoElement() const noexcept { return monPremierNoElement; }
