@@ -7,6 +7,7 @@ namespace libvue {
 
 void NSWindowController::describe(ClassDescription<NSWindowController, NSResponder>& c) {
     c.answers<&NSWindowController::showWindow>("showWindow:");
+    c.answers<&NSWindowController::window>("window");
     c.key<&NSWindowController::window, &NSWindowController::setWindow>("window");
 }
 

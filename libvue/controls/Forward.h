@@ -1,0 +1,9 @@
+#pragma once
+
+#include <libvue/platform/appkit/Forward.h>
+
+namespace libvue {
+
+class KVueTranslucide;
+
+} // namespace libvue
