@@ -91,7 +91,11 @@ void NSAnimation::startAnimation() {
     loop->addTimer_forMode(timer_, mode_ == NSAnimationBlocking ? blockingMode : NSRunLoopCommonModes);
     animationBegins();
     announceMarks(-1, progress_);
-    if (mode_ == NSAnimationBlocking) runBlocking();
+    if (mode_ != NSAnimationBlocking || !isAnimating()) return;
+    if (duration_ > 0)
+        runBlocking();
+    else
+        tick(); // with nothing to show on the way, there is no frame to wait for
 }
 
 void NSAnimation::runBlocking() {

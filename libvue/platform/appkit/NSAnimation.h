@@ -67,7 +67,7 @@ public:
     [[nodiscard]] virtual float currentValue();
 
     [[nodiscard]] NSTimeInterval duration() const noexcept { return duration_; }
-    /// Seconds. Nothing or less: it arrives with its first frame.
+    /// Seconds. Nothing or less: it arrives with its first frame, a blocking one at once.
     void setDuration(NSTimeInterval duration);
     [[nodiscard]] NSAnimationCurve animationCurve() const noexcept { return curve_; }
     void setAnimationCurve(NSAnimationCurve curve) noexcept { curve_ = curve; }

@@ -6,6 +6,7 @@
 #include <libvue/platform/appkit/NSViewExtras.h>
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/appkit/ScopeExit.h>
+#include <libvue/platform/appkit/ViewPicture.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSData.h>
 #include <libvue/platform/graphics/NSBitmapImageRep.h>
@@ -106,6 +107,7 @@ void NSView::collectDirty_(DirtySink& sink, const NSRect& visibleInBase) {
         DirtySink& sink;
         void go(NSView* v, const CoordinateMap& superToBase, bool superFlipped, const NSRect& visible) {
             if ((!v->dirty_ && !v->subtreeDirty_) || v->hidden_) return;
+            if (ViewPicture::any_()) ViewPicture::viewChanged_(v);
             const bool flipped = v->isFlipped();
             const CoordinateMap map =
                 CoordinateMap::toSuperview(v->frame_, v->bounds_, flipped, superFlipped).then(superToBase);
@@ -142,6 +144,7 @@ void NSView::drawTree_(NSGraphicsContext* context, const NSRect& clipInSuperview
     }
 
     const Ref<NSView> self(this);
+    if (ViewPicture::any_() && ViewPicture::draw_(this, context)) return;
     const bool flipped = isFlipped();
     const CoordinateMap map =
         CoordinateMap::toSuperview(frame_, bounds_, flipped, superview_ && superview_->isFlipped());

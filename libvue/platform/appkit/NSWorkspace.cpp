@@ -25,4 +25,8 @@ BOOL NSWorkspace::openFile(const NSString* path) {
     return openURL(NSURL::fileURLWithPath(path));
 }
 
+BOOL NSWorkspace::accessibilityDisplayShouldReduceMotion() const {
+    return backend::Backend::current().windows->prefersReducedMotion();
+}
+
 } // namespace libvue

@@ -17,6 +17,9 @@ public:
     virtual BOOL openURL(const NSURL* url);
     /// The same for a file or a folder; NO where there is none at that path.
     BOOL openFile(const NSString* path);
+
+    /// Whether the desktop asks for less motion: what would slide or grow is then at its end at once.
+    [[nodiscard]] virtual BOOL accessibilityDisplayShouldReduceMotion() const;
 };
 
 } // namespace libvue

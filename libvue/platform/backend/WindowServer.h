@@ -133,6 +133,8 @@ public:
     [[nodiscard]] virtual bool hasDisplay() const = 0; ///< real windows that a person sees
     [[nodiscard]] virtual bool hasCompositor() const = 0;
     [[nodiscard]] virtual bool prefersDark() const = 0;
+    /// Whether the desktop asks that things be where they go rather than move there.
+    [[nodiscard]] virtual bool prefersReducedMotion() const { return false; }
     [[nodiscard]] virtual NSPoint mousePosition() = 0; ///< screen coordinates
     [[nodiscard]] virtual std::uint32_t buttonsDown() = 0;
     [[nodiscard]] virtual Time doubleClickInterval() const = 0;

@@ -36,6 +36,7 @@ public:
     [[nodiscard]] bool hasDisplay() const override;
     [[nodiscard]] bool hasCompositor() const override;
     [[nodiscard]] bool prefersDark() const override { return appearance_.prefersDark(); }
+    [[nodiscard]] bool prefersReducedMotion() const override { return appearance_.prefersReducedMotion(); }
     [[nodiscard]] NSPoint mousePosition() override;
     [[nodiscard]] std::uint32_t buttonsDown() override;
     [[nodiscard]] Time doubleClickInterval() const override;

@@ -9,6 +9,10 @@
 #include <QColor>
 #include <QGuiApplication>
 #include <QPalette>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QString>
+#include <QVariant>
 
 #if LIBVUE_HAVE_DBUS
 #include <QDBusConnection>
@@ -17,7 +21,6 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 #include <QTimer>
-#include <QVariant>
 #endif
 
 namespace libvue::backend {
@@ -33,13 +36,34 @@ std::optional<bool> fromEnvironment() {
     return std::nullopt;
 }
 
+std::optional<bool> reducedFromEnvironment() {
+    const char* value = std::getenv("LIBVUE_REDUCED_MOTION");
+    if (!value) return std::nullopt;
+    if (std::string_view(value) == "1") return true;
+    if (std::string_view(value) == "0") return false;
+    return std::nullopt;
+}
+
+/// What the settings file says that desktops without a portal write.
+bool animatesByFile() {
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    for (const char* version : {"gtk-4.0", "gtk-3.0"}) {
+        const QSettings file(folder + QLatin1Char('/') + QLatin1String(version) + QLatin1String("/settings.ini"),
+                             QSettings::IniFormat);
+        const QVariant set = file.value(QStringLiteral("Settings/gtk-enable-animations"));
+        // Written as true, 1, or their opposites.
+        if (set.isValid()) return set.toBool();
+    }
+    return true;
+}
+
 bool fromTheme() { return QGuiApplication::palette().color(QPalette::Window).lightness() < 128; }
 
 } // namespace
 
 #if LIBVUE_HAVE_DBUS
 
-/// The preference that the portal told: 1 dark, 2 light, 0 none.
+/// The preferences that the portal told: 1 dark, 2 light, 0 none; and whether things move.
 struct QtWindowServerAppearance::Portal {
     explicit Portal(std::function<void()> told) : told_(std::move(told)) {
         refresh.setSingleShot(true);
@@ -55,12 +79,20 @@ struct QtWindowServerAppearance::Portal {
     }
 
     void read() {
+        ask(scheme_, QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme"),
+            [this](const QVariant& value) { scheme = value.toUInt(); });
+        ask(animates_, QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("enable-animations"),
+            [this](const QVariant& value) { animates = value.toBool(); });
+    }
+
+    template <class Take>
+    void ask(std::unique_ptr<QDBusPendingCallWatcher>& watcher, const QString& group, const QString& key, Take take) {
         QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("Read"));
-        call << QStringLiteral("org.freedesktop.appearance") << QStringLiteral("color-scheme");
+        call << group << key;
         call.setAutoStartService(true);
         const QDBusPendingCall pending = QDBusConnection::sessionBus().asyncCall(call);
         watcher = std::make_unique<QDBusPendingCallWatcher>(pending);
-        QObject::connect(watcher.get(), &QDBusPendingCallWatcher::finished, [this] {
+        QObject::connect(watcher.get(), &QDBusPendingCallWatcher::finished, [this, &watcher, take] {
             const QDBusMessage reply = watcher->reply();
             if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) return;
             // The answer is a variant in a variant.
@@ -68,7 +100,7 @@ struct QtWindowServerAppearance::Portal {
             while (value.metaType() == QMetaType::fromType<QDBusVariant>()) {
                 value = value.value<QDBusVariant>().variant();
             }
-            scheme = value.toUInt();
+            take(value);
             told_();
         });
     }
@@ -78,8 +110,9 @@ struct QtWindowServerAppearance::Portal {
     const QString interface = QStringLiteral("org.freedesktop.portal.Settings");
     std::function<void()> told_;
     QTimer refresh;
-    std::unique_ptr<QDBusPendingCallWatcher> watcher;
+    std::unique_ptr<QDBusPendingCallWatcher> scheme_, animates_;
     std::uint32_t scheme = 0;
+    std::optional<bool> animates;
 };
 
 #else
@@ -88,6 +121,7 @@ struct QtWindowServerAppearance::Portal {
     explicit Portal(std::function<void()>) {}
     void connect() {}
     std::uint32_t scheme = 0;
+    std::optional<bool> animates;
 };
 
 #endif
@@ -104,8 +138,15 @@ bool QtWindowServerAppearance::prefersDark() const {
     return fromTheme();
 }
 
+bool QtWindowServerAppearance::prefersReducedMotion() const {
+    if (const auto set = reducedFromEnvironment()) return *set;
+    if (portal_ && portal_->animates) return !*portal_->animates;
+    if (!fileAnimates_) fileAnimates_ = animatesByFile();
+    return !*fileAnimates_;
+}
+
 void QtWindowServerAppearance::askDesktop() {
-    if (std::exchange(asked_, true) || fromEnvironment()) return;
+    if (std::exchange(asked_, true) || (fromEnvironment() && reducedFromEnvironment())) return;
     // Without a session bus the library would try to start one.
     const char* runtime = std::getenv("XDG_RUNTIME_DIR");
     if (!std::getenv("DBUS_SESSION_BUS_ADDRESS") && !(runtime && *runtime)) return;

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace libvue::backend {
 
@@ -13,6 +14,9 @@ public:
     ~QtWindowServerAppearance();
 
     [[nodiscard]] bool prefersDark() const;
+    /// Whether animations are off: LIBVUE_REDUCED_MOTION (1, 0) decides where it is set; then the desktop's settings
+    /// portal once it has answered; until then, or without one, the settings file of the desktop's toolkit.
+    [[nodiscard]] bool prefersReducedMotion() const;
     /// Begins to ask the portal, once. Costs a connection to the session bus, so it waits until a window has been
     /// shown.
     void askDesktop();
@@ -23,6 +27,7 @@ private:
     struct Portal;
     std::function<void()> changed_;
     std::unique_ptr<Portal> portal_;
+    mutable std::optional<bool> fileAnimates_; ///< read once
     bool dark_ = false, asked_ = false;
 };
 

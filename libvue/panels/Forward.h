@@ -1,0 +1,23 @@
+#pragma once
+
+#include <libvue/platform/appkit/Forward.h>
+
+namespace libvue {
+
+class KCAnimationDePanneauxGlissants;
+class KCAnimationDePanneauxOutils;
+class KCConteneurDePanneauxGlissants;
+class KCPanneauGlissant;
+class KCPanneauxGlissants;
+class KCProtocoleVide;
+
+class KCAnimationDePanneauGlissantVersLaGauche;
+class KCAnimationDePanneauGlissantVersLaDroite;
+class KCAnimationDePanneauGlissantVersLeHaut;
+class KCAnimationDePanneauGlissantVersLeBas;
+class KCAnimationDePanneauGlissantParDessusVersLaGauche;
+class KCAnimationDePanneauGlissantParDessusVersLaDroite;
+class KCAnimationDePanneauGlissantParDessusVersLeHaut;
+class KCAnimationDePanneauGlissantParDessusVersLeBas;
+
+} // namespace libvue

@@ -1,0 +1,7 @@
+#include <libvue/panels/KCAnimationDePanneauxGlissants.h>
+
+namespace libvue {
+
+KCAnimationDePanneauxGlissants::~KCAnimationDePanneauxGlissants() = default;
+
+} // namespace libvue

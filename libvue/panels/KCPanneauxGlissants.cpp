@@ -1,0 +1,7 @@
+#include <libvue/panels/KCPanneauxGlissants.h>
+
+namespace libvue {
+
+KCPanneauxGlissants::~KCPanneauxGlissants() = default;
+
+} // namespace libvue

@@ -1,0 +1,7 @@
+#include <libvue/panels/KCProtocoleVide.h>
+
+namespace libvue {
+
+KCProtocoleVide::~KCProtocoleVide() = default;
+
+} // namespace libvue

@@ -1,0 +1,104 @@
+#include <libvue/platform/appkit/ViewPicture.h>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include <libvue/platform/appkit/NSView.h>
+#include <libvue/platform/appkit/NSViewExtras.h>
+#include <libvue/platform/appkit/ScopeExit.h>
+#include <libvue/platform/backend/Canvas.h>
+#include <libvue/platform/graphics/NSGraphicsContext.h>
+#include <libvue/platform/graphics/NSImage.h>
+
+namespace libvue {
+
+struct ViewPicture::Kept {
+    explicit Kept(NSView* v) : view(v) {}
+    Ref<NSView> view;
+    std::shared_ptr<backend::Picture> picture;
+    NSSize size;
+    CGFloat scale = 0;
+    bool stale = true;
+    bool drawing = false;
+
+    void bringUpToDate(CGFloat wanted) {
+        const NSSize now = view->frame().size;
+        if (!stale && size == now && scale == wanted) return;
+        // Before drawing: what drawing changes is drawn at the next pass.
+        stale = false;
+        size = now;
+        scale = wanted;
+        // The pass under way leaves out what it has no need of; a picture is whole.
+        const std::vector<NSRect> none;
+        const DrawRegionScope everything(none);
+        drawing = true;
+        const ScopeExit done([this] { drawing = false; });
+        const Ref<NSImage> image = view->imageInsideRect_scale(view->bounds(), scale);
+        picture = image ? image->picture(scale) : nullptr;
+    }
+};
+
+std::size_t ViewPicture::count_ = 0;
+
+namespace {
+
+/// A few at a time: searched from end to end.
+template <class Kept> std::vector<Kept*>& all() {
+    static std::vector<Kept*> kept;
+    return kept;
+}
+
+bool isWhole(CGFloat v) noexcept { return std::abs(v - std::round(v)) < 1e-6; }
+
+/// Half a pixel goes the same way on both sides of 0: what stands side by side stays so.
+CGFloat toPixel(CGFloat v, CGFloat scale) noexcept { return std::floor(v * scale + 0.5) / scale; }
+
+} // namespace
+
+ViewPicture::ViewPicture(NSView* view) {
+    if (!view || of(view)) return;
+    kept_ = std::make_unique<Kept>(view);
+    all<Kept>().push_back(kept_.get());
+    count_ = all<Kept>().size();
+}
+
+ViewPicture::ViewPicture(ViewPicture&& other) noexcept = default;
+
+ViewPicture::~ViewPicture() {
+    if (!kept_) return;
+    std::erase(all<Kept>(), kept_.get());
+    count_ = all<Kept>().size();
+}
+
+ViewPicture::Kept* ViewPicture::of(const NSView* view) noexcept {
+    if (!any_()) return nullptr;
+    const std::vector<Kept*>& kept = all<Kept>();
+    const auto found = std::find_if(kept.begin(), kept.end(), [view](const Kept* k) { return k->view == view; });
+    return found == kept.end() ? nullptr : *found;
+}
+
+void ViewPicture::viewChanged_(const NSView* view) noexcept {
+    if (Kept* k = of(view)) k->stale = true;
+}
+
+bool ViewPicture::draw_(NSView* view, NSGraphicsContext* context) {
+    Kept* k = of(view);
+    if (!k || k->drawing) return false;
+    backend::Canvas& canvas = context->canvas();
+    const backend::Transform toBase = canvas.transform();
+    const bool moved = toBase.b == 0 && toBase.c == 0 && std::abs(toBase.a) == 1 && std::abs(toBase.d) == 1;
+    const CGFloat scale = canvas.scale();
+    const NSSize size = view->frame().size;
+    if (!canvas.drawsToScreen() || !moved || !isWhole(size.width * scale) || !isWhole(size.height * scale))
+        return false;
+    k->bringUpToDate(scale);
+    if (!k->picture) return false;
+    const NSRect inBase = toBase.apply(view->frame());
+    const NSRect placed{{toPixel(inBase.origin.x, scale), toPixel(inBase.origin.y, scale)}, inBase.size};
+    canvas.drawPicture(*k->picture, NSZeroRect, toBase.inverted().apply(placed), backend::Compositing::sourceOver, 1,
+                       toBase.d < 0 ? backend::YAxis::down : backend::YAxis::up);
+    return true;
+}
+
+} // namespace libvue
