@@ -11,11 +11,11 @@ if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
 fi
 
 PAQUETS_CONSTRUCTION=(g++ cmake ninja-build pkg-config ccache qt6-base-dev qt6-base-private-dev qt6-qpa-plugins
-    libicu-dev rapidjson-dev libxcb1-dev libxcb-shape0-dev libgl-dev libopengl-dev libxkbcommon-dev
+    libicu-dev rapidjson-dev libxcb1-dev libxcb-shape0-dev libgl-dev libopengl-dev libxkbcommon-dev libcups2-dev
     fonts-liberation2 fonts-dejavu-core)
 PAQUETS_ESSAIS=(libgtest-dev libgmock-dev poppler-utils)
 PAQUETS_LINT=(clang-format clang-tidy shellcheck git)
-PAQUETS_FENETRES=(xvfb openbox picom xdotool x11-utils)
+PAQUETS_FENETRES=(xvfb openbox picom xdotool x11-utils cups-daemon cups-client)
 PAQUETS_BANCS=(libbenchmark-dev wfrench)
 
 dire() { printf '== %s\n' "$*"; }

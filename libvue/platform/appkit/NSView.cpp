@@ -24,6 +24,7 @@ void NSView::describe(ClassDescription<NSView, NSResponder>& c) {
     c.key<&NSView::toolTip, &NSView::setToolTip>("toolTip");
     c.key<&NSView::superview>("superview");
     c.key<&NSView::window>("window");
+    c.answers<&NSView::print>(op::print);
 }
 
 NSView::NSView() = default;

@@ -45,6 +45,7 @@ namespace op {
 /// The text of a tool tip; absent or empty for none. The last argument is what addToolTipRect was given.
 inline constexpr Operation<Ref<NSString>(NSView*, NSToolTipTag, NSPoint, void*)> view_stringForToolTip_point_userData{
     "view:stringForToolTip:point:userData:"};
+inline constexpr Operation<void(NSObject*)> print{"print:"};
 } // namespace op
 
 /// What the desktop's assistive tools are told of a view.
@@ -173,6 +174,39 @@ public:
     /// PNG bytes of the view at `scale` pixels a point.
     [[nodiscard]] Ref<NSData> pngDataInsideRect_scale(const NSRect& r, CGFloat scale);
     [[nodiscard]] Ref<NSImage> imageInsideRect_scale(const NSRect& r, CGFloat scale);
+
+    // Printing: sent by the print operation. Pages are counted from 1.
+
+    /// Lays out for the pages of the current print operation, and says which there are. NO, the default, leaves the
+    /// division to the operation, through adjustPageHeightNew:top:bottom:limit:. `range` may be null.
+    virtual BOOL knowsPageRange(NSRange* range);
+    /// The part of the view on that page, for a view that knows its pages. For NSZeroRect, the default, the operation
+    /// takes divisionForPage_ instead.
+    [[nodiscard]] virtual NSRect rectForPage(NSInteger page);
+    /// What stands on a page that the view counts and gives no rectangle for: the default is that part of the whole
+    /// view, divided into pages as for a view that does not know its pages. An empty one prints the border alone.
+    [[nodiscard]] virtual NSRect divisionForPage_(NSInteger page);
+    /// Moves the end of a page that starts at `top` up from `bottom`, so that nothing is cut; not above `limit`, where
+    /// that can be helped. The default spares subviews that begin below `limit`.
+    virtual void adjustPageHeightNew_top_bottom_limit(CGFloat* newBottom, CGFloat top, CGFloat bottom, CGFloat limit);
+    virtual void adjustPageWidthNew_left_right_limit(CGFloat* newRight, CGFloat left, CGFloat right, CGFloat limit);
+    /// How much of a page may stay empty so that nothing is cut, as a fraction.
+    [[nodiscard]] virtual CGFloat heightAdjustLimit() const { return 0.2; }
+    [[nodiscard]] virtual CGFloat widthAdjustLimit() const { return 0.2; }
+    /// Where the lower left corner of that part goes on the paper, whose origin is its own lower left corner. The
+    /// default follows the margins and the centring of the print info.
+    [[nodiscard]] virtual NSPoint locationOfPrintRect(const NSRect& r);
+    /// Draws what stands on each sheet beside the view, over the whole paper. The coordinates are those of the paper,
+    /// y downward for a flipped view. The default draws nothing.
+    virtual void drawPageBorderWithSize(const NSSize& paper);
+    virtual void beginDocument() {}
+    virtual void endDocument() {}
+    virtual void beginPageInRect_atPlacement(const NSRect& r, NSPoint place);
+    virtual void endPage() {}
+    /// Null, the default: the title of the window.
+    [[nodiscard]] virtual Ref<NSString> printJobTitle();
+    /// Prints the view with the shared print info, after the panel.
+    virtual void print(NSObject* sender);
 
     // Events.
 

@@ -5,6 +5,7 @@
 #include <libvue/platform/appkit/NSView.h>
 #include <libvue/platform/appkit/NSViewExtras.h>
 #include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/appkit/PrintFocus.h>
 #include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/appkit/ViewPicture.h>
 #include <libvue/platform/backend/Backend.h>
@@ -197,8 +198,8 @@ BOOL NSView::needsToDrawRect(const NSRect& r) const {
 
 void NSView::lockFocus() {
     NSGraphicsContext::saveGraphicsState();
-    Ref<NSGraphicsContext> context;
-    if (window_ && window_->nativeId_() != 0) {
+    Ref<NSGraphicsContext> context = PrintFocus::contextFor(this);
+    if (!context && window_ && window_->nativeId_() != 0) {
         auto& server = *backend::Backend::current().windows;
         if (auto surface = server.surface(window_->nativeId_()))
             if (auto canvas = backend::Backend::current().graphics->canvasOn(surface)) {
@@ -215,7 +216,7 @@ void NSView::lockFocus() {
 }
 
 void NSView::unlockFocus() {
-    const bool drew = NSGraphicsContext::currentContext() != nullptr;
+    const bool drew = NSGraphicsContext::currentContextDrawingToScreen();
     NSGraphicsContext::setCurrentContext(nullptr); // ends the drawing before it is shown
     NSGraphicsContext::restoreGraphicsState();
     if (drew && window_ && window_->nativeId_() != 0) {

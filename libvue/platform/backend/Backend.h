@@ -3,6 +3,7 @@
 #include <memory>
 
 #include <libvue/platform/backend/GraphicsEngine.h>
+#include <libvue/platform/backend/PrintService.h>
 #include <libvue/platform/backend/TextEngine.h>
 #include <libvue/platform/backend/WindowServer.h>
 
@@ -14,6 +15,7 @@ struct LIBVUE_API Backend {
     std::unique_ptr<TextEngine> text;
     std::unique_ptr<WindowServer> windows;
     std::unique_ptr<Clipboard> clipboard;
+    std::unique_ptr<PrintService> printing;
 
     /// The installed one; made on first use by makeDefaultBackend.
     [[nodiscard]] static Backend& current();
@@ -38,5 +40,9 @@ struct LIBVUE_API Backend {
 /// clipboard announces foreign changes through `windows`; both must outlive what they are given to.
 [[nodiscard]] LIBVUE_API std::unique_ptr<WindowServer> makeMemoryWindows(GraphicsEngine& graphics);
 [[nodiscard]] LIBVUE_API std::unique_ptr<Clipboard> makeMemoryClipboard(WindowServer& windows);
+/// Jobs that stay in memory, drawn with `graphics`, which must outlive it. No printer until one is added.
+[[nodiscard]] LIBVUE_API std::unique_ptr<PrintService> makeMemoryPrinting(GraphicsEngine& graphics);
+/// PDF files, and the printers of the desktop.
+[[nodiscard]] LIBVUE_API std::unique_ptr<PrintService> makeQtPrinting();
 
 } // namespace libvue::backend

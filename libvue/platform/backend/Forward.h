@@ -9,6 +9,8 @@ class Clipboard;
 class FontFace;
 class GraphicsEngine;
 class Picture;
+class PrintDocument;
+class PrintService;
 class TextEngine;
 class TextLayout;
 class WindowServer;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
+#include <utility>
 
 #include <QBuffer>
 #include <QByteArray>
@@ -12,6 +14,7 @@
 #include <QPdfWriter>
 #include <QString>
 
+#include <libvue/platform/backend/qt/PdfSide.h>
 #include <libvue/platform/backend/qt/QtConvert.h>
 #include <libvue/platform/backend/qt/RasterCanvas.h>
 #include <libvue/platform/backend/qt/RasterGradient.h>
@@ -25,7 +28,7 @@ namespace {
 
 constexpr int resolution = 1440;
 constexpr double unitsAPoint = resolution / 72.0;
-constexpr double pixelsAPoint = 3; // of the pixels on the side
+constexpr double pixelsAPoint = PdfSide::pixelsAPoint;
 
 /// The box of all control points, and something around it.
 NSRect boxOf(const Path& path, double margin) {
@@ -52,11 +55,13 @@ struct PdfCanvas::Page {
     QPdfWriter writer;
     QPainter painter;
     Transform base; // points of the page to the writer's units
-    std::shared_ptr<RasterPicture> pixels;
-    std::unique_ptr<RasterCanvas> side;
+    std::optional<PdfSide> side;
 
-    Page(NSSize wanted, std::string_view title)
-        : size(wanted), writer(buffer.open(QIODevice::WriteOnly) ? &buffer : nullptr) {
+    Page(NSSize wanted, std::string_view title, QIODevice* device)
+        : size(wanted),
+          writer(device                              ? device
+                 : buffer.open(QIODevice::WriteOnly) ? &buffer
+                                                     : nullptr) {
         writer.setResolution(resolution);
         writer.setPageSize(
             QPageSize(QSizeF(size.width, size.height), QPageSize::Point, QString(), QPageSize::ExactMatch));
@@ -69,18 +74,16 @@ struct PdfCanvas::Page {
     }
 };
 
-PdfCanvas::PdfCanvas(NSSize page, std::string_view title) : page_(std::make_unique<Page>(page, title)) { resetPage(); }
+PdfCanvas::PdfCanvas(NSSize page, std::string_view title, QIODevice* device)
+    : page_(std::make_unique<Page>(page, title, device)) {
+    resetPage();
+}
 PdfCanvas::~PdfCanvas() = default;
 
 void PdfCanvas::resetPage() {
-    const NSSize size = page_->size;
-    QImage image(static_cast<int>(std::ceil(size.width * pixelsAPoint)),
-                 static_cast<int>(std::ceil(size.height * pixelsAPoint)), QImage::Format_ARGB32_Premultiplied);
-    image.fill(0);
-    page_->side.reset();
-    page_->pixels = std::make_shared<RasterPicture>(std::move(image), size);
-    page_->side = std::make_unique<RasterCanvas>(page_->pixels);
+    page_->side.emplace(page_->size);
     state_ = {};
+    state_.clip = {{0, 0}, page_->size};
     saved_.clear();
     layers_.clear();
     layerInk_ = {};
@@ -105,7 +108,7 @@ std::vector<std::uint8_t> PdfCanvas::finish() {
 void PdfCanvas::save() {
     saved_.push_back(state_);
     page_->painter.save();
-    page_->side->save();
+    page_->side->draw([](RasterCanvas& c) { c.save(); });
 }
 
 void PdfCanvas::restore() {
@@ -113,13 +116,13 @@ void PdfCanvas::restore() {
     state_ = saved_.back();
     saved_.pop_back();
     page_->painter.restore();
-    page_->side->restore();
+    page_->side->draw([](RasterCanvas& c) { c.restore(); });
 }
 
 void PdfCanvas::concat(const Transform& t) {
     if (!isFinite(t)) return;
     state_.user = t.then(state_.user);
-    page_->side->concat(t);
+    page_->side->draw([t](RasterCanvas& c) { c.concat(t); });
 }
 
 void PdfCanvas::useTransform(const Transform& toUser) {
@@ -127,7 +130,8 @@ void PdfCanvas::useTransform(const Transform& toUser) {
 }
 
 void PdfCanvas::clip(const Path& path, FillRule rule) {
-    page_->side->clip(path, rule);
+    page_->side->draw([path, rule](RasterCanvas& c) { c.clip(path, rule); });
+    state_.clip = NSIntersectionRect(state_.clip, state_.user.apply(boxOf(path, 0)));
     QPainterPath converted;
     if (!convertPath(path, {}, rule, converted)) converted.clear();
     useTransform({});
@@ -137,7 +141,12 @@ void PdfCanvas::clip(const Path& path, FillRule rule) {
 void PdfCanvas::clip(const NSRect& rect) { clip(&rect, 1); }
 
 void PdfCanvas::clip(const NSRect* rects, std::size_t count) {
-    page_->side->clip(rects, count);
+    page_->side->draw(
+        [all = std::vector<NSRect>(rects, rects + count)](RasterCanvas& c) { c.clip(all.data(), all.size()); });
+    NSRect box = NSZeroRect;
+    for (std::size_t i = 0; i < count; ++i)
+        if (isFinite(rects[i])) box = NSUnionRect(box, rects[i]);
+    state_.clip = NSIntersectionRect(state_.clip, state_.user.apply(box));
     QPainterPath converted;
     converted.setFillRule(Qt::WindingFill);
     for (std::size_t i = 0; i < count; ++i)
@@ -146,25 +155,31 @@ void PdfCanvas::clip(const NSRect* rects, std::size_t count) {
     page_->painter.setClipPath(converted, Qt::IntersectClip);
 }
 
-NSRect PdfCanvas::clipBounds() const { return page_->side->clipBounds(); }
+NSRect PdfCanvas::clipBounds() const {
+    return NSIsEmptyRect(state_.clip) ? NSRect{} : state_.user.inverted().apply(state_.clip);
+}
 
 void PdfCanvas::setCompositing(Compositing op) {
     state_.op = op;
-    page_->side->setCompositing(op);
+    page_->side->draw([op](RasterCanvas& c) { c.setCompositing(op); });
 }
 void PdfCanvas::setAlpha(double alpha) {
     state_.alpha = component(alpha);
-    page_->side->setAlpha(alpha);
+    page_->side->draw([alpha](RasterCanvas& c) { c.setAlpha(alpha); });
 }
 void PdfCanvas::setShadow(const Shadow* shadow) {
     state_.hasShadow = shadow != nullptr && shadow->color.alpha > 0;
     if (state_.hasShadow) state_.shadow = *shadow;
-    page_->side->setShadow(shadow);
+    page_->side->draw([kept = shadow ? std::optional<Shadow>(*shadow) : std::nullopt](RasterCanvas& c) {
+        c.setShadow(kept ? &*kept : nullptr);
+    });
 }
-void PdfCanvas::setAntialiasing(bool on) { page_->side->setAntialiasing(on); }
+void PdfCanvas::setAntialiasing(bool on) {
+    page_->side->draw([on](RasterCanvas& c) { c.setAntialiasing(on); });
+}
 void PdfCanvas::setInterpolation(Interpolation quality) {
     page_->painter.setRenderHint(QPainter::SmoothPixmapTransform, quality != Interpolation::none);
-    page_->side->setInterpolation(quality);
+    page_->side->draw([quality](RasterCanvas& c) { c.setInterpolation(quality); });
 }
 
 NSRect PdfCanvas::withShadow(const NSRect& box) const {
@@ -187,16 +202,17 @@ bool PdfCanvas::isPlain(Compositing op, double alpha, const NSRect& bounds) {
 }
 
 void PdfCanvas::patch(const NSRect& bounds) {
-    const NSRect clipped = NSIntersectionRect(bounds, state_.user.apply(page_->side->clipBounds()));
+    const NSRect clipped = NSIntersectionRect(bounds, state_.clip);
     if (NSIsEmptyRect(clipped) || !isFinite(clipped)) return;
-    const double height = page_->pixels->pixelHeight();
+    const RasterPicture& pixels = page_->side->pixels();
+    const double height = pixels.pixelHeight();
     const QRect area = outward(QRectF(clipped.origin.x * pixelsAPoint, height - NSMaxY(clipped) * pixelsAPoint,
                                       clipped.size.width * pixelsAPoint, clipped.size.height * pixelsAPoint)) &
-                       page_->pixels->image().rect();
+                       pixels.image().rect();
     if (area.isEmpty()) return;
     QImage image(area.size(), QImage::Format_RGB32);
     image.fill(Qt::white);
-    QPainter(&image).drawImage(QPoint(), page_->pixels->image(), area);
+    QPainter(&image).drawImage(QPoint(), pixels.image(), area);
     QPainter& painter = page_->painter;
     painter.save();
     painter.setClipping(false);
@@ -210,7 +226,7 @@ void PdfCanvas::patch(const NSRect& bounds) {
 }
 
 void PdfCanvas::fill(const Path& path, FillRule rule, const Color& color) {
-    page_->side->fill(path, rule, color);
+    page_->side->draw([path, rule, color](RasterCanvas& c) { c.fill(path, rule, color); });
     if (!isPlain(state_.op, color.alpha * state_.alpha, boxOf(path, 1))) return;
     QPainterPath converted;
     if (!convertPath(path, {}, rule, converted)) return;
@@ -220,14 +236,14 @@ void PdfCanvas::fill(const Path& path, FillRule rule, const Color& color) {
 
 void PdfCanvas::fillRect(const NSRect& rect, const Color& color, Compositing op) {
     if (NSIsEmptyRect(rect) || !isFinite(rect)) return;
-    page_->side->fillRect(rect, color, op);
+    page_->side->draw([rect, color, op](RasterCanvas& c) { c.fillRect(rect, color, op); });
     if (!isPlain(op, color.alpha * state_.alpha, NSInsetRect(rect, -1, -1))) return;
     useTransform({});
     page_->painter.fillRect(toQt(rect), toQt(color, state_.alpha));
 }
 
 void PdfCanvas::stroke(const Path& path, const Stroke& stroke, const Color& color) {
-    page_->side->stroke(path, stroke, color);
+    page_->side->draw([path, stroke, color](RasterCanvas& c) { c.stroke(path, stroke, color); });
     if (!isPlain(state_.op, color.alpha * state_.alpha, boxOf(path, reach(stroke) + 1))) return;
     QPainterPath converted;
     if (!convertPath(path, {}, FillRule::nonZero, converted)) return;
@@ -243,7 +259,7 @@ void PdfCanvas::strokeLine(NSPoint from, NSPoint to, const Stroke& line, const C
 
 void PdfCanvas::drawGradient(const AxialGradient& gradient) {
     const NSRect bounds = clipBounds();
-    page_->side->drawGradient(gradient);
+    page_->side->draw([gradient](RasterCanvas& c) { c.drawGradient(gradient); });
     double least = state_.alpha;
     for (const GradientStop& stop : gradient.stops)
         least = std::min(least, stop.color.alpha * state_.alpha);
@@ -258,9 +274,11 @@ void PdfCanvas::drawGradient(const AxialGradient& gradient) {
 
 void PdfCanvas::drawPicture(const Picture& picture, const NSRect& source, const NSRect& destination, Compositing op,
                             double fraction, YAxis axis) {
-    page_->side->drawPicture(picture, source, destination, op, fraction, axis);
     const auto placement = placePicture(picture, source, destination, axis);
     if (!placement) return;
+    // The picture may be drawn into, or be gone, when the side is made.
+    const auto kept = std::make_shared<RasterPicture>(pixelsOf(picture).copy(), picture.size());
+    page_->side->draw([=](RasterCanvas& c) { c.drawPicture(*kept, source, destination, op, fraction, axis); });
     const double opacity = component(fraction) * state_.alpha;
     if (!isPlain(op, picture.hasAlpha() ? 0 : opacity, destination)) return;
     const QImage image = pixelsOf(picture);
@@ -274,7 +292,10 @@ void PdfCanvas::drawPicture(const Picture& picture, const NSRect& source, const 
 void PdfCanvas::drawText(const TextLayout& text, NSPoint origin, YAxis axis) {
     const auto* layout = dynamic_cast<const RasterTextLayout*>(&text);
     if (layout == nullptr || !isFinite(origin)) return;
-    page_->side->drawText(text, origin, axis);
+    if (const auto kept = layout->weak_from_this().lock())
+        page_->side->draw([kept, origin, axis](RasterCanvas& c) { c.drawText(*kept, origin, axis); });
+    else
+        page_->side->canvas().drawText(text, origin, axis);
     const Transform toUser{1, 0, 0, axis == YAxis::up ? -1.0 : 1.0, origin.x, origin.y};
     const NSRect ink = layout->inkBounds();
     // Shadows are pixels; the text goes over its own picture, so that it can be selected and searched.
@@ -289,7 +310,7 @@ void PdfCanvas::drawText(const TextLayout& text, NSPoint origin, YAxis axis) {
 }
 
 void PdfCanvas::beginLayer() {
-    page_->side->beginLayer();
+    page_->side->draw([](RasterCanvas& c) { c.beginLayer(); });
     if (layers_.empty()) layerInk_ = {};
     save();
     layers_.push_back(saved_.size());
@@ -304,7 +325,7 @@ void PdfCanvas::endLayer() {
         restore();
     layers_.pop_back();
     restore();
-    page_->side->endLayer();
+    page_->side->draw([](RasterCanvas& c) { c.endLayer(); });
     if (!layers_.empty()) return;
     // The layer's own state, with its shadow, decides how far it reaches.
     patch(withShadow(layerInk_));
@@ -312,7 +333,9 @@ void PdfCanvas::endLayer() {
 
 namespace pdf {
 
-GraphicsEngine::PDF make(NSSize page, std::string_view title) {
+GraphicsEngine::PDF make(NSSize page, std::string_view title) { return {open(page, title, nullptr)}; }
+
+std::unique_ptr<PdfCanvas> open(NSSize page, std::string_view title, QIODevice* device) {
     constexpr double largest = 14400; // of a page description, in points
     const auto held = [=](double v) { return v >= 1 ? std::min(v, largest) : 1; };
     NSSize size{held(page.width), held(page.height)};
@@ -322,8 +345,7 @@ GraphicsEngine::PDF make(NSSize page, std::string_view title) {
         const double k = std::sqrt(largestArea / (size.width * size.height));
         size = {size.width * k, size.height * k};
     }
-    auto canvas = std::make_unique<PdfCanvas>(size, title);
-    return {std::move(canvas)};
+    return std::make_unique<PdfCanvas>(size, title, device);
 }
 
 void beginPage(GraphicsEngine::PDF& document) {

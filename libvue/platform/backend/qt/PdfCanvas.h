@@ -7,14 +7,17 @@
 
 #include <libvue/platform/backend/GraphicsEngine.h>
 
+class QIODevice;
+
 namespace libvue::backend {
 
 /// Draws pages. Everything is also drawn into pixels on the side: what a page description cannot compose (operations
-/// that read what is below, shadows, layers) is taken from there as a picture, on white. All else stays text and
-/// outlines.
+/// that read what is below, shadows, layers) is taken from there as a picture, on white, and only a page with such a
+/// thing makes them. All else stays text and outlines.
 class PdfCanvas final : public Canvas {
 public:
-    PdfCanvas(NSSize page, std::string_view title);
+    /// Into `device`, which is open and outlives it; null for memory.
+    PdfCanvas(NSSize page, std::string_view title, QIODevice* device);
     ~PdfCanvas() override;
 
     void beginPage();
@@ -55,6 +58,7 @@ private:
         double alpha = 1;
         Shadow shadow;
         bool hasShadow = false;
+        NSRect clip; // its bounding box, in points of the page
     };
     std::unique_ptr<Page> page_;
     State state_;
@@ -74,6 +78,8 @@ private:
 
 /// The engine's page functions.
 namespace pdf {
+/// Into a device, see PdfCanvas.
+[[nodiscard]] std::unique_ptr<PdfCanvas> open(NSSize page, std::string_view title, QIODevice* device);
 [[nodiscard]] GraphicsEngine::PDF make(NSSize page, std::string_view title);
 void beginPage(GraphicsEngine::PDF& document);
 [[nodiscard]] std::vector<std::uint8_t> finish(GraphicsEngine::PDF& document);

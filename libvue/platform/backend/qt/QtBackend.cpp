@@ -4,6 +4,7 @@
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/backend/qt/QtApplication.h>
 #include <libvue/platform/backend/qt/QtClipboard.h>
+#include <libvue/platform/backend/qt/QtPrinting.h>
 #include <libvue/platform/backend/qt/QtWindowServer.h>
 
 namespace libvue::backend {
@@ -15,6 +16,7 @@ std::unique_ptr<Backend> makeMemoryBackend() {
     backend->text = makeRasterText();
     backend->windows = makeMemoryWindows(*backend->graphics);
     backend->clipboard = makeMemoryClipboard(*backend->windows);
+    backend->printing = makeMemoryPrinting(*backend->graphics);
     return backend;
 }
 
@@ -25,6 +27,7 @@ std::unique_ptr<Backend> makeQtBackend() {
     backend->text = makeRasterText();
     backend->windows = std::make_unique<QtWindowServer>();
     backend->clipboard = std::make_unique<QtClipboard>(*backend->windows);
+    backend->printing = std::make_unique<QtPrinting>();
     return backend;
 }
 

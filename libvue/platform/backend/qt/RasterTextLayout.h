@@ -21,7 +21,7 @@ namespace libvue::backend {
 
 /// Lines of shaped text. Glyphs are taken from the shaper at the first drawing, and the pixels of a short text are kept
 /// for the next one.
-class RasterTextLayout final : public TextLayout {
+class RasterTextLayout final : public TextLayout, public std::enable_shared_from_this<RasterTextLayout> {
 public:
     /// Whether a painting casts the shadows of its runs or leaves them to whoever has them already.
     enum class Shadows : unsigned char { cast, leave };
