@@ -4,6 +4,8 @@
 
 namespace libvue {
 
+class KAlerteInfo;
+class KAlerteInfoErreur;
 class UniChaine;
 
 } // namespace libvue

@@ -212,7 +212,15 @@ NSWindow* NSApplication::blockerOf(NSWindow* w) const {
             isFree = a == modal;
         if (!isFree) return modal->sheetInFront_() ? modal->sheetInFront_() : modal;
     }
-    return w->sheetInFront_();
+    if (NSWindow* sheet = w->sheetInFront_()) return sheet;
+    // What hangs on a window that has a sheet waits with it, unless it hangs on the sheet.
+    if (w->worksWhenModal()) return nullptr;
+    for (const NSWindow* a = w; a && !a->isSheet(); a = a->parentWindow()) {
+        if (a == modalWindow()) return nullptr;
+        if (const NSWindow* p = a->parentWindow())
+            if (NSWindow* sheet = p->sheetInFront_()) return sheet;
+    }
+    return nullptr;
 }
 
 // Sheets.

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include <libvue/platform/backend/GraphicsEngine.h>
+#include <libvue/platform/backend/NotificationService.h>
 #include <libvue/platform/backend/PrintService.h>
 #include <libvue/platform/backend/TextEngine.h>
 #include <libvue/platform/backend/WindowServer.h>
@@ -16,6 +17,7 @@ struct LIBVUE_API Backend {
     std::unique_ptr<WindowServer> windows;
     std::unique_ptr<Clipboard> clipboard;
     std::unique_ptr<PrintService> printing;
+    std::unique_ptr<NotificationService> notices; ///< null: the desktop shows none
 
     /// The installed one; made on first use by makeDefaultBackend.
     [[nodiscard]] static Backend& current();
@@ -44,5 +46,6 @@ struct LIBVUE_API Backend {
 [[nodiscard]] LIBVUE_API std::unique_ptr<PrintService> makeMemoryPrinting(GraphicsEngine& graphics);
 /// PDF files, and the printers of the desktop.
 [[nodiscard]] LIBVUE_API std::unique_ptr<PrintService> makeQtPrinting();
+[[nodiscard]] LIBVUE_API std::unique_ptr<NotificationService> makeMemoryNotices();
 
 } // namespace libvue::backend

@@ -8,6 +8,7 @@ class Canvas;
 class Clipboard;
 class FontFace;
 class GraphicsEngine;
+class NotificationService;
 class Picture;
 class PrintDocument;
 class PrintService;
@@ -17,6 +18,7 @@ class WindowServer;
 class WindowStacking;
 struct Backend;
 struct Event;
+struct Notice;
 struct Path;
 struct Transform;
 

@@ -4,6 +4,7 @@
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/backend/qt/QtApplication.h>
 #include <libvue/platform/backend/qt/QtClipboard.h>
+#include <libvue/platform/backend/qt/QtNotificationService.h>
 #include <libvue/platform/backend/qt/QtPrinting.h>
 #include <libvue/platform/backend/qt/QtWindowServer.h>
 
@@ -17,6 +18,7 @@ std::unique_ptr<Backend> makeMemoryBackend() {
     backend->windows = makeMemoryWindows(*backend->graphics);
     backend->clipboard = makeMemoryClipboard(*backend->windows);
     backend->printing = makeMemoryPrinting(*backend->graphics);
+    backend->notices = makeMemoryNotices();
     return backend;
 }
 
@@ -28,6 +30,7 @@ std::unique_ptr<Backend> makeQtBackend() {
     backend->windows = std::make_unique<QtWindowServer>();
     backend->clipboard = std::make_unique<QtClipboard>(*backend->windows);
     backend->printing = std::make_unique<QtPrinting>();
+    backend->notices = makeQtNotices();
     return backend;
 }
 
