@@ -156,6 +156,15 @@ TEST_F(NSAlertTest, LongTextsScrollByTheKeysAndTheWindowStaysOnTheScreen) {
     EXPECT_THAT(codes, ElementsAre(1000));
 }
 
+TEST_F(NSAlertTest, ASheetOfALowWindowStaysOnTheScreen) {
+    alerte->setInformativeText(u""_ns->stringByPaddingToLength_withString_startingAtIndex(9000, u"encore "_ns, 0));
+    fenetre->setFrame_display(NSMakeRect(200, 10, 600, 300), YES);
+    enFeuille();
+    EXPECT_GE(NSMinY(alerte->window()->frame()), 0);
+    EXPECT_GT(alerte->window()->frame().size.height, 150);
+    touche(kRetour);
+}
+
 TEST_F(NSAlertTest, ASheetBlocksItsWindowAndWhatHangsOnItAlone) {
     const Ref<NSWindow> autre = windowAt({{920, 200}, {200, 200}});
     show(autre);

@@ -8,6 +8,7 @@
 #include <bulles/Actions.h>
 #include <libvue/platform/appkit/NSButton.h>
 #include <libvue/platform/appkit/NSPopUpButton.h>
+#include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/graphics/NSColor.h>
 
 namespace galerie {

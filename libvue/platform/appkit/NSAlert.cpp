@@ -27,10 +27,10 @@ static const ClassRegistration<NSAlert> registration;
 
 namespace {
 
-constexpr ConstantString kReturn{u"\r"}, kEscape{u"\u001B"}, kNothing{u""};
+constexpr ConstantString kReturn{u"\r"}, kEscape{u"\u001B"};
 
 /// Of the screen's height, and never more points than that.
-constexpr CGFloat kPartOfScreen = 0.7, kHighest = 560;
+constexpr CGFloat kPartOfScreen = 0.7, kHighest = 560, kLeast = 200;
 
 SEL pressSelector() {
     static const SEL s = sel("alertButtonPressed_:");
@@ -55,10 +55,15 @@ Ref<NSString> own(NSString* text) {
     return NSBundle::libraryBundle()->localizedStringForKey_value_table(text, nullptr, nullptr);
 }
 
-CGFloat heightLimit(NSWindow* w) {
-    const NSScreen* screen = w->sheetParent() ? w->sheetParent()->screen() : NSScreen::mainScreen();
+/// How high an alert may be: a sheet must not hang down off the screen.
+CGFloat heightLimit(NSWindow* owner) {
+    const NSScreen* screen = owner ? owner->screen() : nullptr;
     if (!screen) screen = NSScreen::mainScreen();
-    return screen ? std::min(kHighest, screen->visibleFrame().size.height * kPartOfScreen) : kHighest;
+    if (!screen) return kHighest;
+    const NSRect seen = screen->visibleFrame();
+    CGFloat limit = std::min(kHighest, seen.size.height * kPartOfScreen);
+    if (owner) limit = std::min(limit, NSMaxY(owner->contentRectForFrameRect(owner->frame())) - NSMinY(seen));
+    return std::max(kLeast, limit);
 }
 
 } // namespace
@@ -122,7 +127,9 @@ NSButton* NSAlert::suppressionButton() {
 
 // Where it stands.
 
-void NSAlert::layout() {
+void NSAlert::layout() { layoutOver(nullptr); }
+
+void NSAlert::layoutOver(NSWindow* owner) {
     const Ref<NSAlert> self(this);
     if (buttons_.empty()) addButtonWithTitle(own(u"OK"_ns));
     const auto content = make<AlertContentView>();
@@ -147,7 +154,7 @@ void NSAlert::layout() {
         parts.buttonHeight = std::max(parts.buttonHeight, b->frame().size.height);
     }
     parts.help = showsHelp_;
-    parts.maxHeight = heightLimit(panel_);
+    parts.maxHeight = heightLimit(owner);
     parts.scrollerWidth = NSScroller::scrollerWidth();
     const AlertPlaces places = placeAlert(parts);
 
@@ -244,12 +251,12 @@ void NSAlert::beginSheetModalForWindow_completionHandler(NSWindow* window, std::
                    "beginSheetModalForWindow: without a window, or of an alert that is up");
     const Ref<NSAlert> self(this);
     const Ref<NSWindow> owner(window);
-    layout();
     // On a window that nobody sees, nobody could answer.
     if (owner->isMiniaturized())
         owner->deminiaturize(nullptr);
     else if (!owner->isVisible())
         owner->orderFront(nullptr);
+    layoutOver(owner);
     announce();
     owner->beginSheet_completionHandler(panel_, [self, handler = std::move(handler)](NSInteger code) {
         if (handler) handler(code);

@@ -86,6 +86,7 @@ private:
     void press(NSObject* sender);
     void help(NSObject* sender);
     void end(NSInteger code);
+    void layoutOver(NSWindow* owner);
     void linkKeys(const std::vector<NSView*>& texts);
     void announce();
 
