@@ -1,5 +1,8 @@
 #include <FenetreGalerie.h>
 
+#include <array>
+#include <utility>
+
 #include <Composition.h>
 #include <ListePages.h>
 #include <ZonePage.h>
@@ -8,6 +11,7 @@
 #include <libvue/platform/appkit/NSButton.h>
 #include <libvue/platform/appkit/NSMenu.h>
 #include <libvue/platform/appkit/NSMenuItem.h>
+#include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/foundation/NSData.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
@@ -20,6 +24,8 @@ namespace galerie {
 namespace {
 
 constexpr NSSize kTaille{1000, 680}, kTailleMin{720, 480};
+/// Tags of the shortcuts to the neighbours of the page that is shown.
+constexpr NSInteger kPrecedente = -2, kSuivante = -1;
 constexpr CGFloat kLateral = 200, kEntete = 92, kPied = 44;
 
 /// Escape goes back to the list, and from there out of the gallery.
@@ -98,8 +104,15 @@ void FenetreGalerie::construitContenu() {
     for (const auto& p : pages_)
         noms.push_back(p->nom());
     liste_ = make<ListePages>(noms);
-    liste_->setFrame(NSMakeRect(0, kEntete - 6, kLateral, liste_->frame().size.height));
+    liste_->setFrame(NSMakeRect(0, 0, kLateral, liste_->frame().size.height));
     liste_->surChoix = [this](NSUInteger i) { montrePage(i); };
+    const auto defilement =
+        make<NSScrollView>(NSMakeRect(0, kEntete - 6, kLateral, kTaille.height - kPied - (kEntete - 6)));
+    defilement->setDrawsBackground(NO);
+    defilement->setHasVerticalScroller(YES);
+    defilement->setAutohidesScrollers(YES);
+    defilement->setAutoresizingMask(NSViewHeightSizable);
+    defilement->setDocumentView(liste_);
 
     const auto marque = etiquette(u"LibVue"_ns);
     marque->setFont(NSFont::boldSystemFontOfSize(17));
@@ -138,7 +151,7 @@ void FenetreGalerie::construitContenu() {
     zone_->setFrame(NSMakeRect(kLateral + 1, kEntete, kTaille.width - kLateral - 1, kTaille.height - kEntete));
     zone_->setAutoresizingMask(NSViewWidthSizable | NSViewHeightSizable);
 
-    for (NSView* v : std::initializer_list<NSView*>{marque, sous, liste_, choix, bord, titre_, resume_, zone_})
+    for (NSView* v : std::initializer_list<NSView*>{marque, sous, defilement, choix, bord, titre_, resume_, zone_})
         fond->addSubview(v);
     fenetre_->setContentView(fond);
     fenetre_->setInitialFirstResponder(liste_);
@@ -152,6 +165,15 @@ void FenetreGalerie::construitMenu() {
                                                                              enTexte(static_cast<CGFloat>(i + 1)));
         page->setTag(static_cast<NSInteger>(i));
         page->setTarget(this);
+    }
+    constexpr std::array<std::pair<unichar, NSInteger>, 2> kVoisines{
+        {{NSPageUpFunctionKey, kPrecedente}, {NSPageDownFunctionKey, kSuivante}}};
+    for (const auto& [touche, pas] : kVoisines) {
+        const auto equivalent = NSString::stringWithCharacters_length(&touche, 1);
+        NSMenuItem* voisine = raccourcis->addItemWithTitle_action_keyEquivalent(
+            pas == kSuivante ? u"Page suivante"_ns : u"Page précédente"_ns, sel("pageDuMenu:"), equivalent);
+        voisine->setTag(pas);
+        voisine->setTarget(this);
     }
     raccourcis->addItemWithTitle_action_keyEquivalent(u"Fermer"_ns, sel("performClose:"), u"w"_ns)->setTarget(fenetre_);
     raccourcis->addItemWithTitle_action_keyEquivalent(u"Quitter"_ns, sel("terminate:"), u"q"_ns)->setTarget(NSApp());
@@ -209,7 +231,17 @@ void FenetreGalerie::bureauAChange(NSNotification*) { setBureau(currentAppearanc
 // Keys.
 
 void FenetreGalerie::pageDuMenu(NSObject* emetteur) {
-    if (auto* i = as<NSMenuItem>(emetteur)) montrePage(static_cast<NSUInteger>(i->tag()));
+    auto* item = as<NSMenuItem>(emetteur);
+    if (!item) return;
+    const NSUInteger n = pages_.size();
+    switch (item->tag()) {
+    case kPrecedente:
+        return montrePage((indice_ + n - 1) % n);
+    case kSuivante:
+        return montrePage((indice_ + 1) % n);
+    default:
+        montrePage(static_cast<NSUInteger>(item->tag()));
+    }
 }
 
 void FenetreGalerie::annule(NSObject*) {

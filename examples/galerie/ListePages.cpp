@@ -45,6 +45,7 @@ NSUInteger ListePages::rangeeAuPoint(NSPoint p) const {
 void ListePages::setChoisie(NSUInteger i) {
     if (i >= noms_.size() || i == choisie_) return;
     choisie_ = i;
+    scrollRectToVisible(rectDeRangee(i));
     setNeedsDisplay(YES);
 }
 
