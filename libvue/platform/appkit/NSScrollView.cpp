@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
+#include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSClipView.h>
-#include <libvue/platform/appkit/NSEvent.h>
-#include <libvue/platform/appkit/NSScroller.h>
 #include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/appkit/ThemeDessin.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
@@ -16,6 +16,8 @@ namespace libvue {
 
 namespace {
 constexpr CGFloat kBorder = 1;
+/// What a document may be longer than its room without scrolling: sums of fractions are not exact.
+constexpr CGFloat kSlack = 0.01;
 } // namespace
 
 void NSScrollView::describe(ClassDescription<NSScrollView, NSView>& c) {
@@ -31,7 +33,11 @@ void NSScrollView::describe(ClassDescription<NSScrollView, NSView>& c) {
 }
 
 NSScrollView::NSScrollView() : NSScrollView(NSZeroRect) {}
-NSScrollView::NSScrollView(const NSRect& frame) : NSView(frame) { setContentView(make<NSClipView>()); }
+NSScrollView::NSScrollView(const NSRect& frame) : NSView(frame) {
+    setContentView(make<NSClipView>());
+    NSNotificationCenter::defaultCenter()->addObserver<&NSScrollView::desktopChanged>(
+        this, NSApplicationDidChangeAppearanceNotification, nullptr);
+}
 NSScrollView::~NSScrollView() { NSNotificationCenter::defaultCenter()->removeObserver(this); }
 
 NSView* NSScrollView::documentView() const { return clip_ ? clip_->documentView() : nullptr; }
@@ -80,6 +86,7 @@ void NSScrollView::addScroller(Ref<NSScroller>& scroller, NSSize size) {
     scroller = make<NSScroller>(NSRect{{0, 0}, size});
     scroller->setTarget(this);
     scroller->setAction(sel("scrollerMoved:"));
+    scroller->setScrollerStyle(scrollerStyle());
     addSubview(scroller);
 }
 void NSScrollView::setHasVerticalScroller(BOOL f) {
@@ -97,6 +104,29 @@ void NSScrollView::setAutohidesScrollers(BOOL f) {
     tile();
 }
 
+NSScrollerStyle NSScrollView::scrollerStyle() const { return style_ ? *style_ : NSScroller::preferredScrollerStyle(); }
+void NSScrollView::setScrollerStyle(NSScrollerStyle style) {
+    style_ = style;
+    applyScrollerStyle();
+}
+void NSScrollView::applyScrollerStyle() {
+    const NSScrollerStyle style = scrollerStyle();
+    for (NSScroller* s : {vertical_.get(), horizontal_.get()})
+        if (s) s->setScrollerStyle(style);
+    setNeedsDisplay(YES);
+    tile();
+}
+void NSScrollView::desktopChanged(NSNotification*) {
+    const NSScroller* any = vertical_ ? vertical_.get() : horizontal_.get();
+    if (any && any->scrollerStyle() != scrollerStyle()) applyScrollerStyle();
+}
+void NSScrollView::flashScrollers() {
+    for (NSScroller* s : {vertical_.get(), horizontal_.get()})
+        if (s) s->flash();
+}
+
+// Placing.
+
 void NSScrollView::tile() {
     if (tiling_ || !clip_) return;
     const Ref<NSScrollView> self(this);
@@ -105,109 +135,103 @@ void NSScrollView::tile() {
         const ScopeExit ended([this] { tiling_ = false; });
         placeParts();
     }
+    // Not to be placed again for what was only just found to fit.
+    const ScopeExit ended([this, outer = std::exchange(reflectsOnly_, true)] { reflectsOnly_ = outer; });
     reflectScrolledClipView(clip_);
 }
 
-void NSScrollView::placeParts() {
+NSRect NSScrollView::room() const {
     const CGFloat edge = border_ == NSNoBorder ? 0 : kBorder;
-    const NSRect room = NSInsetRect(bounds(), edge, edge);
-    // The scrollers lie over the content, at its far edges.
-    clip_->setFrame({room.origin, {std::max(0.0, room.size.width), std::max(0.0, room.size.height)}});
-    const NSRect document = clip_->documentRect();
-    // The clip view may show its document at another scale: its bounds tell how much fits.
-    const NSSize shown = clip_->bounds().size;
-    const bool tall = document.size.height > shown.height, wide = document.size.width > shown.width;
-    const bool showVertical = hasVertical_ && (tall || !autohides_),
-               showHorizontal = hasHorizontal_ && (wide || !autohides_);
+    const NSRect r = NSInsetRect(bounds(), edge, edge);
+    return {r.origin, {std::max(0.0, r.size.width), std::max(0.0, r.size.height)}};
+}
+
+NSScrollView::Bars NSScrollView::needed() const {
+    if (!autohides_) return {hasVertical_, hasHorizontal_};
+    const NSSize all = clip_->documentRect().size, shown = clip_->bounds().size, here = clip_->frame().size;
+    const Bars part{all.height > shown.height + kSlack, all.width > shown.width + kSlack};
+    // Scrollers that take room must not hold each other up: without them there may be room for all.
+    if ((part.vertical || part.horizontal) && here.width > 0 && here.height > 0) {
+        const NSSize whole = room().size;
+        if (all.width <= whole.width * shown.width / here.width + kSlack &&
+            all.height <= whole.height * shown.height / here.height + kSlack)
+            return {false, false};
+    }
+    return {hasVertical_ && part.vertical, hasHorizontal_ && part.horizontal};
+}
+
+NSScrollView::Bars NSScrollView::shownBars() const {
+    return {vertical_ && !vertical_->isHidden(), horizontal_ && !horizontal_->isHidden()};
+}
+
+void NSScrollView::placeClip(const NSRect& room, Bars shown) {
+    const NSScroller* any = vertical_ ? vertical_.get() : horizontal_.get();
+    // Scrollers that fade out lie over the document.
+    const CGFloat w = any && any->scrollerStyle() == NSScrollerStyleLegacy ? NSScroller::scrollerWidth() : 0;
+    clip_->setFrame({room.origin,
+                     {std::max(0.0, room.size.width - (shown.vertical ? w : 0)),
+                      std::max(0.0, room.size.height - (shown.horizontal ? w : 0))}});
+}
+
+void NSScrollView::placeScrollers(const NSRect& room, Bars shown) {
     const CGFloat w = NSScroller::scrollerWidth();
     if (vertical_) {
-        vertical_->setHidden(!showVertical);
         vertical_->setFrame(
-            {{NSMaxX(room) - w, room.origin.y}, {w, std::max(w, room.size.height - (showHorizontal ? w : 0))}});
+            {{NSMaxX(room) - w, room.origin.y}, {w, std::max(w, room.size.height - (shown.horizontal ? w : 0))}});
+        vertical_->setHidden(!shown.vertical);
     }
     if (horizontal_) {
-        horizontal_->setHidden(!showHorizontal);
         horizontal_->setFrame(
-            {{room.origin.x, NSMaxY(room) - w}, {std::max(w, room.size.width - (showVertical ? w : 0)), w}});
+            {{room.origin.x, NSMaxY(room) - w}, {std::max(w, room.size.width - (shown.vertical ? w : 0)), w}});
+        horizontal_->setHidden(!shown.horizontal);
     }
+}
+
+void NSScrollView::placeParts() {
+    const NSRect r = room();
+    if (!std::isfinite(r.origin.x) || !std::isfinite(r.origin.y) || !std::isfinite(r.size.width) ||
+        !std::isfinite(r.size.height))
+        return;
+    Bars shown = shownBars();
+    placeClip(r, shown);
+    Bars wanted = needed();
+    // The document may follow its room and become longer or shorter by it. One that was added in this pass stays, so
+    // there is an end to it.
+    for (int pass = 0; pass < 3 && wanted != shown; ++pass) {
+        shown = pass == 0 ? wanted : Bars{shown.vertical || wanted.vertical, shown.horizontal || wanted.horizontal};
+        placeClip(r, shown);
+        wanted = needed();
+    }
+    placeScrollers(r, shown);
 }
 
 void NSScrollView::reflectScrolledClipView(NSClipView* clip) {
     if (clip != clip_.get() || tiling_) return;
-    const NSRect d = clip->documentRect(), b = clip->bounds();
+    placeKnobs();
+    if (!reflectsOnly_ && needed() != shownBars()) tile();
+}
+
+void NSScrollView::placeKnobs() {
+    const NSRect d = clip_->documentRect(), b = clip_->bounds();
     const auto set = [](NSScroller* s, CGFloat offset, CGFloat extent, CGFloat shown) {
         if (!s) return;
-        s->setKnobProportion(extent > 0 ? shown / extent : 1);
+        s->setKnobProportion(extent > shown ? shown / extent : 1);
         s->setPosition(extent > shown ? offset / (extent - shown) : 0);
     };
     const NSPoint offset = scrolledBy();
     set(vertical_, offset.y, d.size.height, b.size.height);
     set(horizontal_, offset.x, d.size.width, b.size.width);
-    if (autohides_ && ((vertical_ && hasVertical_ && vertical_->isHidden() != (d.size.height <= b.size.height)) ||
-                       (horizontal_ && hasHorizontal_ && horizontal_->isHidden() != (d.size.width <= b.size.width))))
-        tile();
-}
-
-NSPoint NSScrollView::scrolledBy() const {
-    const NSRect d = clip_->documentRect(), b = clip_->bounds();
-    return {b.origin.x - d.origin.x, clip_->isFlipped() ? b.origin.y - d.origin.y : NSMaxY(d) - NSMaxY(b)};
 }
 
 void NSScrollView::documentChanged(NSNotification*) { reflectScrolledClipView(clip_); }
 
-void NSScrollView::scrollBy(CGFloat dx, CGFloat dy) {
-    NSPoint o = clip_->bounds().origin;
-    o.x += dx;
-    o.y += clip_->isFlipped() ? dy : -dy;
-    const NSPoint p = clip_->constrainScrollPoint(o);
-    if (p == clip_->bounds().origin) return;
-    const Ref<NSScrollView> self(this);
-    clip_->scrollToPoint(p);
-    reflectScrolledClipView(clip_);
-}
-
-void NSScrollView::scrollerMoved(NSObject* sender) {
-    auto* s = as<NSScroller>(sender);
-    if (!s) return;
-    const bool vertical = s == vertical_.get();
-    const NSRect b = clip_->bounds(), d = clip_->documentRect();
-    const CGFloat page = std::max(1.0, (vertical ? b.size.height : b.size.width) - pageScroll_);
-    CGFloat by = 0;
-    switch (s->hitPart()) {
-    case NSScrollerDecrementPage:
-        by = -page;
-        break;
-    case NSScrollerIncrementPage:
-        by = page;
-        break;
-    default: {
-        const CGFloat offset = vertical ? scrolledBy().y : scrolledBy().x;
-        const CGFloat extent = vertical ? d.size.height - b.size.height : d.size.width - b.size.width;
-        by = std::round(s->position() * extent) - offset;
-    }
-    }
-    vertical ? scrollBy(0, by) : scrollBy(by, 0);
-}
-
-void NSScrollView::pageDown(NSObject*) { scrollBy(0, std::max(1.0, contentSize().height - pageScroll_)); }
-void NSScrollView::pageUp(NSObject*) { scrollBy(0, -std::max(1.0, contentSize().height - pageScroll_)); }
-void NSScrollView::scrollLineDown(NSObject*) { scrollBy(0, lineScroll_); }
-void NSScrollView::scrollLineUp(NSObject*) { scrollBy(0, -lineScroll_); }
-void NSScrollView::scrollToBeginningOfDocument(NSObject*) { scrollBy(0, -clip_->documentRect().size.height); }
-void NSScrollView::scrollToEndOfDocument(NSObject*) { scrollBy(0, clip_->documentRect().size.height); }
-
-void NSScrollView::scrollWheel(NSEvent* e) {
-    const CGFloat factor = e->hasPreciseScrollingDeltas() ? 1 : lineScroll_ / NSEvent::pointsPerWheelLine_;
-    CGFloat dx = -e->scrollingDeltaX() * factor, dy = -e->scrollingDeltaY() * factor;
-    if ((e->modifierFlags() & NSShiftKeyMask) && dx == 0) std::swap(dx, dy);
-    const NSPoint before = clip_->bounds().origin;
-    const Ref<NSScrollView> self(this);
-    scrollBy(dx, dy);
-    // What cannot scroll any further passes the wheel on.
-    if (clip_->bounds().origin == before) NSView::scrollWheel(e);
-}
-
 void NSScrollView::drawRect(const NSRect&) {
+    const Bars shown = shownBars();
+    if (shown.vertical && shown.horizontal && vertical_->scrollerStyle() == NSScrollerStyleLegacy) {
+        const CGFloat w = NSScroller::scrollerWidth();
+        const NSRect r = room();
+        drawScrollerSlot({{NSMaxX(r) - w, NSMaxY(r) - w}, {w, w}}, YES, YES);
+    }
     if (border_ != NSNoBorder)
         strokeRoundedInside(alignedToPixels(bounds()), 0, NSColor::systemColor(SystemColor::controlBorder));
 }

@@ -1,12 +1,18 @@
 #pragma once
 
+#include <optional>
+
+#include <libvue/platform/appkit/NSScroller.h>
 #include <libvue/platform/appkit/NSView.h>
 
 namespace libvue {
 
+enum class ScrollStep : std::uint8_t;
+
 enum NSBorderType : NSUInteger { NSNoBorder = 0, NSLineBorder = 1, NSBezelBorder = 2, NSGrooveBorder = 3 };
 
-/// A clip view with scrollers round it.
+/// A clip view with scrollers round it. The wheel, the scrollers, and keys that nobody in the document takes (arrows,
+/// space, page keys, Home and End) scroll it, in whole pixels.
 class LIBVUE_API NSScrollView : public NSView {
 public:
     static void describe(ClassDescription<NSScrollView, NSView>& c);
@@ -38,12 +44,19 @@ public:
     void setAutohidesScrollers(BOOL f);
     [[nodiscard]] NSScroller* verticalScroller() const noexcept;
     [[nodiscard]] NSScroller* horizontalScroller() const noexcept;
+    /// Beside the document, or over it; as the desktop prefers until it is set.
+    [[nodiscard]] NSScrollerStyle scrollerStyle() const;
+    void setScrollerStyle(NSScrollerStyle style);
+    /// Shows scrollers that have faded out, for a while.
+    void flashScrollers();
     /// Points that a line scrolls.
     [[nodiscard]] CGFloat verticalLineScroll() const noexcept { return lineScroll_; }
-    void setLineScroll(CGFloat points) noexcept { lineScroll_ = points; }
+    /// What is negative or not finite is ignored.
+    void setLineScroll(CGFloat points) noexcept;
     /// What of the old page still shows after a page scroll.
     [[nodiscard]] CGFloat verticalPageScroll() const noexcept { return pageScroll_; }
-    void setPageScroll(CGFloat points) noexcept { pageScroll_ = points; }
+    /// What is negative or not finite is ignored.
+    void setPageScroll(CGFloat points) noexcept;
 
     /// Places the clip view and the scrollers.
     virtual void tile();
@@ -57,20 +70,41 @@ public:
     void scrollToBeginningOfDocument(NSObject* sender);
     void scrollToEndOfDocument(NSObject* sender);
 
+    /// NO where it cannot scroll any further that way.
+    BOOL perform_(ScrollStep step);
+    /// Whether some of the document does not show, on the axis of the step.
+    [[nodiscard]] BOOL canScroll_(ScrollStep step) const;
+
     void scrollWheel(NSEvent* e) override;
+    void keyDown(NSEvent* e) override;
+    void doCommandBySelector(SEL command) override;
     void drawRect(const NSRect& r) override;
     void resizeSubviewsWithOldSize(const NSSize& oldSize) override;
     [[nodiscard]] BOOL isFlipped() const override { return YES; }
     [[nodiscard]] AccessibilityDescription accessibilityDescription() const override;
 
 private:
+    struct Bars {
+        bool vertical, horizontal;
+        friend bool operator==(const Bars&, const Bars&) = default;
+    };
     void placeParts();
+    [[nodiscard]] Bars needed() const;
+    [[nodiscard]] NSRect room() const;
+    [[nodiscard]] Bars shownBars() const;
+    void placeClip(const NSRect& room, Bars shown);
+    void placeScrollers(const NSRect& room, Bars shown);
+    void placeKnobs();
     void scrollerMoved(NSObject* sender);
-    void scrollBy(CGFloat dx, CGFloat dy);
+    /// Down and to the right as seen, in the document's points.
+    BOOL scrollBy(CGFloat dx, CGFloat dy);
+    [[nodiscard]] CGFloat page(CGFloat shown) const noexcept;
     void addScroller(Ref<NSScroller>& scroller, NSSize size);
+    void applyScrollerStyle();
     /// From the left and the top, as seen.
     [[nodiscard]] NSPoint scrolledBy() const;
     void documentChanged(NSNotification* n);
+    void desktopChanged(NSNotification* n);
 
     Ref<NSClipView> clip_;
     Ref<NSScroller> vertical_;
@@ -78,10 +112,13 @@ private:
     NSBorderType border_ = NSNoBorder;
     CGFloat lineScroll_ = 20;
     CGFloat pageScroll_ = 20;
+    std::optional<NSScrollerStyle> style_; ///< what was set
     bool hasVertical_ = false;
     bool hasHorizontal_ = false;
     bool autohides_ = true;
     bool tiling_ = false;
+    bool reflectsOnly_ = false; ///< parts have just been placed
+    bool tookGesture_ = false;  ///< the wheel's gesture under way has scrolled here
 };
 
 } // namespace libvue

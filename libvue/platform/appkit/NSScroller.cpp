@@ -3,18 +3,25 @@
 #include <algorithm>
 #include <cmath>
 
+#include <libvue/platform/appkit/KnobGeometry.h>
 #include <libvue/platform/appkit/NSActionCell.h>
 #include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSTrackingArea.h>
 #include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/appkit/ScopeExit.h>
+#include <libvue/platform/appkit/ScrollerFade.h>
 #include <libvue/platform/appkit/ThemeDessin.h>
+#include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSNumber.h>
+#include <libvue/platform/foundation/NSRunLoop.h>
+#include <libvue/platform/foundation/NSTimer.h>
 
 namespace libvue {
 
 namespace {
-constexpr CGFloat kEndGap = 2, kSideGap = 3, kShortestKnob = 24;
+constexpr CGFloat kEndGap = 2, kSideGap = 3;
+constexpr NSTimeInterval kBeforeRepeat = 0.35, kRepeat = 0.05;
 
 CGFloat unit(CGFloat v) { return v >= 0 ? std::min(v, 1.0) : 0.0; } // a NaN is 0
 } // namespace
@@ -34,6 +41,48 @@ NSScroller::~NSScroller() = default;
 
 CGFloat NSScroller::scrollerWidth() noexcept { return theme::kScrollerWidth; }
 
+NSScrollerStyle NSScroller::preferredScrollerStyle() {
+    return backend::Backend::current().windows->prefersOverlayScrollers() ? NSScrollerStyleOverlay
+                                                                          : NSScrollerStyleLegacy;
+}
+
+void NSScroller::setScrollerStyle(NSScrollerStyle style) {
+    if (style == style_) return;
+    style_ = style;
+    setNeedsDisplay(YES);
+    if (style == NSScrollerStyleOverlay) {
+        fade_ = std::make_unique<ScrollerFade>(*this);
+        holdWhileUsed();
+        fade_->show();
+    } else if (fade_) {
+        fade_->stop();
+        fade_ = nullptr;
+    }
+}
+
+void NSScroller::flash() {
+    if (fade_) fade_->show();
+}
+
+void NSScroller::holdWhileUsed() {
+    if (fade_) fade_->hold(hovered_ || hitPart_ != NSScrollerNoPart);
+}
+
+void NSScroller::setHidden(BOOL hidden) {
+    if (hidden == isHidden()) return;
+    NSControl::setHidden(hidden);
+    if (!hidden) flash();
+}
+
+void NSScroller::viewDidMoveToWindow() {
+    NSControl::viewDidMoveToWindow();
+    if (!fade_) return;
+    if (window())
+        fade_->show();
+    else
+        fade_->stop();
+}
+
 void NSScroller::setKnobProportion(CGFloat p) {
     p = unit(p);
     if (p == proportion_) return;
@@ -46,19 +95,28 @@ void NSScroller::setPosition(CGFloat p) {
     if (p == position_) return;
     position_ = p;
     setNeedsDisplay(YES);
+    flash();
 }
+
+// Where the parts stand.
+
+KnobGeometry NSScroller::geometry() const {
+    return {std::max(0.0, (isVertical() ? bounds().size.height : bounds().size.width) - 2 * kEndGap), proportion_};
+}
+
+CGFloat NSScroller::along(NSPoint p) const { return (isVertical() ? p.y : p.x) - kEndGap; }
+
+CGFloat NSScroller::along(NSEvent* e) const { return along(convertPoint_fromView(e->locationInWindow(), nullptr)); }
 
 NSRect NSScroller::rectForPart(NSScrollerPart part) const {
     const NSRect b = bounds();
-    const bool vertical = isVertical();
-    const NSRect slot = vertical ? NSInsetRect(b, kSideGap, kEndGap) : NSInsetRect(b, kEndGap, kSideGap);
     if (part == NSScrollerKnobSlot) return b;
-    const CGFloat extent = std::max(0.0, vertical ? slot.size.height : slot.size.width);
-    const CGFloat knob = std::min(extent, std::max(kShortestKnob, extent * proportion_));
-    const CGFloat start = (extent - knob) * position_;
+    const bool vertical = isVertical();
+    const KnobGeometry g = geometry();
+    const CGFloat knob = g.length(), start = g.startAt(position_);
     const auto strip = [&](CGFloat from, CGFloat length) {
-        return vertical ? NSRect{{slot.origin.x, slot.origin.y + from}, {slot.size.width, length}}
-                        : NSRect{{slot.origin.x + from, slot.origin.y}, {length, slot.size.height}};
+        return vertical ? NSRect{{kSideGap, kEndGap + from}, {std::max(0.0, b.size.width - 2 * kSideGap), length}}
+                        : NSRect{{kEndGap + from, kSideGap}, {length, std::max(0.0, b.size.height - 2 * kSideGap)}};
     };
     switch (part) {
     case NSScrollerKnob:
@@ -66,7 +124,7 @@ NSRect NSScroller::rectForPart(NSScrollerPart part) const {
     case NSScrollerDecrementPage:
         return strip(0, start);
     case NSScrollerIncrementPage:
-        return strip(start + knob, extent - start - knob);
+        return strip(start + knob, g.slot - start - knob);
     default:
         return NSZeroRect;
     }
@@ -74,16 +132,19 @@ NSRect NSScroller::rectForPart(NSScrollerPart part) const {
 
 NSScrollerPart NSScroller::testPart(NSPoint p) const {
     if (!NSPointInRect(p, bounds()) || proportion_ >= 1) return NSScrollerNoPart;
-    const NSRect knob = rectForPart(NSScrollerKnob);
-    const CGFloat at = isVertical() ? p.y : p.x;
-    const CGFloat low = isVertical() ? NSMinY(knob) : NSMinX(knob), high = isVertical() ? NSMaxY(knob) : NSMaxX(knob);
-    return at < low ? NSScrollerDecrementPage : at < high ? NSScrollerKnob : NSScrollerIncrementPage;
+    const KnobGeometry g = geometry();
+    const CGFloat at = along(p), start = g.startAt(position_);
+    return at < start ? NSScrollerDecrementPage : at < start + g.length() ? NSScrollerKnob : NSScrollerIncrementPage;
 }
 
 void NSScroller::drawRect(const NSRect&) {
-    if (proportion_ >= 1) return;
-    drawScrollerKnob(rectForPart(NSScrollerKnob), hovered_ || hitPart_ == NSScrollerKnob);
+    const bool active = hovered_ || hitPart_ != NSScrollerNoPart;
+    const bool overlay = style_ == NSScrollerStyleOverlay;
+    if (!overlay || (active && proportion_ < 1)) drawScrollerSlot(bounds(), isVertical(), overlay);
+    if (proportion_ < 1) drawScrollerKnob(alignedToPixels(rectForPart(NSScrollerKnob)), active);
 }
+
+// The press.
 
 void NSScroller::send(NSScrollerPart part) {
     hitPart_ = part;
@@ -91,40 +152,94 @@ void NSScroller::send(NSScrollerPart part) {
     sendAction_to(action(), target());
 }
 
+void NSScroller::jumpTo(CGFloat at) {
+    const KnobGeometry g = geometry();
+    setPosition(g.positionAt(at - g.length() / 2));
+    send(NSScrollerKnob);
+}
+
 void NSScroller::mouseDown(NSEvent* e) {
     const Ref<NSScroller> self(this);
-    const NSPoint first = convertPoint_fromView(e->locationInWindow(), nullptr);
-    const NSScrollerPart part = testPart(first);
+    const NSPoint at = convertPoint_fromView(e->locationInWindow(), nullptr);
+    const NSScrollerPart part = testPart(at);
     if (part == NSScrollerNoPart) return;
-    if (part != NSScrollerKnob) {
-        send(part);
+    const ScopeExit ended([this] {
         hitPart_ = NSScrollerNoPart;
+        holdWhileUsed();
+        setNeedsDisplay(YES);
+    });
+    hitPart_ = part;
+    holdWhileUsed();
+    setNeedsDisplay(YES);
+    if (part != NSScrollerKnob && !(e->modifierFlags() & NSAlternateKeyMask)) {
+        trackPages(part, at);
         return;
     }
-    const CGFloat from = isVertical() ? first.y : first.x;
-    const CGFloat before = position_;
+    if (part != NSScrollerKnob) jumpTo(along(at));
+    trackKnob(along(at));
+}
+
+void NSScroller::otherMouseDown(NSEvent* e) {
+    const Ref<NSScroller> self(this);
+    const NSPoint at = convertPoint_fromView(e->locationInWindow(), nullptr);
+    if (testPart(at) == NSScrollerNoPart) return;
+    jumpTo(along(at));
+    hitPart_ = NSScrollerNoPart;
+}
+
+void NSScroller::trackKnob(CGFloat at) {
+    // Measured from where the knob was caught, so that steps add up to nothing but the pointer's way.
+    const CGFloat caught = at - geometry().startAt(position_);
     hitPart_ = NSScrollerKnob;
+    for (CGFloat last = at; window();) {
+        const Ref<NSEvent> next = NSApp()->nextDragOrRelease_();
+        if (!next || next->type() == NSLeftMouseUp) break;
+        at = along(next);
+        if (at == last) continue;
+        last = at;
+        const KnobGeometry g = geometry();
+        if (!(g.way() > 0)) continue;
+        setPosition(g.positionAt(at - std::min(caught, g.length())));
+        send(NSScrollerKnob);
+    }
+}
+
+void NSScroller::trackPages(NSScrollerPart part, NSPoint at) {
+    // Until the knob is under the pointer, or cannot come any nearer.
+    const auto page = [&] {
+        if (!window() || testPart(at) != part) return false;
+        const CGFloat before = position_;
+        send(part);
+        return position_ != before;
+    };
+    NSRunLoop* loop = NSRunLoop::mainRunLoop();
+    Ref<NSTimer> timer;
+    const ScopeExit ended([&] {
+        if (timer) timer->invalidate();
+    });
+    const auto repeatAfter = [&](NSTimeInterval delay) {
+        timer = make<NSTimer>(loop->now() + delay, kRepeat, YES, [&page](NSTimer* t) {
+            if (!page()) t->invalidate();
+        });
+        loop->addTimer_forMode(timer, NSRunLoopCommonModes.get());
+    };
+    if (page()) repeatAfter(kBeforeRepeat);
     while (window()) {
         const Ref<NSEvent> next = NSApp()->nextDragOrRelease_();
         if (!next || next->type() == NSLeftMouseUp) break;
-        const NSPoint p = convertPoint_fromView(next->locationInWindow(), nullptr);
-        const NSRect knob = rectForPart(NSScrollerKnob);
-        const CGFloat extent = isVertical() ? bounds().size.height - 2 * kEndGap - knob.size.height
-                                            : bounds().size.width - 2 * kEndGap - knob.size.width;
-        if (extent <= 0) continue;
-        setPosition(before + ((isVertical() ? p.y : p.x) - from) / extent);
-        send(NSScrollerKnob);
+        at = convertPoint_fromView(next->locationInWindow(), nullptr);
+        if (testPart(at) == part && !(timer && timer->isValid())) repeatAfter(kRepeat);
     }
-    hitPart_ = NSScrollerNoPart;
-    setNeedsDisplay(YES);
 }
 
 void NSScroller::mouseEntered(NSEvent*) {
     hovered_ = true;
+    holdWhileUsed();
     setNeedsDisplay(YES);
 }
 void NSScroller::mouseExited(NSEvent*) {
     hovered_ = false;
+    holdWhileUsed();
     setNeedsDisplay(YES);
 }
 

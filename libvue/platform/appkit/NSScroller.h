@@ -4,6 +4,9 @@
 
 namespace libvue {
 
+struct KnobGeometry;
+class ScrollerFade;
+
 enum NSScrollerPart : NSUInteger {
     NSScrollerNoPart = 0,
     NSScrollerDecrementPage = 1,
@@ -12,8 +15,14 @@ enum NSScrollerPart : NSUInteger {
     NSScrollerKnobSlot = 6
 };
 
+enum NSScrollerStyle : NSInteger {
+    NSScrollerStyleLegacy = 0, ///< beside the document, always there
+    NSScrollerStyleOverlay = 1 ///< over the document, fades out
+};
+
 /// A knob in a slot: where a scroll view stands (0 to 1) and how much of the document it shows. Its action is sent
-/// while the knob moves and for each page; hitPart says which it was.
+/// while the knob moves and for each page; hitPart says which it was. A press beside the knob pages towards the pointer
+/// as long as it is held; with the Option key, or the middle button, the knob comes to the pointer at once.
 class LIBVUE_API NSScroller : public NSControl {
 public:
     static void describe(ClassDescription<NSScroller, NSControl>& c);
@@ -22,6 +31,14 @@ public:
     ~NSScroller() override;
 
     [[nodiscard]] static CGFloat scrollerWidth() noexcept;
+    /// What the desktop prefers.
+    [[nodiscard]] static NSScrollerStyle preferredScrollerStyle();
+    [[nodiscard]] NSScrollerStyle scrollerStyle() const noexcept { return style_; }
+    /// NSScrollerStyleLegacy at first.
+    void setScrollerStyle(NSScrollerStyle style);
+    /// Shows a scroller that has faded out, for a while.
+    void flash();
+
     /// The part of the document that shows.
     [[nodiscard]] CGFloat knobProportion() const noexcept { return proportion_; }
     /// Held to 0 … 1; at 1 nothing is drawn.
@@ -40,16 +57,29 @@ public:
     [[nodiscard]] BOOL acceptsFirstResponder() override { return NO; }
     void drawRect(const NSRect& r) override;
     void mouseDown(NSEvent* e) override;
+    void otherMouseDown(NSEvent* e) override;
     void mouseEntered(NSEvent* e) override;
     void mouseExited(NSEvent* e) override;
+    void setHidden(BOOL hidden) override;
+    void viewDidMoveToWindow() override;
     [[nodiscard]] AccessibilityDescription accessibilityDescription() const override;
 
 private:
+    [[nodiscard]] KnobGeometry geometry() const;
+    /// Along the slot, from its beginning.
+    [[nodiscard]] CGFloat along(NSPoint p) const;
+    [[nodiscard]] CGFloat along(NSEvent* e) const;
     void send(NSScrollerPart part);
+    void jumpTo(CGFloat at);
+    void trackKnob(CGFloat at);
+    void trackPages(NSScrollerPart part, NSPoint at);
+    void holdWhileUsed();
 
     CGFloat proportion_ = 1, position_ = 0;
     NSScrollerPart hitPart_ = NSScrollerNoPart;
+    NSScrollerStyle style_ = NSScrollerStyleLegacy;
     bool hovered_ = false;
+    std::unique_ptr<ScrollerFade> fade_; ///< of one that lies over its document
 };
 
 } // namespace libvue

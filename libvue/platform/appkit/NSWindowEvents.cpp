@@ -1,7 +1,9 @@
 #include <limits>
 
 #include <libvue/platform/appkit/NSApplicationNative.h>
+#include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/appkit/NSWindowPrivate.h>
+#include <libvue/platform/appkit/ScrollKeys.h>
 #include <libvue/platform/foundation/NSRunLoop.h>
 
 namespace libvue {
@@ -220,6 +222,13 @@ void NSWindow::keyDown(NSEvent* e) {
         return;
     default:
         if (performKeyEquivalent(e)) return;
+        if (const ScrollStep step = scrollStepForEvent(*e); step != ScrollStep::none) {
+            const NSPoint pointer = convertScreenToBase(NSEvent::mouseLocation());
+            if (const Ref<NSScrollView> scrolled = scrollViewForKeys(root_, pointer, step)) {
+                (void)scrolled->perform_(step);
+                return;
+            }
+        }
         break;
     }
     NSResponder::keyDown(e);

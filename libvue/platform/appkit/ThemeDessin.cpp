@@ -244,6 +244,16 @@ void drawScrollerKnob(const NSRect& knob, BOOL hovered) {
          faded(hovered ? NSColor::selectedKnobColor() : NSColor::knobColor(), hovered ? 0.95 : 0.75));
 }
 
+void drawScrollerSlot(const NSRect& slot, BOOL vertical, BOOL overDocument) {
+    faded(NSColor::labelColor(), overDocument ? 0.06 : 0.045)->setFill();
+    NSBezierPath::fillRect(slot);
+    if (overDocument) return;
+    NSRect edge = slot;
+    (vertical ? edge.size.width : edge.size.height) = fineLine();
+    faded(NSColor::labelColor(), 0.08)->setFill();
+    NSBezierPath::fillRect(edge);
+}
+
 void drawGroupBox(const NSRect& frame) {
     const NSRect r = alignedToPixels(frame);
     fill(r, theme::kRadius, faded(NSColor::labelColor(), 0.035));

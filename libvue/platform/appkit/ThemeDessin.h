@@ -43,6 +43,8 @@ LIBVUE_API void drawRadioButton(const NSRect& box, const FaceState& state);
 LIBVUE_API void drawSliderTrack(const NSRect& track, const NSRect& filled, const FaceState& state);
 LIBVUE_API void drawSliderKnob(const NSRect& knob, const FaceState& state);
 LIBVUE_API void drawScrollerKnob(const NSRect& knob, BOOL hovered);
+/// What the knob moves in; fainter, and without an edge, over a document.
+LIBVUE_API void drawScrollerSlot(const NSRect& slot, BOOL vertical, BOOL overDocument);
 LIBVUE_API void drawGroupBox(const NSRect& frame);
 LIBVUE_API void drawSeparator(const NSRect& frame);
 LIBVUE_API void drawMenuBackground(const NSRect& frame);

@@ -135,6 +135,8 @@ public:
     [[nodiscard]] virtual bool prefersDark() const = 0;
     /// Whether the desktop asks that things be where they go rather than move there.
     [[nodiscard]] virtual bool prefersReducedMotion() const { return false; }
+    /// Scrollers that lie over what they scroll and fade out, rather than beside it.
+    [[nodiscard]] virtual bool prefersOverlayScrollers() const { return true; }
     [[nodiscard]] virtual NSPoint mousePosition() = 0; ///< screen coordinates
     [[nodiscard]] virtual std::uint32_t buttonsDown() = 0;
     [[nodiscard]] virtual Time doubleClickInterval() const = 0;

@@ -110,6 +110,10 @@ void MemoryWindowServer::setPrefersDark(bool dark) {
     if (std::exchange(dark_, dark) != dark) post(make(Event::Kind::appearanceChanged, 0));
 }
 
+void MemoryWindowServer::setPrefersOverlayScrollers(bool overlay) {
+    if (std::exchange(overlayScrollers_, overlay) != overlay) post(make(Event::Kind::appearanceChanged, 0));
+}
+
 const Screen& MemoryWindowServer::screenOf(const NSRect& rect) const {
     const Screen* best = &screens_.front();
     double most = 0;

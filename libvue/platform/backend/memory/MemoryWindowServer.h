@@ -67,6 +67,7 @@ public:
     [[nodiscard]] bool hasCompositor() const override { return compositor_; }
     [[nodiscard]] bool prefersDark() const override { return dark_; }
     [[nodiscard]] bool prefersReducedMotion() const override { return reducedMotion_; }
+    [[nodiscard]] bool prefersOverlayScrollers() const override { return overlayScrollers_; }
     [[nodiscard]] NSPoint mousePosition() override { return mouse_; }
     [[nodiscard]] std::uint32_t buttonsDown() override { return buttons_; }
     [[nodiscard]] Time doubleClickInterval() const override { return 0.5; }
@@ -79,6 +80,7 @@ public:
     void setScale(double scale);
     void setPrefersDark(bool dark);
     void setPrefersReducedMotion(bool reduced) { reducedMotion_ = reduced; }
+    void setPrefersOverlayScrollers(bool overlay);
     void setCompositor(bool present) { compositor_ = present; }
     /// The decoration of titled windows; 22 points at the top at the start.
     void setFrameInsets(const NSEdgeInsets& insets) { insets_ = insets; }
@@ -193,7 +195,7 @@ private:
     std::uint32_t buttons_ = 0, modifiers_ = 0;
     WindowId last_ = 0, focus_ = 0, hover_ = 0, grab_ = 0, pressed_ = 0;
     std::size_t beeps_ = 0, flushes_ = 0;
-    bool dark_ = false, reducedMotion_ = false, compositor_ = true;
+    bool dark_ = false, reducedMotion_ = false, compositor_ = true, overlayScrollers_ = true;
 };
 
 } // namespace libvue::backend

@@ -37,6 +37,7 @@ public:
     [[nodiscard]] bool hasCompositor() const override;
     [[nodiscard]] bool prefersDark() const override { return appearance_.prefersDark(); }
     [[nodiscard]] bool prefersReducedMotion() const override { return appearance_.prefersReducedMotion(); }
+    [[nodiscard]] bool prefersOverlayScrollers() const override { return appearance_.prefersOverlayScrollers(); }
     [[nodiscard]] NSPoint mousePosition() override;
     [[nodiscard]] std::uint32_t buttonsDown() override;
     [[nodiscard]] Time doubleClickInterval() const override;

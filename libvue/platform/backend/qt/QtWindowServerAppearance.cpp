@@ -44,6 +44,14 @@ std::optional<bool> reducedFromEnvironment() {
     return std::nullopt;
 }
 
+std::optional<bool> overlayFromEnvironment() {
+    const char* value = std::getenv("LIBVUE_SCROLLERS");
+    if (!value) return std::nullopt;
+    if (std::string_view(value) == "overlay") return true;
+    if (std::string_view(value) == "fixed") return false;
+    return std::nullopt;
+}
+
 /// What the settings file says that desktops without a portal write.
 bool animatesByFile() {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
@@ -63,7 +71,8 @@ bool fromTheme() { return QGuiApplication::palette().color(QPalette::Window).lig
 
 #if LIBVUE_HAVE_DBUS
 
-/// The preferences that the portal told: 1 dark, 2 light, 0 none; and whether things move.
+/// The preferences that the portal told: 1 dark, 2 light, 0 none; whether things move, and whether
+/// scrollers lie over.
 struct QtWindowServerAppearance::Portal {
     explicit Portal(std::function<void()> told) : told_(std::move(told)) {
         refresh.setSingleShot(true);
@@ -83,6 +92,8 @@ struct QtWindowServerAppearance::Portal {
             [this](const QVariant& value) { scheme = value.toUInt(); });
         ask(animates_, QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("enable-animations"),
             [this](const QVariant& value) { animates = value.toBool(); });
+        ask(overlays_, QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("overlay-scrolling"),
+            [this](const QVariant& value) { overlays = value.toBool(); });
     }
 
     template <class Take>
@@ -110,9 +121,9 @@ struct QtWindowServerAppearance::Portal {
     const QString interface = QStringLiteral("org.freedesktop.portal.Settings");
     std::function<void()> told_;
     QTimer refresh;
-    std::unique_ptr<QDBusPendingCallWatcher> scheme_, animates_;
+    std::unique_ptr<QDBusPendingCallWatcher> scheme_, animates_, overlays_;
     std::uint32_t scheme = 0;
-    std::optional<bool> animates;
+    std::optional<bool> animates, overlays;
 };
 
 #else
@@ -121,13 +132,14 @@ struct QtWindowServerAppearance::Portal {
     explicit Portal(std::function<void()>) {}
     void connect() {}
     std::uint32_t scheme = 0;
-    std::optional<bool> animates;
+    std::optional<bool> animates, overlays;
 };
 
 #endif
 
 QtWindowServerAppearance::QtWindowServerAppearance(std::function<void()> changed) : changed_(std::move(changed)) {
     dark_ = prefersDark();
+    overlay_ = prefersOverlayScrollers();
 }
 
 QtWindowServerAppearance::~QtWindowServerAppearance() = default;
@@ -145,8 +157,14 @@ bool QtWindowServerAppearance::prefersReducedMotion() const {
     return !*fileAnimates_;
 }
 
+bool QtWindowServerAppearance::prefersOverlayScrollers() const {
+    if (const auto set = overlayFromEnvironment()) return *set;
+    return portal_ && portal_->overlays ? *portal_->overlays : true;
+}
+
 void QtWindowServerAppearance::askDesktop() {
-    if (std::exchange(asked_, true) || (fromEnvironment() && reducedFromEnvironment())) return;
+    if (std::exchange(asked_, true) || (fromEnvironment() && reducedFromEnvironment() && overlayFromEnvironment()))
+        return;
     // Without a session bus the library would try to start one.
     const char* runtime = std::getenv("XDG_RUNTIME_DIR");
     if (!std::getenv("DBUS_SESSION_BUS_ADDRESS") && !(runtime && *runtime)) return;
@@ -155,8 +173,10 @@ void QtWindowServerAppearance::askDesktop() {
 }
 
 void QtWindowServerAppearance::update() {
-    const bool dark = prefersDark();
-    if (std::exchange(dark_, dark) != dark) changed_();
+    const bool dark = prefersDark(), overlay = prefersOverlayScrollers();
+    const bool otherDark = std::exchange(dark_, dark) != dark;
+    const bool otherOverlay = std::exchange(overlay_, overlay) != overlay;
+    if (otherDark || otherOverlay) changed_();
 }
 
 } // namespace libvue::backend
