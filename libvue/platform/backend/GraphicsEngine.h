@@ -30,6 +30,10 @@ public:
 
     /// Null where the bytes are no picture that can be read, or one too large.
     [[nodiscard]] virtual std::shared_ptr<Picture> decode(std::span<const std::uint8_t> bytes, std::string* error) = 0;
+    /// As decode, but no more pixels than that on either side, its shape kept, and its size one point a pixel. Where
+    /// the format allows it no more than that is ever read. From any thread.
+    [[nodiscard]] virtual std::shared_ptr<Picture> decodeReduced(std::span<const std::uint8_t> bytes, int pixelWidth,
+                                                                 int pixelHeight, std::string* error) = 0;
     /// `format` is "png", "jpeg", "tiff", "bmp"; empty where it cannot be written.
     [[nodiscard]] virtual std::vector<std::uint8_t> encode(const Picture& picture, std::string_view format) = 0;
     /// A copy that shares nothing with the picture.

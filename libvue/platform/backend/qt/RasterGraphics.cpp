@@ -32,7 +32,11 @@ std::shared_ptr<RasterPicture> refuse(std::string* error, std::string reason) {
 
 class RasterGraphics final : public GraphicsEngine {
 public:
-    RasterGraphics() { ensureQtApplication(); }
+    RasterGraphics() {
+        ensureQtApplication();
+        // Once and for all: readers on other threads only look at it.
+        QImageReader::setAllocationLimit(512); // megabytes
+    }
 
     std::shared_ptr<Picture> makePicture(NSSize size, double scale) override {
         if (!(scale > 0) || !std::isfinite(scale)) return nullptr;
@@ -77,10 +81,7 @@ public:
         reader.setAutoTransform(true);
         const QSize announced = reader.size();
         if (announced.isValid() && !isReasonable(announced.width(), announced.height()))
-            return refuse(error, "the picture is too large: " + std::to_string(announced.width()) + " by " +
-                                     std::to_string(announced.height()) + " pixels");
-        constexpr int megabytes = 512;
-        if (QImageReader::allocationLimit() != megabytes) QImageReader::setAllocationLimit(megabytes);
+            return tooLarge(error, announced);
         QImage image = reader.read();
         if (image.isNull()) return refuse(error, reader.errorString().toStdString());
         if (!isReasonable(image.width(), image.height())) return refuse(error, "the picture is too large");
@@ -90,6 +91,33 @@ public:
         if (dotsAPoint > 1.01 && dotsAPoint < 20 && image.dotsPerMeterX() == image.dotsPerMeterY() &&
             saysResolution(bytes))
             size = {image.width() / dotsAPoint, image.height() / dotsAPoint};
+        return std::make_shared<RasterPicture>(std::move(image), size);
+    }
+
+    std::shared_ptr<Picture> decodeReduced(std::span<const std::uint8_t> bytes, int pixelWidth, int pixelHeight,
+                                           std::string* error) override {
+        if (pixelWidth < 1 || pixelHeight < 1) return refuse(error, "no room for the picture");
+        QByteArray data =
+            QByteArray::fromRawData(reinterpret_cast<const char*>(bytes.data()), static_cast<qsizetype>(bytes.size()));
+        QBuffer buffer(&data);
+        buffer.open(QIODevice::ReadOnly);
+        QImageReader reader(&buffer);
+        reader.setAutoTransform(true);
+        const QSize announced = reader.size();
+        if (announced.isValid()) {
+            if (!isReasonable(announced.width(), announced.height())) return tooLarge(error, announced);
+            // The reader turns the picture after it has reduced it.
+            const bool turned = reader.transformation() & QImageIOHandler::TransformationRotate90;
+            const QSize room = turned ? QSize(pixelHeight, pixelWidth) : QSize(pixelWidth, pixelHeight);
+            if (announced.width() > room.width() || announced.height() > room.height())
+                reader.setScaledSize(announced.scaled(room, Qt::KeepAspectRatio).expandedTo({1, 1}));
+        }
+        QImage image = reader.read();
+        if (image.isNull()) return refuse(error, reader.errorString().toStdString());
+        if (image.width() > pixelWidth || image.height() > pixelHeight)
+            image = image.scaled(image.size().scaled(pixelWidth, pixelHeight, Qt::KeepAspectRatio).expandedTo({1, 1}),
+                                 Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        const NSSize size{static_cast<double>(image.width()), static_cast<double>(image.height())};
         return std::make_shared<RasterPicture>(std::move(image), size);
     }
 
@@ -130,6 +158,10 @@ public:
     }
 
 private:
+    static std::shared_ptr<RasterPicture> tooLarge(std::string* error, QSize size) {
+        return refuse(error, "the picture is too large: " + std::to_string(size.width()) + " by " +
+                                 std::to_string(size.height()) + " pixels");
+    }
     /// Readers give a screen's resolution to files that name none; a PNG that names one has a pHYs chunk.
     static bool saysResolution(std::span<const std::uint8_t> bytes) {
         static constexpr std::uint8_t chunk[] = {'p', 'H', 'Y', 's'};
