@@ -35,7 +35,7 @@ struct ThumbnailLoaderTest : MemoryFixture {
     [[nodiscard]] Ref<NSString> file(const char* name, const std::vector<std::uint8_t>& bytes) const {
         std::ofstream(folder / name, std::ios::binary)
             .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-        return NSString::from((folder / name).string());
+        return NSString::fromUTF8((folder / name).string());
     }
     ThumbnailLoader::Ticket ask(const NSString* path, const char* as, CGFloat scale = 1) {
         return loader->load(path, {40, 40}, scale, [this, as](NSImage* image, const std::string& error) {
@@ -67,7 +67,7 @@ TEST_F(ThumbnailLoaderTest, FilesBecomeSmallImagesInTheirShape) {
         {picture("d.png", 3000, 1, "png"), 1, "x 40x1"},
         {file("e.png", {0x89, 'P', 'N', 'G'}), 1, "x error"},
         {file("f.png", {}), 1, "x error"},
-        {NSString::from(folder.string()), 1, "x error"},
+        {NSString::fromUTF8(folder.string()), 1, "x error"},
         {u"/dev/zero"_ns, 1, "x error"},
         {u""_ns, 1, "x error"},
     };
