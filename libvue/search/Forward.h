@@ -1,0 +1,9 @@
+#pragma once
+
+#include <libvue/platform/foundation/Forward.h>
+
+namespace libvue {
+
+class KPanneauRecherche;
+
+} // namespace libvue
