@@ -24,6 +24,9 @@ public:
     [[nodiscard]] backend::MemoryClipboard& clipboard() const {
         return dynamic_cast<backend::MemoryClipboard&>(*backend::Backend::current().clipboard);
     }
+    [[nodiscard]] backend::MemoryClipboard& findText() const {
+        return dynamic_cast<backend::MemoryClipboard&>(*backend::Backend::current().findText);
+    }
 };
 
 /// A test that runs in a memory backend of its own.

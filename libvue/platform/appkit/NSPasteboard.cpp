@@ -37,8 +37,6 @@ Ref<NSString> typeOf(std::string_view mime) {
     return NSString::fromUTF8(mime);
 }
 
-backend::Clipboard& clipboard() { return *backend::Backend::current().clipboard; }
-
 std::vector<Ref<NSPasteboard>>& table() {
     static std::vector<Ref<NSPasteboard>> boards;
     return boards;
@@ -48,7 +46,11 @@ std::vector<Ref<NSPasteboard>>& table() {
 
 void NSPasteboard::describe(ClassDescription<NSPasteboard>&) {}
 
-NSPasteboard::NSPasteboard(NSString* name, bool general) : name_(name), general_(general) {}
+NSPasteboard::NSPasteboard(NSString* name)
+    : name_(name),
+      place_(name->isEqualTo(u"general")           ? Place::desktop
+             : name->isEqualToString(NSFindPboard) ? Place::findText
+                                                   : Place::process) {}
 NSPasteboard::~NSPasteboard() = default;
 
 NSPasteboard* NSPasteboard::pasteboardWithName(NSString* name) {
@@ -56,11 +58,17 @@ NSPasteboard* NSPasteboard::pasteboardWithName(NSString* name) {
     for (const auto& b : table())
         if (b->name_->isEqualToString(wanted)) return b;
     (void)classOf<NSPasteboard>();
-    table().push_back(adopt(new NSPasteboard(wanted, wanted->isEqualTo(u"general"))));
+    table().push_back(adopt(new NSPasteboard(wanted)));
     return table().back();
 }
 
 NSPasteboard* NSPasteboard::generalPasteboard() { return pasteboardWithName(u"general"_ns); }
+
+backend::Clipboard* NSPasteboard::shared() const {
+    const backend::Backend& current = backend::Backend::current();
+    if (place_ == Place::process) return nullptr;
+    return place_ == Place::desktop ? current.clipboard.get() : current.findText.get();
+}
 
 NSPasteboard::Item* NSPasteboard::item(const NSString* type) {
     const auto at =
@@ -73,7 +81,7 @@ NSInteger NSPasteboard::clearContents() {
     owner_ = nullptr;
     foreign_ = false;
     ++changes_;
-    if (general_) publish();
+    publish();
     return changes_;
 }
 
@@ -95,9 +103,8 @@ NSInteger NSPasteboard::addTypes_owner(NSArray* types, NSObject* owner) {
     if (types)
         for (NSObject* o : *types)
             if (auto* t = as<NSString>(o); t && !item(t)) items_.push_back({t, nullptr});
-    if (!general_) return changes_;
     publish();
-    if (op::pasteboard_provideDataForType.of(owner))
+    if (shared() && op::pasteboard_provideDataForType.of(owner))
         NSRunLoop::mainRunLoop()->performBlock([self = Ref<NSPasteboard>(this)] { self->keepPromises(); });
     return changes_;
 }
@@ -112,19 +119,22 @@ BOOL NSPasteboard::setData_forType(NSData* data, NSString* type) {
     Item* i = item(type);
     if (!i || foreign_) return NO;
     i->data = data;
-    if (general_) publish();
+    publish();
     return YES;
 }
 
 void NSPasteboard::publish() {
+    backend::Clipboard* board = shared();
+    if (!board) return;
     std::vector<backend::Clipboard::Item> out;
     for (const Item& i : items_) {
         if (!i.data) continue;
         const auto* bytes = static_cast<const std::uint8_t*>(i.data->bytes());
         out.push_back({mimeOf(i.type), std::vector<std::uint8_t>(bytes, bytes + i.data->length())});
     }
-    clipboard().set(std::move(out));
-    published_ = clipboard().changeCount();
+    // Whatever changes it besides comes from elsewhere.
+    published_ = board->changeCount() + 1;
+    board->set(std::move(out));
 }
 
 void NSPasteboard::keepPromises() {
@@ -138,16 +148,17 @@ void NSPasteboard::keepPromises() {
 }
 
 void NSPasteboard::followClipboard() {
-    if (!general_ || clipboard().changeCount() == published_) return;
+    backend::Clipboard* board = shared();
+    if (!board || board->changeCount() == published_) return;
     items_.clear();
     owner_ = nullptr;
-    for (const std::string& mime : clipboard().types()) {
+    for (const std::string& mime : board->types()) {
         const auto type = typeOf(mime);
         if (!item(type)) items_.push_back({type, nullptr});
     }
     ++changes_;
     foreign_ = true;
-    published_ = clipboard().changeCount();
+    published_ = board->changeCount();
 }
 
 Ref<NSArray> NSPasteboard::types() {
@@ -177,10 +188,10 @@ Ref<NSData> NSPasteboard::dataForType(NSString* type) {
         if (auto provide = op::pasteboard_provideDataForType.of(owner_)) {
             provide(this, type);
             i = item(type);
-        } else if (foreign_) {
-            auto bytes = clipboard().read(mimeOf(type));
+        } else if (backend::Clipboard* board = shared(); board && foreign_) {
+            auto bytes = board->read(mimeOf(type));
             if (bytes.empty() && type->isEqualToString(NSStringPboardType))
-                bytes = clipboard().read("text/plain;charset=utf-8");
+                bytes = board->read("text/plain;charset=utf-8");
             return NSData::dataWithBytes_length(bytes.data(), bytes.size());
         }
     }

@@ -8,6 +8,10 @@
 
 namespace libvue {
 
+namespace backend {
+class Clipboard;
+}
+
 inline constexpr ConstantString NSStringPboardType{u"NSStringPboardType"};
 inline constexpr ConstantString NSRTFPboardType{u"NSRTFPboardType"};
 inline constexpr ConstantString NSHTMLPboardType{u"NSHTMLPboardType"};
@@ -25,7 +29,7 @@ inline constexpr Operation<void(NSPasteboard*)> pasteboardChangedOwner{"pasteboa
 } // namespace op
 
 /// What is copied from one place and pasted in another, in several representations. The general one is the desktop's
-/// clipboard; the others, the find pasteboard among them, belong to the process.
+/// clipboard, and the find pasteboard is shared by the user's applications; the others belong to the process.
 class LIBVUE_API NSPasteboard : public NSObject {
 public:
     static void describe(ClassDescription<NSPasteboard>& c);
@@ -54,12 +58,14 @@ public:
     [[nodiscard]] NSInteger changeCount();
 
 private:
-    explicit NSPasteboard(NSString* name, bool general);
+    explicit NSPasteboard(NSString* name);
     struct Item {
         Ref<NSString> type;
         Ref<NSData> data; ///< null while the owner has not given it
     };
     [[nodiscard]] Item* item(const NSString* type);
+    /// What other applications see; null for a pasteboard of the process.
+    [[nodiscard]] backend::Clipboard* shared() const;
     /// Drops what is held here where another application has taken the clipboard.
     void followClipboard();
     void publish();
@@ -71,7 +77,7 @@ private:
     Weak<NSObject> owner_;
     NSInteger changes_ = 0;
     std::uint64_t published_ = 0; ///< the clipboard's count at our last publication
-    bool general_;
+    enum class Place : unsigned char { process, desktop, findText } place_;
     bool foreign_ = false; ///< what is here comes from another application
 };
 

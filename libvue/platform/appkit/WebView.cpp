@@ -18,6 +18,7 @@ DOMHTMLImageElement::~DOMHTMLImageElement() = default;
 DOMHTMLDivElement::~DOMHTMLDivElement() = default;
 DOMRange::~DOMRange() = default;
 WebView::~WebView() = default;
+BOOL WebView::searchFor_direction_caseSensitive_wrap(NSString*, BOOL, BOOL, BOOL) { return NO; }
 WebHTMLView::~WebHTMLView() = default;
 
 } // namespace libvue

@@ -28,6 +28,9 @@ public:
     [[nodiscard]] virtual NSObject* policyDelegate() const = 0;
     /// What lies at the point of this view's coordinates, by the keys above.
     [[nodiscard]] virtual Ref<NSDictionary> elementAtPoint(NSPoint p) = 0;
+    /// Selects the next place at which the text stands, and shows it. NO where there is none, and in a view that does
+    /// not search.
+    virtual BOOL searchFor_direction_caseSensitive_wrap(NSString* text, BOOL forward, BOOL caseSensitive, BOOL wrap);
 };
 
 /// The view inside a WebView that draws the page and has the focus; others know it by its name.

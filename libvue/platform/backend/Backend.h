@@ -18,6 +18,8 @@ struct LIBVUE_API Backend {
     std::unique_ptr<Clipboard> clipboard;
     std::unique_ptr<PrintService> printing;
     std::unique_ptr<NotificationService> notices; ///< null: the desktop shows none
+    /// What is being searched for, in all applications of the user.
+    std::unique_ptr<Clipboard> findText;
 
     /// The installed one; made on first use by makeDefaultBackend.
     [[nodiscard]] static Backend& current();

@@ -2,6 +2,7 @@
 #include <string_view>
 
 #include <libvue/platform/backend/Backend.h>
+#include <libvue/platform/backend/FileClipboard.h>
 #include <libvue/platform/backend/qt/QtApplication.h>
 #include <libvue/platform/backend/qt/QtClipboard.h>
 #include <libvue/platform/backend/qt/QtNotificationService.h>
@@ -19,6 +20,7 @@ std::unique_ptr<Backend> makeMemoryBackend() {
     backend->clipboard = makeMemoryClipboard(*backend->windows);
     backend->printing = makeMemoryPrinting(*backend->graphics);
     backend->notices = makeMemoryNotices();
+    backend->findText = makeMemoryClipboard(*backend->windows);
     return backend;
 }
 
@@ -31,6 +33,8 @@ std::unique_ptr<Backend> makeQtBackend() {
     backend->clipboard = std::make_unique<QtClipboard>(*backend->windows);
     backend->printing = std::make_unique<QtPrinting>();
     backend->notices = makeQtNotices();
+    // The desktop has one selection too few for it.
+    backend->findText = std::make_unique<FileClipboard>(FileClipboard::findTextPath());
     return backend;
 }
 
