@@ -65,8 +65,8 @@ void KPanneauRecherche::describe(ClassDescription<KPanneauRecherche, NSPanel>& c
 KPanneauRecherche::KPanneauRecherche() = default;
 KPanneauRecherche::~KPanneauRecherche() = default;
 
-Ref<KPanneauRecherche> KPanneauRecherche::panneauDeRessource() {
-    const Ref<NSNib> ressource = NSNib::initWithNibNamed_bundle(nomRessource, nullptr);
+Ref<KPanneauRecherche> KPanneauRecherche::panneauDeRessource(NSBundle* bundle) {
+    const Ref<NSNib> ressource = NSNib::initWithNibNamed_bundle(nomRessource, bundle);
     Ref<NSArray> objets;
     if (!ressource || !ressource->instantiateNibWithOwner_topLevelObjects(nullptr, &objets)) return nullptr;
     for (NSObject* o : *objets)
@@ -190,6 +190,7 @@ void KPanneauRecherche::cherche(Sens sens, BOOL duPanneau) {
     const auto demande = op::cherche_direction_respecterCasse_boucle_typeRecherche.of(monClient_.get());
     if (!demande) return;
     const Ref<NSString> texte = string();
+    if (!texte) return;
     const BOOL casse = respecterCasse(), reprend = boucle();
     const int type = typeRech_ ? static_cast<int>(typeRech_->indexOfSelectedItem()) : 0;
     const BOOL trouve = demande(texte, sens == Sens::avant, casse, reprend, type);

@@ -5,6 +5,7 @@
 
 namespace libvue {
 
+class NSBundle;
 class NSForm;
 
 /// What the find commands and the panel's buttons mean, by their tags.
@@ -23,9 +24,10 @@ public:
     KPanneauRecherche();
     ~KPanneauRecherche() override;
 
-    /// A panel from the interface resource "PanneauRecherche"; null where the resource is damaged, which is logged. The
-    /// application's delegate makes one and keeps it.
-    [[nodiscard]] static Ref<KPanneauRecherche> panneauDeRessource();
+    /// A panel from the interface resource "PanneauRecherche" of the bundle (null: the application's, then the library's);
+    /// null where the resource is damaged, which is logged, or holds none. The application's delegate makes one and keeps
+    /// it.
+    [[nodiscard]] static Ref<KPanneauRecherche> panneauDeRessource(NSBundle* bundle = nullptr);
     /// The one that the application's delegate answers; null where it answers none.
     [[nodiscard]] static KPanneauRecherche* panneauRecherche();
 

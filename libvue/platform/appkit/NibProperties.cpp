@@ -27,6 +27,7 @@
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSFont.h>
 #include <libvue/platform/graphics/NSImage.h>
+#include <libvue/platform/graphics/Palette.h>
 
 namespace libvue::detail {
 
@@ -277,6 +278,7 @@ constexpr NamedColor kColors[] = {
     {"lightGrayColor", &NSColor::lightGrayColor},
     {"clearColor", &NSColor::clearColor},
     {"redColor", &NSColor::redColor},
+    {"systemRedColor", [] { return NSColor::systemColor(SystemColor::danger); }},
     {"labelColor", &NSColor::labelColor},
     {"secondaryLabelColor", &NSColor::secondaryLabelColor},
     {"tertiaryLabelColor", &NSColor::tertiaryLabelColor},

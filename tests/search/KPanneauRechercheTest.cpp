@@ -1,0 +1,399 @@
+#include <filesystem>
+#include <fstream>
+
+#include <unistd.h>
+
+#include <appkit/Cible.h>
+#include <gmock/gmock.h>
+#include <support/Silence.h>
+
+#include <libvue/alerts/KAlerteEphemere.h>
+#include <libvue/platform/appkit/NSAccessibility.h>
+#include <libvue/platform/appkit/NSButton.h>
+#include <libvue/platform/appkit/NSForm.h>
+#include <libvue/platform/appkit/NSFormCell.h>
+#include <libvue/platform/appkit/NSMenuItem.h>
+#include <libvue/platform/appkit/NSPasteboard.h>
+#include <libvue/platform/appkit/NSPopUpButton.h>
+#include <libvue/platform/appkit/NSText.h>
+#include <libvue/platform/appkit/NSTextField.h>
+#include <libvue/platform/appkit/WebView.h>
+#include <libvue/platform/foundation/NSBundle.h>
+#include <libvue/platform/foundation/NSDictionary.h>
+#include <libvue/search/KPanneauRecherche.h>
+
+using namespace libvue;
+using namespace libvue::test;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+/// Finds or not, as it is told, and says what it was asked.
+class Client : public NSView {
+public:
+    static void describe(ClassDescription<Client, NSView>& c) {
+        c.answers<&Client::cherche>(op::cherche_direction_respecterCasse_boucle_typeRecherche);
+        c.answers<&Client::donneSelection>(op::donneSelection);
+    }
+    explicit Client(Log& log) : NSView({{0, 0}, {300, 200}}), log_(&log) {}
+    BOOL trouve = YES;
+    Ref<NSString> selection;
+
+private:
+    BOOL cherche(NSString* texte, BOOL avant, BOOL casse, BOOL boucle, int type) {
+        log_->push_back(texte->utf8() + (avant ? " avant" : " arrière") + (casse ? " casse" : "") +
+                        (boucle ? " boucle" : "") + " " + std::to_string(type));
+        return trouve;
+    }
+    Ref<NSString> donneSelection() { return selection; }
+    Log* log_;
+};
+
+class ClientLimite : public Client {
+public:
+    static void describe(ClassDescription<ClientLimite, Client>& c) {
+        c.answers<&ClientLimite::contientSeulement>(op::contientSeulement);
+    }
+    using Client::Client;
+    BOOL limite = YES;
+
+private:
+    BOOL contientSeulement() { return limite; }
+};
+
+class Delegue : public NSObject {
+public:
+    static void describe(ClassDescription<Delegue>& c) { c.answers<&Delegue::panneau>(op::panneauRecherche); }
+    Ref<KPanneauRecherche> sien;
+
+private:
+    KPanneauRecherche* panneau() { return sien; }
+};
+
+class KPanneauRechercheTest : public AppFixture {
+protected:
+    Ref<KPanneauRecherche> panneau;
+    Ref<NSWindow> fenetre;
+    Ref<Client> client;
+    Ref<NSObject> ecoute;
+
+    void SetUp() override {
+        panneau = KPanneauRecherche::panneauDeRessource();
+        ASSERT_NE(panneau, nullptr);
+        fenetre = windowAt({{400, 300}, {300, 200}});
+        client = make<Client>(log);
+        fenetre->contentView()->addSubview(client);
+        show(fenetre);
+        panneau->initialisePourClient(client);
+        ecoute = NSNotificationCenter::defaultCenter()->addObserverForName_object_queue_usingBlock(
+            NSAccessibilityAnnouncementRequestedNotification, nullptr, nullptr,
+            [this](NSNotification*) { log.push_back("annonce"); });
+    }
+    void TearDown() override {
+        NSNotificationCenter::defaultCenter()->removeObserver(ecoute);
+        KAlerteEphemere::annuleAlerte();
+        NSPasteboard::pasteboardWithName(NSFindPboard)->clearContents();
+        panneau = nullptr;
+        AppFixture::TearDown();
+    }
+    [[nodiscard]] std::string champ() const { return panneau->formulaire()->cellAtIndex(0)->stringValue()->utf8(); }
+    /// What other applications read.
+    [[nodiscard]] std::string partage() const {
+        const auto octets = backend.findText().read("text/plain");
+        return {octets.begin(), octets.end()};
+    }
+    void partageAilleurs(const std::string& texte) const {
+        backend.findText().setFromElsewhere({{"text/plain", {texte.begin(), texte.end()}}});
+    }
+    void commande(NSInteger tag) const {
+        const auto element = make<NSMenuItem>(u"Rechercher"_ns, nullptr, nullptr);
+        element->setTag(tag);
+        panneau->actionPanneauRecherche(element);
+    }
+    void clique(NSView* vue) {
+        const NSRect cadre = vue->convertRect_toView(vue->bounds(), nullptr);
+        click(panneau, NSMidX(cadre), NSMidY(cadre));
+    }
+    [[nodiscard]] NSButton* precedent() const {
+        for (NSView* v : panneau->contentView()->subviews())
+            if (auto* b = as<NSButton>(v); b && b->tag() == kRecherchePrecedent) return b;
+        return nullptr;
+    }
+    /// The notice stands in a child of the client's window.
+    [[nodiscard]] bool avisMontre() const {
+        const Ref<NSArray> enfants(fenetre->childWindows());
+        return enfants && enfants->count() > 0;
+    }
+    [[nodiscard]] bool texteEnSelection() const {
+        auto* editeur = as<NSText>(panneau->firstResponder());
+        return editeur && editeur->selectedRange() == NSRange{0, editeur->string()->length()};
+    }
+};
+
+TEST_F(KPanneauRechercheTest, ItComesFromItsResource) {
+    EXPECT_EQ(panneau->typeRech()->numberOfItems(), 4);
+    EXPECT_EQ(panneau->suivant()->tag(), kRechercheSuivant);
+    EXPECT_EQ(panneau->defaultButtonCell(), panneau->suivant()->buttonCell());
+    ASSERT_NE(precedent(), nullptr);
+    EXPECT_FALSE(panneau->respecterCasse());
+    EXPECT_TRUE(panneau->boucle());
+    EXPECT_TRUE(panneau->msgIntrouvable()->isHidden());
+
+    EXPECT_EQ(KPanneauRecherche::panneauRecherche(), nullptr) << "no delegate";
+    const auto delegue = make<Delegue>();
+    delegue->sien = panneau;
+    NSApp()->setDelegate(delegue);
+    EXPECT_EQ(KPanneauRecherche::panneauRecherche(), panneau.get());
+    NSApp()->setDelegate(nullptr);
+}
+
+TEST_F(KPanneauRechercheTest, TheClientHearsWhatThePanelSays) {
+    panneau->setString(u"été"_ns);
+    commande(kRechercheSuivant);
+    panneau->ignorerMajuscules()->setState(NSOffState);
+    panneau->boiteBoucle()->setState(NSOffState);
+    panneau->typeRech()->selectItemAtIndex(2);
+    commande(kRecherchePrecedent);
+    EXPECT_THAT(taken(), ElementsAre("été avant boucle 0", "été arrière casse 2"));
+    for (const NSInteger tag : {-1, 0, 4, 5, 6, 8})
+        commande(tag);
+    panneau->actionPanneauRecherche(nullptr);
+    EXPECT_THAT(taken(), IsEmpty());
+    EXPECT_FALSE(panneau->isVisible());
+}
+
+TEST_F(KPanneauRechercheTest, ReturnClosesAndAClickDoesNot) {
+    enum Geste { retour, clicSuivant, clicPrecedent, espaceSurPrecedent, commandeSuivant };
+    struct Rangee {
+        const char* nom;
+        Geste geste;
+        BOOL trouve;
+        bool reste, message, avis;
+    };
+    const Rangee rangees[] = {
+        {"Return, found", retour, YES, false, false, false},
+        {"Return, not found", retour, NO, true, true, false},
+        {"click, found", clicSuivant, YES, true, false, false},
+        {"click, not found", clicSuivant, NO, true, true, false},
+        {"click on previous, found", clicPrecedent, YES, true, false, false},
+        {"key on previous, found", espaceSurPrecedent, YES, true, false, false},
+        {"key on previous, not found", espaceSurPrecedent, NO, true, true, false},
+        {"command, found", commandeSuivant, YES, true, false, false},
+        {"command, not found", commandeSuivant, NO, true, true, true},
+    };
+    for (const Rangee& r : rangees) {
+        SCOPED_TRACE(r.nom);
+        KAlerteEphemere::annuleAlerte();
+        panneau->setString(u"mot"_ns);
+        commande(kRechercheMontrer);
+        drain();
+        ASSERT_TRUE(panneau->isKeyWindow());
+        EXPECT_TRUE(panneau->msgIntrouvable()->isHidden());
+        EXPECT_TRUE(texteEnSelection());
+        (void)taken();
+        client->trouve = r.trouve;
+        windows().typeText(u"é"); // replaces what is selected
+        drain();
+        if (r.geste == retour) windows().key(u'\r');
+        if (r.geste == clicSuivant) clique(panneau->suivant());
+        if (r.geste == clicPrecedent) clique(precedent());
+        if (r.geste == espaceSurPrecedent) {
+            panneau->makeFirstResponder(precedent());
+            windows().key(u' ');
+        }
+        if (r.geste == commandeSuivant) commande(kRechercheSuivant);
+        drain();
+        const Log entendu = taken();
+        ASSERT_FALSE(entendu.empty());
+        EXPECT_EQ(entendu[0].find("é a"), 0u) << entendu[0];
+        EXPECT_EQ(entendu.size(), r.trouve ? 1u : 2u) << "announced once where it was not found";
+        EXPECT_EQ(panneau->isVisible(), r.reste);
+        EXPECT_EQ(!panneau->msgIntrouvable()->isHidden(), r.message);
+        EXPECT_EQ(avisMontre(), r.avis);
+        EXPECT_TRUE(texteEnSelection());
+        EXPECT_EQ(partage(), "é");
+    }
+}
+
+TEST_F(KPanneauRechercheTest, EscapeAndTheKeyboardAlone) {
+    partageAilleurs("mer");
+    commande(kRechercheMontrer);
+    drain();
+    windows().key(u'\t');
+    drain();
+    EXPECT_EQ(panneau->firstResponder(), panneau->typeRech());
+    windows().key(0xF701); // down
+    drain();
+    windows().key(0xF701);
+    windows().key(u'\r');
+    drain();
+    const NSInteger choisi = panneau->typeRech()->indexOfSelectedItem();
+    EXPECT_GT(choisi, 0);
+    windows().key(u'\t');
+    windows().key(u' ');
+    drain();
+    EXPECT_TRUE(panneau->respecterCasse());
+    windows().key(u'\t');
+    windows().key(u' ');
+    drain();
+    EXPECT_FALSE(panneau->boucle());
+    windows().key(u'\r');
+    drain();
+    EXPECT_THAT(taken(), ElementsAre("mer avant casse " + std::to_string(choisi)));
+    EXPECT_FALSE(panneau->isVisible());
+    commande(kRechercheMontrer);
+    drain();
+    windows().key(0x1B);
+    drain();
+    EXPECT_FALSE(panneau->isVisible());
+}
+
+TEST_F(KPanneauRechercheTest, TheFindTextIsShared) {
+    partageAilleurs("d’ailleurs");
+    commande(kRechercheMontrer);
+    drain();
+    EXPECT_EQ(champ(), "d’ailleurs");
+    windows().typeText(u"ici");
+    drain();
+    EXPECT_EQ(partage(), "d’ailleurs") << "what is only typed is nobody's yet";
+    EXPECT_EQ(panneau->string()->utf8(), "ici");
+    EXPECT_EQ(partage(), "ici");
+    panneau->setString(nullptr);
+    EXPECT_EQ(champ(), "ici");
+    panneau->setString(u"là"_ns);
+    EXPECT_EQ(partage(), "là");
+    EXPECT_EQ(champ(), "là");
+
+    backend.findText().setFromElsewhere({{"image/png", {1, 2}}});
+    commande(kRechercheMontrer);
+    EXPECT_EQ(champ(), "là") << "there is no text";
+
+    client->selection = u"choisi"_ns;
+    commande(kRechercheUtiliserSelection);
+    EXPECT_EQ(champ(), "choisi");
+    EXPECT_EQ(partage(), "choisi");
+    EXPECT_TRUE(texteEnSelection());
+    client->selection = nullptr;
+    commande(kRechercheUtiliserSelection);
+    EXPECT_EQ(champ(), "choisi");
+}
+
+TEST_F(KPanneauRechercheTest, AClientThatOnlyFindsTextsTakesTheTypeAway) {
+    panneau->typeRech()->selectItemAtIndex(2);
+    const auto limite = make<ClientLimite>(log);
+    panneau->initialisePourClient(limite);
+    EXPECT_EQ(panneau->typeRech()->indexOfSelectedItem(), 0);
+    EXPECT_FALSE(panneau->typeRech()->isEnabled());
+    limite->limite = NO;
+    panneau->initialisePourClient(limite); // already the client: not asked again
+    EXPECT_FALSE(panneau->typeRech()->isEnabled());
+    panneau->initialisePourClient(client);
+    EXPECT_TRUE(panneau->typeRech()->isEnabled());
+    EXPECT_EQ(panneau->typeRech()->indexOfSelectedItem(), 0) << "the choice is not given back";
+    panneau->initialisePourClient(limite);
+    EXPECT_TRUE(panneau->typeRech()->isEnabled()) << "it answers NO now";
+}
+
+TEST_F(KPanneauRechercheTest, WithoutAClientNothingIsReported) {
+    panneau->setString(u"mot"_ns);
+    client->trouve = NO;
+    commande(kRechercheMontrer);
+    clique(panneau->suivant());
+    EXPECT_FALSE(panneau->msgIntrouvable()->isHidden());
+    (void)taken();
+    client->removeFromSuperview();
+    client = nullptr;
+    drain();
+    EXPECT_EQ(panneau->monClient(), nullptr);
+    clique(panneau->suivant());
+    commande(kRechercheUtiliserSelection);
+    EXPECT_THAT(taken(), IsEmpty());
+    EXPECT_FALSE(panneau->msgIntrouvable()->isHidden()) << "it stays as it was";
+    EXPECT_EQ(champ(), "mot");
+}
+
+TEST_F(KPanneauRechercheTest, ThePlatformsFindPanelIsClosed) {
+    const auto fenetreNommee = windowAt({{0, 0}, {100, 100}});
+    fenetreNommee->setFrameAutosaveName(u"Autre"_ns);
+    const auto autre = make<NSPanel>(), premier = make<NSPanel>(), second = make<NSPanel>();
+    autre->setFrameAutosaveName(u"Outils"_ns);
+    premier->setFrameAutosaveName(u"NSFindPanel"_ns);
+    for (NSWindow* w : {static_cast<NSWindow*>(fenetreNommee), static_cast<NSWindow*>(autre),
+                        static_cast<NSWindow*>(premier), static_cast<NSWindow*>(second)})
+        show(w);
+    commande(kRechercheMontrer);
+    EXPECT_TRUE(fenetreNommee->isVisible());
+    EXPECT_TRUE(autre->isVisible());
+    EXPECT_FALSE(premier->isVisible());
+    EXPECT_TRUE(second->isVisible());
+    EXPECT_TRUE(panneau->isVisible());
+}
+
+TEST_F(KPanneauRechercheTest, ADamagedResourceGivesNoPanel) {
+    const std::filesystem::path dossier =
+        std::filesystem::temp_directory_path() / ("panneau-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(dossier);
+    const auto bundle = NSBundle::bundleWithPath(NSString::fromUTF8(dossier.string()));
+    const char* textes[] = {"", "{", "[]", R"({"objects": []})", R"({"objects": [{"class": "NSPanel"}]})",
+                            R"({"objects": [{"class": "KPanneauRecherche", "outlets": {"formulaire": "absent"}}]})",
+                            R"({"objects": [{"id": "p", "class": "KPanneauRecherche", "outlets": {"suivant": "p"}}]})"};
+    const Silence silence;
+    for (const char* texte : textes) {
+        std::ofstream(dossier / "PanneauRecherche.nib.json") << texte;
+        EXPECT_EQ(KPanneauRecherche::panneauDeRessource(bundle), nullptr) << texte;
+    }
+    std::filesystem::remove_all(dossier);
+
+    // One without its views still takes every command.
+    const auto vide = make<KPanneauRecherche>();
+    vide->initialisePourClient(client);
+    for (NSInteger tag = 1; tag < 8; ++tag) {
+        const auto element = make<NSMenuItem>(u"Rechercher"_ns, nullptr, nullptr);
+        element->setTag(tag);
+        vide->actionPanneauRecherche(element);
+    }
+    EXPECT_TRUE(vide->isVisible());
+    EXPECT_THAT(taken(), IsEmpty()) << "there is no text to search for";
+}
+
+// Web views.
+
+class Etendue : public DOMRange {
+public:
+    static void describe(ClassDescription<Etendue, DOMRange>&) {}
+    [[nodiscard]] Ref<NSString> toString() const override { return u"page"_ns; }
+    [[nodiscard]] Ref<DOMNode> startContainer() const override { return nullptr; }
+    [[nodiscard]] NSInteger startOffset() const override { return 0; }
+};
+
+class Page : public WebView {
+public:
+    static void describe(ClassDescription<Page, WebView>&) {}
+    std::string demande;
+    bool choisie = true;
+    [[nodiscard]] Ref<DOMRange> selectedDOMRange() override { return choisie ? make<Etendue>() : Ref<Etendue>(); }
+    [[nodiscard]] NSObject* policyDelegate() const override { return nullptr; }
+    [[nodiscard]] Ref<NSDictionary> elementAtPoint(NSPoint) override { return nullptr; }
+    BOOL searchFor_direction_caseSensitive_wrap(NSString* texte, BOOL avant, BOOL casse, BOOL boucle) override {
+        demande = texte->utf8() + (avant ? " avant" : " arrière") + (casse ? " casse" : "") + (boucle ? " boucle" : "");
+        return YES;
+    }
+};
+
+TEST_F(KPanneauRechercheTest, WebViewsAreClients) {
+    const auto page = make<Page>();
+    panneau->initialisePourClient(page);
+    EXPECT_FALSE(panneau->typeRech()->isEnabled());
+    panneau->setString(u"aujourd'hui l’'"_ns);
+    commande(kRecherchePrecedent);
+    EXPECT_EQ(page->demande, "aujourd’hui l’’ arrière boucle");
+    EXPECT_TRUE(panneau->msgIntrouvable()->isHidden());
+    commande(kRechercheUtiliserSelection);
+    EXPECT_EQ(champ(), "page");
+    page->choisie = false;
+    commande(kRechercheUtiliserSelection);
+    EXPECT_EQ(champ(), "page");
+}
+
+} // namespace
