@@ -9,8 +9,8 @@ namespace libvue::op {
 
 /// Searches for the text: forward or backwards, with regard to case, going on at the other end, and by that type (see
 /// testeCandidatRechercheParJetons). Answers whether it was found.
-inline constexpr Operation<BOOL(NSString*, BOOL, BOOL, BOOL, int)> cherche_direction_respecterCasse_boucle_typeRecherche{
-    "cherche:direction:respecterCasse:boucle:typeRecherche:"};
+inline constexpr Operation<BOOL(NSString*, BOOL, BOOL, BOOL, int)>
+    cherche_direction_respecterCasse_boucle_typeRecherche{"cherche:direction:respecterCasse:boucle:typeRecherche:"};
 /// YES where the client searches by type 0 alone.
 inline constexpr Operation<BOOL()> contientSeulement{"contientSeulement"};
 /// The text that is selected in the client; null for none.

@@ -90,6 +90,21 @@ void KPanneauRecherche::initialisePourClient(NSObject* client) {
     typeRech_->setEnabled(!limite);
 }
 
+// Outlets.
+
+NSForm* KPanneauRecherche::formulaire() const noexcept { return formulaire_; }
+NSPopUpButton* KPanneauRecherche::typeRech() const noexcept { return typeRech_; }
+NSButton* KPanneauRecherche::ignorerMajuscules() const noexcept { return ignorerMajuscules_; }
+NSButton* KPanneauRecherche::boiteBoucle() const noexcept { return boiteBoucle_; }
+NSButton* KPanneauRecherche::suivant() const noexcept { return suivant_; }
+NSTextField* KPanneauRecherche::msgIntrouvable() const noexcept { return msgIntrouvable_; }
+void KPanneauRecherche::setFormulaire(NSForm* f) { formulaire_ = f; }
+void KPanneauRecherche::setTypeRech(NSPopUpButton* p) { typeRech_ = p; }
+void KPanneauRecherche::setIgnorerMajuscules(NSButton* b) { ignorerMajuscules_ = b; }
+void KPanneauRecherche::setBoiteBoucle(NSButton* b) { boiteBoucle_ = b; }
+void KPanneauRecherche::setSuivant(NSButton* b) { suivant_ = b; }
+void KPanneauRecherche::setMsgIntrouvable(NSTextField* t) { msgIntrouvable_ = t; }
+
 // The find text.
 
 Ref<NSString> KPanneauRecherche::string() {
@@ -123,7 +138,9 @@ void KPanneauRecherche::prendChaineRechercheDuPasteboard() {
 
 // What the controls say.
 
-BOOL KPanneauRecherche::respecterCasse() const { return !ignorerMajuscules_ || ignorerMajuscules_->state() == NSOffState; }
+BOOL KPanneauRecherche::respecterCasse() const {
+    return !ignorerMajuscules_ || ignorerMajuscules_->state() == NSOffState;
+}
 BOOL KPanneauRecherche::boucle() const { return boiteBoucle_ && boiteBoucle_->state() == NSOnState; }
 
 void KPanneauRecherche::selectionneTexte() {
@@ -138,8 +155,7 @@ void KPanneauRecherche::setIntrouvable_actionVientDuPanneau(BOOL introuvable, BO
         KAlerteEphemere::alerteAvecTitre_explication_icone_emplacement_commeEnfant_largeur(
             messageIntrouvable, nullptr, nullptr, monClient_, YES, largeurAvis);
     // The notice is announced by itself.
-    if (introuvable && duPanneau)
-        announceForAccessibility(this, messageIntrouvable, NSAccessibilityPriorityHigh);
+    if (introuvable && duPanneau) announceForAccessibility(this, messageIntrouvable, NSAccessibilityPriorityHigh);
     if (msgIntrouvable_) msgIntrouvable_->setHidden(!introuvable);
 }
 

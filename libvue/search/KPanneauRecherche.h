@@ -24,9 +24,9 @@ public:
     KPanneauRecherche();
     ~KPanneauRecherche() override;
 
-    /// A panel from the interface resource "PanneauRecherche" of the bundle (null: the application's, then the library's);
-    /// null where the resource is damaged, which is logged, or holds none. The application's delegate makes one and keeps
-    /// it.
+    /// A panel from the interface resource "PanneauRecherche" of the bundle (null: the application's, then the
+    /// library's); null where the resource is damaged, which is logged, or holds none. The application's delegate makes
+    /// one and keeps it.
     [[nodiscard]] static Ref<KPanneauRecherche> panneauDeRessource(NSBundle* bundle = nullptr);
     /// The one that the application's delegate answers; null where it answers none.
     [[nodiscard]] static KPanneauRecherche* panneauRecherche();
@@ -59,21 +59,21 @@ public:
 
     // From the interface resource.
 
-    [[nodiscard]] NSForm* formulaire() const noexcept { return formulaire_; }
-    [[nodiscard]] NSPopUpButton* typeRech() const noexcept { return typeRech_; }
-    [[nodiscard]] NSButton* ignorerMajuscules() const noexcept { return ignorerMajuscules_; }
-    [[nodiscard]] NSButton* boiteBoucle() const noexcept { return boiteBoucle_; }
-    [[nodiscard]] NSButton* suivant() const noexcept { return suivant_; }
-    [[nodiscard]] NSTextField* msgIntrouvable() const noexcept { return msgIntrouvable_; }
+    [[nodiscard]] NSForm* formulaire() const noexcept;
+    [[nodiscard]] NSPopUpButton* typeRech() const noexcept;
+    [[nodiscard]] NSButton* ignorerMajuscules() const noexcept;
+    [[nodiscard]] NSButton* boiteBoucle() const noexcept;
+    [[nodiscard]] NSButton* suivant() const noexcept;
+    [[nodiscard]] NSTextField* msgIntrouvable() const noexcept;
 
 private:
     // Outlets; what is not of the class is not taken.
-    void setFormulaire(NSForm* f) { formulaire_ = f; }
-    void setTypeRech(NSPopUpButton* p) { typeRech_ = p; }
-    void setIgnorerMajuscules(NSButton* b) { ignorerMajuscules_ = b; }
-    void setBoiteBoucle(NSButton* b) { boiteBoucle_ = b; }
-    void setSuivant(NSButton* b) { suivant_ = b; }
-    void setMsgIntrouvable(NSTextField* t) { msgIntrouvable_ = t; }
+    void setFormulaire(NSForm* f);
+    void setTypeRech(NSPopUpButton* p);
+    void setIgnorerMajuscules(NSButton* b);
+    void setBoiteBoucle(NSButton* b);
+    void setSuivant(NSButton* b);
+    void setMsgIntrouvable(NSTextField* t);
 
     void montre(BOOL duPanneau);
     enum class Sens : bool { arriere, avant };

@@ -335,7 +335,11 @@ TEST_F(KPanneauRechercheTest, ADamagedResourceGivesNoPanel) {
         std::filesystem::temp_directory_path() / ("panneau-" + std::to_string(::getpid()));
     std::filesystem::create_directories(dossier);
     const auto bundle = NSBundle::bundleWithPath(NSString::fromUTF8(dossier.string()));
-    const char* textes[] = {"", "{", "[]", R"({"objects": []})", R"({"objects": [{"class": "NSPanel"}]})",
+    const char* textes[] = {"",
+                            "{",
+                            "[]",
+                            R"({"objects": []})",
+                            R"({"objects": [{"class": "NSPanel"}]})",
                             R"({"objects": [{"class": "KPanneauRecherche", "outlets": {"formulaire": "absent"}}]})",
                             R"({"objects": [{"id": "p", "class": "KPanneauRecherche", "outlets": {"suivant": "p"}}]})"};
     const Silence silence;

@@ -43,11 +43,36 @@ constexpr const char16_t* kRecit =
     u"ce que l’on cherche.\u00A0» Elle n’a jamais su qui. Ægidius, lui, sourit, et ne nota rien.";
 
 constexpr const char16_t* kMots[] = {
-    u"aujourd’hui", u"ami",        u"l’ami d’enfance", u"amical",           u"arc-en-ciel",   u"bœuf",
-    u"cœur",        u"à contrecœur", u"de bon cœur",   u"chœur",            u"coeur (variante)", u"curriculum vitæ",
-    u"Élève",       u"élevé",      u"ex æquo",         u"Ægidius",          u"monnaie",       u"porte-monnaie",
-    u"monnayer",    u"nœud",       u"œil",             u"Œil-de-bœuf",      u"œuf",           u"œuvre",
-    u"chef-d’œuvre", u"main d’œuvre", u"sœur",          u"belle-sœur",       u"demi-sœur",     u"vœu",
+    u"aujourd’hui",
+    u"ami",
+    u"l’ami d’enfance",
+    u"amical",
+    u"arc-en-ciel",
+    u"bœuf",
+    u"cœur",
+    u"à contrecœur",
+    u"de bon cœur",
+    u"chœur",
+    u"coeur (variante)",
+    u"curriculum vitæ",
+    u"Élève",
+    u"élevé",
+    u"ex æquo",
+    u"Ægidius",
+    u"monnaie",
+    u"porte-monnaie",
+    u"monnayer",
+    u"nœud",
+    u"œil",
+    u"Œil-de-bœuf",
+    u"œuf",
+    u"œuvre",
+    u"chef-d’œuvre",
+    u"main d’œuvre",
+    u"sœur",
+    u"belle-sœur",
+    u"demi-sœur",
+    u"vœu",
 };
 
 Ref<NSScrollView> defilement(NSView* document, CGFloat largeur) {
@@ -98,10 +123,11 @@ Recherche::Recherche() {
         c->surRecherche = [this](NSString* bilan) { etat_->setStringValue(bilan); };
     }
     vue_ = pile(
-        {rangee({groupe(u"Texte"_ns, {defilement(texte_, kTexte),
-                                      legende(u"N’importe où seulement\u00A0: le type du panneau est alors grisé."_ns)}),
-                 groupe(u"Liste de mots"_ns, {defilement(liste_, kListe), legende(u"Tous les types de recherche."_ns)})},
-                kGouttiere),
+        {rangee(
+             {groupe(u"Texte"_ns, {defilement(texte_, kTexte),
+                                   legende(u"N’importe où seulement\u00A0: le type du panneau est alors grisé."_ns)}),
+              groupe(u"Liste de mots"_ns, {defilement(liste_, kListe), legende(u"Tous les types de recherche."_ns)})},
+             kGouttiere),
          rangee({bouton(u"Rechercher…"_ns, kRechercheMontrer, u"Ctrl+F"_ns),
                  bouton(u"Suivant"_ns, kRechercheSuivant, u"F3 ou Ctrl+G"_ns),
                  bouton(u"Précédent"_ns, kRecherchePrecedent, u"Maj+F3 ou Ctrl+Maj+G"_ns),
@@ -163,9 +189,7 @@ public:
     [[nodiscard]] Ref<NSString> resume() const override {
         return u"Un panneau de recherche, deux clients, et la règle qui trouve «\u00A0cœur\u00A0» par «\u00A0coeur\u00A0»."_ns;
     }
-    [[nodiscard]] NSSize tailleMin() const override {
-        return {2 * kMarge + kTexte + kGouttiere + kListe, hauteur_};
-    }
+    [[nodiscard]] NSSize tailleMin() const override { return {2 * kMarge + kTexte + kGouttiere + kListe, hauteur_}; }
 
 protected:
     Ref<NSView> construitVue() override {

@@ -19,8 +19,8 @@ BOOL ClientRecherche::cherche(NSString* texte, BOOL avant, BOOL respecterCasse, 
     const Bilan b = repond({texte, avant, respecterCasse, boucle, type});
     setNeedsDisplay(YES);
     if (surRecherche) {
-        const auto quoi = b.rang ? NSString::stringWithFormat(u"%ld sur %ld"_ns, static_cast<long>(b.rang),
-                                                              static_cast<long>(b.nombre))
+        const auto quoi = b.rang     ? NSString::stringWithFormat(u"%ld sur %ld"_ns, static_cast<long>(b.rang),
+                                                                  static_cast<long>(b.nombre))
                           : b.nombre ? u"rien de plus dans ce sens"_ns
                                      : u"introuvable"_ns;
         surRecherche(NSString::stringWithFormat(u"«\u00A0%@\u00A0»\u00A0: %@."_ns, texte, quoi.get()));

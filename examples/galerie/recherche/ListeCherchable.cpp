@@ -9,6 +9,7 @@
 #include <libvue/platform/graphics/NSDrawing.h>
 #include <libvue/platform/graphics/NSFont.h>
 #include <libvue/platform/graphics/NSStringDrawing.h>
+#include <libvue/platform/graphics/Palette.h>
 #include <libvue/search/TesteCandidatRecherche.h>
 #include <recherche/Occurrences.h>
 
@@ -64,9 +65,9 @@ void ListeCherchable::drawRect(const NSRect& r) {
         fonds->at<NSColor>(rang % 2)->setFill();
         NSRectFill(place);
         if (trouves_[rang] || choisi) {
-            const NSColor* couleur = !choisi    ? fondTrouve()
-                                     : active() ? NSColor::systemColor(SystemColor::accent)
-                                                : fondCourant();
+            NSColor* couleur = !choisi    ? fondTrouve()
+                               : active() ? NSColor::systemColor(SystemColor::accent)
+                                          : fondCourant();
             couleur->setFill();
             NSRectFillUsingOperation(place, NSCompositeSourceOver);
         }

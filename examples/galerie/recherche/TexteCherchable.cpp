@@ -105,7 +105,8 @@ NSUInteger TexteCherchable::indiceDe(NSEvent* e) {
 void TexteCherchable::mouseDown(NSEvent* e) {
     const Ref<TexteCherchable> moi(this);
     const NSUInteger ancre = indiceDe(e);
-    if (e->clickCount() == 2 && ancre < texte_->length()) return setSelection(clicSurMot(texte_->string(), ancre).plage);
+    if (e->clickCount() == 2 && ancre < texte_->length())
+        return setSelection(clicSurMot(texte_->string(), ancre).plage);
     setSelection({ancre, 0});
     while (const Ref<NSEvent> suite = NSApp()->nextDragOrRelease_()) {
         if (suite->type() == NSLeftMouseUp) break;
