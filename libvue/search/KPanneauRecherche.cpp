@@ -79,6 +79,11 @@ KPanneauRecherche* KPanneauRecherche::panneauRecherche() {
     return demande ? demande() : nullptr;
 }
 
+void KPanneauRecherche::awakeFromNib() {
+    NSPanel::awakeFromNib();
+    center();
+}
+
 void KPanneauRecherche::initialisePourClient(NSObject* client) {
     if (client == monClient_.get()) return;
     const Ref<KPanneauRecherche> moi(this);

@@ -59,6 +59,7 @@ public:
 
     // From the interface resource.
 
+    void awakeFromNib() override;
     [[nodiscard]] NSForm* formulaire() const noexcept;
     [[nodiscard]] NSPopUpButton* typeRech() const noexcept;
     [[nodiscard]] NSButton* ignorerMajuscules() const noexcept;

@@ -93,6 +93,11 @@ TEST_F(NSFormTest, TheValueIsWhatShowsWhileItIsTyped) {
     drain();
     EXPECT_EQ(value(0), "posé");
     EXPECT_EQ(value(1), "rue");
+    form->selectTextAtIndex(1);
+    form->setStringValue(u"quai"_ns);
+    EXPECT_EQ(value(1), "quai") << "the row that was edited";
+    EXPECT_EQ(value(0), "posé");
+    form->selectTextAtIndex(1);
     form->setEnabled(NO);
     EXPECT_EQ(form->indexOfSelectedItem(), -1);
     form->selectTextAtIndex(1);

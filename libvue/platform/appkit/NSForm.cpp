@@ -108,8 +108,9 @@ void NSForm::addNibItem(NSObject* item) {
 // As one control.
 
 NSCell* NSForm::selectedCell() const {
-    const NSInteger selected = indexOfSelectedItem();
-    NSCell* c = cellAtIndex(selected < 0 ? 0 : selected);
+    const NSInteger edited = indexOfSelectedItem();
+    NSCell* c = cellAtIndex(edited < 0 ? aborted_ : edited);
+    if (!c) c = cellAtIndex(0);
     return c ? c : cell();
 }
 
@@ -148,7 +149,10 @@ NSText* NSForm::currentEditor() const {
 }
 
 BOOL NSForm::abortEditing() {
-    const Row* r = row(indexOfSelectedItem());
+    const NSInteger edited = indexOfSelectedItem();
+    const Row* r = row(edited);
+    // A value that is set ends the editing first, and is meant for the row that was edited.
+    aborted_ = std::max<NSInteger>(0, edited);
     return r && Ref<NSTextField>(r->field)->abortEditing();
 }
 

@@ -75,6 +75,7 @@ private:
     [[nodiscard]] CGFloat rowHeight() const;
 
     std::vector<Row> rows_;
+    NSInteger aborted_ = 0; ///< the row that was being edited when that was broken off
     CGFloat spacing_ = 8;
     NSTextAlignment titleAlignment_ = NSRightTextAlignment;
 };

@@ -210,6 +210,13 @@ bool NibLoader::addItems(NSObject* object, NSObject* json) {
     if (auto* popUp = as<NSPopUpButton>(object)) {
         if (!popUp->menu()) popUp->setMenu(make<NSMenu>());
         const bool added = addMenuItems(popUp->menu(), list);
+        // An item that does nothing else is chosen.
+        for (NSInteger i = 0; i < popUp->numberOfItems(); ++i) {
+            NSMenuItem* item = popUp->itemAtIndex(i);
+            if (item->action() || item->isSeparatorItem() || item->hasSubmenu()) continue;
+            item->setAction(sel("menuChosen:"));
+            item->setTarget(popUp->cell());
+        }
         if (added && popUp->indexOfSelectedItem() < 0 && popUp->numberOfItems() > 0) popUp->selectItemAtIndex(0);
         return added;
     }
