@@ -64,6 +64,7 @@ void KCCollectionView::describe(ClassDescription<KCCollectionView, NSView>& c) {
 }
 
 KCCollectionView::KCCollectionView() = default;
+KCCollectionView::KCCollectionView(const NSRect& frame) : NSView(frame) {}
 KCCollectionView::~KCCollectionView() = default;
 
 // What it shows.
@@ -223,6 +224,18 @@ void KCCollectionView::ajusteContenu() {
     for (std::uint64_t i = premier; i < premier + vivants; ++i) {
         const Ref<KCNibHelper> element = static_cast<KCNibHelper*>(bassin->preteElement(i));
         if (!montre(element, i, static_cast<NSUInteger>(colonnes), entete, donnees, passe)) return;
+    }
+    masqueEgares(visible);
+}
+
+void KCCollectionView::masqueEgares(const NSRect& visible) {
+    // Views out of the range stay where they were, mostly out of sight. After a resize, or where the ring has turned,
+    // such a place may be in sight again and belong to another view.
+    const Ref<BassinCirculaire> bassin = mesVues_;
+    const std::uint64_t debut = bassin->premierNoElement(), taille = bassin->taille();
+    for (std::uint64_t i = vignettesAffichees_.length; i < taille; ++i) {
+        NSView* vue = static_cast<KCNibHelper*>(bassin->preteElement(debut + i))->vue();
+        if (vue && !vue->isHidden() && NSIntersectsRect(vue->frame(), visible)) vue->setHidden(YES);
     }
 }
 

@@ -39,8 +39,8 @@ inline constexpr Operation<void(BOOL)> setSelected{"setSelected:"};
 class LIBVUE_API KCCollectionView : public NSView {
 public:
     static void describe(ClassDescription<KCCollectionView, NSView>& c);
-    using NSView::NSView;
     KCCollectionView();
+    explicit KCCollectionView(const NSRect& frame);
     ~KCCollectionView() override;
 
     [[nodiscard]] const Class* classeVueItem() const noexcept { return maClasseVueItem; }
@@ -127,18 +127,18 @@ public:
     // Printing (KCCollectionViewImpression.cpp).
 
     /// Cuts the content into whole rows for the paper of the current print operation. Always YES.
-    BOOL knowsPageRange(NSRange* range);
+    BOOL knowsPageRange(NSRange* range) override;
     /// Pages count from 1. NSZeroRect for one that has no rectangle, and for all where awakeFromNib was not sent.
-    [[nodiscard]] NSRect rectForPage(NSInteger page);
+    [[nodiscard]] NSRect rectForPage(NSInteger page) override;
     /// The end of the last row that ends at or above `bottom`.
-    void adjustPageHeightNew_top_bottom_limit(CGFloat* newBottom, CGFloat top, CGFloat bottom, CGFloat limit);
+    void adjustPageHeightNew_top_bottom_limit(CGFloat* newBottom, CGFloat top, CGFloat bottom, CGFloat limit) override;
     [[nodiscard]] NSString* nomApp() const noexcept { return nomApp_; }
     [[nodiscard]] NSString* copyright() const noexcept { return copyright_; }
     /// The texts at the head of each page; kept.
     void setNomApp_etCopyright(NSString* nom, NSString* copyright);
-    void drawPageBorderWithSize(const NSSize& papier);
+    void drawPageBorderWithSize(const NSSize& papier) override;
     /// Prints another grid with the same data, more closely set.
-    void print(NSObject* sender);
+    void print(NSObject* sender) override;
 
 private:
     [[nodiscard]] CGFloat tailleEntete();
@@ -150,6 +150,7 @@ private:
     /// False where the resource cannot be built: it is not asked for again before it changes.
     [[nodiscard]] bool prepareBassin(std::uint64_t vivants);
     void masqueTout();
+    void masqueEgares(const NSRect& visible);
     /// False where a newer pass has taken over.
     [[nodiscard]] bool montre(KCNibHelper* element, NSUInteger i, NSUInteger colonnes, CGFloat entete, NSArray* donnees,
                               unsigned passe);
