@@ -1,0 +1,45 @@
+#pragma once
+
+#include <libvue/platform/foundation/NSArray.h>
+#include <libvue/platform/foundation/NSObject.h>
+#include <libvue/platform/foundation/NSString.h>
+
+namespace galerie {
+
+using namespace libvue;
+
+/// What the page of the grid can show: a list of objects, and the item view that shows one.
+class SourceDeGrille : public NSObject {
+public:
+    static void describe(ClassDescription<SourceDeGrille>&) {}
+
+    /// In the popup button of sources.
+    [[nodiscard]] virtual Ref<NSString> nom() const = 0;
+    /// How many objects there can be, and how many at first.
+    [[nodiscard]] virtual NSUInteger maximum() = 0;
+    [[nodiscard]] virtual NSUInteger auDebut() = 0;
+    /// The first `nombre` objects, at most `maximum`.
+    [[nodiscard]] virtual Ref<NSArray> objets(NSUInteger nombre) = 0;
+    /// Of the item views, and the resource of the application that holds one.
+    [[nodiscard]] virtual const Class& classeVue() const = 0;
+    [[nodiscard]] virtual Ref<NSString> nomNib() const = 0;
+    /// One object, for the line below the grid.
+    [[nodiscard]] virtual Ref<NSString> dit(NSObject* objet) const = 0;
+};
+
+/// A source is made once a page: `const InscriptionSource<DossierDImages> inscription{20};` at namespace scope.
+class RegistreSources {
+public:
+    using Fabrique = Ref<SourceDeGrille> (*)();
+    /// In the order of their ranks.
+    static void inscrit(int rang, Fabrique fabrique);
+    [[nodiscard]] static std::vector<Ref<SourceDeGrille>> fabriqueToutes();
+};
+
+template <class Source> struct InscriptionSource {
+    explicit InscriptionSource(int rang) {
+        RegistreSources::inscrit(rang, []() -> Ref<SourceDeGrille> { return make<Source>(); });
+    }
+};
+
+} // namespace galerie
