@@ -5,13 +5,16 @@
 
 #include <libvue/platform/appkit/Forward.h>
 #include <libvue/platform/appkit/NSPrintInfo.h>
-#include <libvue/platform/backend/Forward.h>
 #include <libvue/platform/foundation/NSError.h>
 #include <libvue/platform/foundation/NSGeometry.h>
 #include <libvue/platform/foundation/NSObject.h>
 
 namespace libvue {
 
+namespace backend {
+class Canvas;
+class PrintDocument;
+} // namespace backend
 class PrintPages;
 
 /// Prints a view: asks it for its pages, draws each of them, and sees the document to its printer or file.

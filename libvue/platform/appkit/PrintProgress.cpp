@@ -5,7 +5,8 @@
 
 #include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSButton.h>
-#include <libvue/platform/appkit/ThemeDessin.h>
+#include <libvue/platform/appkit/ScopeExit.h>
+#include <libvue/platform/foundation/NSRunLoop.h>
 #include <libvue/platform/foundation/NSTimer.h>
 #include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/NSColor.h>
@@ -120,13 +121,15 @@ void PrintProgress::work(const std::function<bool()>& step) {
 BOOL PrintProgress::runSteps(const std::function<bool()>& step) {
     const Ref<PrintProgress> self(this);
     center();
-    const auto timer = NSTimer::scheduledTimerWithTimeInterval_repeats_block(0, YES, [&](NSTimer*) { work(step); });
+    const auto timer = NSTimer::timerWithTimeInterval_repeats_block(0, YES, [&](NSTimer*) { work(step); });
+    const ScopeExit ended([&] { timer->invalidate(); });
+    NSRunLoop::mainRunLoop()->addTimer_forMode(timer, NSModalPanelRunLoopMode.get());
     while (!finished_ && !cancelled_) {
-        // Somebody else's stop ends the modal run, not the work; the closing of the window ends both.
         NSApp()->runModalForWindow(this);
+        // Closing the window cancels. Somebody else's stop ends the modal run and not the work.
         if (!isVisible() && !finished_) cancelled_ = true;
+        work(step);
     }
-    timer->invalidate();
     orderOut(nullptr);
     if (thrown_) std::rethrow_exception(thrown_);
     return finished_;

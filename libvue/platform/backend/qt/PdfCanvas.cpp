@@ -78,7 +78,11 @@ PdfCanvas::PdfCanvas(NSSize page, std::string_view title, QIODevice* device)
     : page_(std::make_unique<Page>(page, title, device)) {
     resetPage();
 }
-PdfCanvas::~PdfCanvas() = default;
+PdfCanvas::~PdfCanvas() {
+    // A page that was given up in the middle.
+    for (std::size_t i = 0; page_->painter.isActive() && i <= saved_.size(); ++i)
+        page_->painter.restore();
+}
 
 void PdfCanvas::resetPage() {
     page_->side.emplace(page_->size);
@@ -298,6 +302,8 @@ void PdfCanvas::drawText(const TextLayout& text, NSPoint origin, YAxis axis) {
         page_->side->canvas().drawText(text, origin, axis);
     const Transform toUser{1, 0, 0, axis == YAxis::up ? -1.0 : 1.0, origin.x, origin.y};
     const NSRect ink = layout->inkBounds();
+    // A reader of the page would find words that nobody sees.
+    if (!NSIntersectsRect(state_.clip, state_.user.apply(toUser.apply(ink)))) return;
     // Shadows are pixels; the text goes over its own picture, so that it can be selected and searched.
     if (layout->hasShadows() && layers_.empty() && !state_.hasShadow) patch(state_.user.apply(toUser.apply(ink)));
     if (!isPlain(state_.op, 0, toUser.apply(ink))) return;
