@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include <libvue/collections/Forward.h>
 #include <libvue/collections/KCCollectionItemView.h>
@@ -130,6 +131,9 @@ public:
     BOOL knowsPageRange(NSRange* range) override;
     /// Pages count from 1. NSZeroRect for one that has no rectangle, and for all where awakeFromNib was not sent.
     [[nodiscard]] NSRect rectForPage(NSInteger page) override;
+    /// What knowsPageRange: cut, also where rectForPage: gives nothing: so a grid made by code has its rows on paper.
+    /// Without any row, the header alone.
+    [[nodiscard]] NSRect divisionForPage_(NSInteger page) override;
     /// The end of the last row that ends at or above `bottom`.
     void adjustPageHeightNew_top_bottom_limit(CGFloat* newBottom, CGFloat top, CGFloat bottom, CGFloat limit) override;
     [[nodiscard]] NSString* nomApp() const noexcept { return nomApp_; }
@@ -167,7 +171,8 @@ private:
     NSRange vignettesAffichees_;
     Ref<BassinCirculaire> mesVues_;
     NSSize maTailleElement;
-    Ref<NSMutableArray> printFrames; // texts of NSStringFromRect, made by awakeFromNib
+    Ref<NSMutableArray> printFrames;     // texts of NSStringFromRect, made by awakeFromNib
+    std::vector<NSRect> pagesImprimees_; // of the last knowsPageRange:
     Ref<NSString> nomApp_;
     Ref<NSString> copyright_;
     unsigned passe_ = 0;   // counts the passes, for one that is run while another calls out
