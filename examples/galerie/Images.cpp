@@ -38,6 +38,7 @@ bool ecritImages(FenetreGalerie& galerie, const DemandeImages& demande) {
         for (const Appearance a : demande.apparences) {
             galerie.setBureau(a);
             NSApp()->drain_();
+            galerie.pages()[i]->attends();
             for (const CGFloat echelle : demande.echelles) {
                 char suite[48];
                 std::snprintf(suite, sizeof suite, "-%s@%gx.png", a == Appearance::dark ? "sombre" : "clair", echelle);

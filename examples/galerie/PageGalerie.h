@@ -19,6 +19,8 @@ public:
     [[nodiscard]] virtual Ref<NSString> resume() const = 0;
     /// Below it, the page scrolls.
     [[nodiscard]] virtual NSSize tailleMin() const { return {560, 400}; }
+    /// Waits for what the page loads by itself, before a picture is taken of it.
+    virtual void attends() {}
     /// Made at the first call. It takes any size from tailleMin up.
     [[nodiscard]] NSView* vue();
 
