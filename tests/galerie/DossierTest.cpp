@@ -7,8 +7,9 @@
 #include "../appkit/AppFixture.h"
 
 #include <dossier/CarteImage.h>
-#include <dossier/VueDossier.h>
-#include <libvue/platform/appkit/NSClipView.h>
+#include <dossier/ImagesDeDossier.h>
+#include <libvue/collections/KCCollectionView.h>
+#include <libvue/platform/appkit/NSScrollView.h>
 #include <support/Silence.h>
 
 namespace galerie {
@@ -22,7 +23,9 @@ struct DossierTest : AppFixture {
     std::filesystem::path dossier =
         std::filesystem::temp_directory_path() / ("libvue-dossier-" + std::to_string(getpid()));
     Ref<NSWindow> fenetre;
-    Ref<VueDossier> vue;
+    Ref<ImagesDeDossier> source;
+    Ref<NSScrollView> defilement;
+    Ref<KCCollectionView> grille;
 
     void SetUp() override {
         std::filesystem::create_directories(dossier / "sous-dossier.png");
@@ -37,55 +40,61 @@ struct DossierTest : AppFixture {
         }
         std::ofstream(dossier / "lisez-moi.txt") << "rien";
         fenetre = windowAt({{50, 50}, {720, 520}});
-        vue = make<VueDossier>();
-        vue->setFrame(fenetre->contentView()->bounds());
-        vue->montreDossier(NSString::fromUTF8(dossier.string()));
-        fenetre->contentView()->addSubview(vue);
+        defilement = make<NSScrollView>(fenetre->contentView()->bounds());
+        grille = make<KCCollectionView>(NSRect{NSZeroPoint, defilement->contentSize()});
+        source = make<ImagesDeDossier>();
+        grille->awakeFromNib();
+        grille->setClasseVueItem(&source->classeVue());
+        grille->setNomNib(source->nomNib());
+        defilement->setDocumentView(grille);
+        fenetre->contentView()->addSubview(defilement);
+        source->surChangement = [this] { grille->setDonnees(source->objets(source->auDebut())); };
+        source->montreDossier(NSString::fromUTF8(dossier.string()));
         show(fenetre);
     }
     void TearDown() override {
-        vue = nullptr;
+        defilement = nullptr;
+        grille = nullptr;
         fenetre = nullptr;
+        source = nullptr;
         std::filesystem::remove_all(dossier);
         AppFixture::TearDown();
     }
-    [[nodiscard]] FichierImage* fichier(NSUInteger i) const { return vue->grille()->donnees()->at<FichierImage>(i); }
+    [[nodiscard]] FichierImage* fichier(NSUInteger i) const { return grille->donnees()->at<FichierImage>(i); }
     [[nodiscard]] NSUInteger nombre(FichierImage::Etat etat) const {
         NSUInteger n = 0;
-        for (NSUInteger i = 0; i < vue->grille()->donnees()->count(); ++i)
+        for (NSUInteger i = 0; i < grille->donnees()->count(); ++i)
             n += fichier(i)->etat == etat;
         return n;
     }
-    [[nodiscard]] ReserveVignettes* reserve() const { return as<ReserveVignettes>(vue->grille()->delegate()); }
 };
 
 TEST_F(DossierTest, OnlyWhatIsInViewIsLoaded) {
     const Silence silence;
     using Etat = FichierImage::Etat;
-    ASSERT_EQ(vue->grille()->donnees()->count(), NSUInteger{kImages}) << "neither texts nor folders";
+    ASSERT_EQ(grille->donnees()->count(), NSUInteger{kImages}) << "neither texts nor folders";
     EXPECT_EQ(fichier(0)->nom()->utf8(), "000.PNG");
-    vue->attends();
-    const NSUInteger enVue = vue->grille()->mesVignettesAffichees().length;
+    source->attends();
+    const NSUInteger enVue = grille->mesVignettesAffichees().length;
     EXPECT_LT(enVue, 40u);
     EXPECT_EQ(nombre(Etat::prete), enVue - 1);
     EXPECT_EQ(nombre(Etat::illisible), 1u);
     EXPECT_EQ(fichier(kFausse)->etat, Etat::illisible);
     EXPECT_EQ(fichier(0)->vignette->size(), (NSSize{150, 75})) << "never larger than the file";
-    auto* d = vue->grille()->enclosingScrollView();
     for (int tour = 0; tour < 30; ++tour) {
-        d->pageDown(nullptr);
+        defilement->pageDown(nullptr);
         drain();
-        if (tour % 3 == 0) vue->attends();
+        if (tour % 3 == 0) source->attends();
         EXPECT_LE(nombre(Etat::prete) + nombre(Etat::attendue), 60u);
     }
-    vue->attends();
+    source->attends();
     EXPECT_EQ(fichier(kImages - 1)->etat, Etat::prete);
     EXPECT_EQ(fichier(0)->etat, Etat::absente);
     EXPECT_EQ(fichier(0)->vignette, nullptr);
-    EXPECT_GT(reserve()->octets(), 0u);
-    EXPECT_LE(reserve()->octets(), std::size_t{48} << 20);
-    EXPECT_EQ(reserve()->enAttente(), 0u);
-    d->scrollToBeginningOfDocument(nullptr);
+    EXPECT_GT(source->reserve()->octets(), 0u);
+    EXPECT_LE(source->reserve()->octets(), std::size_t{48} << 20);
+    EXPECT_EQ(source->reserve()->enAttente(), 0u);
+    defilement->scrollToBeginningOfDocument(nullptr);
     drain();
     EXPECT_EQ(fichier(0)->etat, Etat::prete) << "what was just there is there again at once";
 }
@@ -95,7 +104,7 @@ TEST_F(DossierTest, TheReserveForgetsTheOldest) {
     const auto carte = make<NSView>(NSZeroRect);
     std::vector<Ref<FichierImage>> fichiers;
     for (NSUInteger i = 10; i < 15; ++i) {
-        fichiers.push_back(make<FichierImage>(fichier(i)->chemin()));
+        fichiers.push_back(make<FichierImage>(fichier(i)->chemin(), petite));
         petite->montre(fichiers.back(), carte);
         petite->attends();
         drain();
@@ -125,13 +134,13 @@ TEST_F(DossierTest, AReadingIsCancelledAndAFolderMayBeMissing) {
     EXPECT_EQ(fin, LectureDossier::Fin::annulee);
     EXPECT_EQ(fins, 1);
     EXPECT_EQ(lecture->vus(), 0u);
-    vue->montreDossier(u"/nulle/part"_ns);
+    source->montreDossier(u"/nulle/part"_ns);
     drain();
-    EXPECT_EQ(vue->grille()->donnees()->count(), 0u);
-    EXPECT_NE(vue->etat()->stringValue()->utf8().find("n’existe pas"), std::string::npos);
-    vue->montreDossier(NSString::fromUTF8((dossier / "sous-dossier.png").string()));
+    EXPECT_EQ(grille->donnees()->count(), 0u);
+    EXPECT_NE(source->etat()->utf8().find("n’existe pas"), std::string::npos);
+    source->montreDossier(NSString::fromUTF8((dossier / "sous-dossier.png").string()));
     drain();
-    EXPECT_EQ(vue->etat()->stringValue()->utf8(), "Aucune image dans ce dossier");
+    EXPECT_EQ(source->etat()->utf8(), "Aucune image dans ce dossier");
 }
 
 } // namespace

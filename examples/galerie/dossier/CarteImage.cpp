@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include <libvue/collections/KCCollectionView.h>
 #include <libvue/platform/appkit/NSNib.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSDictionary.h>
@@ -49,16 +48,11 @@ NSString* CarteImage::ressource() {
     return nom.get();
 }
 
-ReserveVignettes* CarteImage::reserve() const {
-    const auto* grille = as<KCCollectionView>(grille_.get());
-    return grille ? as<ReserveVignettes>(grille->delegate()) : nullptr;
-}
-
 void CarteImage::montre() {
-    if (auto* r = reserve(); r && fichier_ && !isHidden()) r->montre(fichier_, this);
+    if (fichier_ && !isHidden()) fichier_->reserve()->montre(fichier_, this);
 }
 void CarteImage::lache() {
-    if (auto* r = reserve(); r && fichier_) r->lache(fichier_, this);
+    if (fichier_) fichier_->reserve()->lache(fichier_, this);
 }
 
 void CarteImage::setObjetConnectay(NSObject* objet) {

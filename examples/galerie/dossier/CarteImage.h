@@ -27,7 +27,6 @@ public:
     [[nodiscard]] AccessibilityDescription accessibilityDescription() const override;
 
 private:
-    [[nodiscard]] ReserveVignettes* reserve() const;
     void montre();
     void lache();
     void dessineManque(const NSRect& place, bool illisible) const;

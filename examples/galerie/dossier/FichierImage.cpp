@@ -1,5 +1,6 @@
 #include <dossier/FichierImage.h>
 
+#include <dossier/ReserveVignettes.h>
 #include <libvue/collections/KCCollectionView.h>
 
 namespace galerie {
@@ -7,6 +8,10 @@ namespace galerie {
 void FichierImage::describe(ClassDescription<FichierImage>& c) {
     c.answers<&FichierImage::setSelected>(op::setSelected);
 }
+
+FichierImage::FichierImage(std::string chemin, ReserveVignettes* reserve)
+    : chemin_(std::move(chemin)), reserve_(reserve) {}
+FichierImage::~FichierImage() = default;
 
 Ref<NSString> FichierImage::nom() const {
     const std::size_t barre = chemin_.rfind('/');

@@ -9,13 +9,18 @@ namespace galerie {
 
 using namespace libvue;
 
+class ReserveVignettes;
+
 /// A file of a folder, as an object of the grid. It has its thumbnail only while a card shows it.
 class FichierImage : public NSObject {
 public:
     static void describe(ClassDescription<FichierImage>& c);
     enum class Etat : unsigned char { absente, attendue, prete, illisible };
 
-    explicit FichierImage(std::string chemin) : chemin_(std::move(chemin)) {}
+    /// The reserve gives its thumbnail.
+    FichierImage(std::string chemin, ReserveVignettes* reserve);
+    ~FichierImage() override;
+    [[nodiscard]] ReserveVignettes* reserve() const noexcept { return reserve_; }
     [[nodiscard]] const std::string& chemin() const noexcept { return chemin_; }
     [[nodiscard]] Ref<NSString> nom() const;
     [[nodiscard]] BOOL estChoisi() const noexcept { return choisi_; }
@@ -28,6 +33,7 @@ public:
 
 private:
     std::string chemin_;
+    Ref<ReserveVignettes> reserve_;
     BOOL choisi_ = NO;
 };
 

@@ -44,7 +44,8 @@ void ReserveVignettes::montre(FichierImage* fichier, NSView* carte) {
 }
 
 void ReserveVignettes::lache(FichierImage* fichier, const NSView* carte) {
-    if (fichier->carte != carte) return;
+    // A card that goes is not read through its weak reference any more.
+    if (fichier->carte && fichier->carte != carte) return;
     fichier->carte = nullptr;
     if (fichier->etat == FichierImage::Etat::attendue) {
         chargeur_->cancel(fichier->ticket);

@@ -10,8 +10,7 @@
 
 namespace galerie {
 
-/// The thumbnails of the files that cards show, and of those that they showed last, up to so many bytes. It is the
-/// grid's delegate, by which the cards find it.
+/// The thumbnails of the files that cards show, and of those that they showed last, up to so many bytes.
 class ReserveVignettes : public NSObject {
 public:
     static void describe(ClassDescription<ReserveVignettes>&) {}

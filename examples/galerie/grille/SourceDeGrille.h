@@ -1,5 +1,9 @@
 #pragma once
 
+#include <functional>
+#include <vector>
+
+#include <libvue/platform/appkit/NSView.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSObject.h>
 #include <libvue/platform/foundation/NSString.h>
@@ -23,6 +27,14 @@ public:
     /// Of the item views, and the resource of the application that holds one.
     [[nodiscard]] virtual const Class& classeVue() const = 0;
     [[nodiscard]] virtual Ref<NSString> nomNib() const = 0;
+    /// What stands above the grid for this source; null for nothing.
+    [[nodiscard]] virtual NSView* barre() { return nullptr; }
+    /// Sent each time the page begins to show it.
+    virtual void commence() {}
+    /// Waits for what it loads by itself, before a picture is taken.
+    virtual void attends() {}
+    /// The page's: the source has other objects now.
+    std::function<void()> surChangement;
     /// One object, for the line below the grid.
     [[nodiscard]] virtual Ref<NSString> dit(NSObject* objet) const = 0;
 };

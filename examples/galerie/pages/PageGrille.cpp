@@ -42,7 +42,7 @@ double cranDuNombre(NSUInteger n, NSUInteger maximum) {
 
 void ecris(NSString* texte, NSFont* police, NSColor* couleur, const NSRect& bande, CGFloat x) {
     const Ref<NSDictionary> attributs = NSDictionary::dictionaryWithObjectsAndKeys(
-        {{police, NSFontAttributeName}, {couleur, NSForegroundColorAttributeName}});
+        {{NSFontAttributeName, police}, {NSForegroundColorAttributeName, couleur}});
     const NSSize taille = sizeWithAttributes(texte, attributs);
     drawAtPoint_withAttributes(texte, {x, NSMidY(bande) - std::round(taille.height / 2)}, attributs);
 }
@@ -85,6 +85,7 @@ public:
     ~Grilles() override { quitte(); }
     [[nodiscard]] NSView* vue() const noexcept { return vue_; }
     [[nodiscard]] SourceDeGrille& source() const { return *sources_[static_cast<std::size_t>(choisie_)]; }
+    void attends() { source().attends(); }
     void dit(NSString* verbe, NSObject* objet);
     void observeValueForKeyPath_ofObject_change_context(NSString*, NSObject*, NSDictionary*, void*) override;
 
@@ -183,12 +184,27 @@ Grilles::Grilles() {
 void Grilles::quitte() {
     if (grille_) grille_->removeObserver_forKeyPath(this, u"selectedIndex"_ns);
     grille_ = nullptr;
+    source().surChangement = nullptr;
+    if (NSView* barre = source().barre()) barre->removeFromSuperview();
 }
 
 void Grilles::installe(NSInteger source) {
     if (source < 0 || static_cast<std::size_t>(source) >= sources_.size()) return;
     quitte();
     choisie_ = source;
+    // Between the controls and the list, at the width of the list.
+    const NSSize page = vue_->bounds().size;
+    NSRect liste{{kMarge, kHautListe},
+                 {std::max(0.0, page.width - 2 * kMarge), std::max(0.0, page.height - kHautListe - kBasListe)}};
+    if (NSView* barre = this->source().barre()) {
+        const CGFloat haut = barre->frame().size.height;
+        barre->setFrame({liste.origin, {liste.size.width, haut}});
+        barre->setAutoresizingMask(NSViewWidthSizable | NSViewMaxYMargin);
+        vue_->addSubview(barre);
+        liste.origin.y += haut + kEcart;
+        liste.size.height = std::max(0.0, liste.size.height - haut - kEcart);
+    }
+    defilement_->setFrame(liste);
     const NSSize place = defilement_->contentSize();
     grille_ = make<KCCollectionView>(NSRect{{0, 0}, place});
     grille_->setAutoresizingMask(NSViewWidthSizable);
@@ -202,6 +218,8 @@ void Grilles::installe(NSInteger source) {
     defilement_->setDocumentView(grille_);
     grille_->addObserver_forKeyPath_options_context(this, u"selectedIndex"_ns, NSKeyValueObservingOptionNone, nullptr);
     ecarte(nullptr);
+    this->source().surChangement = [this] { montre(this->source().auDebut()); };
+    this->source().commence();
     montre(this->source().auDebut());
 }
 
@@ -251,6 +269,9 @@ public:
         return u"Un million d’objets, et seulement autant de vues que la fenêtre en montre."_ns;
     }
     [[nodiscard]] NSSize tailleMin() const override { return kTaille; }
+    void attends() override {
+        if (grilles_) grilles_->attends();
+    }
 
 protected:
     Ref<NSView> construitVue() override {
