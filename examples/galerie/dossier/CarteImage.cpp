@@ -70,6 +70,8 @@ void CarteImage::setHidden(BOOL cache) {
 
 void CarteImage::drawRect(const NSRect&) {
     if (!fichier_) return;
+    // Another grid, one that prints, may have given it back.
+    if (fichier_->etat == FichierImage::Etat::absente) montre();
     const NSRect b = bounds();
     if (fichier_->estChoisi()) {
         NSColor::controlAccentColor()->colorWithAlphaComponent(0.16)->setFill();
