@@ -69,6 +69,13 @@ Ref<KCLayoutView> rangee(const std::vector<Ref<NSView>>& vues, CGFloat ecart) {
     return aligne(vues, deCote, ecart);
 }
 
+Ref<KCLayoutView> colonnes(const std::vector<Ref<NSView>>& vues, CGFloat gouttiere) {
+    auto hote = rangee(vues, gouttiere);
+    for (const auto& v : vues)
+        v->setFrameOrigin({v->frame().origin.x, 0});
+    return hote;
+}
+
 Ref<KCLayoutView> groupe(NSString* titre, const std::vector<Ref<NSView>>& vues) {
     std::vector<Ref<NSView>> toutes{titreGroupe(titre)};
     toutes.insert(toutes.end(), vues.begin(), vues.end());

@@ -33,6 +33,8 @@ template <class T> [[nodiscard]] Ref<T> large(Ref<T> vue, CGFloat largeur) {
 [[nodiscard]] Ref<KCLayoutView> pile(const std::vector<Ref<NSView>>& vues, CGFloat ecart = kEcart);
 /// The views beside each other, on one middle line.
 [[nodiscard]] Ref<KCLayoutView> rangee(const std::vector<Ref<NSView>>& vues, CGFloat ecart = kEcart);
+/// The views beside each other, all of them from the top edge.
+[[nodiscard]] Ref<KCLayoutView> colonnes(const std::vector<Ref<NSView>>& vues, CGFloat gouttiere);
 /// A title, and a pile below it.
 [[nodiscard]] Ref<KCLayoutView> groupe(NSString* titre, const std::vector<Ref<NSView>>& vues);
 

@@ -23,6 +23,13 @@ constexpr CGFloat kLargeurBandes = 12.0, kEspacementBandes = 5.0;
 
 constexpr Operation<double()> kDoubleValue{"doubleValue"};
 
+/// The caption at that rank, else its number from 1.
+Ref<NSString> legende(const NSArray* legendes, NSInteger rang) {
+    const auto i = static_cast<NSUInteger>(rang);
+    NSString* donnee = legendes && i < legendes->count() ? legendes->at<NSString>(i) : nullptr;
+    return donnee ? Ref<NSString>(donnee) : NSString::stringWithFormat(u"%ld"_ns, static_cast<long>(rang + 1));
+}
+
 } // namespace
 
 void KCHistogramme::describe(ClassDescription<KCHistogramme, NSView>& c) {
@@ -167,17 +174,31 @@ void KCHistogramme::mouseUp(NSEvent* e) {
 // What assistive tools are told.
 
 TableAccessible KCHistogramme::tableAccessible() const {
+    if (monNombreSections <= 1) return tableDesBandes();
+    TableAccessible table;
+    const Totaux t = totaux();
+    const Ref<NSArray> donnees = mesDonnees;
+    table.lignes.reserve(static_cast<std::size_t>(t.bandes * monNombreSections));
+    for (NSInteger b = 0; b < t.bandes; ++b) {
+        const Ref<NSString> bande = legende(mesLegendes, b);
+        for (NSInteger s = 0; s < monNombreSections; ++s) {
+            const CGFloat v = valeur(*donnees, b * monNombreSections + s);
+            const Ref<NSString> section = legende(mesLegendesDesSections, s);
+            table.ajoute(NSString::stringWithFormat(u"%@, %@"_ns, bande.get(), section.get()), v, v / t.ensemble, NO);
+        }
+    }
+    return table;
+}
+
+TableAccessible KCHistogramme::tableDesBandes() const {
     TableAccessible table;
     if (monNombreSections <= 0) return table;
     const Totaux t = totaux();
     const Ref<NSArray> donnees = mesDonnees;
+    table.lignes.reserve(static_cast<std::size_t>(t.bandes));
     for (NSInteger b = 0; b < t.bandes; ++b) {
         const CGFloat total = totalDeLaBande(*donnees, b);
-        const auto rang = static_cast<NSUInteger>(b);
-        NSString* donnee = mesLegendes && rang < mesLegendes->count() ? mesLegendes->at<NSString>(rang) : nullptr;
-        const Ref<NSString> legende =
-            donnee ? Ref<NSString>(donnee) : NSString::stringWithFormat(u"%ld"_ns, static_cast<long>(b + 1));
-        table.ajoute(legende, total, total / t.ensemble, NO);
+        table.ajoute(legende(mesLegendes, b), total, total / t.ensemble, NO);
     }
     return table;
 }

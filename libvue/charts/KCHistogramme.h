@@ -89,8 +89,14 @@ public:
     /// Captions of the bands for assistive tools; without one a band goes by its number.
     [[nodiscard]] NSArray* legendesAccessibles() const noexcept { return mesLegendes; }
     void setLegendesAccessibles(NSArray* legendes) { mesLegendes = legendes; }
-    /// A row a band, in order.
+    /// Captions of the sections, the same ones in each band; without one a section goes by its number.
+    [[nodiscard]] NSArray* legendesDesSectionsAccessibles() const noexcept { return mesLegendesDesSections; }
+    void setLegendesDesSectionsAccessibles(NSArray* legendes) { mesLegendesDesSections = legendes; }
+    /// A row a section, band after band, with its share of the whole. The rows of bands that have one section go by
+    /// the band alone.
     [[nodiscard]] TableAccessible tableAccessible() const;
+    /// A row a band, with its total.
+    [[nodiscard]] TableAccessible tableDesBandes() const;
 
     [[nodiscard]] BOOL isFlipped() const override { return YES; }
     /// Does nothing: whoever takes the press gets the release.
@@ -128,6 +134,7 @@ private:
     SEL action_ = nullptr;
     Ref<NSObject> target_;
     Ref<NSArray> mesLegendes;
+    Ref<NSArray> mesLegendesDesSections;
 };
 
 } // namespace libvue

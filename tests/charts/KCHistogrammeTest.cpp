@@ -346,13 +346,20 @@ TEST_F(KCHistogrammeTest, aListOfNoColoursIsTheCallersError) {
 #endif
 }
 
-TEST_F(KCHistogrammeTest, assistiveToolsGetATable) {
-    const auto h = histogramme({1000, 500, 250, 250}, 2);
+TEST_F(KCHistogrammeTest, assistiveToolsGetATableBySection) {
+    const auto h = histogramme({1000, 500, 250, 250, 9}, 2);
     h->setLegendesAccessibles(NSArray::arrayWithObject(u"Noms"_ns));
+    h->setLegendesDesSectionsAccessibles(NSArray::arrayWithObject(u"propres"_ns));
     EXPECT_EQ(h->accessibilityDescription().role->utf8(), "table");
     EXPECT_EQ(h->accessibilityDescription().value->utf8(),
-              "Noms\u00A0: 1\u00A0500, 75\u00A0%\n2\u00A0: 500, 25\u00A0%");
+              "Noms, propres\u00A0: 1\u00A0000, 50\u00A0%\nNoms, 2\u00A0: 500, 25\u00A0%\n"
+              "2, propres\u00A0: 250, 12,5\u00A0%\n2, 2\u00A0: 250, 12,5\u00A0%");
+    EXPECT_EQ(h->tableDesBandes().texte()->utf8(), "Noms\u00A0: 1\u00A0500, 75\u00A0%\n2\u00A0: 500, 25\u00A0%");
     EXPECT_FALSE(h->accessibilityDescription().action);
+    // Of a single section, the band says it all.
+    h->setCouleurs(couleurs(1));
+    h->setDonnees(nombres({3, 1}));
+    EXPECT_EQ(h->tableAccessible().texte()->utf8(), "Noms\u00A0: 3, 75\u00A0%\n2\u00A0: 1, 25\u00A0%");
 }
 
 } // namespace

@@ -8,12 +8,17 @@
 #include "Photo.h"
 #include "appkit/AppFixture.h"
 
+#include <libvue/charts/KCPointeDeTarte.h>
+#include <libvue/charts/KCTarte.h>
 #include <libvue/images/NSBezierPathAMShading.h>
 #include <libvue/platform/appkit/NSTextField.h>
 #include <libvue/platform/appkit/NSViewCapture.h>
 #include <libvue/platform/foundation/NSData.h>
+#include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/graphics/NSBitmapImageRep.h>
+#include <libvue/platform/graphics/NSShadow.h>
 #include <libvue/platform/graphics/NSStringDrawing.h>
+#include <libvue/platform/graphics/NSTextAttributes.h>
 
 using namespace libvue;
 using namespace libvue::test;
@@ -36,6 +41,15 @@ public:
         linearGradientFillWithStartColor_endColor(NSBezierPath::bezierPathWithRect({{20, 10}, {60, 30}}),
                                                   NSColor::blueColor(), NSColor::greenColor());
         drawAtPoint_withAttributes(u"Voyelles : 45 %"_ns, {20, 50}, nullptr);
+        const Ref<NSShadow> ombre = make<NSShadow>();
+        ombre->setShadowColor(NSColor::blackColor());
+        ombre->setShadowBlurRadius(2);
+        ombre->setShadowOffset({0, -1});
+        drawAtPoint_withAttributes(u"Avec ombre"_ns, {120, 50},
+                                   NSDictionary::dictionaryWithObject_forKey(ombre, NSShadowAttributeName.get()));
+        const GraphicsStateScope etat;
+        ombre->set();
+        drawAtPoint_withAttributes(u"Dans l’ombre"_ns, {120, 20}, nullptr);
     }
 
 private:
@@ -67,9 +81,25 @@ TEST_F(ExportTest, theTextOfAPageStaysText) {
         ASSERT_NE(pdf, nullptr);
         EXPECT_EQ(std::string(static_cast<const char*>(pdf->bytes()), 5), "%PDF-");
         const std::string texte = textesDuPDF(pdf);
-        EXPECT_NE(texte.find("Voyelles : 45 %"), std::string::npos) << texte;
-        EXPECT_NE(texte.find("Fréquence des lettres"), std::string::npos) << texte;
+        for (const char* attendu : {"Voyelles : 45 %", "Avec ombre", "Dans l’ombre", "Fréquence des lettres"})
+            EXPECT_NE(texte.find(attendu), std::string::npos) << attendu << " in " << texte;
     }
+}
+
+TEST_F(ExportTest, theLabelsOfAPieStayText) {
+    const Ref<KCTarte> tarte = make<KCTarte>(NSRect{{0, 0}, {300, 300}});
+    for (const NSInteger v : {3, 5}) {
+        const Ref<KCPointeDeTarte> p = make<KCPointeDeTarte>();
+        p->setValeur(v);
+        p->setCouleur(NSColor::blueColor());
+        p->setChaine(v == 3 ? u"Été"_ns : u"Hiver"_ns);
+        p->setEtiquette(KCPointeDeTarteEtiquetteChaineEtPourcentage);
+        p->setPourcentageExtraction(v == 3);
+        tarte->ajoutePointe(p);
+    }
+    const std::string texte = textesDuPDF(tarte->dataWithPDFInsideRect(tarte->bounds()));
+    for (const char* attendu : {"Été", "37,5 %", "Hiver", "62,5 %"})
+        EXPECT_NE(texte.find(attendu), std::string::npos) << attendu << " in " << texte;
 }
 
 TEST_F(ExportTest, aPartIsDrawnAtTheOrigin) {

@@ -12,6 +12,7 @@
 #include <graphiques/HistogrammeClavier.h>
 #include <graphiques/TarteClavier.h>
 #include <libvue/charts/KCPointeDeTarte.h>
+#include <libvue/charts/TableAccessible.h>
 #include <libvue/platform/appkit/NSButton.h>
 #include <libvue/platform/appkit/NSPopUpButton.h>
 #include <libvue/platform/appkit/NSSlider.h>
@@ -167,8 +168,8 @@ TEST_F(PageGraphiquesTest, APiesDataAndValuesChange) {
 
 TEST_F(PageGraphiquesTest, ChartsAreExported) {
     page(u"Tarte");
-    EXPECT_EQ(exporte(u"Exporter en PDF", "tarte.pdf").substr(0, 5), "%PDF-");
-    EXPECT_EQ(exporte(u"Exporter en PNG", "tarte.png").substr(1, 3), "PNG");
+    EXPECT_EQ(exporte(u"PDF", "tarte.pdf").substr(0, 5), "%PDF-");
+    EXPECT_EQ(exporte(u"PNG", "tarte.png").substr(1, 3), "PNG");
     EXPECT_TRUE(dit(u"Écrit dans "));
     page(u"Histogramme");
     EXPECT_GT(exporte(u"PDF", "histogramme.pdf").size(), 1000u);
@@ -203,6 +204,18 @@ TEST_F(PageGraphiquesTest, ValuesAreTypedAndTheChartShrinksToNothing) {
     EXPECT_EQ(h->donnees()->count(), 7u);
     EXPECT_EQ(h->donnees()->at<NSNumber>(0)->doubleValue(), 1.5);
     EXPECT_EQ(h->bandesAvecDonnees(), 2); // three sections
+    EXPECT_TRUE(dit(u"7 valeurs, 2 bandes entières et un reste de 1."));
+    std::u16string trop;
+    for (int i = 0; i < 2004; ++i)
+        trop += u"4 ";
+    champ->setStringValue(NSString::from(trop));
+    clique(champ, {10, champ->bounds().size.height / 2});
+    touche(NSEndFunctionKey);
+    windows().typeText(u"4");
+    EXPECT_TRUE(dit(u"2\u00A0000 valeurs au plus\u00A0: les 5 dernières sont laissées."));
+    EXPECT_EQ(h->donnees()->count(), 2000u);
+    EXPECT_EQ(h->tableDesBandes().lignes.size(), 666u);
+    EXPECT_NE(h->tableAccessible().texteDeLaLigne(1)->utf8().find("bande 1, section 2"), std::string::npos);
     remplace(champ, u"12 5 3 8 9 2");
     auto* largeur = nommee<NSSlider>(u"Largeur");
     for (const double l : {300.0, 40.0, 12.0, 2.0, 0.0}) {

@@ -49,7 +49,10 @@ void HistogrammeClavier::mouseDown(NSEvent* e) {
 void HistogrammeClavier::choisis(NSInteger bande) {
     const NSInteger n = bandesAvecDonnees();
     if (n == 0) return;
-    setClickedBar(std::clamp<NSInteger>(bande, 0, n - 1));
+    bande = std::clamp<NSInteger>(bande, 0, n - 1);
+    setClickedBar(bande);
+    const CGFloat pas = largeurBandes() + espacementBandes();
+    scrollRectToVisible({{0, static_cast<CGFloat>(bande) * pas}, {1, pas + kMargeBandes}});
     if (action()) NSApp()->sendAction_to_from(action(), target(), this);
 }
 

@@ -2,46 +2,47 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <span>
 #include <string>
 
 #include <Composition.h>
-#include <PageGalerie.h>
+#include <PageComposee.h>
 #include <graphiques/Couleurs.h>
 #include <graphiques/DonneesMots.h>
-#include <graphiques/Exportation.h>
 #include <graphiques/HistogrammeClavier.h>
+#include <graphiques/PanneauGraphique.h>
 #include <graphiques/Relais.h>
 #include <libvue/charts/TableAccessible.h>
 #include <libvue/layout/KCFlippedView.h>
 #include <libvue/platform/appkit/NSButton.h>
-#include <libvue/platform/appkit/NSPopUpButton.h>
-#include <libvue/platform/appkit/NSSlider.h>
+#include <libvue/platform/appkit/NSClipView.h>
+#include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/foundation/NSNotification.h>
 #include <libvue/platform/foundation/NSNumber.h>
 #include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/NSFont.h>
 #include <libvue/platform/graphics/NSStringDrawing.h>
 #include <libvue/platform/graphics/NSTextAttributes.h>
+#include <libvue/socle/UniChaine.h>
 
 namespace galerie {
 
 namespace {
 
-constexpr CGFloat kNoms = 64, kLargeur = 408, kHauteur = 440, kColonne = 236, kGouttiere = 28, kIntitule = 78;
+constexpr CGFloat kNoms = 64, kLargeur = 400, kHauteur = 460, kBarre = 16, kColonne = 236, kGouttiere = 20;
 constexpr std::size_t kValeursMax = 2000;
 
 enum Jeu : NSInteger { lettres, longueurs, accents, saisie, vide };
 constexpr const char16_t* kJeux[] = {u"Lettres", u"Longueurs", u"Accents", u"Vos valeurs", u"Aucune donnée"};
 constexpr const char16_t* kCouleurs[] = {u"Ardoise", u"Dégradés", u"Roue"};
 
-/// The names of the sections with their colours, on one line.
+/// The names of the sections with their colours, and at the right the unit of the axis, on one line.
 class CleDesSections : public NSView {
 public:
     static void describe(ClassDescription<CleDesSections, NSView>&) {}
     using NSView::NSView;
     std::vector<std::u16string> noms;
     Ref<NSArray> couleurs;
+    Ref<NSString> unite;
     [[nodiscard]] BOOL isFlipped() const override { return YES; }
     void drawRect(const NSRect&) override {
         const auto attributs = NSDictionary::dictionaryWithObjectsAndKeys(
@@ -55,18 +56,31 @@ public:
             drawAtPoint_withAttributes(nom, {x + 18, 1}, attributs);
             x += std::ceil(sizeWithAttributes(nom, attributs).width) + 36;
         }
+        if (unite)
+            drawAtPoint_withAttributes(unite, {bounds().size.width - sizeWithAttributes(unite, attributs).width, 1},
+                                       attributs);
     }
 };
 
-/// The numbers in a text, whatever stands between them; decimal commas count.
-std::vector<double> valeursDe(const NSString* texte) {
+struct Saisie {
     std::vector<double> valeurs;
+    std::size_t laissees = 0; ///< those past the most that a chart is given
+};
+
+/// The numbers in a text, whatever stands between them; decimal commas count.
+Saisie valeursDe(const NSString* texte) {
+    Saisie s;
     std::string mot;
     const auto finit = [&] {
         double v = 0;
         char* fin = nullptr;
         if (!mot.empty()) v = std::strtod(mot.c_str(), &fin);
-        if (fin && fin != mot.c_str() && *fin == '\0' && valeurs.size() < kValeursMax) valeurs.push_back(v);
+        if (fin && fin != mot.c_str() && *fin == '\0') {
+            if (s.valeurs.size() < kValeursMax)
+                s.valeurs.push_back(v);
+            else
+                ++s.laissees;
+        }
         mot.clear();
     };
     for (const char c : texte->utf8()) {
@@ -78,18 +92,18 @@ std::vector<double> valeursDe(const NSString* texte) {
             finit();
     }
     finit();
-    return valeurs;
+    return s;
 }
 
+Ref<NSString> nombre(std::size_t n) { return UniChaine::DonneNombreFormatay(static_cast<int>(n)).DonneChaine(); }
+
 /// Everything on the page, and what ties it together.
-class Histogrammes : public NSObject {
+class Histogrammes : public PanneauGraphique {
 public:
-    static void describe(ClassDescription<Histogrammes>& c) {
+    static void describe(ClassDescription<Histogrammes, PanneauGraphique>& c) {
         c.answers<&Histogrammes::jeuChoisi>("jeuChoisi:");
         c.answers<&Histogrammes::aspectChange>("aspectChange:");
         c.answers<&Histogrammes::largeurChange>("largeurChange:");
-        c.answers<&Histogrammes::exportePDF>("exportePDF:");
-        c.answers<&Histogrammes::exportePNG>("exportePNG:");
         c.answers<&Histogrammes::controlTextDidChange>(op::controlTextDidChange);
     }
     Histogrammes();
@@ -97,55 +111,33 @@ public:
         relais_->surAction = nullptr;
         histogramme_->setTarget(nullptr);
     }
-    [[nodiscard]] KCLayoutView* vue() const noexcept { return vue_; }
 
 private:
-    Ref<NSPopUpButton> choix(NSString* nom, std::span<const char16_t* const> titres, const char* action);
-    Ref<NSSlider> curseur(NSString* nom, double valeur, double min, double max, const char* action);
     Ref<NSView> construitReglages();
     void montre();
     void applique();
     void ajuste();
     void montreBande();
+    void montreCompte(Jeu jeu);
 
     void jeuChoisi(NSObject*) { montre(); }
     void aspectChange(NSObject*) { applique(); }
     void largeurChange(NSObject*) { ajuste(); }
-    void exportePDF(NSObject*) { dit_->setStringValue(exporte(zone_, "histogramme", Format::pdf)); }
-    void exportePNG(NSObject*) { dit_->setStringValue(exporte(zone_, "histogramme", Format::png)); }
     void controlTextDidChange(NSNotification* n);
 
-    Ref<KCLayoutView> vue_;
     Ref<Relais> relais_ = make<Relais>();
     Ref<HistogrammeClavier> histogramme_;
     Ref<NomsDeBandes> noms_;
     Ref<CleDesSections> cle_;
-    Ref<KCFlippedView> zone_; ///< what is exported: names, chart, key
+    Ref<KCFlippedView> zone_; ///< what scrolls and is exported: names, chart, key
+    Ref<NSScrollView> defilement_;
     Ref<NSPopUpButton> jeux_, couleurs_, sections_;
-    Ref<NSTextField> valeurs_, bande_, dit_;
+    Ref<NSTextField> valeurs_, compte_, bande_;
     Ref<NSButton> pourcentages_, ombre_, bordure_;
     Ref<NSSlider> epaisseur_, espacement_, largeur_;
     std::vector<std::u16string> nomsDesSections_;
-    std::vector<double> saisies_{12, 5, 3, 8, 9, 2, 15, 4, 6};
+    Saisie saisie_{{12, 5, 3, 8, 9, 2, 15, 4, 6}};
 };
-
-Ref<NSPopUpButton> Histogrammes::choix(NSString* nom, std::span<const char16_t* const> titres, const char* action) {
-    auto p = make<NSPopUpButton>(NSZeroRect);
-    for (const char16_t* t : titres)
-        p->addItemWithTitle(NSString::from(t));
-    p->setAccessibilityLabel(nom);
-    p->setTarget(this);
-    p->setAction(sel(action));
-    p->sizeToFit();
-    return large(p, kColonne - kIntitule - kEcart);
-}
-
-Ref<NSSlider> Histogrammes::curseur(NSString* nom, double valeur, double min, double max, const char* action) {
-    auto s = NSSlider::sliderWithValue_minValue_maxValue_target_action(valeur, min, max, this, sel(action));
-    s->setAccessibilityLabel(nom);
-    s->sizeToFit();
-    return large(s, kColonne - kIntitule - kEcart);
-}
 
 Ref<NSView> Histogrammes::construitReglages() {
     const auto coche = [this](NSString* titre, NSInteger etat) {
@@ -165,18 +157,19 @@ Ref<NSView> Histogrammes::construitReglages() {
     pourcentages_ = coche(u"Pourcentages"_ns, NSOnState);
     ombre_ = coche(u"Ombre"_ns, NSOnState);
     bordure_ = coche(u"Bordures"_ns, NSOffState);
-    epaisseur_ = curseur(u"Épaisseur"_ns, 11, 0, 40, "aspectChange:");
-    espacement_ = curseur(u"Espacement"_ns, 4, 0, 20, "aspectChange:");
-    largeur_ = curseur(u"Largeur"_ns, kLargeur, 0, kLargeur, "largeurChange:");
-    const auto ligne = [](NSString* t, const Ref<NSView>& v) { return rangee({large(etiquette(t), kIntitule), v}); };
-    return pile({groupe(u"Données"_ns, {ligne(u"Montre"_ns, jeux_), valeurs_, ligne(u"Sections"_ns, sections_)}),
-                 groupe(u"Aspect"_ns, {ligne(u"Couleurs"_ns, couleurs_), rangee({pourcentages_, ombre_}, 16), bordure_,
-                                       ligne(u"Épaisseur"_ns, epaisseur_), ligne(u"Espacement"_ns, espacement_),
-                                       ligne(u"Largeur"_ns, largeur_)})},
-                kGroupe);
+    epaisseur_ = curseur(u"Épaisseur"_ns, 11, 40, "aspectChange:");
+    espacement_ = curseur(u"Espacement"_ns, 4, 20, "aspectChange:");
+    largeur_ = curseur(u"Largeur"_ns, kLargeur, kLargeur, "largeurChange:");
+    compte_ = large(legende(u" "_ns), kColonne);
+    return pile(
+        {groupe(u"Données"_ns, {ligne(u"Montre"_ns, jeux_), valeurs_, ligne(u"Sections"_ns, sections_), compte_}),
+         groupe(u"Aspect"_ns, {ligne(u"Couleurs"_ns, couleurs_), pourcentages_, rangee({ombre_, bordure_}, 16),
+                               ligne(u"Épaisseur"_ns, epaisseur_), ligne(u"Espacement"_ns, espacement_),
+                               ligne(u"Largeur"_ns, largeur_)})},
+        kGroupe);
 }
 
-Histogrammes::Histogrammes() {
+Histogrammes::Histogrammes() : PanneauGraphique("histogramme", kColonne) {
     histogramme_ = make<HistogrammeClavier>(NSZeroRect);
     histogramme_->setAccessibilityLabel(u"Histogramme"_ns);
     histogramme_->setCouleurDesAxes(NSColor::secondaryLabelColor());
@@ -191,16 +184,12 @@ Histogrammes::Histogrammes() {
     zone_ = make<KCFlippedView>(NSMakeRect(0, 0, kNoms + kLargeur, kHauteur));
     for (NSView* v : std::initializer_list<NSView*>{noms_, histogramme_, cle_})
         zone_->addSubview(v);
+    defilement_ = make<NSScrollView>(NSMakeRect(0, 0, kNoms + kLargeur + kBarre, kHauteur));
+    defilement_->setDrawsBackground(NO);
+    defilement_->setHasVerticalScroller(YES);
+    defilement_->setDocumentView(zone_);
     bande_ = large(titreGroupe(u" "_ns), kNoms + kLargeur);
-    dit_ = large(legende(u" "_ns), kColonne);
-    const auto reglages = construitReglages();
-    const auto pdf = NSButton::buttonWithTitle_target_action(u"PDF"_ns, this, sel("exportePDF:"));
-    const auto png = NSButton::buttonWithTitle_target_action(u"PNG"_ns, this, sel("exportePNG:"));
-    vue_ = rangee({pile({bande_, zone_}, 10),
-                   pile({reglages, pile({rangee({etiquette(u"Exporter en"_ns), pdf, png}), dit_})}, kGroupe)},
-                  kGouttiere);
-    for (NSView* c : vue_->subviews())
-        c->setFrameOrigin({c->frame().origin.x, 0});
+    compose(pile({bande_, defilement_}, 10), construitReglages(), zone_, kGouttiere);
     montre();
 }
 
@@ -220,19 +209,46 @@ void Histogrammes::montre() {
     }
     if (jeu == saisie) {
         const auto sections = static_cast<std::size_t>(std::max<NSInteger>(sections_->indexOfSelectedItem(), 0)) + 1;
-        for (const double v : saisies_)
+        for (const double v : saisie_.valeurs)
             valeurs->addObject(NSNumber::numberWithDouble(v));
         for (std::size_t s = 0; s < sections; ++s)
             nomsDesSections_.push_back(u"section " + std::u16string(1, static_cast<char16_t>(u'1' + s)));
-        for (std::size_t b = 0; b < saisies_.size() / sections; ++b)
+        for (std::size_t b = 0; b < saisie_.valeurs.size() / sections; ++b)
             noms->addObject(NSString::stringWithFormat(u"bande %ld"_ns, static_cast<long>(b + 1)));
     }
     sections_->setEnabled(jeu == saisie);
     histogramme_->setDonnees(valeurs);
     histogramme_->setLegendesAccessibles(noms);
+    const Ref<NSMutableArray> sections = NSMutableArray::array();
+    for (const auto& n : nomsDesSections_)
+        sections->addObject(NSString::from(n));
+    histogramme_->setLegendesDesSectionsAccessibles(sections);
     histogramme_->setClickedBar(-1);
     applique();
     montreBande();
+    montreCompte(jeu);
+    defilement_->contentView()->scrollToPoint(NSZeroPoint);
+    defilement_->reflectScrolledClipView(defilement_->contentView());
+}
+
+void Histogrammes::montreCompte(Jeu jeu) {
+    const DonneesMots& d = DonneesMots::duSysteme();
+    const std::size_t n = saisie_.valeurs.size();
+    const auto bandes = static_cast<std::size_t>(histogramme_->bandesAvecDonnees());
+    const std::size_t reste = n - bandes * std::min(n, nomsDesSections_.size());
+    Ref<NSString> dit = u" "_ns;
+    if (jeu == saisie && saisie_.laissees)
+        dit = NSString::stringWithFormat(u"%@ valeurs au plus\u00A0: les %@ dernières sont laissées."_ns,
+                                         nombre(kValeursMax).get(), nombre(saisie_.laissees).get());
+    else if (jeu == saisie && reste)
+        dit = NSString::stringWithFormat(u"%@ valeurs, %@ bandes entières et un reste de %@."_ns, nombre(n).get(),
+                                         nombre(bandes).get(), nombre(reste).get());
+    else if (jeu == saisie)
+        dit = NSString::stringWithFormat(u"%@ valeurs, %@ bandes."_ns, nombre(n).get(), nombre(bandes).get());
+    else if (jeu != vide)
+        dit = NSString::stringWithFormat(u"%@ mots\u00A0: %@."_ns, nombre(static_cast<std::size_t>(d.mots)).get(),
+                                         NSString::from(d.source).get());
+    compte_->setStringValue(dit);
 }
 
 void Histogrammes::applique() {
@@ -254,12 +270,14 @@ void Histogrammes::applique() {
     histogramme_->setEspacementBandes(std::round(espacement_->doubleValue()));
     cle_->noms = nomsDesSections_.size() > 1 ? nomsDesSections_ : std::vector<std::u16string>{};
     cle_->couleurs = couleurs;
+    cle_->unite = histogramme_->etiquettesAbsolues() ? u"en nombre"_ns : u"en % du total"_ns;
     ajuste();
 }
 
 void Histogrammes::ajuste() {
     constexpr CGFloat haut = 24; // of the key
     const CGFloat naturelle = histogramme_->hauteurNaturelle();
+    zone_->setFrameSize({kNoms + kLargeur, haut + naturelle});
     cle_->setFrame(NSMakeRect(kNoms, 0, kLargeur, 16));
     histogramme_->setFrame(NSMakeRect(kNoms, haut, std::round(largeur_->doubleValue()), naturelle));
     noms_->setFrame(NSMakeRect(0, haut, kNoms, naturelle));
@@ -269,7 +287,7 @@ void Histogrammes::ajuste() {
 
 void Histogrammes::montreBande() {
     const NSInteger b = histogramme_->clickedBar();
-    const auto table = histogramme_->tableAccessible();
+    const auto table = histogramme_->tableDesBandes();
     const bool choisie = b >= 0 && b < static_cast<NSInteger>(table.lignes.size());
     noms_->setChoisie(choisie ? b : -1);
     bande_->setStringValue(choisie ? table.texteDeLaLigne(static_cast<NSUInteger>(b))
@@ -278,37 +296,20 @@ void Histogrammes::montreBande() {
 
 void Histogrammes::controlTextDidChange(NSNotification* n) {
     if (n->object() != valeurs_.get()) return;
-    saisies_ = valeursDe(valeurs_->stringValue());
+    saisie_ = valeursDe(valeurs_->stringValue());
     jeux_->selectItemAtIndex(saisie);
     montre();
 }
 
 } // namespace
 
-class PageHistogramme : public PageGalerie {
+class PageHistogramme : public PageDe<Histogrammes> {
 public:
-    static void describe(ClassDescription<PageHistogramme, PageGalerie>&) {}
+    static void describe(ClassDescription<PageHistogramme, PageComposee>&) {}
     [[nodiscard]] Ref<NSString> nom() const override { return u"Histogramme"_ns; }
     [[nodiscard]] Ref<NSString> resume() const override {
         return u"Des bandes empilées sur un axe qui choisit ses graduations\u00A0; un clic nomme la bande."_ns;
     }
-    [[nodiscard]] NSSize tailleMin() const override {
-        return {2 * kMarge + kNoms + kLargeur + kGouttiere + kColonne, hauteur_};
-    }
-
-protected:
-    Ref<NSView> construitVue() override {
-        histogrammes_ = make<Histogrammes>();
-        const auto page = make<KCFlippedView>(NSZeroRect);
-        histogrammes_->vue()->setFrameOrigin({kMarge, 4});
-        hauteur_ = 4 + histogrammes_->vue()->frame().size.height + kMarge;
-        page->addSubview(histogrammes_->vue());
-        return page;
-    }
-
-private:
-    Ref<Histogrammes> histogrammes_;
-    CGFloat hauteur_ = 520;
 };
 
 namespace {

@@ -2,14 +2,13 @@
 #include <cmath>
 
 #include <Composition.h>
-#include <PageGalerie.h>
+#include <PageComposee.h>
 #include <images/CaseImage.h>
 #include <images/Tableaux.h>
 #include <images/VignetteTirable.h>
 #include <libvue/images/NSBezierPathAMShading.h>
 #include <libvue/images/NSImageDegrade.h>
 #include <libvue/images/NSImageKCAdditions.h>
-#include <libvue/layout/KCFlippedView.h>
 #include <libvue/platform/appkit/NSSlider.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSGraphicsContext.h>
@@ -77,11 +76,9 @@ private:
 };
 
 Images::Images() {
-    vue_ = rangee({pile({construitVignette(), construitDegrades()}, kGroupe),
-                   pile({construitDerivees(), construitRemplissages()}, kGroupe)},
-                  kGouttiere);
-    for (NSView* c : vue_->subviews())
-        c->setFrameOrigin({c->frame().origin.x, 0});
+    vue_ = colonnes({pile({construitVignette(), construitDegrades()}, kGroupe),
+                     pile({construitDerivees(), construitRemplissages()}, kGroupe)},
+                    kGouttiere);
     montreRegion();
     opaciteGlisse(nullptr);
     angleGlisse(nullptr);
@@ -198,28 +195,13 @@ void Images::angleGlisse(NSObject*) {
 
 } // namespace
 
-class PageImages : public PageGalerie {
+class PageImages : public PageDe<Images> {
 public:
-    static void describe(ClassDescription<PageImages, PageGalerie>&) {}
+    static void describe(ClassDescription<PageImages, PageComposee>&) {}
     [[nodiscard]] Ref<NSString> nom() const override { return u"Images"_ns; }
     [[nodiscard]] Ref<NSString> resume() const override {
         return u"Une vignette et sa région d’intérêt, des images qui en donnent d’autres, des dégradés."_ns;
     }
-    [[nodiscard]] NSSize tailleMin() const override { return {2 * kMarge + 2 * kColonne + kGouttiere, hauteur_}; }
-
-protected:
-    Ref<NSView> construitVue() override {
-        images_ = make<Images>();
-        const auto page = make<KCFlippedView>(NSZeroRect);
-        images_->vue()->setFrameOrigin({kMarge, 4});
-        hauteur_ = 4 + images_->vue()->frame().size.height + kMarge;
-        page->addSubview(images_->vue());
-        return page;
-    }
-
-private:
-    Ref<Images> images_;
-    CGFloat hauteur_ = 560;
 };
 
 namespace {

@@ -1,17 +1,14 @@
 // Pies: what French words are made of, in slices that can be pulled out and changed.
 #include <algorithm>
-#include <span>
 
 #include <Composition.h>
-#include <PageGalerie.h>
+#include <PageComposee.h>
 #include <graphiques/Couleurs.h>
 #include <graphiques/DonneesMots.h>
-#include <graphiques/Exportation.h>
+#include <graphiques/PanneauGraphique.h>
 #include <graphiques/TarteClavier.h>
 #include <libvue/charts/KCPointeDeTarte.h>
 #include <libvue/layout/KCFlippedView.h>
-#include <libvue/platform/appkit/NSButton.h>
-#include <libvue/platform/appkit/NSPopUpButton.h>
 #include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/platform/foundation/NSNumber.h>
@@ -24,7 +21,7 @@ namespace galerie {
 namespace {
 
 constexpr CGFloat kCote = 404, kColonne = 300, kGouttiere = 36, kListe = 300;
-constexpr CGFloat kIntitule = 72, kNom = 150, kChamp = 84, kPastille = 12;
+constexpr CGFloat kNom = 150, kChamp = 84, kPastille = 12;
 
 enum Jeu : NSInteger { lettres, longueurs, accents, quarante, uneSeule, vide };
 constexpr const char16_t* kJeux[] = {u"Lettres",          u"Longueurs des mots", u"Lettres accentuées",
@@ -46,21 +43,17 @@ private:
 };
 
 /// Everything on the page, and what ties it together.
-class Tartes : public NSObject {
+class Tartes : public PanneauGraphique {
 public:
-    static void describe(ClassDescription<Tartes>& c) {
+    static void describe(ClassDescription<Tartes, PanneauGraphique>& c) {
         c.answers<&Tartes::jeuChoisi>("jeuChoisi:");
         c.answers<&Tartes::etiquetteChoisie>("etiquetteChoisie:");
-        c.answers<&Tartes::exportePDF>("exportePDF:");
-        c.answers<&Tartes::exportePNG>("exportePNG:");
         c.answers<&Tartes::controlTextDidChange>(op::controlTextDidChange);
     }
     Tartes();
     ~Tartes() override { NSNotificationCenter::defaultCenter()->removeObserver(this); }
-    [[nodiscard]] KCLayoutView* vue() const noexcept { return vue_; }
 
 private:
-    Ref<NSPopUpButton> choix(NSString* nom, std::span<const char16_t* const> titres, const char* action);
     Ref<NSView> construitReglages();
     void montre(Jeu jeu);
     void construitListe(const std::vector<Ref<NSColor>>& couleurs);
@@ -68,29 +61,15 @@ private:
 
     void jeuChoisi(NSObject*) { montre(static_cast<Jeu>(jeux_->indexOfSelectedItem())); }
     void etiquetteChoisie(NSObject*);
-    void exportePDF(NSObject*) { dit_->setStringValue(exporte(tarte_, "tarte", Format::pdf)); }
-    void exportePNG(NSObject*) { dit_->setStringValue(exporte(tarte_, "tarte", Format::png)); }
     void controlTextDidChange(NSNotification* n);
     void selectionChange(NSNotification*) { montreSelection(); }
 
-    Ref<KCLayoutView> vue_;
     Ref<TarteClavier> tarte_;
     Ref<NSPopUpButton> jeux_, etiquettes_;
     Ref<NSScrollView> liste_;
-    Ref<NSTextField> choisie_, dit_, compte_;
+    Ref<NSTextField> choisie_, compte_;
     std::vector<Ref<NSTextField>> champs_;
 };
-
-Ref<NSPopUpButton> Tartes::choix(NSString* nom, std::span<const char16_t* const> titres, const char* action) {
-    auto p = make<NSPopUpButton>(NSZeroRect);
-    for (const char16_t* t : titres)
-        p->addItemWithTitle(NSString::from(t));
-    p->setAccessibilityLabel(nom);
-    p->setTarget(this);
-    p->setAction(sel(action));
-    p->sizeToFit();
-    return large(p, kColonne - kIntitule - kEcart);
-}
 
 Ref<NSView> Tartes::construitReglages() {
     jeux_ = choix(u"Données"_ns, kJeux, "jeuChoisi:");
@@ -100,23 +79,16 @@ Ref<NSView> Tartes::construitReglages() {
     liste_ = make<NSScrollView>(NSMakeRect(0, 0, kColonne, kListe));
     liste_->setBorderType(NSLineBorder);
     liste_->setHasVerticalScroller(YES);
-    const auto intitule = [](NSString* t) { return large(etiquette(t), kIntitule); };
-    return groupe(u"Ce que la tarte montre"_ns, {rangee({intitule(u"Données"_ns), jeux_}),
-                                                 rangee({intitule(u"Étiquettes"_ns), etiquettes_}), liste_, compte_});
+    return groupe(u"Ce que la tarte montre"_ns,
+                  {ligne(u"Données"_ns, jeux_), ligne(u"Étiquettes"_ns, etiquettes_), liste_, compte_});
 }
 
-Tartes::Tartes() {
+Tartes::Tartes() : PanneauGraphique("tarte", kColonne) {
     tarte_ = make<TarteClavier>(NSMakeRect(0, 0, kCote, kCote));
     tarte_->setAccessibilityLabel(u"Tarte"_ns);
     choisie_ = large(titreGroupe(u" "_ns), kCote);
     choisie_->setAlignment(NSCenterTextAlignment);
-    dit_ = large(legende(u" "_ns), kColonne);
-    const auto pdf = NSButton::buttonWithTitle_target_action(u"Exporter en PDF"_ns, this, sel("exportePDF:"));
-    const auto png = NSButton::buttonWithTitle_target_action(u"Exporter en PNG"_ns, this, sel("exportePNG:"));
-    vue_ = rangee({pile({tarte_, choisie_}, 4), pile({construitReglages(), pile({rangee({pdf, png}), dit_})}, kGroupe)},
-                  kGouttiere);
-    for (NSView* c : vue_->subviews())
-        c->setFrameOrigin({c->frame().origin.x, 0});
+    compose(pile({tarte_, choisie_}, 4), construitReglages(), tarte_, kGouttiere);
     NSNotificationCenter::defaultCenter()->addObserver<&Tartes::selectionChange>(this, kTarteSelectionDidChange,
                                                                                  tarte_);
     montre(lettres);
@@ -201,28 +173,13 @@ void Tartes::controlTextDidChange(NSNotification* n) {
 
 } // namespace
 
-class PageTarte : public PageGalerie {
+class PageTarte : public PageDe<Tartes> {
 public:
-    static void describe(ClassDescription<PageTarte, PageGalerie>&) {}
+    static void describe(ClassDescription<PageTarte, PageComposee>&) {}
     [[nodiscard]] Ref<NSString> nom() const override { return u"Tarte"_ns; }
     [[nodiscard]] Ref<NSString> resume() const override {
         return u"Des parts d’un tout\u00A0: une pointe s’extrait d’un clic, ses valeurs se changent à côté."_ns;
     }
-    [[nodiscard]] NSSize tailleMin() const override { return {2 * kMarge + kCote + kGouttiere + kColonne, hauteur_}; }
-
-protected:
-    Ref<NSView> construitVue() override {
-        tartes_ = make<Tartes>();
-        const auto page = make<KCFlippedView>(NSZeroRect);
-        tartes_->vue()->setFrameOrigin({kMarge, 4});
-        hauteur_ = 4 + tartes_->vue()->frame().size.height + kMarge;
-        page->addSubview(tartes_->vue());
-        return page;
-    }
-
-private:
-    Ref<Tartes> tartes_;
-    CGFloat hauteur_ = 480;
 };
 
 namespace {

@@ -30,6 +30,11 @@ constexpr int resolution = 1440;
 constexpr double unitsAPoint = resolution / 72.0;
 constexpr double pixelsAPoint = PdfSide::pixelsAPoint;
 
+/// Whether it lies over what is there without reading it, as a page can.
+bool covers(Compositing op, double alpha) {
+    return op == Compositing::sourceOver || op == Compositing::highlight || (op == Compositing::copy && alpha >= 1);
+}
+
 /// The box of all control points, and something around it.
 NSRect boxOf(const Path& path, double margin) {
     if (path.points.empty()) return {};
@@ -194,9 +199,7 @@ NSRect PdfCanvas::withShadow(const NSRect& box) const {
 }
 
 bool PdfCanvas::isPlain(Compositing op, double alpha, const NSRect& bounds) {
-    const bool covers =
-        op == Compositing::sourceOver || op == Compositing::highlight || (op == Compositing::copy && alpha >= 1);
-    if (layers_.empty() && covers && !state_.hasShadow) return true;
+    if (layers_.empty() && covers(op, alpha) && !state_.hasShadow) return true;
     const NSRect box = withShadow(state_.user.apply(bounds));
     if (layers_.empty())
         patch(box);
@@ -305,8 +308,11 @@ void PdfCanvas::drawText(const TextLayout& text, NSPoint origin, YAxis axis) {
     // A reader of the page would find words that nobody sees.
     if (!NSIntersectsRect(state_.clip, state_.user.apply(toUser.apply(ink)))) return;
     // Shadows are pixels; the text goes over its own picture, so that it can be selected and searched.
-    if (layout->hasShadows() && layers_.empty() && !state_.hasShadow) patch(state_.user.apply(toUser.apply(ink)));
-    if (!isPlain(state_.op, 0, toUser.apply(ink))) return;
+    const bool shadowed = layout->hasShadows() || state_.hasShadow;
+    if (shadowed && layers_.empty() && covers(state_.op, 0))
+        patch(withShadow(state_.user.apply(toUser.apply(ink))));
+    else if (!isPlain(state_.op, 0, toUser.apply(ink)))
+        return;
     QPainter& painter = page_->painter;
     painter.save();
     useTransform(toUser);
