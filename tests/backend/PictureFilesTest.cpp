@@ -48,14 +48,16 @@ TEST(PictureFiles, otherFormatsAreReadBack) {
 
 TEST(PictureFiles, bytesCutAnywhereGiveNoPictureOrAWholeOne) {
     const Silence silence;
-    const auto whole = sample("png");
-    for (std::size_t n = 0; n < whole.size(); ++n) {
-        std::string error;
-        const auto picture = decode({whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n)}, &error);
-        if (picture == nullptr)
-            EXPECT_FALSE(error.empty()) << n;
-        else
-            EXPECT_EQ(picture->pixelWidth(), 12) << n;
+    for (const std::string_view format : {"png", "jpeg", "bmp"}) {
+        const auto whole = sample(format);
+        for (std::size_t n = 0; n < whole.size(); ++n) {
+            std::string error;
+            const auto picture = decode({whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(n)}, &error);
+            if (picture == nullptr)
+                EXPECT_FALSE(error.empty()) << format << n;
+            else
+                EXPECT_EQ(picture->pixelWidth(), 12) << format << n;
+        }
     }
     EXPECT_EQ(decode({}), nullptr);
 }

@@ -75,6 +75,13 @@ TEST(StrokeRuns, CoverWhatTheStrokeCoversAndNoPixelTwice) {
                   lines({{10.5, 50.5}, {110.5, 50.5}, {110.5, 110.5}, {60.5, 110.5}, {60.5, 5.5}}, false), 1,
                   LineJoin::miter},
              Case{"there and back", lines({{10.5, 50.5}, {110.5, 50.5}, {30.5, 50.5}}, false), 1, LineJoin::miter},
+             Case{"a frame between the columns", lines({{10.3, 10.5}, {60.8, 10.5}, {60.8, 40.5}, {10.3, 40.5}}, true),
+                  1, LineJoin::miter},
+             Case{"a frame over the edge", lines({{-1.3, 10.5}, {2.4, 10.5}, {2.4, 40.5}, {-1.3, 40.5}}, true), 1,
+                  LineJoin::miter},
+             Case{"a wide frame", lines({{10.9, 12}, {60.1, 12}, {60.1, 40}, {10.9, 40}}, true), 4, LineJoin::miter},
+             Case{"a narrow frame", lines({{10.2, 12.5}, {12, 12.5}, {12, 40.5}, {10.2, 40.5}}, true), 1,
+                  LineJoin::miter},
              Case{"between the pixels", lines({{10.25, 50.25}, {110, 50.25}, {110, 100}}, false), 1, LineJoin::miter},
          }) {
         Stroke stroke;

@@ -6,7 +6,6 @@
 
 #include <libvue/charts/KCTranslationAnimation.h>
 #include <libvue/charts/KCTranslationInverseAnimation.h>
-#include <libvue/charts/SecteurVise.h>
 #include <libvue/charts/TableAccessible.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 
@@ -237,15 +236,6 @@ TEST_F(KCTarteTest, hitsFollowEveryChange) {
     verifie(-1);
     t->setFrame({{0, 0}, {90, 180}});
     EXPECT_EQ(t->indexPointeAtLocation(p), parLesContours(*t, p));
-}
-
-TEST_F(KCTarteTest, mostSlicesAreRuledOutWithoutTheirOutline) {
-    const SecteurVise vise({200, 200}, 187, {250, 260}); // about 50.2 degrees
-    int restent = 0;
-    for (int i = 0; i < 1000; ++i)
-        restent += !vise.exclut(i * 0.36, (i + 1) * 0.36);
-    EXPECT_GE(restent, 1);
-    EXPECT_LE(restent, 2);
 }
 
 TEST_F(KCTarteTest, aPulledOutSliceIsHitAtItsPlaceAtRest) {

@@ -219,6 +219,12 @@ TEST(NSStringTest, utf8ComesInAndGoesOut) {
             EXPECT_EQ(strict->dataUsingEncoding(NSUTF8StringEncoding)->view(), row.bytes);
         }
     }
+    // Stretches of ASCII of any length between others, in both storages.
+    for (std::size_t n = 0; n < 12; ++n)
+        for (const char* other : {"é", "日", "😀"}) {
+            const std::string bytes = std::string(n, 'a') + other + std::string(n, 'b') + other + std::string(n, 'c');
+            EXPECT_EQ(NSString::fromUTF8(bytes)->utf8(), bytes);
+        }
     // Lone surrogates are kept in the text, and have no UTF-8.
     const Ref<NSString> lone = text(u"a\xD800z\xDC00");
     EXPECT_EQ(lone->characterAtIndex(1), 0xD800);

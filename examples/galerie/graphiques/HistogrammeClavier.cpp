@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include <libvue/platform/appkit/FocusRing.h>
 #include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSWindow.h>
@@ -16,7 +15,7 @@ namespace galerie {
 
 namespace {
 
-constexpr CGFloat kMargeBandes = 5, kSousAxe = 24, kAnneau = 3, kRetrait = 6;
+constexpr CGFloat kMargeBandes = 5, kSousAxe = 24, kRetrait = 6;
 constexpr NSInteger kBandesVides = 5;
 
 } // namespace
@@ -32,12 +31,12 @@ CGFloat HistogrammeClavier::hauteurNaturelle() const {
 }
 
 BOOL HistogrammeClavier::becomeFirstResponder() {
-    setNeedsDisplay(YES);
+    if (superview()) superview()->setNeedsDisplay(YES);
     return YES;
 }
 
 BOOL HistogrammeClavier::resignFirstResponder() {
-    setNeedsDisplay(YES);
+    if (superview()) superview()->setNeedsDisplay(YES);
     return YES;
 }
 
@@ -51,8 +50,9 @@ void HistogrammeClavier::choisis(NSInteger bande) {
     if (n == 0) return;
     bande = std::clamp<NSInteger>(bande, 0, n - 1);
     setClickedBar(bande);
-    const CGFloat pas = largeurBandes() + espacementBandes();
-    scrollRectToVisible({{0, static_cast<CGFloat>(bande) * pas}, {1, pas + kMargeBandes}});
+    const CGFloat pas = largeurBandes() + espacementBandes(), haut = static_cast<CGFloat>(bande) * pas;
+    // With the last one comes the axis.
+    scrollRectToVisible({{0, haut}, {1, bande == n - 1 ? bounds().size.height - haut : pas + kMargeBandes}});
     if (action()) NSApp()->sendAction_to_from(action(), target(), this);
 }
 
@@ -76,8 +76,10 @@ void HistogrammeClavier::keyDown(NSEvent* e) {
 void HistogrammeClavier::drawRect(const NSRect&) {
     // A chart scales to the width that it is handed: always the whole one, be a part of it dirty or all.
     KCHistogramme::drawRect(bounds());
-    if (window() && window()->firstResponder() == this && window()->isKeyWindow())
-        drawFocusRing(NSInsetRect(bounds(), kAnneau, kAnneau), kAnneau);
+}
+
+BOOL HistogrammeClavier::aLeClavier() const {
+    return window() && window()->firstResponder() == this && window()->isKeyWindow();
 }
 
 NomsDeBandes::NomsDeBandes(KCHistogramme* histogramme) : NSView(NSZeroRect), histogramme_(histogramme) {}

@@ -7,7 +7,7 @@ namespace galerie {
 using namespace libvue;
 
 /// A histogram that the keyboard reaches: the arrows go from band to band, Home and End to the first and the last, and
-/// each sends the action as a click does.
+/// each sends the action as a click does. Its ring is drawn by the superview, so that the names lie within it too.
 class HistogrammeClavier : public KCHistogramme {
 public:
     static void describe(ClassDescription<HistogrammeClavier, KCHistogramme>&) {}
@@ -18,6 +18,8 @@ public:
     /// The height that all of it takes, labels included.
     [[nodiscard]] CGFloat hauteurNaturelle() const;
 
+    /// Whether keys come here: the ring is to be seen.
+    [[nodiscard]] BOOL aLeClavier() const;
     [[nodiscard]] BOOL acceptsFirstResponder() override { return YES; }
     BOOL becomeFirstResponder() override;
     BOOL resignFirstResponder() override;

@@ -13,6 +13,7 @@
 #include <graphiques/Relais.h>
 #include <libvue/charts/TableAccessible.h>
 #include <libvue/layout/KCFlippedView.h>
+#include <libvue/platform/appkit/FocusRing.h>
 #include <libvue/platform/appkit/NSButton.h>
 #include <libvue/platform/appkit/NSClipView.h>
 #include <libvue/platform/appkit/NSScrollView.h>
@@ -28,7 +29,8 @@ namespace galerie {
 
 namespace {
 
-constexpr CGFloat kNoms = 64, kLargeur = 400, kHauteur = 460, kBarre = 16, kColonne = 236, kGouttiere = 20;
+constexpr CGFloat kNoms = 64, kLargeur = 392, kHauteur = 460, kBarre = 12, kColonne = 236, kGouttiere = 20,
+                  kZone = kNoms + kLargeur + 12;
 constexpr std::size_t kValeursMax = 2000;
 
 enum Jeu : NSInteger { lettres, longueurs, accents, saisie, vide };
@@ -60,6 +62,22 @@ public:
             drawAtPoint_withAttributes(unite, {bounds().size.width - sizeWithAttributes(unite, attributs).width, 1},
                                        attributs);
     }
+};
+
+/// What scrolls and is exported: the key, the names and the chart, with the ring of the keyboard round the latter two.
+class ZoneGraphique : public KCFlippedView {
+public:
+    static void describe(ClassDescription<ZoneGraphique, KCFlippedView>&) {}
+    explicit ZoneGraphique(HistogrammeClavier* h) : KCFlippedView(NSZeroRect), histogramme_(h) {}
+    void drawRect(const NSRect&) override {
+        if (!histogramme_->aLeClavier()) return;
+        const NSRect h = histogramme_->frame();
+        drawFocusRing({{kBord, h.origin.y}, {bounds().size.width - 2 * kBord, h.size.height - kBord}}, 4);
+    }
+    static constexpr CGFloat kBord = 4; ///< room for the ring
+
+private:
+    Ref<HistogrammeClavier> histogramme_;
 };
 
 struct Saisie {
@@ -96,6 +114,10 @@ Saisie valeursDe(const NSString* texte) {
 }
 
 Ref<NSString> nombre(std::size_t n) { return UniChaine::DonneNombreFormatay(static_cast<int>(n)).DonneChaine(); }
+/// As many of them, in the plural from two on.
+Ref<NSString> tant(std::size_t n, NSString* nom) {
+    return NSString::stringWithFormat(n > 1 ? u"%@ %@s"_ns : u"%@ %@"_ns, nombre(n).get(), nom);
+}
 
 /// Everything on the page, and what ties it together.
 class Histogrammes : public PanneauGraphique {
@@ -129,7 +151,7 @@ private:
     Ref<HistogrammeClavier> histogramme_;
     Ref<NomsDeBandes> noms_;
     Ref<CleDesSections> cle_;
-    Ref<KCFlippedView> zone_; ///< what scrolls and is exported: names, chart, key
+    Ref<ZoneGraphique> zone_;
     Ref<NSScrollView> defilement_;
     Ref<NSPopUpButton> jeux_, couleurs_, sections_;
     Ref<NSTextField> valeurs_, compte_, bande_;
@@ -181,10 +203,10 @@ Histogrammes::Histogrammes() : PanneauGraphique("histogramme", kColonne) {
     histogramme_->setAction(sel("relaie:"));
     noms_ = make<NomsDeBandes>(histogramme_);
     cle_ = make<CleDesSections>(NSMakeRect(0, 0, kLargeur, 16));
-    zone_ = make<KCFlippedView>(NSMakeRect(0, 0, kNoms + kLargeur, kHauteur));
+    zone_ = make<ZoneGraphique>(histogramme_);
     for (NSView* v : std::initializer_list<NSView*>{noms_, histogramme_, cle_})
         zone_->addSubview(v);
-    defilement_ = make<NSScrollView>(NSMakeRect(0, 0, kNoms + kLargeur + kBarre, kHauteur));
+    defilement_ = make<NSScrollView>(NSMakeRect(0, 0, kZone + kBarre, kHauteur));
     defilement_->setDrawsBackground(NO);
     defilement_->setHasVerticalScroller(YES);
     defilement_->setDocumentView(zone_);
@@ -238,13 +260,14 @@ void Histogrammes::montreCompte(Jeu jeu) {
     const std::size_t reste = n - bandes * std::min(n, nomsDesSections_.size());
     Ref<NSString> dit = u" "_ns;
     if (jeu == saisie && saisie_.laissees)
-        dit = NSString::stringWithFormat(u"%@ valeurs au plus\u00A0: les %@ dernières sont laissées."_ns,
-                                         nombre(kValeursMax).get(), nombre(saisie_.laissees).get());
+        dit = NSString::stringWithFormat(saisie_.laissees > 1 ? u"%@ au plus\u00A0: %@ sont laissées."_ns
+                                                              : u"%@ au plus\u00A0: %@ est laissée."_ns,
+                                         tant(kValeursMax, u"valeur"_ns).get(), nombre(saisie_.laissees).get());
     else if (jeu == saisie && reste)
-        dit = NSString::stringWithFormat(u"%@ valeurs, %@ bandes entières et un reste de %@."_ns, nombre(n).get(),
-                                         nombre(bandes).get(), nombre(reste).get());
+        dit = NSString::stringWithFormat(u"%@, %@ et un reste de %@."_ns, tant(n, u"valeur"_ns).get(),
+                                         tant(bandes, u"bande"_ns).get(), nombre(reste).get());
     else if (jeu == saisie)
-        dit = NSString::stringWithFormat(u"%@ valeurs, %@ bandes."_ns, nombre(n).get(), nombre(bandes).get());
+        dit = NSString::stringWithFormat(u"%@, %@."_ns, tant(n, u"valeur"_ns).get(), tant(bandes, u"bande"_ns).get());
     else if (jeu != vide)
         dit = NSString::stringWithFormat(u"%@ mots\u00A0: %@."_ns, nombre(static_cast<std::size_t>(d.mots)).get(),
                                          NSString::from(d.source).get());
@@ -277,7 +300,7 @@ void Histogrammes::applique() {
 void Histogrammes::ajuste() {
     constexpr CGFloat haut = 24; // of the key
     const CGFloat naturelle = histogramme_->hauteurNaturelle();
-    zone_->setFrameSize({kNoms + kLargeur, haut + naturelle});
+    zone_->setFrameSize({kZone, haut + naturelle});
     cle_->setFrame(NSMakeRect(kNoms, 0, kLargeur, 16));
     histogramme_->setFrame(NSMakeRect(kNoms, haut, std::round(largeur_->doubleValue()), naturelle));
     noms_->setFrame(NSMakeRect(0, haut, kNoms, naturelle));

@@ -46,6 +46,17 @@ std::uint64_t fourUnits(const unichar* units) noexcept {
     return four;
 }
 
+/// How many units at the front are ASCII.
+template <class Unit> std::size_t plainUnits(const Unit* units, std::size_t count) noexcept {
+    constexpr std::uint64_t others = 0xFF80FF80FF80FF80u;
+    std::size_t i = 0;
+    while (i + 4 <= count && (fourUnits(units + i) & others) == 0)
+        i += 4;
+    while (i < count && units[i] < 0x80)
+        ++i;
+    return i;
+}
+
 template <class Unit> std::uint64_t hashUnits(const Unit* units, std::size_t count) noexcept {
     std::uint64_t h = mix(0x2545F4914F6CDD1Du, count);
     std::size_t i = 0;
@@ -176,14 +187,24 @@ std::string NSString::utf8() const {
         return out;
     }
     out.reserve(length_ + length_ / 2);
-    char bytes[4];
-    if (!wide_) {
-        for (std::size_t i = 0; i < length_; ++i)
-            out.append(bytes, detail::putUTF8(units8()[i], bytes));
-        return out;
+    for (std::size_t i = 0; i < length_;) {
+        // Stretches of ASCII go over at once.
+        const std::size_t rest = length_ - i;
+        const std::size_t plain = wide_ ? plainUnits(units16() + i, rest) : plainUnits(units8() + i, rest);
+        if (plain == 0) {
+            char bytes[4];
+            const char32_t c = wide_ ? detail::nextCodePoint(units16(), length_, i) : units8()[i++];
+            out.append(bytes, detail::putUTF8(c, bytes));
+            continue;
+        }
+        const std::size_t at = out.size();
+        out.resize(at + plain);
+        if (wide_)
+            detail::narrowUnits(units16() + i, plain, reinterpret_cast<std::uint8_t*>(out.data() + at));
+        else
+            std::memcpy(out.data() + at, units8() + i, plain);
+        i += plain;
     }
-    for (std::size_t i = 0; i < length_;)
-        out.append(bytes, detail::putUTF8(detail::nextCodePoint(units16(), length_, i), bytes));
     return out;
 }
 

@@ -20,6 +20,7 @@
 #include <libvue/platform/backend/qt/RasterGradient.h>
 #include <libvue/platform/backend/qt/RasterPath.h>
 #include <libvue/platform/backend/qt/RasterPicture.h>
+#include <libvue/platform/backend/qt/RasterShadow.h>
 #include <libvue/platform/backend/qt/RasterTextLayout.h>
 
 namespace libvue::backend {
@@ -177,7 +178,8 @@ void PdfCanvas::setAlpha(double alpha) {
     page_->side->draw([alpha](RasterCanvas& c) { c.setAlpha(alpha); });
 }
 void PdfCanvas::setShadow(const Shadow* shadow) {
-    state_.hasShadow = shadow != nullptr && shadow->color.alpha > 0;
+    state_.hasShadow = shadow != nullptr && shadow->color.alpha > 0 && std::isfinite(shadow->offset.width) &&
+                       std::isfinite(shadow->offset.height) && std::isfinite(shadow->blur);
     if (state_.hasShadow) state_.shadow = *shadow;
     page_->side->draw([kept = shadow ? std::optional<Shadow>(*shadow) : std::nullopt](RasterCanvas& c) {
         c.setShadow(kept ? &*kept : nullptr);
@@ -198,14 +200,91 @@ NSRect PdfCanvas::withShadow(const NSRect& box) const {
     return NSUnionRect(box, cast);
 }
 
-bool PdfCanvas::isPlain(Compositing op, double alpha, const NSRect& bounds) {
-    if (layers_.empty() && covers(op, alpha) && !state_.hasShadow) return true;
+bool PdfCanvas::isPlain(Compositing op, double alpha, const NSRect& bounds, const Drawing& again) {
+    if (layers_.empty() && covers(op, alpha)) {
+        if (!state_.hasShadow) return true;
+        if (again && op != Compositing::copy) {
+            castShadow(bounds, again);
+            return true;
+        }
+    }
     const NSRect box = withShadow(state_.user.apply(bounds));
     if (layers_.empty())
         patch(box);
     else
         layerInk_ = NSUnionRect(layerInk_, box);
     return false;
+}
+
+/// Whole pixels on the side of a box of the page that may cast its shadow into the page.
+struct PdfCanvas::Pixels {
+    NSPoint corner; // in points of the page
+    QSize size;
+
+    Pixels(const NSRect& box, const NSRect& within) {
+        const NSRect held = isFinite(box) ? NSIntersectionRect(box, within) : NSRect{};
+        constexpr double largestArea = 1e7; // square points
+        if (NSIsEmptyRect(held) || !(held.size.width * held.size.height < largestArea)) return;
+        const auto down = [](double v) { return std::floor(v * pixelsAPoint); };
+        const auto up = [](double v) { return std::ceil(v * pixelsAPoint); };
+        corner = {down(held.origin.x) / pixelsAPoint, down(held.origin.y) / pixelsAPoint};
+        size = {static_cast<int>(up(NSMaxX(held)) - down(held.origin.x)),
+                static_cast<int>(up(NSMaxY(held)) - down(held.origin.y))};
+    }
+    [[nodiscard]] QImage blank() const {
+        QImage image(size, QImage::Format_ARGB32_Premultiplied);
+        image.fill(0);
+        return image;
+    }
+};
+
+void PdfCanvas::castShadow(const NSRect& bounds, const Drawing& again) {
+    const Shadow& s = state_.shadow;
+    const NSRect casting = NSOffsetRect({{}, page_->size}, -s.offset.width, -s.offset.height);
+    const Pixels pixels(state_.user.apply(bounds), NSInsetRect(casting, -2 * s.blur, -2 * s.blur));
+    if (pixels.size.isEmpty()) return;
+    const auto picture = std::make_shared<RasterPicture>(
+        pixels.blank(), NSSize{pixels.size.width() / pixelsAPoint, pixels.size.height() / pixelsAPoint});
+    {
+        RasterCanvas canvas(picture);
+        canvas.concat({1, 0, 0, 1, -pixels.corner.x, -pixels.corner.y});
+        canvas.concat(state_.user);
+        canvas.setAlpha(state_.alpha);
+        again(canvas);
+    }
+    const BlurredShadow cast = shadowOf(picture->image(), std::max(0.0, s.blur) * pixelsAPoint, s.color, 1);
+    const int below = cast.image.height() + cast.offset.y() - pixels.size.height();
+    place(cast.image, {pixels.corner.x + cast.offset.x() / pixelsAPoint + s.offset.width,
+                       pixels.corner.y - below / pixelsAPoint + s.offset.height});
+}
+
+void PdfCanvas::castRunShadows(const RasterTextLayout& layout, const Transform& toUser, const NSRect& ink) {
+    const Pixels pixels(state_.user.apply(toUser.apply(ink)), {{}, page_->size});
+    if (pixels.size.isEmpty()) return;
+    QImage image = pixels.blank();
+    {
+        const double height = pixels.size.height();
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setWorldTransform(toQt(toUser.then(state_.user)
+                                           .then({pixelsAPoint, 0, 0, -pixelsAPoint, -pixels.corner.x * pixelsAPoint,
+                                                  height + pixels.corner.y * pixelsAPoint})));
+        layout.paint(painter, ink, state_.alpha, RasterTextLayout::Shadows::alone);
+    }
+    place(image, pixels.corner);
+}
+
+void PdfCanvas::place(const QImage& pixels, NSPoint corner) {
+    constexpr double units = unitsAPoint / pixelsAPoint;
+    QPainter& painter = page_->painter;
+    painter.save();
+    painter.setOpacity(1);
+    painter.resetTransform();
+    painter.drawImage(QRectF(corner.x * unitsAPoint,
+                             (page_->size.height - corner.y) * unitsAPoint - pixels.height() * units,
+                             pixels.width() * units, pixels.height() * units),
+                      pixels);
+    painter.restore();
 }
 
 void PdfCanvas::patch(const NSRect& bounds) {
@@ -234,7 +313,8 @@ void PdfCanvas::patch(const NSRect& bounds) {
 
 void PdfCanvas::fill(const Path& path, FillRule rule, const Color& color) {
     page_->side->draw([path, rule, color](RasterCanvas& c) { c.fill(path, rule, color); });
-    if (!isPlain(state_.op, color.alpha * state_.alpha, boxOf(path, 1))) return;
+    if (!isPlain(state_.op, color.alpha * state_.alpha, boxOf(path, 1), [&](Canvas& c) { c.fill(path, rule, color); }))
+        return;
     QPainterPath converted;
     if (!convertPath(path, {}, rule, converted)) return;
     useTransform({});
@@ -244,14 +324,18 @@ void PdfCanvas::fill(const Path& path, FillRule rule, const Color& color) {
 void PdfCanvas::fillRect(const NSRect& rect, const Color& color, Compositing op) {
     if (NSIsEmptyRect(rect) || !isFinite(rect)) return;
     page_->side->draw([rect, color, op](RasterCanvas& c) { c.fillRect(rect, color, op); });
-    if (!isPlain(op, color.alpha * state_.alpha, NSInsetRect(rect, -1, -1))) return;
+    if (!isPlain(op, color.alpha * state_.alpha, NSInsetRect(rect, -1, -1),
+                 [&](Canvas& c) { c.fillRect(rect, color); }))
+        return;
     useTransform({});
     page_->painter.fillRect(toQt(rect), toQt(color, state_.alpha));
 }
 
 void PdfCanvas::stroke(const Path& path, const Stroke& stroke, const Color& color) {
     page_->side->draw([path, stroke, color](RasterCanvas& c) { c.stroke(path, stroke, color); });
-    if (!isPlain(state_.op, color.alpha * state_.alpha, boxOf(path, reach(stroke) + 1))) return;
+    if (!isPlain(state_.op, color.alpha * state_.alpha, boxOf(path, reach(stroke) + 1),
+                 [&](Canvas& c) { c.stroke(path, stroke, color); }))
+        return;
     QPainterPath converted;
     if (!convertPath(path, {}, FillRule::nonZero, converted)) return;
     QPen pen = makePen(stroke, 1);
@@ -270,7 +354,7 @@ void PdfCanvas::drawGradient(const AxialGradient& gradient) {
     double least = state_.alpha;
     for (const GradientStop& stop : gradient.stops)
         least = std::min(least, stop.color.alpha * state_.alpha);
-    if (!isPlain(state_.op, least, bounds)) return;
+    if (!isPlain(state_.op, least, bounds, nullptr)) return;
     const auto brush = makeGradientBrush(gradient, {}, state_.alpha);
     const auto strip = brush ? gradientStrip(gradient, bounds) : std::nullopt;
     QPainterPath converted;
@@ -287,7 +371,10 @@ void PdfCanvas::drawPicture(const Picture& picture, const NSRect& source, const 
     const auto kept = std::make_shared<RasterPicture>(pixelsOf(picture).copy(), picture.size());
     page_->side->draw([=](RasterCanvas& c) { c.drawPicture(*kept, source, destination, op, fraction, axis); });
     const double opacity = component(fraction) * state_.alpha;
-    if (!isPlain(op, picture.hasAlpha() ? 0 : opacity, destination)) return;
+    if (!isPlain(op, picture.hasAlpha() ? 0 : opacity, destination, [&](Canvas& c) {
+            c.drawPicture(picture, source, destination, Compositing::sourceOver, fraction, axis);
+        }))
+        return;
     const QImage image = pixelsOf(picture);
     if (image.isNull() || opacity <= 0) return;
     useTransform(placement->toUser);
@@ -307,12 +394,8 @@ void PdfCanvas::drawText(const TextLayout& text, NSPoint origin, YAxis axis) {
     const NSRect ink = layout->inkBounds();
     // A reader of the page would find words that nobody sees.
     if (!NSIntersectsRect(state_.clip, state_.user.apply(toUser.apply(ink)))) return;
-    // Shadows are pixels; the text goes over its own picture, so that it can be selected and searched.
-    const bool shadowed = layout->hasShadows() || state_.hasShadow;
-    if (shadowed && layers_.empty() && covers(state_.op, 0))
-        patch(withShadow(state_.user.apply(toUser.apply(ink))));
-    else if (!isPlain(state_.op, 0, toUser.apply(ink)))
-        return;
+    if (!isPlain(state_.op, 0, toUser.apply(ink), [&](Canvas& c) { c.drawText(text, origin, axis); })) return;
+    if (layout->hasShadows()) castRunShadows(*layout, toUser, ink);
     QPainter& painter = page_->painter;
     painter.save();
     useTransform(toUser);

@@ -1,19 +1,23 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string_view>
 #include <vector>
 
 #include <libvue/platform/backend/GraphicsEngine.h>
 
+class QImage;
 class QIODevice;
 
 namespace libvue::backend {
 
+class RasterTextLayout;
+
 /// Draws pages. Everything is also drawn into pixels on the side: what a page description cannot compose (operations
-/// that read what is below, shadows, layers) is taken from there as a picture, on white, and only a page with such a
-/// thing makes them. All else stays text and outlines.
+/// that read what is below, layers) is taken from there as a picture, on white, and only a page with such a thing makes
+/// them. All else stays text and outlines, over shadows that are translucent pictures.
 class PdfCanvas final : public Canvas {
 public:
     /// Into `device`, which is open and outlives it; null for memory.
@@ -52,6 +56,7 @@ public:
 
 private:
     struct Page;
+    struct Pixels;
     struct State {
         Transform user;
         Compositing op = Compositing::sourceOver;
@@ -68,8 +73,16 @@ private:
 
     void useTransform(const Transform& toUser);
     void resetPage();
-    /// Whether the page can show it by itself; else what lies in `bounds` (user space) is taken from the pixels.
-    bool isPlain(Compositing op, double alpha, const NSRect& bounds);
+    /// What is drawn, once more: for its shadow.
+    using Drawing = std::function<void(Canvas&)>;
+    /// Whether the page can show it by itself, its shadow being laid under it where `again` draws it; else what lies in
+    /// `bounds` (user space) is taken from the pixels.
+    bool isPlain(Compositing op, double alpha, const NSRect& bounds, const Drawing& again);
+    void castShadow(const NSRect& bounds, const Drawing& again);
+    /// The shadows of a text's runs.
+    void castRunShadows(const RasterTextLayout& layout, const Transform& toUser, const NSRect& ink);
+    /// Paints the pixels with their lower left corner at that point of the page, under the clip.
+    void place(const QImage& pixels, NSPoint corner);
     /// Paints that part of the pixels, in points of the page, over what the page has there.
     void patch(const NSRect& bounds);
     /// The box and what its shadow reaches, in points of the page.

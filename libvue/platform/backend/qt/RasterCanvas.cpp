@@ -267,6 +267,7 @@ void RasterCanvas::stroke(const Path& path, const Stroke& stroke, const Color& c
     if (path.verbs.size() == 2 && path.verbs[0] == PathVerb::move && path.verbs[1] == PathVerb::line &&
         path.points.size() == 2)
         return strokeLine(path.points[0], path.points[1], stroke, color);
+    if (strokeFrame(path, stroke, color)) return;
     if (StrokeRuns runs; isDirect(state_.op) && state_.antialias && takeOutRuns(path, stroke, state_.device, runs)) {
         for (const NSRect& r : runs.rects)
             fillDevice({r.origin.x, r.origin.y, r.size.width, r.size.height}, color, state_.op);
@@ -275,6 +276,46 @@ void RasterCanvas::stroke(const Path& path, const Stroke& stroke, const Color& c
         return;
     }
     strokePieces(path, stroke, color);
+}
+
+bool RasterCanvas::strokeFrame(const Path& path, const Stroke& stroke, const Color& color) {
+    constexpr double squareCorner = 1.5; // a miter limit that keeps it
+    if (path.verbs.empty() || path.verbs.back() != PathVerb::close || !isDirect(state_.op) || !state_.antialias ||
+        state_.op != Compositing::sourceOver || !stroke.dash.empty() || stroke.join != LineJoin::miter ||
+        !(stroke.miterLimit >= squareCorner))
+        return false;
+    const auto r = asRectangle(path, state_.device);
+    if (!r) return false;
+    const double half = stroke.width * similarity(state_.device) / 2;
+    const double x[] = {r->left() - half, r->left() + half, r->right() - half, r->right() + half};
+    const double y[] = {r->top() - half, r->top() + half, r->bottom() - half, r->bottom() + half};
+    constexpr double hair = 1e-6, farthest = 1e6;
+    int row[4];
+    for (std::size_t i = 0; i < 4; ++i) {
+        if (!(std::abs(x[i]) < farthest && std::abs(y[i]) < farthest)) return false;
+        if (std::abs(y[i] - std::round(y[i])) > hair) return false;
+        row[i] = static_cast<int>(std::lround(y[i]));
+    }
+    // Each side begins and ends in columns of its own.
+    if (!(x[1] - x[0] >= 1 && x[2] - x[1] >= 2 && row[2] > row[1])) return false;
+    const auto up = [](double v) { return static_cast<int>(std::ceil(v)); };
+    const auto down = [](double v) { return static_cast<int>(std::floor(v)); };
+    const auto block = [&](int left, int right, int top, int bottom, double coverage) {
+        if (right <= left || coverage < 1.0 / 512) return;
+        Color c = color;
+        c.alpha *= coverage;
+        fillPixels({left, top, right - left, bottom - top}, c, state_.op);
+    };
+    const int left = up(x[0]), right = down(x[3]), innerLeft = down(x[1]), innerRight = up(x[2]);
+    block(left - 1, left, row[0], row[3], left - x[0]);
+    block(left, right, row[0], row[1], 1);
+    block(left, innerLeft, row[1], row[2], 1);
+    block(innerLeft, innerLeft + 1, row[1], row[2], x[1] - innerLeft);
+    block(innerRight - 1, innerRight, row[1], row[2], innerRight - x[2]);
+    block(innerRight, right, row[1], row[2], 1);
+    block(left, right, row[2], row[3], 1);
+    block(right, right + 1, row[0], row[3], x[3] - right);
+    return true;
 }
 
 void RasterCanvas::strokePieces(const Path& path, const Stroke& stroke, const Color& color) {

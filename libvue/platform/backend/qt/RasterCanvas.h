@@ -99,6 +99,8 @@ private:
     void compose(const QImage& image, QPoint at, Compositing op, double opacity);
     void composePlusDarker(const QImage& image, QPoint at);
 
+    /// The outline of a rectangle over whole rows: columns and rows of it, no pixel twice. False where it is none.
+    bool strokeFrame(const Path& path, const Stroke& stroke, const Color& color);
     void strokePieces(const Path& path, const Stroke& stroke, const Color& color);
     void fillDevice(const QRectF& r, const Color& color, Compositing op);
     void fillPixels(const QRect& r, const Color& color, Compositing op);

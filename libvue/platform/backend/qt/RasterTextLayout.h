@@ -23,8 +23,8 @@ namespace libvue::backend {
 /// for the next one.
 class RasterTextLayout final : public TextLayout, public std::enable_shared_from_this<RasterTextLayout> {
 public:
-    /// Whether a painting casts the shadows of its runs or leaves them to whoever has them already.
-    enum class Shadows : unsigned char { cast, leave };
+    /// Whether a painting casts the shadows of its runs, leaves them to whoever has them already, or is of them alone.
+    enum class Shadows : unsigned char { cast, leave, alone };
 
     explicit RasterTextLayout(const TextInput& input);
     RasterTextLayout(const RasterTextLayout&) = delete;

@@ -224,6 +224,11 @@ void RasterTextLayout::paint(QPainter& painter, const NSRect& visible, double al
             painter.fillRect(r, toQt(bar.color, alpha));
         }
     };
+    if (shadows == Shadows::alone) {
+        for (std::size_t i = begin; i < end; ++i)
+            paintShadows(painter, i, alpha);
+        return;
+    }
     for (std::size_t i = begin; i < end; ++i)
         paintBars(i, true);
     for (std::size_t i = begin; i < end; ++i) {
