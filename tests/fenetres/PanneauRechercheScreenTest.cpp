@@ -17,6 +17,7 @@ struct Session {
     std::filesystem::path folder = std::filesystem::temp_directory_path() / ("session-" + std::to_string(::getpid()));
     Session() {
         std::filesystem::create_directories(folder);
+        std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
         if (const char* before = std::getenv("XDG_RUNTIME_DIR")) before_ = before;
         ::setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
     }

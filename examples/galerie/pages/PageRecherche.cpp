@@ -16,7 +16,7 @@ namespace galerie {
 
 namespace {
 
-constexpr CGFloat kTexte = 424, kListe = 288, kGouttiere = 28, kHauteur = 330, kAscenseur = 12;
+constexpr CGFloat kTexte = 424, kListe = 288, kGouttiere = 28, kHauteur = 426;
 
 constexpr const char16_t* kF3 = u"\uF706";
 
@@ -109,12 +109,12 @@ private:
 };
 
 Recherche::Recherche() {
-    texte_ = make<TexteCherchable>(kTexte - kAscenseur, NSString::from(kRecit));
+    texte_ = make<TexteCherchable>(kTexte, NSString::from(kRecit));
     texte_->setAccessibilityLabel(u"Texte"_ns);
     const auto mots = NSMutableArray::array();
     for (const char16_t* mot : kMots)
         mots->addObject(NSString::from(mot));
-    liste_ = make<ListeCherchable>(kListe - kAscenseur, mots);
+    liste_ = make<ListeCherchable>(kListe, mots);
     liste_->setAccessibilityLabel(u"Liste de mots"_ns);
     client_ = large(etiquette(u" "_ns), kTexte);
     etat_ = large(etiquette(u" "_ns), kListe);
@@ -128,10 +128,12 @@ Recherche::Recherche() {
                                    legende(u"N’importe où seulement\u00A0: le type du panneau est alors grisé."_ns)}),
               groupe(u"Liste de mots"_ns, {defilement(liste_, kListe), legende(u"Tous les types de recherche."_ns)})},
              kGouttiere),
-         rangee({bouton(u"Rechercher…"_ns, kRechercheMontrer, u"Ctrl+F"_ns),
-                 bouton(u"Suivant"_ns, kRechercheSuivant, u"F3 ou Ctrl+G"_ns),
-                 bouton(u"Précédent"_ns, kRecherchePrecedent, u"Maj+F3 ou Ctrl+Maj+G"_ns),
-                 bouton(u"Utiliser la sélection"_ns, kRechercheUtiliserSelection, u"Ctrl+E"_ns)}),
+         rangee({rangee({bouton(u"Rechercher…"_ns, kRechercheMontrer, u"Ctrl+F"_ns),
+                         bouton(u"Suivant"_ns, kRechercheSuivant, u"F3 ou Ctrl+G"_ns),
+                         bouton(u"Précédent"_ns, kRecherchePrecedent, u"Maj+F3 ou Ctrl+Maj+G"_ns),
+                         bouton(u"Utiliser la sélection"_ns, kRechercheUtiliserSelection, u"Ctrl+E"_ns)}),
+                 legende(u"Ctrl+F, F3, Maj+F3, Ctrl+E"_ns)},
+                kGouttiere - 6),
          rangee({client_, etat_}, kGouttiere)},
         kEcart + 4);
 

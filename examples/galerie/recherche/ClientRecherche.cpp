@@ -44,7 +44,7 @@ void ClientRecherche::montre(const NSRect& r) { scrollRectToVisible(NSInsetRect(
 bool ClientRecherche::active() const { return window() && window()->firstResponder() == this; }
 
 NSColor* ClientRecherche::fondTrouve() {
-    return NSColor::systemColor(SystemColor::accent)->colorWithAlphaComponent(0.22);
+    return NSColor::systemColor(SystemColor::warning)->colorWithAlphaComponent(0.28);
 }
 
 NSColor* ClientRecherche::fondCourant() const { return NSColor::selectedTextBackgroundColor(); }

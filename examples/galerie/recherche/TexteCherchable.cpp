@@ -20,7 +20,7 @@ namespace galerie {
 
 namespace {
 
-constexpr CGFloat kBord = 12, kInterligne = 3, kEntreParagraphes = 10;
+constexpr CGFloat kBord = 16, kInterligne = 3, kEntreParagraphes = 10;
 
 } // namespace
 
