@@ -10,31 +10,31 @@
 
 namespace libvue {
 
+namespace {
+
+/// Writes the 8-bit units of which that holds, the last one again where there are less. False where there are none, or
+/// more than have room.
+template <std::size_t N, class Condition>
+bool rassemble(const UnitesSimples& unites, std::array<std::uint8_t, N>& trouvees, Condition condition) {
+    std::size_t nombre = 0;
+    for (unsigned c = 0; c < 256; ++c) {
+        if (!condition(unites.numero(static_cast<std::uint8_t>(c)))) continue;
+        if (nombre == N) return false;
+        std::fill(trouvees.begin() + static_cast<std::ptrdiff_t>(nombre++), trouvees.end(),
+                  static_cast<std::uint8_t>(c));
+    }
+    return nombre != 0;
+}
+
+} // namespace
+
 FiltreEtroit::FiltreEtroit(const UnitesSimples& unites, UnitesSimples::Numero premiere,
                            std::optional<UnitesSimples::Numero> seconde) noexcept
     : deux_(seconde.has_value()) {
-    utile_ = trouveFormes(unites, premiere, premieres_) && (!deux_ || trouveFormes(unites, *seconde, secondes_));
-    std::size_t autres = 0;
-    for (unsigned c = 0; c < 256; ++c) {
-        if (unites.numero(static_cast<std::uint8_t>(c)) < UnitesSimples::ligature) continue;
-        if (autres == autres_.size()) {
-            utile_ = false;
-            return;
-        }
-        std::fill(autres_.begin() + static_cast<std::ptrdiff_t>(autres++), autres_.end(), static_cast<std::uint8_t>(c));
-    }
-}
-
-/// False where there are more forms than are looked for. A unit that no 8-bit text holds has none, and the filter is of
-/// no use then either.
-bool FiltreEtroit::trouveFormes(const UnitesSimples& unites, UnitesSimples::Numero n, Formes& formes) noexcept {
-    std::size_t trouvees = 0;
-    for (unsigned c = 0; c < 256; ++c) {
-        if (unites.numero(static_cast<std::uint8_t>(c)) != n) continue;
-        if (trouvees == formes.size()) return false;
-        std::fill(formes.begin() + static_cast<std::ptrdiff_t>(trouvees++), formes.end(), static_cast<std::uint8_t>(c));
-    }
-    return trouvees != 0;
+    using Numero = UnitesSimples::Numero;
+    utile_ = rassemble(unites, premieres_, [&](Numero n) { return n == premiere; }) &&
+             (!deux_ || rassemble(unites, secondes_, [&](Numero n) { return n == *seconde; })) &&
+             rassemble(unites, autres_, [](Numero n) { return n >= UnitesSimples::ligature; });
 }
 
 #ifdef __SSE2__
@@ -63,8 +63,8 @@ __m128i lis(const std::uint8_t* unites, std::size_t n) noexcept {
     return _mm_set_epi64x(static_cast<long long>(haut), static_cast<long long>(bas));
 }
 
-/// A bit for each unit that is one of the three.
-unsigned parmi(__m128i unites, const std::array<std::uint8_t, 3>& formes) noexcept {
+/// A bit for each unit that is one of those.
+template <std::size_t N> unsigned parmi(__m128i unites, const std::array<std::uint8_t, N>& formes) noexcept {
     __m128i egales = _mm_setzero_si128();
     for (const std::uint8_t forme : formes)
         egales = _mm_or_si128(egales, _mm_cmpeq_epi8(unites, _mm_set1_epi8(static_cast<char>(forme))));

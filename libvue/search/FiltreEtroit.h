@@ -20,12 +20,12 @@ public:
     [[nodiscard]] std::size_t premierePlace(const std::uint8_t* unites, std::size_t n) const noexcept;
 
 private:
-    /// The 8-bit units that a search takes for one another; the same one twice where there are less.
-    using Formes = std::array<std::uint8_t, 3>;
-    static bool trouveFormes(const UnitesSimples& unites, UnitesSimples::Numero n, Formes& formes) noexcept;
+    /// A unit in both cases; the same one twice where it has none.
+    using Formes = std::array<std::uint8_t, 2>;
 
-    Formes premieres_{}, secondes_{}, autres_{};
-    bool deux_ = false, utile_ = true;
+    Formes premieres_{}, secondes_{};
+    std::array<std::uint8_t, 4> autres_{}; ///< not simple
+    bool deux_, utile_;
 };
 
 } // namespace libvue
