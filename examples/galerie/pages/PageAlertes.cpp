@@ -9,6 +9,7 @@
 #include <libvue/platform/appkit/NSButton.h>
 #include <libvue/platform/appkit/NSPopUpButton.h>
 #include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/foundation/NSRunLoop.h>
 #include <libvue/platform/graphics/NSColor.h>
 
 namespace galerie {
@@ -96,7 +97,11 @@ private:
         defaut_ = choix(u"Par défaut"_ns, noms, [this](NSInteger i) { r_.defaut = 1 << i; });
         annuler_ = choix(u"Annulation"_ns, noms, [this](NSInteger i) { r_.annuler = 1 << i; });
         const auto montre = NSButton::buttonWithTitle_target_action(
-            u"Montrer l’alerte"_ns, agis([this](NSObject*) { this->montre(); }), Actions::selecteur());
+            u"Montrer l’alerte"_ns, agis([this](NSObject*) {
+                // Once the button has come up again.
+                NSRunLoop::mainRunLoop()->performBlock([moi = Ref<VueAlertes>(this)] { moi->montre(); });
+            }),
+            Actions::selecteur());
         montre->setKeyEquivalent(u"\r"_ns);
         oubli_ = NSButton::buttonWithTitle_target_action(u"Oublier la réponse"_ns, agis([this](NSObject*) {
                                                              oublieAlerte();
@@ -144,7 +149,6 @@ private:
 
     void montre() {
         const bool tue = r_.neplus && alerteSeTait();
-        const Ref<VueAlertes> moi(this);
         const int reponse = montreAlerte(r_, window(), this);
         const bool feuille = window() && window()->attachedSheet();
         if (r_.sorte == kDialogueEphemere)

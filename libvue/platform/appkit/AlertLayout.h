@@ -18,8 +18,8 @@ struct AlertParts {
     std::vector<CGFloat> buttonWidths; ///< in their order, the first one foremost
     CGFloat buttonHeight = 24;
     bool help = false;
-    CGFloat maxHeight = 600; ///< texts beyond it scroll
-    CGFloat scrollerWidth = 12;
+    CGFloat maxHeight = 600;    ///< texts beyond it scroll
+    CGFloat scrollerWidth = 12; ///< what a text that scrolls has less of its width
 };
 
 /// Where they go, y downward from the top left corner of the content.

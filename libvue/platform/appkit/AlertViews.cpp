@@ -24,11 +24,16 @@ void AlertContentView::drawRect(const NSRect&) {
     if (!window() || !window()->isSheet()) return;
     const NSRect b = bounds();
     const CGFloat line = fineLine();
-    NSColor::systemColor(SystemColor::controlBorder)->set();
+    // It comes out from under the title bar.
+    constexpr CGFloat shade = 6;
+    NSColor* ink = NSColor::labelColor();
+    fillRoundedVertical({{0, 0}, {b.size.width, shade}}, 0, ink->colorWithAlphaComponent(0.12),
+                        ink->colorWithAlphaComponent(0));
+    ink->colorWithAlphaComponent(0.3)->setFill();
     for (const NSRect& edge :
          {NSRect{{0, 0}, {line, b.size.height}}, NSRect{{b.size.width - line, 0}, {line, b.size.height}},
-          NSRect{{0, b.size.height - line}, {b.size.width, line}}, NSRect{{0, 0}, {b.size.width, line}}})
-        NSRectFill(edge);
+          NSRect{{line, b.size.height - line}, {b.size.width - 2 * line, line}}})
+        NSRectFillUsingOperation(edge, NSCompositeSourceOver);
 }
 
 AccessibilityDescription AlertContentView::accessibilityDescription() const {
@@ -88,9 +93,10 @@ Ref<NSBezierPath> signOf(NSAlertStyle style, const NSRect& r) {
         return rounded(corners, w * 0.06);
     }
     default:
-        return rounded({{NSMinX(r) - w * 0.03, NSMinY(r) + w * 0.04},
-                        {NSMaxX(r) + w * 0.03, NSMinY(r) + w * 0.04},
-                        {m.x, NSMaxY(r) + w * 0.01}},
+        // The rounding takes back what stands out of the rectangle.
+        return rounded({{NSMinX(r) - w * 0.1, NSMinY(r) + w * 0.04},
+                        {NSMaxX(r) + w * 0.1, NSMinY(r) + w * 0.04},
+                        {m.x, NSMaxY(r) + w * 0.08}},
                        w * 0.1);
     }
 }
@@ -123,10 +129,20 @@ void drawMark(NSAlertStyle style, const NSRect& r) {
     NSBezierPath::bezierPathWithOvalInRect({{m.x - d / 2, dot}, {d, d}})->fill();
 }
 
+Ref<NSColor> colorOf(NSAlertStyle style) {
+    switch (style) {
+    case NSInformationalAlertStyle:
+        return NSColor::controlAccentColor();
+    case NSCriticalAlertStyle:
+        return NSColor::systemColor(SystemColor::danger);
+    default:
+        // The palette's warning is dark enough for a text; a sign is yellow.
+        return NSColor::colorWithSRGBRed_green_blue_alpha(0.98, 0.76, 0.13, 1);
+    }
+}
+
 void drawSign(NSAlertStyle style, const NSRect& r) {
-    NSColor* base = NSColor::systemColor(style == NSInformationalAlertStyle ? SystemColor::accent
-                                         : style == NSCriticalAlertStyle    ? SystemColor::danger
-                                                                            : SystemColor::warning);
+    const Ref<NSColor> base = colorOf(style);
     const Ref<NSBezierPath> sign = signOf(style, r);
     NSGraphicsContext::saveGraphicsState();
     sign->addClip();
@@ -177,6 +193,7 @@ AlertTextView::AlertTextView(NSString* text, NSFont* font, NSColor* color) : tex
     attributes->setObject_forKey(font, NSFontAttributeName.get());
     attributes->setObject_forKey(color, NSForegroundColorAttributeName.get());
     attributes_ = attributes;
+    setFocusRingType(NSFocusRingTypeExterior);
 }
 
 AlertTextView::~AlertTextView() = default;
@@ -188,16 +205,8 @@ CGFloat AlertTextView::heightForWidth(CGFloat width) const {
 }
 
 void AlertTextView::drawRect(const NSRect&) {
-    drawWithRect_options_attributes(text_, bounds(), NSStringDrawingUsesLineFragmentOrigin, attributes_);
-}
-
-BOOL AlertTextView::becomeFirstResponder() {
-    setNeedsDisplay(YES);
-    return YES;
-}
-BOOL AlertTextView::resignFirstResponder() {
-    setNeedsDisplay(YES);
-    return YES;
+    drawWithRect_options_attributes(text_, NSInsetRect(bounds(), padding_, padding_),
+                                    NSStringDrawingUsesLineFragmentOrigin, attributes_);
 }
 
 void AlertTextView::keyDown(NSEvent* e) {

@@ -36,12 +36,13 @@ public:
     static void describe(ClassDescription<AlertTextView, NSView>&) {}
     AlertTextView(NSString* text, NSFont* font, NSColor* color);
     ~AlertTextView() override;
+    /// Without the padding.
     [[nodiscard]] CGFloat heightForWidth(CGFloat width) const;
+    /// Room round the text, where it stands in a frame.
+    void setPadding(CGFloat padding) { padding_ = padding; }
 
     [[nodiscard]] BOOL isFlipped() const override { return YES; }
     [[nodiscard]] BOOL acceptsFirstResponder() override { return enclosingScrollView() != nullptr; }
-    BOOL becomeFirstResponder() override;
-    BOOL resignFirstResponder() override;
     void keyDown(NSEvent* e) override;
     void drawRect(const NSRect& r) override;
     [[nodiscard]] NSRect focusRingMaskBounds() const override { return visibleRect(); }
@@ -50,6 +51,7 @@ public:
 private:
     Ref<NSString> text_;
     Ref<NSDictionary> attributes_;
+    CGFloat padding_ = 0;
 };
 
 } // namespace libvue

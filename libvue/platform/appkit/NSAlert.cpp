@@ -32,6 +32,9 @@ constexpr ConstantString kReturn{u"\r"}, kEscape{u"\u001B"};
 /// Of the screen's height, and never more points than that.
 constexpr CGFloat kPartOfScreen = 0.7, kHighest = 560, kLeast = 200;
 
+/// Round a text that scrolls: the line, and the room inside of it.
+constexpr CGFloat kFrame = 1, kPadding = 6;
+
 SEL pressSelector() {
     static const SEL s = sel("alertButtonPressed_:");
     return s;
@@ -155,7 +158,7 @@ void NSAlert::layoutOver(NSWindow* owner) {
     }
     parts.help = showsHelp_;
     parts.maxHeight = heightLimit(owner);
-    parts.scrollerWidth = NSScroller::scrollerWidth();
+    parts.scrollerWidth = NSScroller::scrollerWidth() + 2 * (kFrame + kPadding);
     const AlertPlaces places = placeAlert(parts);
 
     content->setFrame({{0, 0}, places.size});
@@ -172,9 +175,11 @@ void NSAlert::layoutOver(NSWindow* owner) {
             return;
         }
         const auto scroll = make<NSScrollView>(room);
-        scroll->setDrawsBackground(NO);
+        scroll->setBorderType(NSLineBorder);
+        scroll->setBackgroundColor(NSColor::controlBackgroundColor());
         scroll->setHasVerticalScroller(YES);
-        text->setFrame({{0, 0}, {room.size.width - parts.scrollerWidth, height}});
+        text->setPadding(kPadding);
+        text->setFrame({{0, 0}, {room.size.width - parts.scrollerWidth + 2 * kPadding, height + 2 * kPadding}});
         scroll->setDocumentView(text);
         content->addSubview(scroll);
         scrolled.push_back(text);
