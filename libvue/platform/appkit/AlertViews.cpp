@@ -14,7 +14,6 @@
 #include <libvue/platform/graphics/NSGraphicsContext.h>
 #include <libvue/platform/graphics/NSImage.h>
 #include <libvue/platform/graphics/NSStringDrawing.h>
-#include <libvue/platform/graphics/Palette.h>
 
 namespace libvue {
 
@@ -134,9 +133,9 @@ Ref<NSColor> colorOf(NSAlertStyle style) {
     case NSInformationalAlertStyle:
         return NSColor::controlAccentColor();
     case NSCriticalAlertStyle:
-        return NSColor::systemColor(SystemColor::danger);
+        // The palette's danger and warning are for texts, and differ by the appearance; a sign does not.
+        return NSColor::colorWithSRGBRed_green_blue_alpha(0.87, 0.21, 0.19, 1);
     default:
-        // The palette's warning is dark enough for a text; a sign is yellow.
         return NSColor::colorWithSRGBRed_green_blue_alpha(0.98, 0.76, 0.13, 1);
     }
 }
@@ -207,6 +206,11 @@ CGFloat AlertTextView::heightForWidth(CGFloat width) const {
 void AlertTextView::drawRect(const NSRect&) {
     drawWithRect_options_attributes(text_, NSInsetRect(bounds(), padding_, padding_),
                                     NSStringDrawingUsesLineFragmentOrigin, attributes_);
+}
+
+NSRect AlertTextView::focusRingMaskBounds() const {
+    const NSScrollView* scroll = enclosingScrollView();
+    return scroll ? convertRect_fromView(scroll->bounds(), scroll) : bounds();
 }
 
 void AlertTextView::keyDown(NSEvent* e) {

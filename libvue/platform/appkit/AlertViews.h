@@ -45,7 +45,7 @@ public:
     [[nodiscard]] BOOL acceptsFirstResponder() override { return enclosingScrollView() != nullptr; }
     void keyDown(NSEvent* e) override;
     void drawRect(const NSRect& r) override;
-    [[nodiscard]] NSRect focusRingMaskBounds() const override { return visibleRect(); }
+    [[nodiscard]] NSRect focusRingMaskBounds() const override;
     [[nodiscard]] AccessibilityDescription accessibilityDescription() const override;
 
 private:
