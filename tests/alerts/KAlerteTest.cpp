@@ -7,6 +7,7 @@
 #include <libvue/alerts/ParentCallbackProxy.h>
 #include <libvue/alerts/ReponseAlerte.h>
 #include <libvue/platform/appkit/NSAlert.h>
+#include <libvue/platform/foundation/NSBundle.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSNumber.h>
 #include <libvue/platform/foundation/NSUserDefaults.h>
@@ -87,11 +88,16 @@ protected:
     void SetUp() override {
         AlerteFixture::SetUp();
         feuille = FenAlerte(fenetre.get());
+        // Without translations, whatever lies beside this program.
+        const auto nulle = NSBundle::bundleWithPath(NSString::fromUTF8(testing::TempDir()));
+        ASSERT_TRUE(nulle);
+        NSBundle::setMainBundle(nulle);
         NSUserDefaults::standardUserDefaults()->removeObjectForKey(kPrefsAlertes);
     }
     void TearDown() override {
         NSUserDefaults::standardUserDefaults()->removeObjectForKey(kPrefsAlertes);
         NSUserDefaults::resetStandardUserDefaults();
+        NSBundle::setMainBundle(nullptr);
         AlerteFixture::TearDown();
     }
     int demande(FenAlerte* f, const Rangee& r, const KAlerteReceveur* qui = nullptr) {

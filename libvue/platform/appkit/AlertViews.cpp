@@ -209,8 +209,9 @@ void AlertTextView::drawRect(const NSRect&) {
 }
 
 NSRect AlertTextView::focusRingMaskBounds() const {
-    const NSScrollView* scroll = enclosingScrollView();
-    return scroll ? convertRect_fromView(scroll->bounds(), scroll) : bounds();
+    // The ring lies outside of what it goes round, and the clip view cuts it off.
+    constexpr CGFloat ring = 3;
+    return NSInsetRect(visibleRect(), ring, ring);
 }
 
 void AlertTextView::keyDown(NSEvent* e) {
