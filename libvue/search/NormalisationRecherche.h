@@ -4,7 +4,8 @@
 
 namespace libvue {
 
-/// A copy of the text in the form in which candidates are compared: straight apostrophes, no French ligatures.
+/// The text in the form in which candidates are compared: straight apostrophes, no French ligatures. Itself where it is
+/// so already.
 [[nodiscard]] Ref<NSString> chaineNormalisee(const NSString* s);
 
 } // namespace libvue
