@@ -212,6 +212,16 @@ TEST_F(NibTest, ABuilderStandsInForAFile) {
     EXPECT_THAT(reveils, ElementsAre("?+"));
 }
 
+TEST_F(NibTest, AControllerTakesItsViewFromItsResource) {
+    std::ofstream(dossier / "vue.nib.json")
+        << R"({"objects": [{"id": "v", "class": "Noeud"}], "owner": {"outlets": {"view": "v"}}})";
+    const Ref<NSBundle> b = NSBundle::bundleWithPath(NSString::fromUTF8(dossier.string()));
+    const auto avec = make<NSViewController>(u"vue"_ns.get(), b.get()),
+               sans = make<NSViewController>(u"z"_ns.get(), b.get());
+    EXPECT_TRUE(as<Noeud>(avec->view()));
+    EXPECT_TRUE(sans->view());
+}
+
 /// A view inside a view, that many times.
 std::string emboite(int niveaux) {
     std::string s = R"({"objects": [)";

@@ -234,7 +234,7 @@ void NSView::setHidden(BOOL hidden) {
         if (first && first->isDescendantOf(this)) window_->makeFirstResponder(nullptr);
     }
     hidden_ = hidden;
-    if (superview_) superview_->setNeedsDisplayInRect(frame_);
+    if (superview_ && !DrawingScope::draws(superview_, frame_)) superview_->setNeedsDisplayInRect(frame_);
     if (!hidden) {
         wholeDirty_ = false;
         setNeedsDisplay(YES);

@@ -1,7 +1,9 @@
 #include <libvue/platform/appkit/NSViewController.h>
 
+#include <libvue/platform/appkit/NSNib.h>
 #include <libvue/platform/appkit/NSText.h>
 #include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSBundle.h>
 #include <libvue/platform/foundation/NSString.h>
 
@@ -30,7 +32,12 @@ void NSViewController::setView(NSView* view) {
     view_ = view;
 }
 
-void NSViewController::loadView() { setView(make<NSView>(NSMakeRect(0, 0, 100, 100))); }
+void NSViewController::loadView() {
+    Ref<NSArray> objects;
+    const Ref<NSNib> nib = nibName_ ? NSNib::initWithNibNamed_bundle(nibName_, bundle_) : nullptr;
+    if (nib && nib->instantiateNibWithOwner_topLevelObjects(this, &objects) && view_) return;
+    setView(make<NSView>(NSMakeRect(0, 0, 100, 100)));
+}
 
 void NSViewController::setRepresentedObject(NSObject* object) {
     const Ref<NSObject> old = represented_;

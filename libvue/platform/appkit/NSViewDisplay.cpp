@@ -64,6 +64,20 @@ NSRect NSView::DirtySink::bounds() const noexcept {
     return all;
 }
 
+bool DrawingScope::drawsBelow(const NSView* superview, const NSRect& r) {
+    NSRect part = r;
+    for (const NSView* v = superview; v != view_; v = v->superview()) {
+        if (!v) return false;
+        part = v->frame();
+    }
+    if (!asked_) {
+        visible_ = view_->visibleRect();
+        asked_ = true;
+    }
+    part = NSIntersectionRect(part, visible_);
+    return NSIsEmptyRect(part) || NSEqualRects(NSIntersectionRect(part, clip_), part);
+}
+
 // Marking.
 
 void NSView::setNeedsDisplay(BOOL flag) {
@@ -71,6 +85,7 @@ void NSView::setNeedsDisplay(BOOL flag) {
         dirty_ = wholeDirty_ = false;
         return;
     }
+    if (superview_ && DrawingScope::draws(superview_, frame_)) return;
     // Where the mark already stands and the way up is marked, the display pass will come by.
     if (wholeDirty_ && superview_ && superview_->subtreeDirty_) return;
     dirty_ = wholeDirty_ = true;
@@ -82,6 +97,7 @@ void NSView::setNeedsDisplay(BOOL flag) {
 
 void NSView::setNeedsDisplayInRect(const NSRect& r) {
     if (wholeDirty_ && (superview_ ? superview_->subtreeDirty_ : !window_)) return;
+    if (superview_ && DrawingScope::draws(superview_, frame_)) return;
     const NSRect part = NSIntersectionRect(r, bounds_);
     if (NSIsEmptyRect(part)) return;
     dirtyRect_ = dirty_ && !wholeDirty_ ? NSUnionRect(dirtyRect_, part) : part;
@@ -162,11 +178,16 @@ void NSView::drawTree_(NSGraphicsContext* context, const NSRect& clipInSuperview
         canvas.beginLayer();
         canvas.setAlpha(1);
     }
+    const bool inPass = DrawRegionScope::isSingle() && context->isDrawingToScreen();
     if (subviews_.empty()) {
+        const DrawingScope drawing(inPass ? this : nullptr, clip);
         drawRect(clip);
     } else {
         context->saveState();
-        drawRect(clip);
+        {
+            const DrawingScope drawing(inPass ? this : nullptr, clip);
+            drawRect(clip);
+        }
         context->restoreState();
     }
     // drawRect may have moved what is below, so frames are read now. By index: a drawRect below may change the list.

@@ -46,8 +46,8 @@ void NSView::applyFrame_(const NSRect& frame) {
     if (!resized && frame.origin == frame_.origin) return;
     const Ref<NSView> self(this);
     if (!hidden_ && superview_) {
-        superview_->setNeedsDisplayInRect(frame_);
-        superview_->setNeedsDisplayInRect(frame);
+        if (!DrawingScope::draws(superview_, frame_)) superview_->setNeedsDisplayInRect(frame_);
+        if (!DrawingScope::draws(superview_, frame)) superview_->setNeedsDisplayInRect(frame);
     }
     const NSSize oldFrameSize = frame_.size;
     frame_ = frame;
