@@ -10,6 +10,7 @@
 #include <malloc.h>
 
 #ifdef LIBVUE_HAVE_WIDGETS
+#define QT_NO_KEYWORDS
 #include <QAbstractListModel>
 #include <QApplication>
 #include <QListView>
