@@ -11,6 +11,7 @@
 #include <libvue/platform/appkit/PrintPages.h>
 #include <libvue/platform/appkit/PrintPanelForm.h>
 #include <libvue/platform/appkit/PrintPreviewView.h>
+#include <libvue/platform/appkit/PrintProgress.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSFileManager.h>
 #include <libvue/platform/foundation/NSNotification.h>
@@ -241,6 +242,12 @@ void PrintPanelWindow::showState() {
 void PrintPanelWindow::repaginate() {
     readFields();
     operation_->layOutPages_();
+    // While all pages are chosen the fields say which these are.
+    const NSRange range = operation_->pages_()->range();
+    if (form_->allPages->state() == NSOnState) {
+        form_->first->setIntegerValue(static_cast<NSInteger>(range.location));
+        form_->last->setIntegerValue(static_cast<NSInteger>(NSMaxRange(range)) - 1);
+    }
     showPage(page_);
     showState();
 }
@@ -252,9 +259,8 @@ void PrintPanelWindow::showPage(NSInteger page) {
     const auto last = static_cast<NSInteger>(NSMaxRange(wanted)) - 1;
     page_ = wanted.length > 0 ? std::clamp(page, first, last) : 0;
     if (preview_) preview_->show(page_);
-    const auto total = static_cast<long>(NSMaxRange(operation_->pages_()->range())) - 1;
-    const auto text = page_ == 0 ? u"Aucune page"_ns
-                                 : NSString::stringWithFormat(u"Page %ld sur %ld"_ns, static_cast<long>(page_), total);
+    const auto total = static_cast<NSInteger>(NSMaxRange(operation_->pages_()->range())) - 1;
+    const Ref<NSString> text = page_ == 0 ? u"Aucune page"_ns : pageOfPages(page_, total);
     form_->pageNumber->setStringValue(text);
     form_->previous->setEnabled(page_ > first);
     form_->next->setEnabled(page_ > 0 && page_ < last);
@@ -285,13 +291,7 @@ void PrintPanelWindow::chooseOrientation(NSObject*) {
 }
 
 void PrintPanelWindow::choosePages(NSObject* sender) {
-    if (sender == form_->somePages.get()) {
-        // At first all of them, to be narrowed.
-        const NSRange range = operation_->pages_()->range();
-        if (operation_->printInfo()->printsAllPages())
-            form_->last->setIntegerValue(static_cast<NSInteger>(NSMaxRange(range)) - 1);
-        makeFirstResponder(form_->first);
-    }
+    if (sender == form_->somePages.get()) makeFirstResponder(form_->first);
     readFields();
     showPage(page_);
     showState();

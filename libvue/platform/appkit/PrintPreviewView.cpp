@@ -12,7 +12,6 @@
 #include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/NSBitmapImageRep.h>
 #include <libvue/platform/graphics/NSColor.h>
-#include <libvue/platform/graphics/NSDrawing.h>
 #include <libvue/platform/graphics/NSGraphicsContext.h>
 #include <libvue/platform/graphics/NSShadow.h>
 
@@ -69,7 +68,8 @@ void PrintPreviewView::drawRect(const NSRect&) {
         shadow->setShadowColor(NSColor::colorWithCalibratedWhite_alpha(0, 0.35));
         shadow->set();
         NSColor::whiteColor()->setFill();
-        NSRectFill(place);
+        // NSRectFill copies, and would copy the shadow's colour too.
+        NSBezierPath::fillRect(place);
     }
     if (picture_)
         picture_->drawInRect_fromRect_operation_fraction_respectFlipped_hints(place, NSZeroRect, NSCompositeSourceOver,

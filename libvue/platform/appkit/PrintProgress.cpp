@@ -6,6 +6,8 @@
 #include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSButton.h>
 #include <libvue/platform/appkit/ScopeExit.h>
+#include <libvue/platform/foundation/NSNumber.h>
+#include <libvue/platform/foundation/NSNumberFormatter.h>
 #include <libvue/platform/foundation/NSRunLoop.h>
 #include <libvue/platform/foundation/NSTimer.h>
 #include <libvue/platform/graphics/NSBezierPath.h>
@@ -92,8 +94,7 @@ PrintProgress::~PrintProgress() = default;
 
 void PrintProgress::setDone(NSInteger pages) {
     const auto now = std::min(pages + 1, pages_);
-    const auto text =
-        NSString::stringWithFormat(u"Page %ld sur %ld"_ns, static_cast<long>(now), static_cast<long>(pages_));
+    const auto text = pageOfPages(now, pages_);
     state_->setStringValue(text);
     bar_->setFraction(pages_ > 0 ? static_cast<CGFloat>(pages) / static_cast<CGFloat>(pages_) : 0);
 }
@@ -133,6 +134,15 @@ BOOL PrintProgress::runSteps(const std::function<bool()>& step) {
     orderOut(nullptr);
     if (thrown_) std::rethrow_exception(thrown_);
     return finished_;
+}
+
+Ref<NSString> pageOfPages(NSInteger page, NSInteger pages) {
+    const auto text = [](NSInteger n) {
+        const auto number = NSNumber::numberWithInteger(n);
+        return NSNumberFormatter::localizedStringFromNumber_numberStyle(number, NSNumberFormatterDecimalStyle);
+    };
+    const Ref<NSString> first = text(page), last = text(pages);
+    return NSString::stringWithFormat(u"Page %@ sur %@"_ns, first.get(), last.get());
 }
 
 void showPrintFailure(NSString* title, NSString* reason) {

@@ -35,6 +35,9 @@ private:
     bool finished_ = false;
 };
 
+/// "Page 3 sur 1 200".
+[[nodiscard]] Ref<NSString> pageOfPages(NSInteger page, NSInteger pages);
+
 /// Tells the user that the job failed, and waits.
 void showPrintFailure(NSString* title, NSString* reason);
 
