@@ -6,6 +6,7 @@
 
 #include <libvue/platform/appkit/NSView.h>
 #include <libvue/platform/appkit/NSViewExtras.h>
+#include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/backend/Canvas.h>
 #include <libvue/platform/graphics/NSGraphicsContext.h>
@@ -21,6 +22,7 @@ struct ViewPicture::Kept {
     CGFloat scale = 0;
     bool stale = true;
     bool drawing = false;
+    bool opaque = false; ///< no pixel lets anything through
 
     void bringUpToDate(CGFloat wanted) {
         const NSSize now = view->frame().size;
@@ -36,6 +38,17 @@ struct ViewPicture::Kept {
         const ScopeExit done([this] { drawing = false; });
         const Ref<NSImage> image = view->imageInsideRect_scale(view->bounds(), scale);
         picture = image ? image->picture(scale) : nullptr;
+        opaque = picture && isOpaque(*picture);
+    }
+
+    static bool isOpaque(const backend::Picture& p) {
+        const std::uint32_t* pixels = p.pixels();
+        if (!pixels) return false;
+        const std::size_t count = static_cast<std::size_t>(p.pixelWidth()) * static_cast<std::size_t>(p.pixelHeight());
+        std::uint32_t all = 0xFF000000;
+        for (std::size_t i = 0; i < count; ++i)
+            all &= pixels[i];
+        return all >= 0xFF000000;
     }
 };
 
@@ -53,6 +66,31 @@ bool isWhole(CGFloat v) noexcept { return std::abs(v - std::round(v)) < 1e-6; }
 
 /// Half a pixel goes the same way on both sides of 0: what stands side by side stays so.
 CGFloat toPixel(CGFloat v, CGFloat scale) noexcept { return std::floor(v * scale + 0.5) / scale; }
+
+/// What of `r` lies outside of `hole`, as up to four rectangles.
+void cutOut(std::vector<NSRect>& rects, const NSRect& hole) {
+    std::vector<NSRect> left;
+    const auto keep = [&left](CGFloat x, CGFloat y, CGFloat toX, CGFloat toY) {
+        constexpr CGFloat hair = 1e-6;
+        if (toX - x > hair && toY - y > hair) left.push_back({{x, y}, {toX - x, toY - y}});
+    };
+    for (const NSRect& r : rects) {
+        const NSRect in = NSIntersectionRect(r, hole);
+        if (NSIsEmptyRect(in)) {
+            left.push_back(r);
+            continue;
+        }
+        keep(NSMinX(r), NSMinY(r), NSMaxX(r), NSMinY(in));
+        keep(NSMinX(r), NSMaxY(in), NSMaxX(r), NSMaxY(r));
+        keep(NSMinX(r), NSMinY(in), NSMinX(in), NSMaxY(in));
+        keep(NSMaxX(in), NSMinY(in), NSMaxX(r), NSMaxY(in));
+    }
+    rects = std::move(left);
+}
+
+NSRect toPixels(const NSRect& r, CGFloat scale) noexcept {
+    return {{toPixel(r.origin.x, scale), toPixel(r.origin.y, scale)}, r.size};
+}
 
 } // namespace
 
@@ -94,11 +132,29 @@ bool ViewPicture::draw_(NSView* view, NSGraphicsContext* context) {
         return false;
     k->bringUpToDate(scale);
     if (!k->picture) return false;
-    const NSRect inBase = toBase.apply(view->frame());
-    const NSRect placed{{toPixel(inBase.origin.x, scale), toPixel(inBase.origin.y, scale)}, inBase.size};
+    const NSRect placed = toPixels(toBase.apply(view->frame()), scale);
     canvas.drawPicture(*k->picture, NSZeroRect, toBase.inverted().apply(placed), backend::Compositing::sourceOver, 1,
                        toBase.d < 0 ? backend::YAxis::down : backend::YAxis::up);
     return true;
+}
+
+bool ViewPicture::cover_(const NSWindow* window, const NSRect& rect) {
+    const CGFloat scale = window->backingScaleFactor();
+    std::vector<NSRect> bare{rect};
+    for (const Kept* k : all<Kept>()) {
+        const NSView* v = k->view;
+        const NSView* parent = v->superview();
+        if (!k->opaque || k->stale || v->window() != window || !parent || k->size != v->frame().size ||
+            k->scale != scale || v->isHiddenOrHasHiddenAncestor())
+            continue;
+        bool faded = false;
+        for (const NSView* a = parent; a; a = a->superview())
+            faded = faded || a->alphaValue() < 1;
+        if (faded) continue;
+        const NSRect seen = parent->convertRect_toView(parent->visibleRect(), nullptr);
+        cutOut(bare, NSIntersectionRect(seen, toPixels(v->convertRect_toView(v->bounds(), nullptr), scale)));
+    }
+    return bare.empty();
 }
 
 } // namespace libvue

@@ -30,6 +30,8 @@ public:
     static void viewChanged_(const NSView* view) noexcept;
     /// Whether the view was drawn by its picture into the context, which is in the space of its superview.
     [[nodiscard]] static bool draw_(NSView* view, NSGraphicsContext* context);
+    /// Whether pictures without any hole will be drawn over all of that part of the window, in base coordinates.
+    [[nodiscard]] static bool cover_(const NSWindow* window, const NSRect& rect);
 
 private:
     struct Kept;

@@ -1,6 +1,7 @@
 #include <libvue/platform/appkit/WindowFrameView.h>
 
 #include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/appkit/ViewPicture.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSDrawing.h>
 
@@ -17,6 +18,7 @@ void WindowFrameView::drawRect(const NSRect& dirtyRect) {
     if (!w) return;
     const NSView* content = w->contentView();
     if (content && content->isOpaque() && !content->isHidden() && NSContainsRect(content->frame(), dirtyRect)) return;
+    if (ViewPicture::any_() && ViewPicture::cover_(w, dirtyRect)) return;
     // By copy: what a transparent window showed before must not shine through.
     w->backgroundColor()->set();
     NSRectFill(dirtyRect);
