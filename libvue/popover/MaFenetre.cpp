@@ -1,6 +1,7 @@
 #include <libvue/popover/MaFenetre.h>
 
 #include <libvue/platform/appkit/NSScreen.h>
+#include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/popover/KCPopover.h>
 
@@ -13,6 +14,9 @@ namespace {
 NSRect surEcran(const NSRect& r, const NSScreen* screen) {
     return screen ? NSOffsetRect(r, screen->frame().origin.x, screen->frame().origin.y) : r;
 }
+
+constexpr ConstantString kCadre{u"NSWindowRect"}, kStyle{u"NSWindowStyleMask"}, kTitre{u"NSWindowTitle"},
+    kVue{u"NSWindowView"};
 
 } // namespace
 
@@ -31,6 +35,21 @@ MaFenetre::MaFenetre(const NSRect& contentRect, NSUInteger styleMask, NSBackingS
 MaFenetre::MaFenetre(const NSRect& contentRect, NSUInteger styleMask, NSBackingStoreType backing, BOOL defer,
                      NSScreen* screen)
     : MaFenetre(surEcran(contentRect, screen), styleMask, backing, defer) {}
+
+MaFenetre::MaFenetre(NSCoder& coder)
+    : MaFenetre(coder.decodeRectForKey(kCadre.get()), static_cast<NSUInteger>(coder.decodeIntegerForKey(kStyle.get())),
+                NSBackingStoreBuffered, YES) {
+    coder.beginDecoding(this);
+    if (const Ref<NSString> titre = as<NSString>(coder.decodeObjectForKey(kTitre.get()))) setTitle(titre);
+    if (const Ref<NSView> vue = as<NSView>(coder.decodeObjectForKey(kVue.get()))) setContentView(vue);
+}
+
+void MaFenetre::encodeWithCoder(NSCoder& coder) const {
+    coder.encodeRect_forKey(contentRectForFrameRect(frame()), kCadre.get());
+    coder.encodeInteger_forKey(static_cast<NSInteger>(styleMask()), kStyle.get());
+    if (title()) coder.encodeObject_forKey(title(), kTitre.get());
+    coder.encodeObject_forKey(contentView(), kVue.get());
+}
 
 MaFenetre::~MaFenetre() { NSNotificationCenter::defaultCenter()->removeObserver(this); }
 

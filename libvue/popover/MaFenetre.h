@@ -14,6 +14,10 @@ public:
     /// `contentRect` counts from the screen's corner; null is the first screen.
     MaFenetre(const NSRect& contentRect, NSUInteger styleMask, NSBackingStoreType backing, BOOL defer,
               NSScreen* screen);
+    /// The rectangle of the content, the style, the title and the content view; what is missing is as in an empty
+    /// panel. The popover is not archived: whoever reads the window sets it.
+    explicit MaFenetre(NSCoder& coder);
+    void encodeWithCoder(NSCoder& coder) const override;
     ~MaFenetre() override;
 
     /// Held weakly.
