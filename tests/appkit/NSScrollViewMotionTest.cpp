@@ -22,11 +22,14 @@ public:
     static void describe(ClassDescription<Feuille, NSView>&) {}
     explicit Feuille(const NSRect& f) : NSView(f) {}
     CGFloat area = 0;
-    BOOL accepts = NO;
+    BOOL accepts = NO, interprets = NO;
     int drags = 0;
     BOOL isFlipped() const override { return YES; }
     BOOL acceptsFirstResponder() override { return accepts; }
     void mouseDown(NSEvent*) override {}
+    void keyDown(NSEvent* e) override {
+        interprets ? interpretKeyEvents(NSArray::arrayWithObjects({e})) : NSView::keyDown(e);
+    }
     void mouseDragged(NSEvent* e) override {
         ++drags;
         autoscroll(this, e);
@@ -311,8 +314,10 @@ TEST_F(ScrollMotionTest, KeysThatNobodyTakesScroll) {
         std::uint32_t modifiers;
         NSPoint expected;
     };
-    for (const BOOL focused : {NO, YES}) {
+    for (const int way : {0, 1, 2}) { // no focus, a document that passes keys on, one that makes commands of them
+        const BOOL focused = way > 0;
         page->accepts = focused;
+        page->interprets = way == 2;
         window->makeFirstResponder(focused ? page.get() : nullptr);
         for (const Row& row : {Row{NSDownArrowFunctionKey, 0, {100, 1020}}, Row{NSUpArrowFunctionKey, 0, {100, 980}},
                                Row{NSRightArrowFunctionKey, 0, {120, 1000}}, Row{NSLeftArrowFunctionKey, 0, {80, 1000}},
@@ -323,7 +328,7 @@ TEST_F(ScrollMotionTest, KeysThatNobodyTakesScroll) {
             to({100, 1000});
             windows().key(row.key, row.modifiers);
             drain();
-            EXPECT_EQ(at(), row.expected) << std::hex << static_cast<unsigned>(row.key) << " " << int{focused};
+            EXPECT_EQ(at(), row.expected) << std::hex << static_cast<unsigned>(row.key) << " " << way;
         }
     }
     const std::size_t beeps = windows().beeps();

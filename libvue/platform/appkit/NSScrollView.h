@@ -78,6 +78,7 @@ public:
     void scrollWheel(NSEvent* e) override;
     void keyDown(NSEvent* e) override;
     void doCommandBySelector(SEL command) override;
+    void insertText(NSObject* text) override;
     void drawRect(const NSRect& r) override;
     void resizeSubviewsWithOldSize(const NSSize& oldSize) override;
     [[nodiscard]] BOOL isFlipped() const override { return YES; }
@@ -103,6 +104,8 @@ private:
     void applyScrollerStyle();
     /// From the left and the top, as seen.
     [[nodiscard]] NSPoint scrolledBy() const;
+    /// What a key comes to; false passes it on.
+    [[nodiscard]] bool takes(ScrollStep step);
     void documentChanged(NSNotification* n);
     void desktopChanged(NSNotification* n);
 

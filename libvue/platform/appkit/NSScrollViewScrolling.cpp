@@ -131,30 +131,40 @@ BOOL NSScrollView::canScroll_(ScrollStep step) const {
                                                                          : all.height > shown.height;
 }
 
+bool NSScrollView::takes(ScrollStep step) {
+    if (perform_(step)) return true;
+    // At its end it hands the key on to one that it stands in; where there is none, the key has done its work.
+    return canScroll_(step) && !(superview() && superview()->enclosingScrollView());
+}
+
 void NSScrollView::keyDown(NSEvent* e) {
     const Ref<NSScrollView> self(this);
-    const ScrollStep step = scrollStepForEvent(*e);
-    if (perform_(step)) return;
-    // At its end it hands the key on to one that it stands in; where there is none, the key has done its work.
-    if (canScroll_(step) && !(superview() && superview()->enclosingScrollView())) return;
-    NSView::keyDown(e);
+    const Ref<NSEvent> kept(e);
+    if (!takes(scrollStepForEvent(*e))) NSView::keyDown(e);
 }
 
 void NSScrollView::doCommandBySelector(SEL command) {
+    const Ref<NSScrollView> self(this);
     const ScrollStep step = scrollStepForCommand(command);
-    // In a text the caret stops at the ends, and the page stays where it is.
-    const bool caret = step <= ScrollStep::lineRight || step >= ScrollStep::beginning;
-    if (caret && window() && as<NSText>(window()->firstResponder())) {
+    if (step == ScrollStep::none) {
         NSView::doCommandBySelector(command);
         return;
     }
+    // In a text the caret stops at the ends, and the page stays where it is.
+    const bool caret = step <= ScrollStep::lineRight || step >= ScrollStep::beginning;
+    const bool inText = caret && window() && as<NSText>(window()->firstResponder());
+    if (!inText && takes(step)) return;
+    if (const Ref<NSResponder> next = nextResponder()) next->doCommandBySelector(command);
+}
+
+void NSScrollView::insertText(NSObject* text) {
     const Ref<NSScrollView> self(this);
-    if (perform_(step)) return;
-    if (canScroll_(step) && !(superview() && superview()->enclosingScrollView())) return;
-    if (step == ScrollStep::none)
-        NSView::doCommandBySelector(command);
-    else if (const Ref<NSResponder> next = nextResponder())
-        next->doCommandBySelector(command);
+    const Ref<NSObject> kept(text);
+    // A space that a view below made of its key and did not want.
+    const auto* s = as<NSString>(text);
+    const bool space = s && s->isEqualTo(u" ");
+    const bool back = NSEvent::currentModifierFlags() & NSShiftKeyMask;
+    if (!space || !takes(back ? ScrollStep::pageUp : ScrollStep::pageDown)) NSView::insertText(text);
 }
 
 } // namespace libvue

@@ -1,6 +1,7 @@
 #include <libvue/platform/appkit/ScrollerFade.h>
 
 #include <libvue/platform/appkit/NSScroller.h>
+#include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSRunLoop.h>
 #include <libvue/platform/foundation/NSTimer.h>
 
@@ -47,7 +48,8 @@ void ScrollerFade::tick() {
         wakeAt(until_);
         return;
     }
-    const CGFloat left = 1 - (now - until_) / kFading;
+    const bool still = backend::Backend::current().windows->prefersReducedMotion();
+    const CGFloat left = still ? 0 : 1 - (now - until_) / kFading;
     if (left > 0) wakeAt(now + kTick);
     scroller_.setAlphaValue(left > 0 ? left : 0);
 }
