@@ -115,7 +115,7 @@ void KPanneauRecherche::setMsgIntrouvable(NSTextField* t) { msgIntrouvable_ = t;
 Ref<NSString> KPanneauRecherche::string() {
     NSFormCell* cellule = formulaire_ ? formulaire_->cellAtIndex(0) : nullptr;
     if (!cellule) return nullptr;
-    const Ref<NSString> texte = cellule->stringValue();
+    Ref<NSString> texte = cellule->stringValue();
     ecrisSurFindPB_(texte);
     return texte;
 }

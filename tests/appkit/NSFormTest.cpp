@@ -1,7 +1,5 @@
 #include <appkit/Cible.h>
 
-#include <gmock/gmock.h>
-
 #include <libvue/platform/appkit/NSButton.h>
 #include <libvue/platform/appkit/NSForm.h>
 #include <libvue/platform/appkit/NSFormCell.h>
@@ -10,7 +8,6 @@
 
 using namespace libvue;
 using namespace libvue::test;
-using testing::ElementsAre;
 
 namespace {
 

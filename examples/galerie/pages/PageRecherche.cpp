@@ -76,7 +76,7 @@ constexpr const char16_t* kMots[] = {
 };
 
 Ref<NSScrollView> defilement(NSView* document, CGFloat largeur) {
-    const auto d = make<NSScrollView>(NSMakeRect(0, 0, largeur, kHauteur));
+    auto d = make<NSScrollView>(NSMakeRect(0, 0, largeur, kHauteur));
     d->setBorderType(NSLineBorder);
     d->setHasVerticalScroller(YES);
     d->setDocumentView(document);

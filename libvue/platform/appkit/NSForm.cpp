@@ -216,9 +216,9 @@ void NSForm::mouseDown(NSEvent*) {
 }
 
 AccessibilityDescription NSForm::accessibilityDescription() const {
-    AccessibilityDescription d = NSView::accessibilityDescription();
+    AccessibilityDescription d = NSControl::accessibilityDescription();
     d.role = u"group"_ns;
-    d.enabled = isEnabled();
+    d.value = nullptr; // The fields say theirs.
     return d;
 }
 
