@@ -19,10 +19,14 @@ public:
         static const Classes& kept = *new Classes;
         return kept;
     }
-    [[nodiscard]] bool mot(unichar c) const noexcept { return (mots_[c >> 6] >> (c & 63) & 1) != 0; }
+    [[nodiscard]] bool mot(unichar c) const noexcept {
+        return c < latin_.size() ? latin_[c] : (mots_[c >> 6] >> (c & 63) & 1) != 0;
+    }
     /// One byte a unit, for texts that are stored so.
     [[nodiscard]] bool mot(std::uint8_t c) const noexcept { return latin_[c]; }
-    [[nodiscard]] bool apostrophe(unichar c) const { return apostrophes_->characterIsMember(c); }
+    [[nodiscard]] bool apostrophe(unichar c) const {
+        return c < latinApostrophes_.size() ? latinApostrophes_[c] : apostrophes_->characterIsMember(c) != NO;
+    }
     [[nodiscard]] bool blanc(unichar c) const { return blancs_->characterIsMember(c); }
 
 private:
@@ -31,12 +35,14 @@ private:
         const NSCharacterSet* mots = ZerlCharacterSet::motCharacterSet();
         for (std::uint32_t c = 0; c < 0x10000; ++c)
             if (mots->characterIsMember(static_cast<unichar>(c))) mots_[c >> 6] |= std::uint64_t{1} << (c & 63);
-        for (std::uint32_t c = 0; c < latin_.size(); ++c)
-            latin_[c] = mot(static_cast<unichar>(c));
+        for (std::uint32_t c = 0; c < latin_.size(); ++c) {
+            latin_[c] = (mots_[c >> 6] >> (c & 63) & 1) != 0;
+            latinApostrophes_[c] = apostrophes_->characterIsMember(static_cast<unichar>(c)) != NO;
+        }
     }
 
     std::array<std::uint64_t, 1024> mots_{};
-    std::array<bool, 256> latin_{};
+    std::array<bool, 256> latin_{}, latinApostrophes_{};
     const NSCharacterSet* apostrophes_;
     const NSCharacterSet* blancs_;
 };
@@ -96,10 +102,11 @@ template <class Unite> NSUInteger precedent(const Unite* t, NSUInteger i) {
     return i;
 }
 
-const NSString& texte(const NSString* s) {
-    static const NSString* const vide = keptForever(NSString::string());
-    return s ? *s : *vide;
+const NSString& vide() {
+    static const NSString* const kept = keptForever(NSString::string());
+    return *kept;
 }
+const NSString& texte(const NSString* s) { return s ? *s : vide(); }
 
 NSRange clicInstalle(const NSAttributedString* s, NSUInteger i) { return clicSurMot(s->string(), i).plage; }
 
