@@ -20,6 +20,7 @@ namespace galerie {
 namespace {
 
 constexpr CGFloat kLargeur = 256, kHauteur = 152, kEcart = 16, kLegende = 20, kRayon = 10;
+constexpr int kColonnes = 2;
 
 /// Drawn at twice its size, so that it is crisp at every scale.
 template <class F> Ref<NSImage> icone(F trace) {
@@ -87,32 +88,37 @@ void Apercus::drawRect(const NSRect&) {
     linearGradientFillWithStartColor_endColor(feuille, NSColor::colorWithSRGBRed_green_blue_alpha(0.27, 0.36, 0.52, 1),
                                               NSColor::colorWithSRGBRed_green_blue_alpha(0.42, 0.56, 0.66, 1));
 
-    const int colonnes = std::max(1, static_cast<int>((b.size.width - kEcart) / (kLargeur + kEcart)));
-    const CGFloat marge = std::floor((b.size.width - colonnes * kLargeur - (colonnes - 1) * kEcart) / 2);
+    // Where two columns do not fit at their size, they are drawn smaller.
+    const CGFloat voulu = kColonnes * kLargeur + (kColonnes + 1) * kEcart;
+    const CGFloat echelle = std::min(1.0, (b.size.width - (kColonnes + 1) * kEcart) / (kColonnes * kLargeur));
+    if (!(echelle > 0)) return;
+    const CGFloat largeur = kLargeur * echelle;
+    const CGFloat marge = echelle < 1 ? kEcart : std::floor((b.size.width - voulu) / 2) + kEcart;
     const auto attributs = NSMutableDictionary::dictionary();
     attributs->setObject_forKey(NSFont::systemFontOfSize(NSFont::smallSystemFontSize()), NSFontAttributeName);
     attributs->setObject_forKey(NSColor::colorWithCalibratedWhite_alpha(1, 0.85), NSForegroundColorAttributeName);
     CGFloat y = kEcart;
-    for (std::size_t i = 0; i < avis_.size(); i += static_cast<std::size_t>(colonnes)) {
+    for (std::size_t i = 0; i < avis_.size(); i += static_cast<std::size_t>(kColonnes)) {
         CGFloat haut = 0;
-        const std::size_t fin = std::min(avis_.size(), i + static_cast<std::size_t>(colonnes));
+        const std::size_t fin = std::min(avis_.size(), i + static_cast<std::size_t>(kColonnes));
         for (std::size_t k = i; k < fin; ++k)
-            haut = std::max(haut, avis_[k].vue->frame().size.height);
+            haut = std::max(haut, avis_[k].vue->frame().size.height * echelle);
         for (std::size_t k = i; k < fin; ++k) {
             const Avis& a = avis_[k];
-            const CGFloat x = marge + static_cast<CGFloat>(k - i) * (kLargeur + kEcart);
+            const CGFloat x = marge + static_cast<CGFloat>(k - i) * (largeur + kEcart);
             drawAtPoint_withAttributes(a.legende, {x + 4, y}, attributs);
             // The view has y upward, from its lower edge.
             const CGFloat h = a.vue->frame().size.height;
             NSGraphicsContext::saveGraphicsState();
             const auto place = NSAffineTransform::transform();
             place->translateXBy_yBy(x, y + kLegende);
+            place->scaleBy(echelle);
             place->concat();
             NSGraphicsContext* c = NSGraphicsContext::currentContext();
             a.vue->displayRectIgnoringOpacity_inContext({{0, 0}, {kLargeur, h}}, c);
             NSGraphicsContext::restoreGraphicsState();
         }
-        y += kLegende + haut + kEcart;
+        y += kLegende + std::ceil(haut) + kEcart;
     }
 }
 

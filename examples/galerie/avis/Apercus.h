@@ -9,7 +9,7 @@ namespace galerie {
 
 using namespace libvue;
 
-/// A sheet of colours with the notices on it as they look, each with its caption, in as many columns as there is room.
+/// A sheet of colours with the notices on it as they look, each with its caption, in two columns.
 class Apercus : public NSView {
 public:
     static void describe(ClassDescription<Apercus, NSView>&) {}
