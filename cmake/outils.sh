@@ -15,7 +15,7 @@ PAQUETS_CONSTRUCTION=(g++ cmake ninja-build pkg-config ccache qt6-base-dev qt6-b
     fonts-liberation2 fonts-dejavu-core)
 PAQUETS_ESSAIS=(libgtest-dev libgmock-dev poppler-utils)
 PAQUETS_LINT=(clang-format clang-tidy shellcheck git)
-PAQUETS_FENETRES=(xvfb openbox picom xdotool x11-utils dbus-bin dbus-daemon dunst cups-daemon cups-client)
+PAQUETS_FENETRES=(xvfb openbox picom xdotool x11-utils x11-xserver-utils dbus-bin dbus-daemon dunst cups-daemon cups-client)
 PAQUETS_BANCS=(libbenchmark-dev wfrench)
 
 dire() { printf '== %s\n' "$*"; }

@@ -335,7 +335,8 @@ BOOL KCPopover::transientPanelShouldCloseOnParentWindowResignKey(KCTransientPane
 BOOL KCPopover::transientPanelShouldCloseOnUnrelatedWindowUsage(KCTransientPanel*) { return NO; }
 
 void KCPopover::parentWindowDidBecomeMain(NSNotification*) {
-    if (!attachay_) panel()->orderFront(nullptr);
+    // What was closed stays closed, although the window is heard of until the end.
+    if (!attachay_ && moiAffichay_) panel()->orderFront(nullptr);
 }
 
 void KCPopover::parentWindowDidResignMain(NSNotification*) {

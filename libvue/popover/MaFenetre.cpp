@@ -61,11 +61,7 @@ void MaFenetre::observeSesMouvements() {
 KCPopover* MaFenetre::popover() const noexcept { return popover_; }
 void MaFenetre::setPopover(KCPopover* popover) { popover_ = popover; }
 
-void MaFenetre::mouseDragged(NSEvent* e) {
-    const Ref<MaFenetre> moi(this);
-    KCTransientPanel::mouseDragged(e);
-    dragEnCours_ = YES;
-}
+void MaFenetre::mouseDragged(NSEvent*) { dragEnCours_ = YES; }
 
 void MaFenetre::windowDidMove(NSNotification*) {
     if (!dragEnCours_) return;

@@ -1,11 +1,9 @@
 #include <libvue/popover/VuePopover.h>
 
+#include <libvue/platform/appkit/BalloonDrawing.h>
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/appkit/NSWindow.h>
-#include <libvue/platform/appkit/NSWindowShadow.h>
 #include <libvue/platform/graphics/NSColor.h>
-#include <libvue/platform/graphics/NSGraphicsContext.h>
-#include <libvue/platform/graphics/NSShadow.h>
 #include <libvue/popover/ContourPopover.h>
 #include <libvue/popover/KCPopover.h>
 
@@ -16,7 +14,9 @@ static const ClassRegistration<VuePopover> enregistrement;
 namespace {
 
 constexpr CGFloat kAlphaReflet = 0.95, kAlphaBordureInactive = 0.2;
-constexpr CGFloat kFlouOmbre = 8, kChuteOmbre = 2, kAlphaOmbre = 0.26;
+constexpr BalloonDrawing::Shadow kOmbre{.blur = 8, .drop = 2, .alpha = 0.26};
+/// From the view's edge to where its fill covers everything, corners too.
+constexpr CGFloat kRetraitCouvert = kRetraitInterieur + 2;
 
 } // namespace
 
@@ -92,35 +92,18 @@ Ref<NSBezierPath> VuePopover::contourAvecRectInterieur(const NSRect& r) {
     return chemin;
 }
 
-void VuePopover::remplis() {
-    NSGraphicsContext::saveGraphicsState();
-    // A window of that shape has a shadow of that shape; the room round the outline is there for it.
-    if (drawsShadowOf(window())) {
-        const Ref<NSShadow> ombre = make<NSShadow>();
-        ombre->setShadowBlurRadius(kFlouOmbre);
-        ombre->setShadowOffset({0, -kChuteOmbre});
-        ombre->setShadowColor(NSColor::shadowColor()->colorWithAlphaComponent(kAlphaOmbre));
-        ombre->set();
-    }
-    contourInterieur()->fill();
-    NSGraphicsContext::restoreGraphicsState();
-}
-
 void VuePopover::drawRect(const NSRect&) {
     const Ref<KCPopover> p = popover_.ref();
     if (!p || !p->attachay()) return;
-    p->couleurFond()->setFill();
-    remplis();
-    NSColor::colorWithCalibratedWhite_alpha(1, kAlphaReflet)->setStroke();
-    contourInterieur()->stroke();
-    NSColor* bordure = p->couleurBordure();
     const NSWindow* w = window();
     const bool active = w && (w->isKeyWindow() || (w->parentWindow() && w->parentWindow()->isKeyWindow()));
-    if (active)
-        bordure->setStroke();
-    else
-        bordure->colorWithAlphaComponent(bordure->alphaComponent() * kAlphaBordureInactive)->setStroke();
-    contourExterieur()->stroke();
+    Ref<NSColor> bordure(p->couleurBordure());
+    if (!active) bordure = bordure->colorWithAlphaComponent(bordure->alphaComponent() * kAlphaBordureInactive);
+    const Ref<NSColor> fond(p->couleurFond()), reflet = NSColor::colorWithCalibratedWhite_alpha(1, kAlphaReflet);
+    const BalloonDrawing::Line traits[] = {{contourInterieur(), reflet}, {contourExterieur(), bordure}};
+    // The room round the outline is there for its shadow.
+    drawBalloon(w, {bounds().size, NSInsetRect(bounds(), kRetraitCouvert, kRetraitCouvert), contourInterieur(), fond,
+                    traits, kOmbre});
 }
 
 } // namespace libvue

@@ -37,7 +37,6 @@ public:
 
 private:
     [[nodiscard]] NSRect ancreVueDIci();
-    void remplis();
 
     Ref<NSBezierPath> contourExterieur_;
     Ref<NSBezierPath> contourInterieur_;

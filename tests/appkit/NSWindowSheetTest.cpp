@@ -115,6 +115,24 @@ TEST_F(SheetTest, OnlyTheWindowOfASheetIsBlocked) {
     EXPECT_EQ(order->objectAtIndex(0), sheet.get());
     EXPECT_EQ(order->objectAtIndex(1), owner.get());
 
+    // What hangs on the window waits as well; what hangs on the sheet does not.
+    const Ref<NSWindow> palette = panel({100, 60}), aide = panel({100, 60});
+    palette->contentView()->addSubview(make<LogView>(NSMakeRect(0, 0, 100, 60), log, "palette"));
+    aide->contentView()->addSubview(make<LogView>(NSMakeRect(0, 0, 100, 60), log, "help"));
+    palette->setFrameOrigin({20, 20});
+    aide->setFrameOrigin({150, 20});
+    owner->addChildWindow_ordered(palette, NSWindowAbove);
+    sheet->addChildWindow_ordered(aide, NSWindowAbove);
+    (void)taken();
+    click(palette, 20, 20);
+    EXPECT_THAT(taken(), ElementsAre());
+    click(aide, 20, 20); // brings it forward
+    (void)taken();
+    click(aide, 20, 20);
+    EXPECT_THAT(taken(), ElementsAre("help down", "help up"));
+    palette->close();
+    aide->close();
+
     windows().requestClose(owner->nativeId_());
     drain();
     EXPECT_TRUE(owner->isVisible());

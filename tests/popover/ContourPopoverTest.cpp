@@ -2,8 +2,7 @@
 
 #include <cmath>
 #include <random>
-
-#include <gmock/gmock.h>
+#include <sstream>
 
 #include <graphics/Dessin.h>
 
@@ -17,159 +16,86 @@ namespace {
 
 using Sorte = ElementContour::Sorte;
 
-std::vector<NSPoint> pointsDe(const ContourPopover& c) {
-    std::vector<NSPoint> points;
-    for (const ElementContour& e : c.elements())
-        if (e.sorte != Sorte::fermeture) points.push_back(e.point);
-    return points;
+/// "m x y", "l x y", "c x y (x y)" with both control points in the brackets, "z".
+std::string texteDe(const ContourPopover& c) {
+    std::ostringstream texte;
+    for (const ElementContour& e : c.elements()) {
+        texte << (e.sorte == Sorte::debut ? "" : " ") << "mlcz"[static_cast<int>(e.sorte)];
+        if (e.sorte != Sorte::fermeture) texte << ' ' << e.point.x << ' ' << e.point.y;
+        if (e.sorte == Sorte::courbe) texte << " (" << e.controle.x << ' ' << e.controle.y << ')';
+    }
+    return texte.str();
 }
 
-std::string sortesDe(const ContourPopover& c) {
-    std::string s;
-    for (const ElementContour& e : c.elements())
-        s += "mlcz"[static_cast<int>(e.sorte)];
-    return s;
-}
-
-constexpr NSRect kBounds{{0, 0}, {120, 80}};
-constexpr NSRect kExterieur{{10, 10}, {100, 60}};
-
-// Each row: the elements in order, and where they end.
 TEST(ContourPopoverTest, EachEdgeGivesItsOutlinePointForPoint) {
+    // Up the right side, along the high one, down the left one, along the low one.
+    const std::string debut = "m 109.5 17.5 ", haut = "l 109.5 62.5 c 102.5 69.5 (109.5 69.5) ",
+                      gauche = "l 17.5 69.5 c 10.5 62.5 (10.5 69.5) ", bas = "l 10.5 17.5 c 17.5 10.5 (10.5 10.5) ",
+                      fin = "l 102.5 10.5 c 109.5 17.5 (109.5 10.5) z";
     struct Cas {
         NSUInteger edge;
         NSRect ancre;
-        const char* sortes;
-        std::vector<NSPoint> points;
+        std::string contour;
     };
-    const std::vector<Cas> cas{
-        {NSMinXEdge,
-         {{130, 20}, {20, 31}}, // middle 35.5, rounded to 36, half a point up
-         "mllllclclclcz",
-         {{109.5, 17.5},
-          {109.5, 26.5},
-          {119.5, 36.5},
-          {109.5, 46.5},
-          {109.5, 62.5},
-          {102.5, 69.5},
-          {17.5, 69.5},
-          {10.5, 62.5},
-          {10.5, 17.5},
-          {17.5, 10.5},
-          {102.5, 10.5},
-          {109.5, 17.5}}},
-        {NSMinYEdge,
-         {{40, 90}, {40, 20}},
-         "mlcllllclclcz",
-         {{109.5, 17.5},
-          {109.5, 62.5},
-          {102.5, 69.5},
-          {70.5, 69.5},
-          {60.5, 79.5},
-          {50.5, 69.5},
-          {17.5, 69.5},
-          {10.5, 62.5},
-          {10.5, 17.5},
-          {17.5, 10.5},
-          {102.5, 10.5},
-          {109.5, 17.5}}},
-        {NSMaxXEdge,
-         {{-30, 20}, {20, 31}},
-         "mlclcllllclcz",
-         {{109.5, 17.5},
-          {109.5, 62.5},
-          {102.5, 69.5},
-          {17.5, 69.5},
-          {10.5, 62.5},
-          {10.5, 45.5},
-          {0.5, 35.5},
-          {10.5, 25.5},
-          {10.5, 17.5},
-          {17.5, 10.5},
-          {102.5, 10.5},
-          {109.5, 17.5}}},
-        {NSMaxYEdge,
-         {{40, -30}, {40, 20}},
-         "mlclclcllllcz",
-         {{109.5, 17.5},
-          {109.5, 62.5},
-          {102.5, 69.5},
-          {17.5, 69.5},
-          {10.5, 62.5},
-          {10.5, 17.5},
-          {17.5, 10.5},
-          {49.5, 10.5},
-          {59.5, 0.5},
-          {69.5, 10.5},
-          {102.5, 10.5},
-          {109.5, 17.5}}},
-        {4,
-         {{40, -30}, {40, 20}},
-         "mlclclclcz",
-         {{109.5, 17.5},
-          {109.5, 62.5},
-          {102.5, 69.5},
-          {17.5, 69.5},
-          {10.5, 62.5},
-          {10.5, 17.5},
-          {17.5, 10.5},
-          {102.5, 10.5},
-          {109.5, 17.5}}},
-    };
-    for (const Cas& c : cas) {
-        const ContourPopover contour = contourPopover(kExterieur, c.ancre, kBounds, c.edge);
-        EXPECT_EQ(pointsDe(contour), c.points) << "edge " << c.edge;
-        EXPECT_EQ(sortesDe(contour), c.sortes) << "edge " << c.edge;
-    }
-}
-
-TEST(ContourPopoverTest, CornersHaveBothControlPointsOnTheCorner) {
-    const ContourPopover contour = contourPopover(kExterieur, {{40, -30}, {40, 20}}, kBounds, NSMaxYEdge);
-    std::vector<NSPoint> coins;
-    for (const ElementContour& e : contour.elements())
-        if (e.sorte == Sorte::courbe) coins.push_back(e.controle);
-    const std::vector<NSPoint> voulus{{109.5, 69.5}, {10.5, 69.5}, {10.5, 10.5}, {109.5, 10.5}};
-    EXPECT_EQ(coins, voulus);
+    for (const Cas& c : {
+             // Its middle is 35.5, rounded to 36, half a point up on this edge and down on the opposite one.
+             Cas{NSMinXEdge,
+                 {{130, 20}, {20, 31}},
+                 debut + "l 109.5 26.5 l 119.5 36.5 l 109.5 46.5 " + haut + gauche + bas + fin},
+             Cas{NSMinYEdge,
+                 {{40, 90}, {40, 20}},
+                 debut + haut + "l 70.5 69.5 l 60.5 79.5 l 50.5 69.5 " + gauche + bas + fin},
+             Cas{NSMaxXEdge,
+                 {{-30, 20}, {20, 31}},
+                 debut + haut + gauche + "l 10.5 45.5 l 0.5 35.5 l 10.5 25.5 " + bas + fin},
+             Cas{NSMaxYEdge,
+                 {{40, -30}, {40, 20}},
+                 debut + haut + gauche + bas + "l 49.5 10.5 l 59.5 0.5 l 69.5 10.5 " + fin},
+             Cas{4, {{40, -30}, {40, 20}}, debut + haut + gauche + bas + fin},
+         })
+        EXPECT_EQ(texteDe(contourPopover({{10, 10}, {100, 60}}, c.ancre, {{0, 0}, {120, 80}}, c.edge)), c.contour);
 }
 
 TEST(ContourPopoverTest, TheArrowsCentreFollowsTheVisibleMiddle) {
     struct Cas {
         const char* quoi;
         NSUInteger edge;
-        NSRect r, ancre, bounds;
+        NSRect r, ancre;
         CGFloat centre;
+        NSSize vue{120, 120};
     };
-    const NSRect r{{10, 10}, {100, 100}}, b{{0, 0}, {120, 120}};
+    const NSRect r{{10, 10}, {100, 100}}, grand{{-20, -20}, {100, 100}};
     for (const Cas& c : {
-             Cas{"7.5 on edge 0", NSMinXEdge, {{-20, -20}, {100, 100}}, {{60, 5}, {1, 5}}, b, 8.5},
-             Cas{"7.5 on edge 2", NSMaxXEdge, {{-20, -20}, {100, 100}}, {{60, 5}, {1, 5}}, b, 7.5},
-             Cas{"6.5 on edge 1", NSMinYEdge, {{-20, -20}, {100, 100}}, {{4, 60}, {5, 1}}, b, 7.5},
-             Cas{"6.5 on edge 3", NSMaxYEdge, {{-20, -20}, {100, 100}}, {{4, 60}, {5, 1}}, b, 6.5},
-             Cas{"the part inside the view of a wide anchor", NSMinYEdge, r, {{40, 150}, {1000, 10}}, b, 80.5},
-             Cas{"held at the lower end", NSMaxYEdge, r, {{0, -20}, {6, 10}}, b, 20.5},
-             Cas{"held at the upper end", NSMinXEdge, r, {{130, 110}, {6, 10}}, b, 99.5},
-             Cas{"on a short side the lower limit wins",
+             Cas{"7.5 on edge 0", NSMinXEdge, grand, {{60, 5}, {1, 5}}, 8.5},
+             Cas{"7.5 on edge 2", NSMaxXEdge, grand, {{60, 5}, {1, 5}}, 7.5},
+             Cas{"6.5 on edge 1", NSMinYEdge, grand, {{4, 60}, {5, 1}}, 7.5},
+             Cas{"6.5 on edge 3", NSMaxYEdge, grand, {{4, 60}, {5, 1}}, 6.5},
+             Cas{"the part inside the view of a wide anchor", NSMinYEdge, r, {{40, 150}, {1000, 10}}, 80.5},
+             Cas{"held at the lower end", NSMaxYEdge, r, {{0, -20}, {6, 10}}, 20.5},
+             Cas{"held at the upper end", NSMinXEdge, r, {{130, 110}, {6, 10}}, 99.5},
+             Cas{"too short: the lower limit wins",
                  NSMinYEdge,
                  {{10, 10}, {16, 60}},
                  {{0, 90}, {30, 10}},
-                 {{0, 0}, {36, 80}},
-                 20.5},
+                 20.5,
+                 {36, 80}},
              Cas{"single precision",
                  NSMinYEdge,
                  {{-1e9, 0}, {2e9, 10}},
                  {{16777217, 0}, {0.5, 1}},
-                 {{0, 0}, {1e9, 10}},
-                 16777218.5},
+                 16777218.5,
+                 {1e9, 10}},
          })
-        EXPECT_EQ(centreFleche(c.r, c.ancre, c.bounds, c.edge), c.centre) << c.quoi;
+        EXPECT_EQ(centreFleche(c.r, c.ancre, {{0, 0}, c.vue}, c.edge), c.centre) << c.quoi;
 }
 
 TEST(ContourPopoverTest, ThreeTipsFollowTheBoundsOrigin) {
     const NSRect bounds{{5, 6}, {120, 80}}, r = NSInsetRect(bounds, 10, 10);
     const auto pointe = [&](NSUInteger edge) {
         NSPoint loin = r.origin;
-        for (const NSPoint& p : pointsDe(contourPopover(r, {{40, 40}, {10, 10}}, bounds, edge)))
-            if (!NSPointInRect(p, r)) loin = p;
+        const ContourPopover contour = contourPopover(r, {{40, 40}, {10, 10}}, bounds, edge);
+        for (const ElementContour& e : contour.elements())
+            if (e.sorte != Sorte::fermeture && !NSPointInRect(e.point, r)) loin = e.point;
         return loin;
     };
     EXPECT_EQ(pointe(NSMinXEdge).x, 124.5);

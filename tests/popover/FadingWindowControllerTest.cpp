@@ -119,31 +119,27 @@ TEST_F(FadingWindowControllerTest, AlphaGoesByStepsInSinglePrecision) {
     }
 }
 
-TEST_F(FadingWindowControllerTest, TheUsualFadeTakesTwentyStepsAndOneToStop) {
-    montreA(0);
-    c->startFadeIn();
-    int pas_ = 1;
-    while (c->isFadingIn() && pas_ < 100) {
-        (void)pas();
-        ++pas_;
+TEST_F(FadingWindowControllerTest, AFadeTakesTwentyStepsAtMostAndOneToStop) {
+    struct Row {
+        CGFloat alpha;
+        bool entre;
+        int pas;
+    };
+    for (const Row& row : {Row{0, true, 21}, Row{1, true, 1}, Row{1, false, 21}, Row{0, false, 1}}) {
+        SCOPED_TRACE(testing::Message() << row.alpha << row.entre);
+        montreA(row.alpha);
+        row.entre ? c->startFadeIn() : c->startFadeOut();
+        int faits = 1;
+        for (; (c->isFadingIn() || c->isFadingOut()) && faits < 100; ++faits)
+            (void)pas();
+        EXPECT_EQ(faits, row.pas);
+        EXPECT_EQ(fenetre->isVisible(), row.entre);
+        if (row.entre)
+            EXPECT_THAT(taken(), ElementsAre("will in", "did in"));
+        else
+            EXPECT_THAT(taken(), ElementsAre("will out", "did out"));
     }
-    EXPECT_EQ(pas_, 21);
-    c->stopFadeOut();
-}
-
-TEST_F(FadingWindowControllerTest, AFullWindowStopsAtItsFirstStep) {
-    montreA(1);
-    c->startFadeIn();
-    EXPECT_FALSE(c->isFadingIn());
-    EXPECT_THAT(taken(), ElementsAre("will in", "did in"));
-    c->stopFadeOut();
-}
-
-TEST_F(FadingWindowControllerTest, AnEmptyOneClosesAtItsFirstStepOut) {
-    montreA(0);
-    c->startFadeOut();
-    EXPECT_FALSE(fenetre->isVisible());
-    EXPECT_THAT(taken(), ElementsAre("will out", "did out"));
+    c->stopFadeOut(); // closes what came in
 }
 
 TEST_F(FadingWindowControllerTest, WithoutStepsTheAlphaIsLeftAlone) {

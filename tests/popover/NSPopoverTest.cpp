@@ -20,46 +20,11 @@ using testing::IsEmpty;
 
 namespace {
 
-class Delegue : public NSObject {
-public:
-    static void describe(ClassDescription<Delegue>& c) {
-        c.answers<&Delegue::shouldClose>(op::popoverShouldClose);
-        c.answers<&Delegue::detachableWindow>(op::detachableWindowForPopover);
-        c.answers<&Delegue::willShow>(op::popoverWillShow);
-        c.answers<&Delegue::didShow>(op::popoverDidShow);
-        c.answers<&Delegue::willClose>(op::popoverWillClose);
-        c.answers<&Delegue::didClose>(op::popoverDidClose);
-    }
-    explicit Delegue(Log& log) : log_(log) {}
-    BOOL permet = YES;
-    Ref<NSWindow> fenetre;
-
-    BOOL shouldClose(NSObject*) {
-        log_.emplace_back("should close");
-        return permet;
-    }
-    NSWindow* detachableWindow(NSObject*) { return fenetre; }
-    void willShow(NSNotification* n) { dit("will show", n); }
-    void didShow(NSNotification* n) { dit("did show", n); }
-    void willClose(NSNotification* n) { dit("will close", n); }
-    void didClose(NSNotification* n) { dit("did close", n); }
-
-private:
-    void dit(std::string quoi, NSNotification* n) {
-        const NSDictionary* info = n->userInfo();
-        const auto* pourquoi = info ? info->get<NSString>(NSPopoverCloseReasonKey.get()) : nullptr;
-        if (pourquoi && pourquoi->isEqualToString(NSPopoverCloseReasonDetachToWindow)) quoi += " to window";
-        const auto* p = as<NSPopover>(n->object());
-        log_.push_back(quoi + (p->isShown() ? " shown" : ""));
-    }
-    Log& log_;
-};
-
 class NSPopoverTest : public PopoverFixture {
 protected:
     void SetUp() override {
         PopoverFixture::SetUp();
-        delegue = make<Delegue>(log);
+        delegue = make<DelegueSysteme>(log);
         p = make<NSPopover>();
         p->setDelegate(delegue);
         const Ref<NSViewController> c = make<NSViewController>();
@@ -83,7 +48,7 @@ protected:
         return parent->convertRectToScreen(ancre->convertRect_toView(ancre->bounds(), nullptr));
     }
 
-    Ref<Delegue> delegue;
+    Ref<DelegueSysteme> delegue;
     Ref<NSPopover> p;
 };
 
@@ -162,11 +127,11 @@ TEST_F(NSPopoverTest, ShowingAndClosingAreToldInOrder) {
     const Ref<NSObject> jeton = NSNotificationCenter::defaultCenter()->addObserverForName_object_queue_usingBlock(
         nullptr, p, nullptr, [&](NSNotification* n) { postees.push_back(n->name()->utf8()); });
     p->showRelativeToRect_ofView_preferredEdge(NSZeroRect, ancre, NSMaxYEdge);
-    EXPECT_THAT(taken(), ElementsAre("will show shown"));
+    EXPECT_THAT(taken(), ElementsAre(kVaMontrer));
     EXPECT_EQ(p->window_()->alphaValue(), 0);
     pass(kFondu);
     EXPECT_EQ(p->window_()->alphaValue(), 1);
-    EXPECT_THAT(taken(), ElementsAre("did show shown"));
+    EXPECT_THAT(taken(), ElementsAre(kMontre));
     EXPECT_EQ(p->window_()->parentWindow(), parent.get());
     EXPECT_EQ(corps().size, kContenu.size);
     EXPECT_EQ(NSMinY(corps()), NSMaxY(ancreEcran()) + balloon::kArrowLength);
@@ -175,9 +140,9 @@ TEST_F(NSPopoverTest, ShowingAndClosingAreToldInOrder) {
     p->close();
     EXPECT_TRUE(p->isShown());
     p->close();
-    EXPECT_THAT(taken(), ElementsAre("will close shown"));
+    EXPECT_THAT(taken(), ElementsAre(kVaFermer));
     pass(kFondu);
-    EXPECT_THAT(taken(), ElementsAre("did close"));
+    EXPECT_THAT(taken(), ElementsAre(kFerme));
     EXPECT_EQ(p->window_(), nullptr);
     EXPECT_EQ(p->contentViewController()->view()->superview(), nullptr);
     NSNotificationCenter::defaultCenter()->removeObserver(jeton);
@@ -187,7 +152,7 @@ TEST_F(NSPopoverTest, ShowingAndClosingAreToldInOrder) {
     p->setAnimates(NO);
     p->showRelativeToRect_ofView_preferredEdge(NSZeroRect, ancre, NSMaxYEdge);
     p->close();
-    EXPECT_THAT(taken(), ElementsAre("will show shown", "did show shown", "will close shown", "did close"));
+    EXPECT_THAT(taken(), ElementsAre(kVaMontrer, kMontre, kVaFermer, kFerme));
 }
 
 TEST_F(NSPopoverTest, ItsBehaviourSaysWhatCloses) {
@@ -312,7 +277,7 @@ TEST_F(NSPopoverTest, ItFollowsItsAnchorAndGoesWithIt) {
         else
             parent->miniaturize(nullptr);
         EXPECT_FALSE(p->isShown());
-        EXPECT_THAT(taken(), ElementsAre("will close shown", "did close"));
+        EXPECT_THAT(taken(), ElementsAre(kVaFermer, kFerme));
         if (!ferme) parent->deminiaturize(nullptr);
         drain();
     }
@@ -366,7 +331,8 @@ TEST_F(NSPopoverTest, DraggedOffItBecomesTheDelegatesWindow) {
     const NSRect avant = corps();
     delegue->fenetre = windowAt({{0, 0}, {10, 10}});
     traine(50, 40);
-    EXPECT_THAT(taken(), ElementsAre("will close to window shown", "did close to window"));
+    EXPECT_THAT(taken(), ElementsAre("NSPopoverWillCloseNotification to window shown",
+                                     "NSPopoverDidCloseNotification to window"));
     EXPECT_FALSE(p->isShown());
     NSWindow* w = delegue->fenetre;
     EXPECT_TRUE(w->isVisible());
@@ -401,7 +367,7 @@ TEST_F(NSPopoverTest, OddCallsAreTakenWell) {
     taken();
     montreLe(77);
     EXPECT_TRUE(p->isShown());
-    EXPECT_THAT(taken(), ElementsAre("did close", "will show shown", "did show shown"));
+    EXPECT_THAT(taken(), ElementsAre(kFerme, kVaMontrer, kMontre));
     // Shown elsewhere while it is up.
     const Ref<NSWindow> autre = windowAt({{50, 50}, {200, 100}});
     autre->orderFront(nullptr);

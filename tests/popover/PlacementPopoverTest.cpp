@@ -16,75 +16,38 @@ namespace {
 constexpr NSRect kEcran{{0, 0}, {1000, 800}};
 
 TEST(PlacementPopoverTest, EachEdgeShrinksAndSlidesTheBalloon) {
+    constexpr NSUInteger aucun = 7, gauche = NSMinXEdge, dessous = NSMinYEdge, droite = NSMaxXEdge, dessus = NSMaxYEdge;
+    constexpr NSSize taille{200, 100};
     struct Cas {
         const char* quoi;
         NSUInteger edge;
-        NSRect ancre, visible;
-        NSSize taille;
+        NSPoint ancre; ///< of 40 by 20
         NSRect rect;
+        NSSize voulue = taille;
+        NSRect visible = kEcran;
     };
     for (const Cas& c : {
-             Cas{"left", NSMinXEdge, {{500, 400}, {40, 20}}, kEcran, {200, 100}, {{300, 360}, {200, 100}}},
-             Cas{"below", NSMinYEdge, {{500, 400}, {40, 20}}, kEcran, {200, 100}, {{420, 300}, {200, 100}}},
-             Cas{"right", NSMaxXEdge, {{500, 400}, {40, 20}}, kEcran, {200, 100}, {{540, 360}, {200, 100}}},
-             Cas{"above", NSMaxYEdge, {{500, 400}, {40, 20}}, kEcran, {200, 100}, {{420, 420}, {200, 100}}},
-             Cas{"no edge", 7, {{500, 400}, {40, 20}}, kEcran, {200, 100}, {{500, 400}, {200, 100}}},
-             Cas{"no edge, slid", 7, {{900, 750}, {40, 20}}, kEcran, {200, 100}, {{800, 700}, {200, 100}}},
-             Cas{"above, slid from the left",
-                 NSMaxYEdge,
-                 {{10, 400}, {40, 20}},
-                 kEcran,
-                 {200, 100},
-                 {{0, 420}, {200, 100}}},
-             Cas{"above, slid from the right",
-                 NSMaxYEdge,
-                 {{970, 400}, {20, 20}},
-                 kEcran,
-                 {200, 100},
-                 {{800, 420}, {200, 100}}},
-             Cas{"above, shrunk", NSMaxYEdge, {{500, 700}, {40, 20}}, kEcran, {200, 100}, {{420, 720}, {200, 80}}},
-             Cas{"below, shrunk", NSMinYEdge, {{500, 70}, {40, 20}}, kEcran, {200, 100}, {{420, 0}, {200, 70}}},
-             Cas{"left, shrunk", NSMinXEdge, {{150, 400}, {40, 20}}, kEcran, {200, 100}, {{0, 360}, {150, 100}}},
-             Cas{"right, shrunk", NSMaxXEdge, {{850, 400}, {40, 20}}, kEcran, {200, 100}, {{890, 360}, {110, 100}}},
-             Cas{"above, wider than the screen",
-                 NSMaxYEdge,
-                 {{500, 400}, {40, 20}},
-                 kEcran,
-                 {1200, 100},
-                 {{0, 420}, {1000, 100}}},
-             Cas{"right of an anchor past the left edge",
-                 NSMaxXEdge,
-                 {{-300, 400}, {40, 20}},
-                 kEcran,
-                 {200, 100},
-                 {{0, 360}, {200, 100}}},
-             Cas{"left of an anchor past the right edge",
-                 NSMinXEdge,
-                 {{1200, 400}, {40, 20}},
-                 kEcran,
-                 {200, 100},
-                 {{800, 360}, {200, 100}}},
-             Cas{"left of an anchor past the left edge: less than no room",
-                 NSMinXEdge,
-                 {{-60, 400}, {40, 20}},
-                 kEcran,
-                 {200, 100},
-                 {{0, 360}, {-60, 100}}},
-             Cas{"above an anchor past the top",
-                 NSMaxYEdge,
-                 {{500, 830}, {40, 20}},
-                 kEcran,
-                 {200, 100},
-                 {{420, 850}, {200, -50}}},
-             Cas{"a screen elsewhere",
-                 NSMaxYEdge,
-                 {{-490, 900}, {40, 20}},
-                 {{-500, 800}, {600, 300}},
-                 {200, 100},
-                 {{-500, 920}, {200, 100}}},
-             Cas{"no anchor, no screen", NSMaxYEdge, {}, {}, {200, 100}, {{0, 0}, {0, 0}}},
+             Cas{"left", gauche, {500, 400}, {{300, 360}, taille}},
+             Cas{"below", dessous, {500, 400}, {{420, 300}, taille}},
+             Cas{"right", droite, {500, 400}, {{540, 360}, taille}},
+             Cas{"above", dessus, {500, 400}, {{420, 420}, taille}},
+             Cas{"no edge", aucun, {500, 400}, {{500, 400}, taille}},
+             Cas{"no edge, slid", aucun, {900, 750}, {{800, 700}, taille}},
+             Cas{"slid from the left", dessus, {10, 400}, {{0, 420}, taille}},
+             Cas{"slid from the right", dessus, {960, 400}, {{800, 420}, taille}},
+             Cas{"above, shrunk", dessus, {500, 700}, {{420, 720}, {200, 80}}},
+             Cas{"below, shrunk", dessous, {500, 70}, {{420, 0}, {200, 70}}},
+             Cas{"left, shrunk", gauche, {150, 400}, {{0, 360}, {150, 100}}},
+             Cas{"right, shrunk", droite, {850, 400}, {{890, 360}, {110, 100}}},
+             Cas{"wider than the screen", dessus, {500, 400}, {{0, 420}, {1000, 100}}, {1200, 100}},
+             Cas{"right of an anchor past the left edge", droite, {-300, 400}, {{0, 360}, taille}},
+             Cas{"left of an anchor past the right edge", gauche, {1200, 400}, {{800, 360}, taille}},
+             Cas{"past the left edge: less than no room", gauche, {-60, 400}, {{0, 360}, {-60, 100}}},
+             Cas{"above an anchor past the top", dessus, {500, 830}, {{420, 850}, {200, -50}}},
+             Cas{"elsewhere", dessus, {-490, 900}, {{-500, 920}, taille}, taille, {{-500, 800}, {600, 300}}},
          })
-        EXPECT_EQ(rectPopover({c.ancre, c.visible}, c.edge, c.taille), c.rect) << c.quoi;
+        EXPECT_EQ(rectPopover({{c.ancre, {40, 20}}, c.visible}, c.edge, c.voulue), c.rect) << c.quoi;
+    EXPECT_EQ(rectPopover({}, dessus, taille), NSZeroRect) << "no anchor, no screen";
 }
 
 TEST(PlacementPopoverTest, TheBestEdgeIsTheLargest) {

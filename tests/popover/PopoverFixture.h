@@ -5,7 +5,9 @@
 #include <appkit/AppFixture.h>
 
 #include <libvue/platform/appkit/NSPanel.h>
+#include <libvue/platform/appkit/NSPopover.h>
 #include <libvue/platform/appkit/NSViewController.h>
+#include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/popover/KCPopover.h>
 #include <libvue/popover/MaFenetre.h>
 #include <libvue/popover/VueFirstResponder.h>
@@ -33,6 +35,50 @@ public:
 private:
     Log& log_;
 };
+
+/// The delegate of a system popover, or of a wrapper: logs what it is told, and answers what it is asked.
+class DelegueSysteme : public NSObject {
+public:
+    static void describe(ClassDescription<DelegueSysteme>& c) {
+        c.answers<&DelegueSysteme::shouldClose>(op::popoverShouldClose);
+        c.answers<&DelegueSysteme::detachableWindow>(op::detachableWindowForPopover);
+        for (const auto* dit : {&op::popoverWillShow, &op::popoverDidShow, &op::popoverWillClose, &op::popoverDidClose})
+            c.answers<&DelegueSysteme::note>(*dit);
+    }
+    explicit DelegueSysteme(Log& log) : log_(log) {}
+    BOOL permet = YES;
+    Ref<NSWindow> fenetre;
+    Weak<NSObject> de;   ///< who spoke last
+    bool raison = false; ///< whether it told why
+
+    BOOL shouldClose(NSObject* p) {
+        de = p;
+        log_.emplace_back("should close");
+        return permet;
+    }
+    NSWindow* detachableWindow(NSObject* p) {
+        de = p;
+        return fenetre;
+    }
+    void note(NSNotification* n) {
+        de = n->object();
+        std::string quoi = n->name()->utf8();
+        const NSDictionary* info = n->userInfo();
+        const auto* pourquoi = info ? info->get<NSString>(NSPopoverCloseReasonKey.get()) : nullptr;
+        raison = pourquoi != nullptr;
+        if (raison && pourquoi->isEqualToString(NSPopoverCloseReasonDetachToWindow)) quoi += " to window";
+        const auto* p = as<NSPopover>(n->object());
+        log_.push_back(quoi + (p && p->isShown() ? " shown" : ""));
+    }
+
+private:
+    Log& log_;
+};
+
+inline constexpr const char *kVaMontrer = "NSPopoverWillShowNotification shown",
+                            *kMontre = "NSPopoverDidShowNotification shown",
+                            *kVaFermer = "NSPopoverWillCloseNotification shown",
+                            *kFerme = "NSPopoverDidCloseNotification";
 
 /// An anchor window with an anchor view, and a balloon on it.
 struct PopoverFixture : AppFixture {

@@ -2,13 +2,11 @@
 
 #include <cmath>
 
+#include <libvue/platform/appkit/BalloonDrawing.h>
 #include <libvue/platform/appkit/BalloonPlacement.h>
 #include <libvue/platform/appkit/NSEvent.h>
-#include <libvue/platform/appkit/NSWindowShadow.h>
 #include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/NSColor.h>
-#include <libvue/platform/graphics/NSGraphicsContext.h>
-#include <libvue/platform/graphics/NSShadow.h>
 #include <libvue/platform/graphics/Palette.h>
 
 namespace libvue {
@@ -18,7 +16,8 @@ using namespace balloon;
 namespace {
 
 constexpr CGFloat kDragStart = 4; ///< points that the pointer moves before a press becomes a drag
-constexpr CGFloat kShadowBlur = 10, kShadowDrop = 3, kShadowAlpha = 0.28, kTipRounding = 3;
+constexpr CGFloat kTipRounding = 3;
+constexpr BalloonDrawing::Shadow kShadow{.blur = 10, .drop = 3, .alpha = 0.28};
 /// A quarter of a circle, as the control points of a curve.
 constexpr CGFloat kRound = 0.5523;
 
@@ -105,20 +104,10 @@ public:
         const NSRect anchor = window()->convertRectFromScreen(p->anchorOnScreen_());
         const CGFloat centre = balloonArrowCentre(r, anchor, edge) - (across ? NSMinX(r) : NSMinY(r));
         const Ref<NSBezierPath> outline = Outline(r, edge).withArrow(centre);
-        NSGraphicsContext::saveGraphicsState();
-        if (drawsShadowOf(window())) {
-            const Ref<NSShadow> shadow = make<NSShadow>();
-            shadow->setShadowBlurRadius(kShadowBlur);
-            shadow->setShadowOffset({0, -kShadowDrop});
-            shadow->setShadowColor(NSColor::shadowColor()->colorWithAlphaComponent(kShadowAlpha));
-            shadow->set();
-        }
-        NSColor::systemColor(SystemColor::menuBackground)->setFill();
-        outline->fill();
-        NSGraphicsContext::restoreGraphicsState();
-        NSColor::separatorColor()->setStroke();
         outline->setLineWidth(1);
-        outline->stroke();
+        const Ref<NSColor> fill(NSColor::systemColor(SystemColor::menuBackground));
+        const BalloonDrawing::Line border{outline, NSColor::separatorColor()};
+        drawBalloon(window(), {bounds().size, NSInsetRect(r, kRadius, kRadius), outline, fill, {&border, 1}, kShadow});
     }
 
     void resizeSubviewsWithOldSize(const NSSize&) override { fit(); }

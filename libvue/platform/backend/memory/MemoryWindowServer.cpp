@@ -370,10 +370,15 @@ std::shared_ptr<Picture> MemoryWindowServer::surface(WindowId w) {
 void MemoryWindowServer::present(WindowId w, std::span<const NSRect> dirty) {
     MemoryWindow* at = find(w);
     if (!at || !at->surface || dirty.empty()) return;
-    if (!at->presented) at->presented = graphics_.makePicture(at->content.size, scale(w));
+    const bool isNew = !at->presented, isWhole = dirty.size() == 1 && dirty[0] == NSRect{{}, at->content.size};
+    if (isNew && isWhole)
+        at->presented = graphics_.copy(*at->surface);
+    else if (isNew)
+        at->presented = graphics_.makePicture(at->content.size, scale(w));
     if (!at->presented) return;
     at->lastPresented.assign(dirty.begin(), dirty.end());
     ++at->presents;
+    if (isNew && isWhole) return;
     std::vector<NSRect> whole;
     whole.reserve(dirty.size());
     for (const NSRect& r : dirty) {

@@ -17,6 +17,7 @@
 #include <libvue/platform/backend/qt/QtApplication.h>
 #include <libvue/platform/backend/qt/QtWindowHints.h>
 #include <libvue/platform/backend/qt/QtWindowServer.h>
+#include <libvue/platform/backend/qt/RasterMemory.h>
 #include <libvue/platform/backend/qt/RasterPath.h>
 #include <libvue/platform/backend/qt/RasterPicture.h>
 
@@ -350,9 +351,8 @@ void QtWindow::noteScale() {
 
 std::shared_ptr<Picture> QtWindow::surface() {
     if (!surface_) {
-        QImage image(inPixels(size_, scale_), QImage::Format_ARGB32_Premultiplied);
+        QImage image = transparentImage(inPixels(size_, scale_));
         if (image.isNull()) return nullptr;
-        image.fill(Qt::transparent);
         surface_ = wrapImage(std::move(image), scale_);
         surface_->setOnScreen(true);
     }

@@ -11,19 +11,12 @@
 #include <libvue/platform/backend/qt/PdfCanvas.h>
 #include <libvue/platform/backend/qt/QtApplication.h>
 #include <libvue/platform/backend/qt/RasterCanvas.h>
+#include <libvue/platform/backend/qt/RasterMemory.h>
 #include <libvue/platform/backend/qt/RasterPicture.h>
 
 namespace libvue::backend {
 
 namespace {
-
-constexpr double largestPicture = 100e6; // pixels
-constexpr double largestSide = 32767;
-
-bool isReasonable(double width, double height) {
-    return width >= 1 && height >= 1 && width <= largestSide && height <= largestSide &&
-           width * height <= largestPicture;
-}
 
 std::shared_ptr<RasterPicture> refuse(std::string* error, std::string reason) {
     if (error != nullptr) *error = std::move(reason);
@@ -43,16 +36,15 @@ public:
         // A little more than a whole number of pixels is a whole number that was rounded.
         const double width = std::ceil(size.width * scale - 1e-6);
         const double height = std::ceil(size.height * scale - 1e-6);
-        if (!isReasonable(width, height)) return nullptr;
-        QImage image(static_cast<int>(width), static_cast<int>(height), QImage::Format_ARGB32_Premultiplied);
+        if (!isReasonablePicture(width, height)) return nullptr;
+        QImage image = transparentImage(QSize(static_cast<int>(width), static_cast<int>(height)));
         if (image.isNull()) return nullptr;
-        image.fill(0);
         return std::make_shared<RasterPicture>(std::move(image), NSSize{width / scale, height / scale});
     }
 
     std::shared_ptr<Picture> makePicture(std::span<const std::uint32_t> pixels, int pixelWidth, int pixelHeight,
                                          NSSize size) override {
-        if (!isReasonable(pixelWidth, pixelHeight) || !(size.width > 0) || !(size.height > 0)) return nullptr;
+        if (!isReasonablePicture(pixelWidth, pixelHeight) || !(size.width > 0) || !(size.height > 0)) return nullptr;
         const auto width = static_cast<std::size_t>(pixelWidth);
         if (pixels.size() < width * static_cast<std::size_t>(pixelHeight)) return nullptr;
         QImage image(pixelWidth, pixelHeight, QImage::Format_ARGB32_Premultiplied);
@@ -80,11 +72,11 @@ public:
         QImageReader reader(&buffer);
         reader.setAutoTransform(true);
         const QSize announced = reader.size();
-        if (announced.isValid() && !isReasonable(announced.width(), announced.height()))
+        if (announced.isValid() && !isReasonablePicture(announced.width(), announced.height()))
             return tooLarge(error, announced);
         QImage image = reader.read();
         if (image.isNull()) return refuse(error, reader.errorString().toStdString());
-        if (!isReasonable(image.width(), image.height())) return refuse(error, "the picture is too large");
+        if (!isReasonablePicture(image.width(), image.height())) return refuse(error, "the picture is too large");
         NSSize size{static_cast<double>(image.width()), static_cast<double>(image.height())};
         // Files that name a resolution are that many dots an inch, and a point is a 72nd of one.
         const double dotsAPoint = image.dotsPerMeterX() * 0.0254 / 72;
@@ -105,7 +97,7 @@ public:
         reader.setAutoTransform(true);
         const QSize announced = reader.size();
         if (announced.isValid()) {
-            if (!isReasonable(announced.width(), announced.height())) return tooLarge(error, announced);
+            if (!isReasonablePicture(announced.width(), announced.height())) return tooLarge(error, announced);
             // The reader turns the picture after it has reduced it.
             const bool turned = reader.transformation() & QImageIOHandler::TransformationRotate90;
             const QSize room = turned ? QSize(pixelHeight, pixelWidth) : QSize(pixelWidth, pixelHeight);
@@ -140,7 +132,7 @@ public:
 
     std::shared_ptr<Picture> copy(const Picture& picture) override {
         const auto& raster = dynamic_cast<const RasterPicture&>(picture);
-        return std::make_shared<RasterPicture>(raster.image().copy(), raster.size());
+        return std::make_shared<RasterPicture>(copyOf(raster.image()), raster.size());
     }
 
     void clear(Picture& picture, const NSRect& rect) override {

@@ -1,5 +1,7 @@
 #include <libvue/platform/backend/qt/RasterTarget.h>
 
+#include <libvue/platform/backend/qt/RasterMemory.h>
+
 namespace libvue::backend {
 
 RasterTarget::RasterTarget(uchar* bits, int width, int height, qsizetype stride, QImage::Format format)
@@ -8,9 +10,7 @@ RasterTarget::RasterTarget(uchar* bits, int width, int height, qsizetype stride,
       stride_(stride),
       opaque_(format == QImage::Format_RGB32) {}
 
-RasterTarget::RasterTarget(const QRect& device)
-    : image_(device.size(), QImage::Format_ARGB32_Premultiplied), origin_(device.topLeft()) {
-    image_.fill(0);
+RasterTarget::RasterTarget(const QRect& device) : image_(transparentImage(device.size())), origin_(device.topLeft()) {
     bits_ = image_.bits();
     stride_ = image_.bytesPerLine();
 }
