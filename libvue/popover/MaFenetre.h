@@ -26,8 +26,8 @@ public:
     /// A drag has reached the window, and its move is still to come.
     [[nodiscard]] BOOL dragEnCours() const noexcept { return dragEnCours_; }
 
-    // What the pointer does in the balloon and nothing there wants ends here: the next responder is for keys, and a view
-    // of the window beneath.
+    // What the pointer does in the balloon and nothing there wants ends here: the next responder is for keys, and a
+    // view of the window beneath.
     void mouseDown(NSEvent*) override {}
     void mouseDragged(NSEvent* e) override;
     void mouseUp(NSEvent*) override {}

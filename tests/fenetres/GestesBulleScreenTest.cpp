@@ -45,7 +45,10 @@ public:
         if (!w->isKeyWindow()) w->makeKeyAndOrderFront(nullptr);
         const std::string titre = w->title()->utf8() + "\n";
         EXPECT_TRUE(attends([&] {
-            return w->isKeyWindow() && output("xdotool getwindowfocus getwindowname") == titre;
+            if (w->isKeyWindow() && output("xdotool getwindowfocus getwindowname") == titre) return true;
+            // A manager that is still at work on another window may give the focus back to that one.
+            backend::Backend::current().windows->activate(w->nativeId_());
+            return false;
         })) << titre
             << " never has the keys";
     }
@@ -155,7 +158,7 @@ TEST_F(GestesBulleScreenTest, OnASecondMonitorItStaysOnThatOne) {
             p->showRelativeToRect_ofView_preferredEdge(ancre->bounds(), ancre, edge);
             EXPECT_TRUE(NSContainsRect(w->screen()->visibleFrame(), p->panel()->frame()));
             EXPECT_GE(NSMinX(p->panel()->frame()), tout.width / 2);
-            EXPECT_EQ(p->edgeTemporaire(), edge == NSMinXEdge ? NSUInteger{NSMaxXEdge} : NSUInteger{NSMaxYEdge});
+            EXPECT_EQ(p->edgeTemporaire(), NSUInteger{NSMaxYEdge});
             p->panel()->close();
         }
         w->close();
