@@ -154,6 +154,13 @@ TEST_F(QtWindowServerTest, theScreenShowsWhatWasPresented) {
     EXPECT_EQ(shown->pixel(120, 80), red) << "not presented";
 }
 
+TEST_F(QtWindowServerTest, aSurfaceBeyondReasonIsRefused) {
+    const WindowId w = server().create(specOf("huge", {{0, 0}, {60000, 60000}}));
+    EXPECT_EQ(server().surface(w), nullptr);
+    server().setContent(w, {{0, 0}, {60, 60}});
+    EXPECT_NE(server().surface(w), nullptr);
+}
+
 TEST_F(QtWindowServerTest, aWindowComesWhereItWasAskedForWithoutMovesOfItsOwn) {
     const NSRect content{{200, 300}, {320, 200}};
     const WindowId w = open(specOf("placed", content), red);
