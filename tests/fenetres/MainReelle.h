@@ -15,7 +15,10 @@ public:
         : jeton_(NSEvent::addLocalMonitorForEventsMatchingMask_handler(NSAnyEventMask, [this](NSEvent* e) {
               ++vus_[e->type()];
               return Ref<NSEvent>(e);
-          })) {}
+          })) {
+        // A test that was broken off may have left a button down, or the pointer where it is in the way.
+        output("xdotool mouseup 1 mouseup 2 mouseup 3 mousemove 1270 1010");
+    }
     ~MainReelle() override { NSEvent::removeMonitor(jeton_); }
     MainReelle(const MainReelle&) = delete;
     MainReelle& operator=(const MainReelle&) = delete;
