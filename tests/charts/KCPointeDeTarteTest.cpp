@@ -71,19 +71,6 @@ TEST_F(KCPointeDeTarteTest, aSweepUnderATenthDrawsNothing) {
     }
 }
 
-TEST_F(KCPointeDeTarteTest, theOutlineIsAWedgeWithItsTipOnTheCentre) {
-    const auto contour = pointe(1)->pointeAvecCentre_avecRayon_avecAngleDeDepart_avecAngleDeFin({10, 20}, 5, 0, 90);
-    ASSERT_EQ(contour->elementCount(), 4);
-    NSPoint p[3];
-    EXPECT_EQ(contour->elementAtIndex_associatedPoints(0, p), NSMoveToBezierPathElement);
-    EXPECT_EQ(p[0], (NSPoint{10, 20}));
-    EXPECT_EQ(contour->elementAtIndex_associatedPoints(1, p), NSLineToBezierPathElement);
-    EXPECT_EQ(p[0], (NSPoint{15, 20}));
-    EXPECT_EQ(contour->elementAtIndex_associatedPoints(2, p), NSCurveToBezierPathElement);
-    EXPECT_EQ(p[2], (NSPoint{10, 25}));
-    EXPECT_EQ(contour->elementAtIndex(3), NSClosePathBezierPathElement);
-}
-
 TEST_F(KCPointeDeTarteTest, theBisectorIsHeldInSinglePrecision) {
     // Worked out with numbers of 32 bits; in double precision each line ends otherwise.
     struct {

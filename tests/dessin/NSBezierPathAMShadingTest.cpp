@@ -53,16 +53,6 @@ TEST_F(DegradeTest, theAxisRunsThroughTheMiddleHeldToTheHalfSize) {
     }
 }
 
-TEST_F(DegradeTest, withoutAnAngleItRunsUpward) {
-    Enregistrement e;
-    linearGradientFillWithStartColor_endColor(path, rouge, bleu);
-    EXPECT_NEAR(e.last().gradient.start.y, 20, 1e-12);
-    EXPECT_NEAR(e.last().gradient.end.y, 50, 1e-12);
-    EXPECT_NEAR(e.last().gradient.end.x, 30, 1e-12);
-    bilinearGradientFillWithOuterColor_innerColor(path, rouge, bleu);
-    EXPECT_NEAR(e.last().gradient.end.y, 50, 1e-12);
-}
-
 TEST_F(DegradeTest, theMirroredFillHasTheOuterColourInItsMiddle) {
     Enregistrement e;
     bilinearGradientFillWithOuterColor_innerColor_angle(path, rouge, bleu, 0);

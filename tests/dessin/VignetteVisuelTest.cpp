@@ -123,14 +123,6 @@ TEST_F(VignetteTest, eachFrameIsTheOneComposedInThePlainWay) {
     }
 }
 
-TEST_F(VignetteTest, theRegionIsWidenedAndHeldInside) {
-    vue->setImageAvecDonnees(donnees);
-    vue->setRectInteret({{0, 0}, {1, 1}});
-    EXPECT_EQ(vue->rectInteret(), (NSRect{{2, 2}, {76, 56}}));
-    vue->setRectInteret({{0.5, 0.5}, {0.25, 0.25}});
-    EXPECT_EQ(vue->rectInteret(), (NSRect{{36, 28}, {28, 23}}));
-}
-
 TEST_F(VignetteTest, anEmptyRegionDrawsNothing) {
     vue->setImageAvecDonnees(donnees);
     const Ref<NSImage> nette = vue->image();
