@@ -3,12 +3,14 @@
 #include <chrono>
 #include <memory>
 #include <stdexcept>
+#include <string>
 #include <vector>
 
 #ifdef LIBVUE_HAVE_WIDGETS
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QString>
 #endif
 
 #include <libvue/alerts/KAlerte.h>
@@ -30,13 +32,23 @@ using Horloge = std::chrono::steady_clock;
 
 double secondes(Horloge::time_point debut) { return std::chrono::duration<double>(Horloge::now() - debut).count(); }
 
-const KAlerteInfo kInfo{u"Remplacer le document « Abricots » ?",
-                        u"La version précédente sera perdue. Les textes se coupent aux mots, et l’alerte s’élargit "
-                        u"un peu quand ils sont longs.",
-                        kDialogueAttention};
+/// Texts that nobody has laid out before: an alert says something new as a rule.
+std::u16string message(int i) {
+    std::u16string s = u"Remplacer le document « Abricots ";
+    for (const char c : std::to_string(i))
+        s += static_cast<char16_t>(c);
+    return s + u" » ?";
+}
+std::u16string explication(int i) {
+    std::u16string s;
+    for (const char c : std::to_string(i))
+        s += static_cast<char16_t>(c);
+    return s + u" versions précédentes seront perdues. Les textes se coupent aux mots, et l’alerte s’élargit un peu "
+               u"quand ils sont longs.";
+}
 
 /// The whole way: a modal alert of three buttons, from the call to its first paint.
-double ouvre() {
+double ouvre(int i) {
     double duree = 0;
     Horloge::time_point debut;
     // The first turn of the alert's own run.
@@ -47,8 +59,9 @@ double ouvre() {
         if (alerte->displayPassCount() == 0) throw std::runtime_error("the alert was not painted");
         NSApp()->abortModal();
     });
+    const KAlerteInfo info{UniChaine(message(i)), UniChaine(explication(i)), kDialogueAttention};
     debut = Horloge::now();
-    (void)KAlerte(nullptr, kInfo, kBoutonOui | kBoutonNon | kBoutonAnnuler, kBoutonOui, kBoutonAnnuler, nullptr);
+    (void)KAlerte(nullptr, info, kBoutonOui | kBoutonNon | kBoutonAnnuler, kBoutonOui, kBoutonAnnuler, nullptr);
     return duree;
 }
 
@@ -65,14 +78,13 @@ protected:
     }
 };
 
-double ouvreQt() {
+double ouvreQt(int i) {
+    const QString titre = QString::fromStdU16String(message(i)), texte = QString::fromStdU16String(explication(i));
     const auto debut = Horloge::now();
     auto boite = std::make_unique<Boite>();
     boite->setIcon(QMessageBox::Warning);
-    boite->setText(QString::fromUtf16(u"Remplacer le document « Abricots » ?"));
-    boite->setInformativeText(
-        QString::fromUtf16(u"La version précédente sera perdue. Les textes se coupent aux mots, et l’alerte s’élargit "
-                           u"un peu quand ils sont longs."));
+    boite->setText(titre);
+    boite->setInformativeText(texte);
     QPushButton* oui = boite->addButton(QStringLiteral("Oui"), QMessageBox::YesRole);
     boite->addButton(QStringLiteral("Non"), QMessageBox::NoRole);
     QPushButton* annuler = boite->addButton(QStringLiteral("Annuler"), QMessageBox::RejectRole);
@@ -98,10 +110,10 @@ banc::Mesures mesureOuverture() {
 #endif
     // In turn, so that a machine that slows down slows both; the first ones warm the caches.
     for (int i = 0; i < ouvertures; ++i) {
-        const double notre = ouvre();
+        const double notre = ouvre(i);
         if (i >= ouvertures / 10) notres.push_back(notre * 1e6);
 #ifdef LIBVUE_HAVE_WIDGETS
-        const double pair = ouvreQt();
+        const double pair = ouvreQt(i);
         if (i >= ouvertures / 10) pairs.push_back(pair * 1e6);
 #endif
     }
