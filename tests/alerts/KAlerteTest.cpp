@@ -188,12 +188,12 @@ TEST_F(KAlerteTest, TheMouseAnswersEachButton) {
 TEST_F(KAlerteTest, TheKindChoosesTheStyleAndTheShortFormsHaveOneButton) {
     const std::pair<int, std::string> signes[] = {{2, "Information"}, {3, "Attention"}, {4, "Erreur"},
                                                   {6, "Attention"},   {0, "Attention"}, {99, "Attention"}};
-    for (const auto& [type, signe] : signes) {
+    for (const auto& s : signes) {
         quandModale([&](NSWindow* a) {
-            EXPECT_EQ(a->contentView()->subviews()[0]->accessibilityDescription().label->utf8(), signe) << type;
+            EXPECT_EQ(a->contentView()->subviews()[0]->accessibilityDescription().label->utf8(), s.second) << s.first;
             windows().key(kRetour);
         });
-        const KAlerteInfo info{u"Message", u"Explication", type};
+        const KAlerteInfo info{u"Message", u"Explication", s.first};
         // A mask above 1 keeps even a notification an alert.
         EXPECT_EQ(KAlerte(nullptr, info, 1 | 2, kBoutonOK, kBoutonAnnuler, nullptr), 1);
     }
