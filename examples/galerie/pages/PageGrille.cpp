@@ -9,11 +9,13 @@
 #include <libvue/collections/KCCollectionView.h>
 #include <libvue/layout/KCFlippedView.h>
 #include <libvue/platform/appkit/NSButton.h>
+#include <libvue/platform/appkit/NSClipView.h>
 #include <libvue/platform/appkit/NSPopUpButton.h>
 #include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/appkit/NSSlider.h>
 #include <libvue/platform/foundation/NSBundle.h>
 #include <libvue/platform/foundation/NSDictionary.h>
+#include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/platform/foundation/NSNumber.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSFont.h>
@@ -82,7 +84,10 @@ public:
         c.answers<&Grilles::imprime>("imprime:");
     }
     Grilles();
-    ~Grilles() override { quitte(); }
+    ~Grilles() override {
+        NSNotificationCenter::defaultCenter()->removeObserver(this);
+        quitte();
+    }
     [[nodiscard]] NSView* vue() const noexcept { return vue_; }
     [[nodiscard]] SourceDeGrille& source() const { return *sources_[static_cast<std::size_t>(choisie_)]; }
     void attends() { source().attends(); }
@@ -94,6 +99,9 @@ private:
     void installe(NSInteger source);
     void quitte();
     void montre(NSUInteger nombre);
+    /// Says how many views there are.
+    void compte();
+    void place(NSNotification*);
     void sourceChoisie(NSObject*) { installe(choix_->indexOfSelectedItem()); }
     void glisse(NSObject*) { montre(nombreDuCran(curseur_->doubleValue(), source().maximum())); }
     void saisi(NSObject*);
@@ -178,6 +186,8 @@ Grilles::Grilles() {
     dit_->setAutoresizingMask(NSViewWidthSizable | NSViewMinYMargin);
     vue_->addSubview(dit_);
     vue_->addSubview(vues_);
+    NSNotificationCenter::defaultCenter()->addObserver<&Grilles::place>(this, NSViewFrameDidChangeNotification,
+                                                                        defilement_->contentView());
     installe(0);
 }
 
@@ -229,9 +239,19 @@ void Grilles::montre(NSUInteger nombre) {
     grille_->setDonnees(source().objets(nombre));
     curseur_->setDoubleValue(cranDuNombre(nombre, maximum));
     champ_->setStringValue(nombreEnTexte(nombre));
-    const auto* bassin = grille_->mesVues();
+    compte();
+}
+
+void Grilles::compte() {
+    const auto* bassin = grille_ ? grille_->mesVues() : nullptr;
     vues_->setStringValue(
         NSString::stringWithFormat(u"%@ vues vivantes"_ns, nombreEnTexte(bassin ? bassin->taille() : 0).get()));
+}
+
+void Grilles::place(NSNotification*) {
+    // A higher window shows more rows before it draws.
+    if (grille_) grille_->ajusteContenu();
+    compte();
 }
 
 void Grilles::saisi(NSObject*) {
@@ -248,6 +268,7 @@ void Grilles::ecarte(NSObject*) {
     const CGFloat e = std::round(ecart_->doubleValue());
     grille_->setEspacement({e, e});
     grille_->resizeSubviewsWithOldSize(NSZeroSize);
+    compte();
 }
 
 void Grilles::dit(NSString* verbe, NSObject* objet) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <list>
 #include <memory>
 #include <optional>
 #include <string>
@@ -114,6 +115,7 @@ private:
     bool clips_ = false, hasRunShadow_ = false, oneLook_ = false;
     mutable std::vector<DrawnLine> drawn_; // empty until the first drawing
     mutable Kept kept_;
+    mutable std::list<const RasterTextLayout*>::iterator keptAt_; // among those whose pixels are kept
 
     [[nodiscard]] std::size_t lineOf(std::size_t index) const;
     [[nodiscard]] std::size_t runAt(std::size_t index) const;

@@ -20,12 +20,10 @@ public:
         static auto* texts = new RenderedTexts;
         return *texts;
     }
-    void touch(const RasterTextLayout& text) {
-        if (!order_.empty() && order_.front() == &text) return;
-        order_.splice(order_.begin(), order_, std::find(order_.begin(), order_.end(), &text));
-    }
+    void touch(const RasterTextLayout& text) { order_.splice(order_.begin(), order_, text.keptAt_); }
     void add(const RasterTextLayout& text) {
         order_.push_front(&text);
+        text.keptAt_ = order_.begin();
         total_ += cost(text);
         while (total_ > limit && order_.size() > 1) {
             const RasterTextLayout& oldest = *order_.back();
@@ -35,7 +33,7 @@ public:
     }
     void remove(const RasterTextLayout& text) {
         total_ -= cost(text);
-        order_.remove(&text);
+        order_.erase(text.keptAt_);
     }
 
 private:
