@@ -329,7 +329,7 @@ TEST_F(PanneauxTest, whoDiesInBetweenLeavesTheDefinedEnd) {
             const auto suit = make<Suiveur>(c);
             suit->reaction = [&](NSView* v, std::size_t rang) {
                 if (rang != 5) return;
-                if (qui == Qui::ancien && temoin) temoin.get()->removeFromSuperview();
+                if (qui == Qui::ancien && temoin) temoin->removeFromSuperview();
                 if (qui == Qui::bande) v->removeFromSuperview();
                 if (qui == Qui::conteneur) c->removeFromSuperview();
                 if (qui == Qui::fenetre) w->close();
