@@ -154,6 +154,7 @@ int KAlerte(FenAlerte* fenetre, const KAlerteInfo& info, int masque, eBoutons de
                             {&autre1, &autre2, &autre3, &autre4, &autre5}});
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): by value, as its callers have always given it.
 int KAlerteRappel(FenAlerte* fenetre, const KAlerteInfo& info, eTypStockeur stockeur, UniChaine cle, int masque,
                   eBoutons defaut, eBoutons annuler, const UniChaine& autre1, const UniChaine& autre2,
                   const UniChaine& autre3, const UniChaine& autre4, const UniChaine& autre5,
