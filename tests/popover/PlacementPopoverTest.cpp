@@ -15,9 +15,10 @@ namespace {
 
 constexpr NSRect kEcran{{0, 0}, {1000, 800}};
 
+constexpr NSSize taille{200, 100};
+
 TEST(PlacementPopoverTest, EachEdgeShrinksAndSlidesTheBalloon) {
     constexpr NSUInteger aucun = 7, gauche = NSMinXEdge, dessous = NSMinYEdge, droite = NSMaxXEdge, dessus = NSMaxYEdge;
-    constexpr NSSize taille{200, 100};
     struct Cas {
         const char* quoi;
         NSUInteger edge;
