@@ -48,8 +48,8 @@ std::string sens(int i) { return "nom féminin, sens " + std::to_string(i % 7); 
 
 Ref<NSDictionary> attributs(CGFloat taille, NSColor* couleur) {
     return NSDictionary::dictionaryWithObjectsAndKeys(
-        {{NSFont::fontWithName_size(u"Helvetica"_ns, taille), NSFontAttributeName.get()},
-         {couleur, NSForegroundColorAttributeName.get()}});
+        {{NSFontAttributeName.get(), NSFont::fontWithName_size(u"Helvetica"_ns, taille)},
+         {NSForegroundColorAttributeName.get(), couleur}});
 }
 
 class Entree : public NSObject {

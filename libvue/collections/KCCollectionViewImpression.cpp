@@ -108,8 +108,8 @@ void KCCollectionView::setNomApp_etCopyright(NSString* nom, NSString* copyright)
 void KCCollectionView::drawPageBorderWithSize(const NSSize& papier) {
     const Ref<KCCollectionView> self(this);
     const auto attributs = NSDictionary::dictionaryWithObjectsAndKeys(
-        {{NSFont::fontWithName_size(u"Helvetica"_ns, 10.0), NSFontAttributeName.get()},
-         {NSColor::blackColor(), NSForegroundColorAttributeName.get()}});
+        {{NSFontAttributeName.get(), NSFont::fontWithName_size(u"Helvetica"_ns, 10.0)},
+         {NSForegroundColorAttributeName.get(), NSColor::blackColor()}});
     if (!nomApp_) nomApp_ = u""_ns;
     if (!copyright_) copyright_ = u""_ns;
     const Ref<NSBundle> application = NSBundle::mainBundle();

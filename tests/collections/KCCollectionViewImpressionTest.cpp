@@ -193,6 +193,7 @@ TEST_F(KCCollectionViewImpressionTest, printHasEachRowOnOnePageWithItsBorder) {
             if (m.mot == "Lexique") {
                 EXPECT_NEAR(m.y, 20, 2.5);
                 EXPECT_NEAR(m.x, 30, 1);
+                EXPECT_NEAR(m.hauteur, 11.2, 1); // of 10 points
             } else if (m.mot == "Droits") {
                 EXPECT_NEAR(m.x + m.largeur / 2, 306, 1);
             } else if (m.mot == std::to_string(m.page) && m.y > 700) {
