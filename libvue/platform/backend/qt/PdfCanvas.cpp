@@ -54,6 +54,12 @@ NSRect boxOf(const Path& path, double margin) {
 
 } // namespace
 
+/// Where drawing is cut beside the box of the clip, in the writer's units.
+struct PdfCanvas::ClipShape {
+    QPainterPath path;
+    std::shared_ptr<const ClipShape> outer;
+};
+
 struct PdfCanvas::Page {
     NSSize size;
     QByteArray bytes;
@@ -61,6 +67,9 @@ struct PdfCanvas::Page {
     QPdfWriter writer;
     QPainter painter;
     Transform base; // points of the page to the writer's units
+    /// What the painter clips to; nothing where it does not. It is set when something is drawn that needs it: each
+    /// change costs a page more than most drawings.
+    std::optional<Clip> clip;
     std::optional<PdfSide> side;
 
     Page(NSSize wanted, std::string_view title, QIODevice* device)
@@ -84,32 +93,24 @@ PdfCanvas::PdfCanvas(NSSize page, std::string_view title, QIODevice* device)
     : page_(std::make_unique<Page>(page, title, device)) {
     resetPage();
 }
-PdfCanvas::~PdfCanvas() {
-    // A page that was given up in the middle.
-    for (std::size_t i = 0; page_->painter.isActive() && i <= saved_.size(); ++i)
-        page_->painter.restore();
-}
+PdfCanvas::~PdfCanvas() = default;
 
 void PdfCanvas::resetPage() {
     page_->side.emplace(page_->size);
     state_ = {};
-    state_.clip = {{0, 0}, page_->size};
+    state_.clip = {{{0, 0}, page_->size}, nullptr};
     saved_.clear();
     layers_.clear();
     layerInk_ = {};
-    page_->painter.save();
 }
 
 void PdfCanvas::beginPage() {
-    for (std::size_t i = 0; i <= saved_.size(); ++i)
-        page_->painter.restore();
+    clipNothing();
     page_->writer.newPage();
     resetPage();
 }
 
 std::vector<std::uint8_t> PdfCanvas::finish() {
-    for (std::size_t i = 0; page_->painter.isActive() && i <= saved_.size(); ++i)
-        page_->painter.restore();
     if (page_->painter.isActive()) page_->painter.end();
     page_->buffer.close();
     return {page_->bytes.begin(), page_->bytes.end()};
@@ -117,7 +118,6 @@ std::vector<std::uint8_t> PdfCanvas::finish() {
 
 void PdfCanvas::save() {
     saved_.push_back(state_);
-    page_->painter.save();
     page_->side->draw([](RasterCanvas& c) { c.save(); });
 }
 
@@ -125,7 +125,6 @@ void PdfCanvas::restore() {
     if (saved_.size() <= (layers_.empty() ? 0 : layers_.back())) return;
     state_ = saved_.back();
     saved_.pop_back();
-    page_->painter.restore();
     page_->side->draw([](RasterCanvas& c) { c.restore(); });
 }
 
@@ -141,11 +140,22 @@ void PdfCanvas::useTransform(const Transform& toUser) {
 
 void PdfCanvas::clip(const Path& path, FillRule rule) {
     page_->side->draw([path, rule](RasterCanvas& c) { c.clip(path, rule); });
-    state_.clip = NSIntersectionRect(state_.clip, state_.user.apply(boxOf(path, 0)));
     QPainterPath converted;
     if (!convertPath(path, {}, rule, converted)) converted.clear();
-    useTransform({});
-    page_->painter.setClipPath(converted, Qt::IntersectClip);
+    narrow(boxOf(path, 0), converted);
+}
+
+bool PdfCanvas::narrowToBox(const NSRect& rect) {
+    const Transform& t = state_.user;
+    if ((t.b != 0 || t.c != 0) && (t.a != 0 || t.d != 0)) return false;
+    state_.clip.box = NSIntersectionRect(state_.clip.box, t.apply(rect));
+    return true;
+}
+
+void PdfCanvas::narrow(const NSRect& box, const QPainterPath& shape) {
+    state_.clip.box = NSIntersectionRect(state_.clip.box, state_.user.apply(box));
+    state_.clip.shape =
+        std::make_shared<const ClipShape>(ClipShape{toQt(state_.user.then(page_->base)).map(shape), state_.clip.shape});
 }
 
 void PdfCanvas::clip(const NSRect& rect) { clip(&rect, 1); }
@@ -156,17 +166,41 @@ void PdfCanvas::clip(const NSRect* rects, std::size_t count) {
     NSRect box = NSZeroRect;
     for (std::size_t i = 0; i < count; ++i)
         if (isFinite(rects[i])) box = NSUnionRect(box, rects[i]);
-    state_.clip = NSIntersectionRect(state_.clip, state_.user.apply(box));
+    if (count == 1 && narrowToBox(box)) return;
     QPainterPath converted;
     converted.setFillRule(Qt::WindingFill);
     for (std::size_t i = 0; i < count; ++i)
         if (!NSIsEmptyRect(rects[i]) && isFinite(rects[i])) converted.addRect(toQt(rects[i]));
-    useTransform({});
-    page_->painter.setClipPath(converted, Qt::IntersectClip);
+    narrow(box, converted);
+}
+
+void PdfCanvas::clipNothing() {
+    if (!page_->clip) return;
+    page_->painter.setClipping(false);
+    page_->clip.reset();
+}
+
+bool PdfCanvas::useClip(const NSRect& ink) { return clipFor(state_.user.apply(ink)); }
+
+bool PdfCanvas::clipFor(const NSRect& box) {
+    const Clip& needed = state_.clip;
+    if (NSIsEmptyRect(needed.box)) return false;
+    if (!needed.shape && isFinite(box) && NSContainsRect(needed.box, box)) {
+        if (page_->clip && (page_->clip->shape || !NSContainsRect(page_->clip->box, box))) clipNothing();
+        return true;
+    }
+    if (page_->clip && page_->clip->shape == needed.shape && NSEqualRects(page_->clip->box, needed.box)) return true;
+    page_->painter.resetTransform();
+    page_->painter.setClipRect(toQt(page_->base.apply(needed.box)), Qt::ReplaceClip);
+    for (const ClipShape* s = needed.shape.get(); s != nullptr; s = s->outer.get())
+        page_->painter.setClipPath(s->path, Qt::IntersectClip);
+    page_->clip = needed;
+    return true;
 }
 
 NSRect PdfCanvas::clipBounds() const {
-    return NSIsEmptyRect(state_.clip) ? NSRect{} : state_.user.inverted().apply(state_.clip);
+    const NSRect& box = state_.clip.box;
+    return NSIsEmptyRect(box) ? NSRect{} : state_.user.inverted().apply(box);
 }
 
 void PdfCanvas::setCompositing(Compositing op) {
@@ -189,7 +223,7 @@ void PdfCanvas::setAntialiasing(bool on) {
     page_->side->draw([on](RasterCanvas& c) { c.setAntialiasing(on); });
 }
 void PdfCanvas::setInterpolation(Interpolation quality) {
-    page_->painter.setRenderHint(QPainter::SmoothPixmapTransform, quality != Interpolation::none);
+    state_.smooth = quality != Interpolation::none;
     page_->side->draw([quality](RasterCanvas& c) { c.setInterpolation(quality); });
 }
 
@@ -276,19 +310,17 @@ void PdfCanvas::castRunShadows(const RasterTextLayout& layout, const Transform& 
 
 void PdfCanvas::place(const QImage& pixels, NSPoint corner) {
     constexpr double units = unitsAPoint / pixelsAPoint;
-    QPainter& painter = page_->painter;
-    painter.save();
-    painter.setOpacity(1);
-    painter.resetTransform();
-    painter.drawImage(QRectF(corner.x * unitsAPoint,
-                             (page_->size.height - corner.y) * unitsAPoint - pixels.height() * units,
-                             pixels.width() * units, pixels.height() * units),
-                      pixels);
-    painter.restore();
+    const NSSize size{pixels.width() / pixelsAPoint, pixels.height() / pixelsAPoint};
+    if (!clipFor({corner, size})) return;
+    page_->painter.resetTransform();
+    page_->painter.drawImage(QRectF(corner.x * unitsAPoint,
+                                    (page_->size.height - corner.y) * unitsAPoint - pixels.height() * units,
+                                    pixels.width() * units, pixels.height() * units),
+                             pixels);
 }
 
 void PdfCanvas::patch(const NSRect& bounds) {
-    const NSRect clipped = NSIntersectionRect(bounds, state_.clip);
+    const NSRect clipped = NSIntersectionRect(bounds, state_.clip.box);
     if (NSIsEmptyRect(clipped) || !isFinite(clipped)) return;
     const RasterPicture& pixels = page_->side->pixels();
     const double height = pixels.pixelHeight();
@@ -300,15 +332,12 @@ void PdfCanvas::patch(const NSRect& bounds) {
     image.fill(Qt::white);
     QPainter(&image).drawImage(QPoint(), pixels.image(), area);
     QPainter& painter = page_->painter;
-    painter.save();
-    painter.setClipping(false);
-    painter.setOpacity(1);
+    clipNothing();
     painter.resetTransform();
     const double units = unitsAPoint / pixelsAPoint;
     // The lower edge of the pixels is that of the page, whose height may be no whole number of them.
     const double top = page_->size.height * unitsAPoint - (height - area.top()) * units;
     painter.drawImage(QRectF(area.left() * units, top, area.width() * units, area.height() * units), image);
-    painter.restore();
 }
 
 void PdfCanvas::fill(const Path& path, FillRule rule, const Color& color) {
@@ -316,7 +345,7 @@ void PdfCanvas::fill(const Path& path, FillRule rule, const Color& color) {
     if (!isPlain(state_.op, color.alpha * state_.alpha, boxOf(path, 1), [&](Canvas& c) { c.fill(path, rule, color); }))
         return;
     QPainterPath converted;
-    if (!convertPath(path, {}, rule, converted)) return;
+    if (!convertPath(path, {}, rule, converted) || !useClip(boxOf(path, 0))) return;
     useTransform({});
     page_->painter.fillPath(converted, toQt(color, state_.alpha));
 }
@@ -325,7 +354,8 @@ void PdfCanvas::fillRect(const NSRect& rect, const Color& color, Compositing op)
     if (NSIsEmptyRect(rect) || !isFinite(rect)) return;
     page_->side->draw([rect, color, op](RasterCanvas& c) { c.fillRect(rect, color, op); });
     if (!isPlain(op, color.alpha * state_.alpha, NSInsetRect(rect, -1, -1),
-                 [&](Canvas& c) { c.fillRect(rect, color); }))
+                 [&](Canvas& c) { c.fillRect(rect, color); }) ||
+        !useClip(rect))
         return;
     useTransform({});
     page_->painter.fillRect(toQt(rect), toQt(color, state_.alpha));
@@ -337,7 +367,7 @@ void PdfCanvas::stroke(const Path& path, const Stroke& stroke, const Color& colo
                  [&](Canvas& c) { c.stroke(path, stroke, color); }))
         return;
     QPainterPath converted;
-    if (!convertPath(path, {}, FillRule::nonZero, converted)) return;
+    if (!convertPath(path, {}, FillRule::nonZero, converted) || !useClip(boxOf(path, reach(stroke)))) return;
     QPen pen = makePen(stroke, 1);
     pen.setColor(toQt(color, state_.alpha));
     useTransform({});
@@ -358,7 +388,7 @@ void PdfCanvas::drawGradient(const AxialGradient& gradient) {
     const auto brush = makeGradientBrush(gradient, {}, state_.alpha);
     const auto strip = brush ? gradientStrip(gradient, bounds) : std::nullopt;
     QPainterPath converted;
-    if (!strip || !convertPath(*strip, {}, FillRule::nonZero, converted)) return;
+    if (!strip || !convertPath(*strip, {}, FillRule::nonZero, converted) || !useClip(boxOf(*strip, 0))) return;
     useTransform({});
     page_->painter.fillPath(converted, *brush);
 }
@@ -376,7 +406,8 @@ void PdfCanvas::drawPicture(const Picture& picture, const NSRect& source, const 
         }))
         return;
     const QImage image = pixelsOf(picture);
-    if (image.isNull() || opacity <= 0) return;
+    if (image.isNull() || opacity <= 0 || !useClip(destination)) return;
+    page_->painter.setRenderHint(QPainter::SmoothPixmapTransform, state_.smooth);
     useTransform(placement->toUser);
     page_->painter.setOpacity(opacity);
     page_->painter.drawImage(placement->pixels, image, placement->pixels);
@@ -393,15 +424,21 @@ void PdfCanvas::drawText(const TextLayout& text, NSPoint origin, YAxis axis) {
     const Transform toUser{1, 0, 0, axis == YAxis::up ? -1.0 : 1.0, origin.x, origin.y};
     const NSRect ink = layout->inkBounds();
     // A reader of the page would find words that nobody sees.
-    if (!NSIntersectsRect(state_.clip, state_.user.apply(toUser.apply(ink)))) return;
+    if (!NSIntersectsRect(state_.clip.box, state_.user.apply(toUser.apply(ink)))) return;
     if (!isPlain(state_.op, 0, toUser.apply(ink), [&](Canvas& c) { c.drawText(text, origin, axis); })) return;
     if (layout->hasShadows()) castRunShadows(*layout, toUser, ink);
-    QPainter& painter = page_->painter;
-    painter.save();
-    useTransform(toUser);
-    if (const auto clipped = layout->clippedTo()) painter.setClipRect(toQt(*clipped), Qt::IntersectClip);
-    layout->paint(painter, ink, state_.alpha, RasterTextLayout::Shadows::leave);
-    painter.restore();
+    const Clip before = state_.clip;
+    if (const auto clipped = layout->clippedTo()) {
+        const NSRect box = toUser.apply(*clipped);
+        QPainterPath outline;
+        outline.addRect(toQt(box));
+        if (!narrowToBox(box)) narrow(box, outline);
+    }
+    if (useClip(toUser.apply(ink))) {
+        useTransform(toUser);
+        layout->paint(page_->painter, ink, state_.alpha, RasterTextLayout::Shadows::leave);
+    }
+    state_.clip = before;
 }
 
 void PdfCanvas::beginLayer() {

@@ -10,6 +10,7 @@
 
 class QImage;
 class QIODevice;
+class QPainterPath;
 
 namespace libvue::backend {
 
@@ -57,13 +58,20 @@ public:
 private:
     struct Page;
     struct Pixels;
+    struct ClipShape;
+    /// A rectangle in points of the page, and the shapes inside of it, if any.
+    struct Clip {
+        NSRect box;
+        std::shared_ptr<const ClipShape> shape;
+    };
     struct State {
         Transform user;
         Compositing op = Compositing::sourceOver;
         double alpha = 1;
         Shadow shadow;
         bool hasShadow = false;
-        NSRect clip; // its bounding box, in points of the page
+        bool smooth = true;
+        Clip clip;
     };
     std::unique_ptr<Page> page_;
     State state_;
@@ -72,6 +80,15 @@ private:
     NSRect layerInk_;                 // what was drawn in the outermost layer, in points of the page
 
     void useTransform(const Transform& toUser);
+    /// Cuts what follows to a shape in user space with that box.
+    void narrow(const NSRect& box, const QPainterPath& shape);
+    /// Cuts what follows to a rectangle in user space, where that is one on the page too; else false.
+    [[nodiscard]] bool narrowToBox(const NSRect& rect);
+    /// Has the painter clip as it must for what inks `ink`, in user space. False where nothing of it can show.
+    [[nodiscard]] bool useClip(const NSRect& ink);
+    /// The same for a box in points of the page.
+    [[nodiscard]] bool clipFor(const NSRect& box);
+    void clipNothing();
     void resetPage();
     /// What is drawn, once more: for its shadow.
     using Drawing = std::function<void(Canvas&)>;
