@@ -29,31 +29,33 @@ std::string texteDe(const ContourPopover& c) {
 
 TEST(ContourPopoverTest, EachEdgeGivesItsOutlinePointForPoint) {
     // Up the right side, along the high one, down the left one, along the low one.
-    const std::string debut = "m 109.5 17.5 ", haut = "l 109.5 62.5 c 102.5 69.5 (109.5 69.5) ",
-                      gauche = "l 17.5 69.5 c 10.5 62.5 (10.5 69.5) ", bas = "l 10.5 17.5 c 17.5 10.5 (10.5 10.5) ",
-                      fin = "l 102.5 10.5 c 109.5 17.5 (109.5 10.5) z";
+    // With the detour of the arrow behind the side that it is on.
+    const auto contour = [](NSUInteger cote, const char* fleche) {
+        std::string texte = "m 109.5 17.5 ";
+        for (const auto& [edge, trait] : {std::pair<NSUInteger, const char*>{NSMinXEdge, ""},
+                                          {NSMinYEdge, "l 109.5 62.5 c 102.5 69.5 (109.5 69.5) "},
+                                          {NSMaxXEdge, "l 17.5 69.5 c 10.5 62.5 (10.5 69.5) "},
+                                          {NSMaxYEdge, "l 10.5 17.5 c 17.5 10.5 (10.5 10.5) "}}) {
+            texte += trait;
+            if (edge == cote) texte += fleche;
+        }
+        return texte += "l 102.5 10.5 c 109.5 17.5 (109.5 10.5) z";
+    };
     struct Cas {
         NSUInteger edge;
         NSRect ancre;
-        std::string contour;
+        const char* fleche;
     };
     for (const Cas& c : {
              // Its middle is 35.5, rounded to 36, half a point up on this edge and down on the opposite one.
-             Cas{NSMinXEdge,
-                 {{130, 20}, {20, 31}},
-                 debut + "l 109.5 26.5 l 119.5 36.5 l 109.5 46.5 " + haut + gauche + bas + fin},
-             Cas{NSMinYEdge,
-                 {{40, 90}, {40, 20}},
-                 debut + haut + "l 70.5 69.5 l 60.5 79.5 l 50.5 69.5 " + gauche + bas + fin},
-             Cas{NSMaxXEdge,
-                 {{-30, 20}, {20, 31}},
-                 debut + haut + gauche + "l 10.5 45.5 l 0.5 35.5 l 10.5 25.5 " + bas + fin},
-             Cas{NSMaxYEdge,
-                 {{40, -30}, {40, 20}},
-                 debut + haut + gauche + bas + "l 49.5 10.5 l 59.5 0.5 l 69.5 10.5 " + fin},
-             Cas{4, {{40, -30}, {40, 20}}, debut + haut + gauche + bas + fin},
+             Cas{NSMinXEdge, {{130, 20}, {20, 31}}, "l 109.5 26.5 l 119.5 36.5 l 109.5 46.5 "},
+             Cas{NSMinYEdge, {{40, 90}, {40, 20}}, "l 70.5 69.5 l 60.5 79.5 l 50.5 69.5 "},
+             Cas{NSMaxXEdge, {{-30, 20}, {20, 31}}, "l 10.5 45.5 l 0.5 35.5 l 10.5 25.5 "},
+             Cas{NSMaxYEdge, {{40, -30}, {40, 20}}, "l 49.5 10.5 l 59.5 0.5 l 69.5 10.5 "},
+             Cas{4, {{40, -30}, {40, 20}}, ""},
          })
-        EXPECT_EQ(texteDe(contourPopover({{10, 10}, {100, 60}}, c.ancre, {{0, 0}, {120, 80}}, c.edge)), c.contour);
+        EXPECT_EQ(texteDe(contourPopover({{10, 10}, {100, 60}}, c.ancre, {{0, 0}, {120, 80}}, c.edge)),
+                  contour(c.edge, c.fleche));
 }
 
 TEST(ContourPopoverTest, TheArrowsCentreFollowsTheVisibleMiddle) {
