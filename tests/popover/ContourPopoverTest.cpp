@@ -3,6 +3,7 @@
 #include <cmath>
 #include <random>
 #include <sstream>
+#include <utility>
 
 #include <graphics/Dessin.h>
 
