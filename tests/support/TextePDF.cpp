@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <regex>
+#include <sstream>
 
 #include <unistd.h>
 
@@ -34,18 +34,20 @@ std::string sortie(const std::string& debut, std::string_view octets, const std:
 
 std::vector<MotPDF> motsDuPDF(std::string_view octets) {
     const std::string texte = sortie("pdftotext -bbox", octets, "-");
-    static const std::regex balise(
-        "<page |<word xMin=\"([-.0-9]+)\" yMin=\"([-.0-9]+)\" xMax=\"([-.0-9]+)\" yMax=\"([-.0-9]+)\">([^<]*)</word>");
+    // A line an element: <page …>, <word xMin="…" yMin="…" xMax="…" yMax="…">text</word>.
     std::vector<MotPDF> mots;
     int page = 0;
-    for (auto i = std::sregex_iterator(texte.begin(), texte.end(), balise); i != std::sregex_iterator(); ++i) {
-        const std::smatch& m = *i;
-        if (!m[5].matched) {
-            ++page;
+    std::istringstream lignes(texte);
+    for (std::string ligne; std::getline(lignes, ligne);) {
+        if (ligne.find("<page ") != std::string::npos) ++page;
+        double x = 0, y = 0, droite = 0, bas = 0;
+        int debut = 0;
+        if (std::sscanf(ligne.c_str(), " <word xMin=\"%lf\" yMin=\"%lf\" xMax=\"%lf\" yMax=\"%lf\">%n", &x, &y, &droite,
+                        &bas, &debut) != 4 ||
+            debut == 0)
             continue;
-        }
-        const double x = std::stod(m[1]), y = std::stod(m[2]);
-        mots.push_back({page, x, y, std::stod(m[3]) - x, std::stod(m[4]) - y, m[5]});
+        const auto longueur = ligne.find("</word>") - static_cast<std::size_t>(debut);
+        mots.push_back({page, x, y, droite - x, bas - y, ligne.substr(static_cast<std::size_t>(debut), longueur)});
     }
     return mots;
 }
