@@ -5,6 +5,7 @@
 #include <utility>
 
 #include <QTextBoundaryFinder>
+#include <QTextOption>
 
 #include <libvue/platform/backend/qt/TextBuilder.h>
 
@@ -32,6 +33,22 @@ std::size_t RasterTextLayout::Block::toText(int position) const {
     const auto at = static_cast<std::size_t>(std::max(position, 0));
     if (!truncated || at <= head) return start + std::min(at, length);
     return start + std::min(length - tail + (at - head - 1), length);
+}
+
+QTextLayout* RasterTextLayout::shapedOf(const Block& block) const {
+    if (!block.shaped && block.isPlain) {
+        const RasterFontFace& face = rasterFace(runs_.empty() ? nullptr : runs_[0].font.get());
+        block.shaped = std::make_unique<QTextLayout>(block.string, face.font());
+        block.shaped->setCacheEnabled(true);
+        QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
+        option.setWrapMode(QTextOption::ManualWrap);
+        block.shaped->setTextOption(option);
+        block.shaped->beginLayout();
+        QTextLine line = block.shaped->createLine();
+        line.setLineWidth(TextBuilder::unbounded);
+        block.shaped->endLayout();
+    }
+    return block.shaped.get();
 }
 
 std::size_t RasterTextLayout::runAt(std::size_t index) const {
@@ -76,8 +93,9 @@ Extent glyphExtent(const QTextLine& line, int from, int to) {
 double RasterTextLayout::xOf(std::size_t line, std::size_t index) const {
     const Place& place = places_[line];
     const Block& block = blocks_[place.block];
-    if (!block.shaped || place.line < 0) return lines_[line].used.origin.x;
-    const QTextLine shaped = block.shaped->lineAt(place.line);
+    const QTextLayout* layout = shapedOf(block);
+    if (layout == nullptr || place.line < 0) return lines_[line].used.origin.x;
+    const QTextLine shaped = layout->lineAt(place.line);
     const int position =
         std::clamp(block.toShaped(index), shaped.textStart(), shaped.textStart() + shaped.textLength());
     return shaped.cursorToX(position) + place.x;
@@ -92,9 +110,10 @@ NSUInteger RasterTextLayout::characterAtPoint(NSPoint p, double* fraction) const
     const Place& place = places_[line];
     const Block& block = blocks_[place.block];
     const std::size_t end = visibleEnd(line);
-    if (!block.shaped || place.line < 0 || end <= lines_[line].range.location) return lines_[line].range.location;
+    const QTextLayout* layout = shapedOf(block);
+    if (layout == nullptr || place.line < 0 || end <= lines_[line].range.location) return lines_[line].range.location;
 
-    const QTextLine shaped = block.shaped->lineAt(place.line);
+    const QTextLine shaped = layout->lineAt(place.line);
     const double x = std::isnan(p.x) ? 0 : std::clamp(p.x - place.x, -1e6, 1e6);
     const int last = shaped.textStart() + shaped.textLength();
     int position = 0;
@@ -103,7 +122,7 @@ NSUInteger RasterTextLayout::characterAtPoint(NSPoint p, double* fraction) const
         // Where directions meet, the shaper's carets are not the edges of the characters beside them.
         double nearest = HUGE_VAL;
         for (int i = shaped.textStart(); i < last;) {
-            const int next = std::max(i + 1, block.shaped->nextCursorPosition(i));
+            const int next = std::max(i + 1, layout->nextCursorPosition(i));
             const Extent extent = glyphExtent(shaped, i, std::min(next, last));
             const double distance = std::max({0.0, extent.left - x, x - extent.right});
             if (distance < nearest) {
@@ -115,7 +134,7 @@ NSUInteger RasterTextLayout::characterAtPoint(NSPoint p, double* fraction) const
         }
     } else {
         position = std::clamp(shaped.xToCursor(x, QTextLine::CursorOnCharacter), shaped.textStart(), last);
-        if (position == last) position = block.shaped->previousCursorPosition(last);
+        if (position == last) position = layout->previousCursorPosition(last);
         at = {shaped.cursorToX(position, QTextLine::Leading), shaped.cursorToX(position, QTextLine::Trailing), false};
     }
     if (fraction != nullptr && at.right > at.left)
@@ -176,10 +195,9 @@ NSUInteger RasterTextLayout::nextCaretPosition(NSUInteger index, bool forward) c
     const std::size_t textEnd = block->start + block->length;
     if (inside >= textEnd) return forward ? block->end : textEnd;
     const std::size_t offset = at - block->start;
-    if (block->shaped && !block->truncated) {
+    if (const QTextLayout* layout = shapedOf(*block); layout != nullptr && !block->truncated) {
         const int position = static_cast<int>(offset);
-        const int next =
-            forward ? block->shaped->nextCursorPosition(position) : block->shaped->previousCursorPosition(position);
+        const int next = forward ? layout->nextCursorPosition(position) : layout->previousCursorPosition(position);
         return block->start + static_cast<NSUInteger>(next);
     }
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme,

@@ -65,11 +65,12 @@ private:
 
     /// A paragraph, or what truncation made of it: `head` units, "…", then `tail` units of its end.
     struct Block {
-        std::unique_ptr<QTextLayout> shaped; // null where there is nothing to shape
-        QString string;                      // what is shaped; most often without a copy of the text
-        std::size_t start = 0, length = 0;   // in the text, without the line end
-        std::size_t end = 0;                 // with the line end
+        mutable std::unique_ptr<QTextLayout> shaped; // null where there is nothing to shape
+        QString string;                              // what is shaped; most often without a copy of the text
+        std::size_t start = 0, length = 0;           // in the text, without the line end
+        std::size_t end = 0;                         // with the line end
         bool truncated = false;
+        bool isPlain = false; // one line of plain glyphs, shaped only when its carets are asked for
         bool isMixed = false; // may hold text from right to left
         std::size_t head = 0, tail = 0;
 
@@ -117,6 +118,9 @@ private:
     mutable Kept kept_;
     mutable std::list<const RasterTextLayout*>::iterator keptAt_; // among those whose pixels are kept
 
+    /// The shaper's side of a block; null where there is nothing to shape.
+    [[nodiscard]] QTextLayout* shapedOf(const Block& block) const;
+    [[nodiscard]] bool addPlain(DrawnLine& out, std::size_t line) const;
     [[nodiscard]] std::size_t lineOf(std::size_t index) const;
     [[nodiscard]] std::size_t runAt(std::size_t index) const;
     [[nodiscard]] std::size_t visibleEnd(std::size_t line) const;

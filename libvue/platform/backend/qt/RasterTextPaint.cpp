@@ -78,7 +78,7 @@ void RasterTextLayout::addDrawn(DrawnLine& out, std::size_t line, int from, int 
     if (length <= 0) return;
     const Place& place = places_[line];
     const TextLine& placed = lines_[line];
-    const QTextLine shaped = blocks_[place.block].shaped->lineAt(place.line);
+    const QTextLine shaped = shapedOf(blocks_[place.block])->lineAt(place.line);
     static const TextRun plain;
     const TextRun& look = run < runs_.size() ? runs_[run] : plain;
     const double baseline = placed.baseline - look.baselineOffset;
@@ -121,12 +121,28 @@ void RasterTextLayout::addDrawn(DrawnLine& out, std::size_t line, int from, int 
     if (look.strikethrough) bar(baseline - face.xHeight() / 2 - thickness / 2, thickness, look.color, false);
 }
 
+bool RasterTextLayout::addPlain(DrawnLine& out, std::size_t line) const {
+    static const TextRun plain;
+    const TextRun& look = runs_.empty() ? plain : runs_[0];
+    if (look.background || (look.underline & 0x0F) != 0 || look.strikethrough) return false;
+    const Place& place = places_[line];
+    const Block& block = blocks_[place.block];
+    const std::u16string_view text = std::u16string_view(text_).substr(block.start, block.length);
+    const PlainGlyphs* glyphs = rasterFace(look.font.get()).plainGlyphs();
+    // The font may have turned out unfit since.
+    if (glyphs == nullptr || glyphs->advance(text) < 0) return false;
+    out.glyphs.push_back({glyphs->run(text, place.x, lines_[line].baseline - look.baselineOffset), 0});
+    return true;
+}
+
 void RasterTextLayout::prepareDrawing() const {
     drawn_.resize(lines_.size());
     for (std::size_t i = 0; i < lines_.size(); ++i) {
         const Block& block = blocks_[places_[i].block];
-        if (!block.shaped || places_[i].line < 0) continue;
-        const QTextLine shaped = block.shaped->lineAt(places_[i].line);
+        if (block.isPlain && addPlain(drawn_[i], i)) continue;
+        const QTextLayout* layout = shapedOf(block);
+        if (layout == nullptr || places_[i].line < 0) continue;
+        const QTextLine shaped = layout->lineAt(places_[i].line);
         const int first = shaped.textStart();
         const int last = first + shaped.textLength();
         if (oneLook_) {

@@ -10,8 +10,6 @@ namespace libvue::backend {
 
 namespace {
 
-/// The shaper's lengths are fixed-point numbers; this much is wider than any text and within them.
-constexpr double unbounded = 4e6;
 /// A room this wide is one that nothing is aligned in.
 constexpr double noRoom = 1e6;
 constexpr char16_t objectStandIn = 0x4E00; // breaks on both sides, as an object does
@@ -134,13 +132,21 @@ double TextBuilder::usedWidth(const QTextLine& line, const Block& block, double 
 
 void TextBuilder::place(const Measures& measured, NSRange range, double x, double available, const QTextLine* line,
                         std::size_t block, bool truncated) {
+    const double used = line != nullptr ? usedWidth(*line, to_.blocks_[block], available) : 0;
+    placeLine(measured, range, x, available,
+              {static_cast<std::uint32_t>(block), line != nullptr ? line->lineNumber() : -1,
+               line != nullptr ? -line->naturalTextRect().x() : 0},
+              used, truncated);
+}
+
+void TextBuilder::placeLine(const Measures& measured, NSRange range, double x, double available,
+                            const RasterTextLayout::Place& origin, double used, bool truncated) {
     const TextParagraph& style = *style_;
     const double natural = measured.ascent + measured.descent + measured.leading;
     double height = natural;
     if (style.lineHeightMultiple > 0) height *= style.lineHeightMultiple;
     if (style.minimumLineHeight > 0) height = std::max(height, style.minimumLineHeight);
     if (style.maximumLineHeight > 0) height = std::min(height, style.maximumLineHeight);
-    const double used = line != nullptr ? usedWidth(*line, to_.blocks_[block], available) : 0;
     const double spacing = std::max(0.0, style.lineSpacing);
     TextLine out;
     out.range = range;
@@ -150,9 +156,8 @@ void TextBuilder::place(const Measures& measured, NSRange range, double x, doubl
     out.baseline = y_ + height - measured.descent - measured.leading;
     out.truncated = truncated;
     to_.lines_.push_back(out);
-    to_.places_.push_back({static_cast<std::uint32_t>(block), line != nullptr ? line->lineNumber() : -1,
-                           line != nullptr ? -line->naturalTextRect().x() : 0});
-    const Block& from = to_.blocks_[block];
+    to_.places_.push_back(origin);
+    const Block& from = to_.blocks_[origin.block];
     const bool toTheLeft = from.shaped && from.isMixed && from.string.isRightToLeft();
     pending_.push_back({x, available, style.alignment, style.rightToLeft || toTheLeft});
     y_ += height + spacing;
@@ -290,6 +295,46 @@ void TextBuilder::shape(Block& block) const {
 
 void TextBuilder::addParagraph(const Paragraph& p) {
     if (p.length == 0) return addEmptyLine(p);
+    PlainGlyphs* plain = plainGlyphs(p);
+    if (plain != nullptr && addPlain(p, *plain)) return;
+    addShaped(p);
+    if (plain == nullptr) return;
+    const Block& block = to_.blocks_.back();
+    if (!block.shaped || block.truncated || block.start != p.start || block.shaped->lineCount() != 1) return;
+    plain->learn(std::u16string_view(to_.text_).substr(p.start, p.length), block.shaped->lineAt(0));
+}
+
+PlainGlyphs* TextBuilder::plainGlyphs(const Paragraph& p) const {
+    if (style_->rightToLeft || style_->alignment == TextAlignment::justified || to_.runs_.size() > 1) return nullptr;
+    if (!to_.runs_.empty() && (to_.runs_[0].kern != 0 || to_.runs_[0].attachment)) return nullptr;
+    if (!PlainGlyphs::isPlain(std::u16string_view(to_.text_).substr(p.start, p.length))) return nullptr;
+    return rasterFace(to_.runs_.empty() ? nullptr : to_.runs_[0].font.get()).plainGlyphs();
+}
+
+bool TextBuilder::addPlain(const Paragraph& p, const PlainGlyphs& glyphs) {
+    const double advance = glyphs.advance(std::u16string_view(to_.text_).substr(p.start, p.length));
+    const double indent = std::max(0.0, style_->firstLineHeadIndent);
+    const double tail = style_->tailIndent;
+    const double right = tail > 0 ? std::min(tail, width_) : std::max(0.0, width_ + tail);
+    const double available = std::max(0.0, right - indent);
+    // The shaper breaks lines by what glyphs reach beyond their advances too: near to the edge it decides.
+    if (advance < 0 || advance + to_.largestFont_ > available) return false;
+    if (style_->lineBreak == LineBreak::clipping) to_.clips_ = true;
+    Block block;
+    block.start = p.start;
+    block.length = p.length;
+    block.end = p.end;
+    block.isPlain = true;
+    block.string = QString::fromRawData(reinterpret_cast<const QChar*>(to_.text_.data() + p.start),
+                                        static_cast<qsizetype>(p.length));
+    const auto index = static_cast<std::uint32_t>(to_.blocks_.size());
+    to_.blocks_.push_back(std::move(block));
+    placeLine(measure(p.start, p.start + p.length), {p.start, p.end - p.start}, indent, available, {index, 0, 0},
+              advance, false);
+    return true;
+}
+
+void TextBuilder::addShaped(const Paragraph& p) {
     const bool truncates = style_->lineBreak >= LineBreak::truncatingHead;
     if (truncates && in_.maximumLines <= 1) {
         const double indent = std::max(0.0, style_->firstLineHeadIndent);

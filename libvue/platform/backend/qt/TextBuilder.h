@@ -14,6 +14,9 @@ namespace libvue::backend {
 /// Breaks the text into paragraphs and these into lines, and places them. Lives for one layout.
 class TextBuilder {
 public:
+    /// The shaper's lengths are fixed-point numbers; this much is wider than any text and within them.
+    static constexpr double unbounded = 4e6;
+
     TextBuilder(RasterTextLayout& layout, const TextInput& input);
     void build();
 
@@ -38,6 +41,10 @@ private:
     [[nodiscard]] const TextParagraph& styleAt(std::size_t index);
     [[nodiscard]] bool isFull() const;
     void addParagraph(const Paragraph& p);
+    void addShaped(const Paragraph& p);
+    /// What is known of plain words, where the paragraph is one line of them; null otherwise.
+    [[nodiscard]] PlainGlyphs* plainGlyphs(const Paragraph& p) const;
+    [[nodiscard]] bool addPlain(const Paragraph& p, const PlainGlyphs& glyphs);
     void addWrapped(const Paragraph& p, Block& block);
     bool addTruncated(const Paragraph& p, std::size_t from, double indent, double width);
     /// What truncation keeps of a line: units before `head` and from `tail` on, with their advances.
@@ -59,6 +66,9 @@ private:
     [[nodiscard]] static double usedWidth(const QTextLine& line, const Block& block, double available);
     void place(const Measures& measures, NSRange range, double x, double available, const QTextLine* line,
                std::size_t block, bool truncated);
+    /// The same for a line whose number among the shaper's, advance and x are known.
+    void placeLine(const Measures& measures, NSRange range, double x, double available,
+                   const RasterTextLayout::Place& from, double used, bool truncated);
     void align();
 
     struct Pending { // lines are aligned at the end, when the widest one is known

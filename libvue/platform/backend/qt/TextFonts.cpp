@@ -200,6 +200,9 @@ RasterFontFace::RasterFontFace(std::string requested, const QFont& font, double 
     : requested_(std::move(requested)), font_(font), raw_(QRawFont::fromFont(font_)), pointSize_(pointSize) {
     family_ = raw_.isValid() ? raw_.familyName().toStdString() : font_.family().toStdString();
     weight_ = platformWeight(font_.weight());
+    looksNoFarther_ = std::any_of(std::begin(substitutions), std::end(substitutions), [&](const Substitution& s) {
+        return family_ == s.families[0] || family_ == s.families[1];
+    });
     if (font_.italic()) traits_ |= fontItalic;
     if (font_.weight() >= QFont::DemiBold) traits_ |= fontBold;
 
@@ -242,6 +245,12 @@ bool RasterFontFace::covers(char32_t character) const {
 double RasterFontFace::ellipsisAdvance() const {
     if (ellipsis_ < 0) ellipsis_ = QFontMetricsF(font_).horizontalAdvance(QChar(0x2026));
     return ellipsis_;
+}
+
+PlainGlyphs* RasterFontFace::plainGlyphs() const {
+    if (!looksNoFarther_) return nullptr;
+    if (!plain_) plain_ = std::make_unique<PlainGlyphs>();
+    return plain_.get();
 }
 
 const RasterFontFace& rasterFace(const FontFace* face) {

@@ -9,6 +9,7 @@
 #include <QRawFont>
 
 #include <libvue/platform/backend/TextEngine.h>
+#include <libvue/platform/backend/qt/PlainGlyphs.h>
 
 namespace libvue::backend {
 
@@ -37,6 +38,9 @@ public:
     [[nodiscard]] const QRawFont& raw() const noexcept { return raw_; }
     /// The advance of "…".
     [[nodiscard]] double ellipsisAdvance() const;
+    /// What is known of plain words in this font; null for fonts that may look farther than from one character to the
+    /// next.
+    [[nodiscard]] PlainGlyphs* plainGlyphs() const;
 
 private:
     std::string requested_, family_;
@@ -48,6 +52,8 @@ private:
     double ascender_ = 0, descender_ = 0, leading_ = 0, xHeight_ = 0, capHeight_ = 0;
     double underlinePosition_ = 0, underlineThickness_ = 0, maximumAdvance_ = 0;
     mutable double ellipsis_ = -1;
+    bool looksNoFarther_ = false;
+    mutable std::unique_ptr<PlainGlyphs> plain_;
 };
 
 /// The face behind the interface, or the system's at 12 points where there is none.
