@@ -14,7 +14,7 @@ KCNibHelper::~KCNibHelper() = default;
 
 Ref<KCNibHelper> KCNibHelper::initAvecNomNib_bundleNib_owner_classeView(NSString* nom, NSBundle* bundle,
                                                                         NSObject* owner, const Class* classe) {
-    const Ref<KCNibHelper> self = adopt(new KCNibHelper);
+    Ref<KCNibHelper> self = adopt(new KCNibHelper);
     self->monNomNib = nom;
     self->monBundle = bundle;
     self->maClasseVue = classe;

@@ -70,7 +70,7 @@ void NSCollectionView::setSelectionIndexes(NSIndexSet* indexes) {
 }
 
 Ref<NSViewController> NSCollectionView::newItemForRepresentedObject(NSObject* object) {
-    const Ref<NSViewController> item = make<NSViewController>();
+    Ref<NSViewController> item = make<NSViewController>();
     const Ref<NSTextField> label =
         NSTextField::labelWithString(object ? object->description() : NSString::stringWithString(u""_ns));
     const Ref<NSView> view = make<NSView>(NSMakeRect(0, 0, 100, label->frame().size.height + 2 * kLabelMargin));
@@ -92,8 +92,8 @@ NSUInteger NSCollectionView::columns() const noexcept {
 
 NSRect NSCollectionView::frameForItemAtIndex(NSUInteger i) const {
     const NSSize s{std::max(1.0, minItemSize_.width), std::max(1.0, minItemSize_.height)};
-    const NSUInteger c = columns();
-    return {{static_cast<CGFloat>(i % c) * s.width, static_cast<CGFloat>(i / c) * s.height}, s};
+    const NSUInteger row = i / columns(), column = i % columns();
+    return {{static_cast<CGFloat>(column) * s.width, static_cast<CGFloat>(row) * s.height}, s};
 }
 
 void NSCollectionView::placeItems() {

@@ -73,7 +73,7 @@ void NSNib::registerBuilder(const NSString* name, Builder builder) {
 
 Ref<NSNib> NSNib::initWithNibNamed_bundle(const NSString* name, NSBundle* bundle) {
     if (!name || name->length() == 0) return nullptr;
-    const Ref<NSNib> nib = adopt(new NSNib);
+    Ref<NSNib> nib = adopt(new NSNib);
     nib->name_ = NSString::stringWithString(name);
     nib->bundle_ = bundle ? bundle : NSBundle::mainBundle();
     Ref<NSString> path = nib->bundle_->pathForResource_ofType(name, u"nib.json"_ns);

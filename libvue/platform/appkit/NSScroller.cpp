@@ -244,7 +244,7 @@ void NSScroller::mouseExited(NSEvent*) {
 }
 
 AccessibilityDescription NSScroller::accessibilityDescription() const {
-    AccessibilityDescription d = NSView::accessibilityDescription();
+    AccessibilityDescription d = NSControl::accessibilityDescription();
     d.role = u"scroll bar"_ns;
     d.value = NSNumber::numberWithDouble(position_)->stringValue();
     d.action = u"increment"_ns;

@@ -96,7 +96,7 @@ Ref<NSObject> NibLoader::object(NSObject* json, Wanted wanted) {
         (void)fail(quoted(className) + (c ? " cannot stand here" : " is no known class"));
         return nullptr;
     }
-    const Ref<NSObject> o = c->alloc();
+    Ref<NSObject> o = c->alloc();
     if (!o) {
         (void)fail("a " + className->utf8() + " cannot be made without arguments");
         return nullptr;
@@ -205,7 +205,7 @@ bool NibLoader::addSubviews(NSView* parent, NSObject* json) {
 bool NibLoader::addItems(NSObject* object, NSObject* json) {
     if (!json) return true;
     auto* list = as<NSArray>(json);
-    if (!list) return fail("items are a list");
+    if (!list || !object) return fail("items are a list");
     if (auto* menu = as<NSMenu>(object)) return addMenuItems(menu, list);
     if (auto* popUp = as<NSPopUpButton>(object)) {
         if (!popUp->menu()) popUp->setMenu(make<NSMenu>());
