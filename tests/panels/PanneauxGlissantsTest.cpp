@@ -249,6 +249,7 @@ TEST_F(PanneauxTest, anOldPanelElsewhereKeepsItsOffsetInOneSlideAlone) {
         NSRect vu{};
         suiveur->reaction = [&](NSView*, std::size_t) { vu = rouge->frame(); };
         affiche(bleu, s.fabrique());
+        suiveur->reaction = nullptr;
         EXPECT_EQ(vu, s.fabrique == strategies[0].fabrique ? NSMakeRect(15, 5, 100, 50) : enPoints(s.ancienne));
     }
 }

@@ -43,10 +43,10 @@ void ClientRecherche::montre(const NSRect& r) { scrollRectToVisible(NSInsetRect(
 
 bool ClientRecherche::active() const { return window() && window()->firstResponder() == this; }
 
-NSColor* ClientRecherche::fondTrouve() {
+Ref<NSColor> ClientRecherche::fondTrouve() {
     return NSColor::systemColor(SystemColor::warning)->colorWithAlphaComponent(0.28);
 }
 
-NSColor* ClientRecherche::fondCourant() const { return NSColor::selectedTextBackgroundColor(); }
+Ref<NSColor> ClientRecherche::fondCourant() const { return NSColor::selectedTextBackgroundColor(); }
 
 } // namespace galerie

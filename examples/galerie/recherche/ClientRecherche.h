@@ -43,8 +43,8 @@ protected:
     void montre(const NSRect& r);
     [[nodiscard]] bool active() const;
     /// Of what was found, behind the others and for the current one.
-    [[nodiscard]] static NSColor* fondTrouve();
-    [[nodiscard]] NSColor* fondCourant() const;
+    [[nodiscard]] static Ref<NSColor> fondTrouve();
+    [[nodiscard]] Ref<NSColor> fondCourant() const;
 
 private:
     BOOL cherche(NSString* texte, BOOL avant, BOOL respecterCasse, BOOL boucle, int type);

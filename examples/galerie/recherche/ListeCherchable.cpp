@@ -65,9 +65,9 @@ void ListeCherchable::drawRect(const NSRect& r) {
         fonds->at<NSColor>(rang % 2)->setFill();
         NSRectFill(place);
         if (trouves_[rang] || choisi) {
-            NSColor* couleur = !choisi    ? fondTrouve()
-                               : active() ? NSColor::systemColor(SystemColor::accent)
-                                          : fondCourant();
+            const Ref<NSColor> couleur = !choisi    ? fondTrouve()
+                                         : active() ? Ref<NSColor>(NSColor::systemColor(SystemColor::accent))
+                                                    : fondCourant();
             couleur->setFill();
             NSRectFillUsingOperation(place, NSCompositeSourceOver);
         }
