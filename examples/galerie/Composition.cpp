@@ -15,7 +15,7 @@ namespace {
 enum Sens : std::int32_t { deCote = 0, deHautEnBas = 1 };
 
 Ref<KCLayoutView> aligne(const std::vector<Ref<NSView>>& vues, Sens sens, CGFloat ecart) {
-    const auto hote = make<KCLayoutView>(NSZeroRect);
+    auto hote = make<KCLayoutView>(NSZeroRect);
     for (const auto& v : vues)
         hote->addSubview(v);
     const auto lineaire = make<KCLayoutLineaire>();

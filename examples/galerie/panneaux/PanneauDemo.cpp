@@ -54,7 +54,7 @@ AccessibilityDescription PanneauDemo::accessibilityDescription() const {
     return d;
 }
 
-Ref<PanneauDemo> panneauReglages(PanneauDemo::Dit dit) {
+Ref<PanneauDemo> panneauReglages(const PanneauDemo::Dit& dit) {
     auto p = make<PanneauDemo>(u"Réglages"_ns, NSColor::systemColor(SystemColor::accent), dit);
     const auto nom = large(NSTextField::textFieldWithString(u"Lettre à Élise"_ns), 180);
     nom->setAccessibilityLabel(u"Nom"_ns);

@@ -28,7 +28,7 @@ private:
 };
 
 /// Settings of a letter, with two panels in it, one of them behind a plain view; and a list of texts.
-[[nodiscard]] Ref<PanneauDemo> panneauReglages(PanneauDemo::Dit dit);
+[[nodiscard]] Ref<PanneauDemo> panneauReglages(const PanneauDemo::Dit& dit);
 [[nodiscard]] Ref<PanneauDemo> panneauTextes(PanneauDemo::Dit dit);
 
 } // namespace galerie
