@@ -301,7 +301,7 @@ TEST_F(NSPrintOperationTest, aLongJobShowsHowFarItIsAndIsCancelledByEscape) {
     EXPECT_TRUE(job->isCancelled());
     EXPECT_NE(shown.find("Longue liste"), std::string::npos) << shown;
     EXPECT_NE(shown.find("Page 5 sur 30"), std::string::npos) << shown;
-    EXPECT_LT(view->parts.size(), 30u);
+    EXPECT_LE(view->parts.size(), 8u) << "the key is seen at the end of a slice";
     EXPECT_EQ(printing().abandoned(), 1);
     EXPECT_EQ(NSApp()->modalWindow(), nullptr);
 

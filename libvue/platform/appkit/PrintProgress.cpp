@@ -106,11 +106,13 @@ void PrintProgress::cancelOperation(NSObject*) {
 
 void PrintProgress::work(const std::function<bool()>& step) {
     using Clock = std::chrono::steady_clock;
-    // Short enough that a click is answered at once, long enough that looking for events costs nothing.
+    // Short enough that a click is answered at once, long enough that looking for events costs little. However fast the
+    // machine, a few steps are a slice, so that a job can be cancelled early.
     constexpr auto slice = std::chrono::milliseconds(30);
+    constexpr int steps = 4;
     const auto start = Clock::now();
     try {
-        while (!cancelled_ && !finished_ && Clock::now() - start < slice)
+        for (int i = 0; i < steps && !cancelled_ && !finished_ && Clock::now() - start < slice; ++i)
             finished_ = !step();
     } catch (...) {
         thrown_ = std::current_exception();
