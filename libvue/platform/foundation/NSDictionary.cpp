@@ -231,7 +231,7 @@ void NSMutableDictionary::addEntriesFromDictionary(const NSDictionary* other) {
 
 void NSMutableDictionary::setDictionary(const NSDictionary* other) {
     if (other == this) return;
-    detail::ObjectTable<detail::Beside::object> fresh;
+    Table fresh;
     if (other) fresh.copy(other->table_);
     table_.swap(fresh);
 }

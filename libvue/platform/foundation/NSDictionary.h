@@ -63,50 +63,16 @@ public:
     /// The value of that key; "@count" and the like ask the dictionary itself.
     [[nodiscard]] Ref<NSObject> valueForKey(NSString* key) override;
 
+    using Table = detail::ObjectTable<detail::Beside::object>;
     /// `for (auto [key, value] : *dictionary)`.
-    class Iterator {
-    public:
-        struct Item {
-            NSObject* key;
-            NSObject* value;
-        };
-        explicit Iterator(const NSDictionary* d) noexcept : dictionary_(d), mutations_(d->table_.mutations()) {
-            settle();
-        }
-        Item operator*() const noexcept {
-            const auto* e = dictionary_->table_.entry(index_);
-            return {e->key, e->value};
-        }
-        Iterator& operator++() noexcept {
-            ++index_;
-            settle();
-            return *this;
-        }
-        friend bool operator==(const Iterator& i, std::default_sentinel_t) noexcept { return i.atEnd(); }
-
-    private:
-        [[nodiscard]] bool atEnd() const noexcept {
-            if (mutations_ != dictionary_->table_.mutations()) [[unlikely]] {
-                detail::noteMutationDuringEnumeration();
-                return true;
-            }
-            return index_ >= dictionary_->table_.used();
-        }
-        void settle() noexcept {
-            while (index_ < dictionary_->table_.used() && !dictionary_->table_.entry(index_)->key)
-                ++index_;
-        }
-        const NSDictionary* dictionary_;
-        std::uint32_t index_ = 0;
-        std::uint32_t mutations_;
-    };
-    [[nodiscard]] Iterator begin() const noexcept { return Iterator(this); }
+    using Iterator = detail::TableIterator<Table, detail::pairOf<Table>>;
+    [[nodiscard]] Iterator begin() const noexcept { return Iterator(table_); }
     [[nodiscard]] std::default_sentinel_t end() const noexcept { return {}; }
 
 protected:
     void put(NSObject* value, const NSObject* key);
 
-    detail::ObjectTable<detail::Beside::object> table_;
+    Table table_;
 
 private:
     friend class NSMutableDictionary;

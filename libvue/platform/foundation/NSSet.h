@@ -54,35 +54,10 @@ public:
     [[nodiscard]] Ref<NSObject> valueForKeyPath(NSString* path) override;
     void setValue_forKey(NSObject* value, NSString* key) override;
 
+    using Table = detail::ObjectTable<detail::Beside::number>;
     /// `for (NSObject* o : *set)`.
-    class Iterator {
-    public:
-        explicit Iterator(const NSSet* s) noexcept : set_(s), mutations_(s->table_.mutations()) { settle(); }
-        NSObject* operator*() const noexcept { return set_->table_.entry(index_)->key; }
-        Iterator& operator++() noexcept {
-            ++index_;
-            settle();
-            return *this;
-        }
-        friend bool operator==(const Iterator& i, std::default_sentinel_t) noexcept { return i.atEnd(); }
-
-    private:
-        [[nodiscard]] bool atEnd() const noexcept {
-            if (mutations_ != set_->table_.mutations()) [[unlikely]] {
-                detail::noteMutationDuringEnumeration();
-                return true;
-            }
-            return index_ >= set_->table_.used();
-        }
-        void settle() noexcept {
-            while (index_ < set_->table_.used() && !set_->table_.entry(index_)->key)
-                ++index_;
-        }
-        const NSSet* set_;
-        std::uint32_t index_ = 0;
-        std::uint32_t mutations_;
-    };
-    [[nodiscard]] Iterator begin() const noexcept { return Iterator(this); }
+    using Iterator = detail::TableIterator<Table, detail::keyOf<Table>>;
+    [[nodiscard]] Iterator begin() const noexcept { return Iterator(table_); }
     [[nodiscard]] std::default_sentinel_t end() const noexcept { return {}; }
     /// Passes over what is no `T`.
     template <class T> [[nodiscard]] detail::TypedRange<T, Iterator> as() const {
@@ -93,7 +68,7 @@ protected:
     void put(NSObject* o);
 
     // The number is NSCountedSet's; a plain set leaves it alone.
-    detail::ObjectTable<detail::Beside::number> table_;
+    Table table_;
 
 private:
     friend class NSMutableSet;

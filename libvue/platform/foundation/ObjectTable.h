@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <type_traits>
 
+#include <libvue/platform/foundation/NSEnumerator.h>
 #include <libvue/platform/foundation/NSObject.h>
 
 namespace libvue::detail {
@@ -69,6 +71,38 @@ private:
     std::uint32_t used_ = 0;
     std::uint32_t capacity_ = 0;
     std::uint32_t mutations_ = 0;
+};
+
+template <class Table> NSObject* keyOf(const typename Table::Entry& e) noexcept { return e.key; }
+template <class Table> typename Table::Entry pairOf(const typename Table::Entry& e) noexcept { return e; }
+
+/// Walks a table's entries in their order; `item` makes what is shown of one. A change of the table ends the walk.
+template <class Table, auto item> class TableIterator {
+public:
+    explicit TableIterator(const Table& table) noexcept : table_(&table), mutations_(table.mutations()) { settle(); }
+    auto operator*() const noexcept { return item(*table_->entry(index_)); }
+    TableIterator& operator++() noexcept {
+        ++index_;
+        settle();
+        return *this;
+    }
+    friend bool operator==(const TableIterator& i, std::default_sentinel_t) noexcept { return i.atEnd(); }
+
+private:
+    [[nodiscard]] bool atEnd() const noexcept {
+        if (mutations_ != table_->mutations()) [[unlikely]] {
+            noteMutationDuringEnumeration();
+            return true;
+        }
+        return index_ >= table_->used();
+    }
+    void settle() noexcept {
+        while (index_ < table_->used() && !table_->entry(index_)->key)
+            ++index_;
+    }
+    const Table* table_;
+    std::uint32_t index_ = 0;
+    std::uint32_t mutations_;
 };
 
 extern template class LIBVUE_API ObjectTable<Beside::object>;
