@@ -53,6 +53,9 @@ Ref<NSPanel> panneau(CGFloat largeur) {
     setSticky(p, YES);
     p->setOpaque(NO);
     p->setHasShadow(NO);
+    p->setCanHide(NO);
+    p->setOneShot(YES);
+    p->useOptimizedDrawing(YES);
     return p;
 }
 

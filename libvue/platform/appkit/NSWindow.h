@@ -193,6 +193,14 @@ public:
     /// Goes off the screen while another application is active.
     [[nodiscard]] BOOL hidesOnDeactivate() const noexcept { return hidesOnDeactivate_; }
     void setHidesOnDeactivate(BOOL flag) noexcept { hidesOnDeactivate_ = flag; }
+    /// Whether it goes off the screen with an application that is hidden; kept and answered, desktops hide none.
+    [[nodiscard]] BOOL canHide() const noexcept { return canHide_; }
+    void setCanHide(BOOL flag) noexcept { canHide_ = flag; }
+    /// Whether its pixels are given up while it is off the screen; kept and answered, the desktop decides.
+    [[nodiscard]] BOOL isOneShot() const noexcept { return oneShot_; }
+    void setOneShot(BOOL flag) noexcept { oneShot_ = flag; }
+    /// That no views overlap within it. Nothing is drawn otherwise for that.
+    void useOptimizedDrawing(BOOL) noexcept {}
     [[nodiscard]] BOOL ignoresMouseEvents() const noexcept { return ignoresMouse_; }
     /// Lets the pointer through to what lies below.
     void setIgnoresMouseEvents(BOOL flag);
@@ -464,6 +472,8 @@ private:
     bool movableByBackground_ : 1 = false;
     bool excludedFromMenu_ : 1 = false;
     bool hidesOnDeactivate_ : 1 = false;
+    bool canHide_ : 1 = true;
+    bool oneShot_ : 1 = false;
     bool ignoresMouse_ : 1 = false;
     bool acceptsMouseMoved_ : 1 = false;
     bool releasedWhenClosed_ : 1 = false;
