@@ -22,26 +22,32 @@ public:
     /// The cell where it is a button cell, which it is unless another was set.
     [[nodiscard]] NSButtonCell* buttonCell() const;
 
+    /// Null where the cell is no button cell, as with the other texts and images.
     [[nodiscard]] NSString* title() const;
     virtual void setTitle(NSString* title);
+    /// Shown in the on state, or while pressed, in place of the title; null for none.
     [[nodiscard]] NSString* alternateTitle() const;
     virtual void setAlternateTitle(NSString* title);
     [[nodiscard]] Ref<NSAttributedString> attributedTitle() const;
     virtual void setAttributedTitle(NSAttributedString* title);
     [[nodiscard]] NSImage* image() const;
+    /// Shows it: an image position of NSNoImage becomes NSImageLeft, or NSImageOnly where there is no title.
     virtual void setImage(NSImage* image);
     [[nodiscard]] NSImage* alternateImage() const;
     virtual void setAlternateImage(NSImage* image);
     [[nodiscard]] NSCellImagePosition imagePosition() const;
     virtual void setImagePosition(NSCellImagePosition p);
+    /// How a press shows and what it does to the state.
     virtual void setButtonType(NSButtonType type);
     [[nodiscard]] NSInteger state() const;
+    /// See NSCell. A radio button that comes on turns the others of its group off.
     virtual void setState(NSInteger state);
     [[nodiscard]] BOOL allowsMixedState() const;
     virtual void setAllowsMixedState(BOOL f);
     void setNextState();
     [[nodiscard]] BOOL isBordered() const;
     virtual void setBordered(BOOL f);
+    /// Draws nothing, and can be pressed all the same.
     [[nodiscard]] BOOL isTransparent() const;
     void setTransparent(BOOL f);
     [[nodiscard]] BOOL showsBorderOnlyWhileMouseInside() const;
@@ -49,10 +55,11 @@ public:
     [[nodiscard]] NSBezelStyle bezelStyle() const;
     virtual void setBezelStyle(NSBezelStyle s);
     [[nodiscard]] Ref<NSString> keyEquivalent() const;
-    /// "\r" makes it the window's default button.
+    /// The characters without modifiers; "\r" makes it the window's default button.
     void setKeyEquivalent(NSString* key);
     [[nodiscard]] NSUInteger keyEquivalentModifierMask() const;
     void setKeyEquivalentModifierMask(NSUInteger mask);
+    /// Shows it pressed, or no longer.
     virtual void highlight(BOOL f);
 
     BOOL performKeyEquivalent(NSEvent* e) override;

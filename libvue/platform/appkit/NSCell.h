@@ -48,21 +48,30 @@ public:
     [[nodiscard]] Ref<NSObject> copyWithZone() const override;
 
     [[nodiscard]] NSCellType type() const noexcept { return type_; }
+    /// A text cell shows its value, an image cell its image, a null cell nothing; a value makes a text cell of the
+    /// last.
     virtual void setType(NSCellType type);
     /// The view that shows it now; not kept.
     [[nodiscard]] NSView* controlView() const noexcept { return controlView_; }
+    /// Set by the control that takes the cell.
     void setControlView(NSView* view) { controlView_ = view; }
 
     // Value. All of these are views on one object value; the formatter turns it into text and back.
 
+    /// Null for none.
     [[nodiscard]] virtual NSObject* objectValue() const noexcept { return value_; }
     virtual void setObjectValue(NSObject* value);
+    /// As the formatter writes it, else the text of the value; empty for none, never null.
     [[nodiscard]] virtual Ref<NSString> stringValue() const;
+    /// What the formatter reads in the text becomes the value; the text itself where it reads nothing, or where there
+    /// is no formatter. Null is the empty text.
     virtual void setStringValue(NSString* text);
+    /// With the attributes that it is drawn with.
     [[nodiscard]] virtual Ref<NSAttributedString> attributedStringValue() const;
     virtual void setAttributedStringValue(NSAttributedString* text);
     [[nodiscard]] int intValue() const { return static_cast<int>(integerValue()); }
     void setIntValue(int v) { setIntegerValue(v); }
+    /// A number's value, else that of the digits with which the text begins; 0 for none.
     [[nodiscard]] virtual NSInteger integerValue() const;
     virtual void setIntegerValue(NSInteger v);
     [[nodiscard]] virtual double doubleValue() const;
@@ -70,16 +79,20 @@ public:
     [[nodiscard]] float floatValue() const { return static_cast<float>(doubleValue()); }
     void setFloatValue(float v) { setDoubleValue(v); }
     [[nodiscard]] BOOL hasValidObjectValue() const noexcept { return value_ != nullptr; }
+    /// Null for none. Kept by the cell.
     [[nodiscard]] virtual NSFormatter* formatter() const noexcept;
     virtual void setFormatter(NSFormatter* f);
+    /// For the program's own use; kept.
     [[nodiscard]] NSObject* representedObject() const noexcept { return represented_; }
     void setRepresentedObject(NSObject* o) { represented_ = o; }
+    /// A plain cell's title is its value as text; valid until the next call.
     [[nodiscard]] virtual NSString* title() const;
     virtual void setTitle(NSString* title) { setStringValue(title); }
 
     // State.
 
     [[nodiscard]] NSInteger state() const noexcept { return state_; }
+    /// Anything but 0 is on; a negative number is mixed where that is allowed.
     virtual void setState(NSInteger state);
     [[nodiscard]] BOOL allowsMixedState() const noexcept { return mixed_; }
     void setAllowsMixedState(BOOL f) noexcept { mixed_ = f; }
@@ -89,22 +102,29 @@ public:
     [[nodiscard]] BOOL isEnabled() const noexcept { return enabled_; }
     virtual void setEnabled(BOOL f);
     [[nodiscard]] BOOL isHighlighted() const noexcept { return highlighted_; }
+    /// Shown as pressed.
     virtual void setHighlighted(BOOL f);
+    /// As setHighlighted, drawing only that frame of the view anew.
     virtual void highlight_withFrame_inView(BOOL f, const NSRect& frame, NSView* view);
     [[nodiscard]] BOOL isEditable() const noexcept { return editable_; }
+    /// What can be edited can be selected too.
     virtual void setEditable(BOOL f) noexcept;
     [[nodiscard]] BOOL isSelectable() const noexcept { return selectable_; }
+    /// NO ends being editable too.
     virtual void setSelectable(BOOL f) noexcept;
     [[nodiscard]] BOOL isContinuous() const noexcept { return continuous_; }
+    /// Whether the action is sent at each step of a drag, or each letter, and not at its end alone.
     virtual void setContinuous(BOOL f) noexcept { continuous_ = f; }
     [[nodiscard]] BOOL refusesFirstResponder() const noexcept { return refusesFirst_; }
     void setRefusesFirstResponder(BOOL f) noexcept { refusesFirst_ = f; }
     [[nodiscard]] virtual BOOL acceptsFirstResponder() const { return enabled_ && !refusesFirst_; }
+    /// Whether its control has the keys: set by the control.
     [[nodiscard]] BOOL showsFirstResponder() const noexcept { return showsFirst_; }
     void setShowsFirstResponder(BOOL f) noexcept { showsFirst_ = f; }
 
     // Looks.
 
+    /// Null for the system font in the size of the control.
     [[nodiscard]] virtual NSFont* font() const noexcept;
     virtual void setFont(NSFont* font);
     [[nodiscard]] virtual NSImage* image() const noexcept;
@@ -116,6 +136,7 @@ public:
     [[nodiscard]] BOOL wraps() const noexcept {
         return lineBreak_ == NSLineBreakByWordWrapping || lineBreak_ == NSLineBreakByCharWrapping;
     }
+    /// YES breaks lines at words; NO cuts a long line off.
     void setWraps(BOOL f);
     [[nodiscard]] BOOL isScrollable() const noexcept { return scrollable_; }
     void setScrollable(BOOL f) noexcept { scrollable_ = f; }
@@ -126,6 +147,7 @@ public:
     [[nodiscard]] NSControlSize controlSize() const noexcept { return size_; }
     virtual void setControlSize(NSControlSize s);
     [[nodiscard]] NSBackgroundStyle backgroundStyle() const noexcept { return background_; }
+    /// What it is drawn on: on a dark one, such as a selected line, the text is light.
     virtual void setBackgroundStyle(NSBackgroundStyle s) { background_ = s; }
     [[nodiscard]] NSFocusRingType focusRingType() const noexcept { return focusRing_; }
     void setFocusRingType(NSFocusRingType t) noexcept;
@@ -135,14 +157,17 @@ public:
 
     // Geometry, in the coordinates of the frame that is given.
 
+    /// The natural size, in points, without any limit.
     [[nodiscard]] NSSize cellSize() const;
     /// The natural size in a room of that much; no smaller where the cell cannot shrink.
     [[nodiscard]] virtual NSSize cellSizeForBounds(const NSRect& bounds) const;
+    /// What the bezel or border leaves.
     [[nodiscard]] virtual NSRect drawingRectForBounds(const NSRect& bounds) const;
     [[nodiscard]] virtual NSRect titleRectForBounds(const NSRect& bounds) const;
     [[nodiscard]] virtual NSRect imageRectForBounds(const NSRect& bounds) const;
     virtual void calcDrawInfo(const NSRect&) {}
 
+    /// Draws into the current context: border and interior. An empty frame draws nothing.
     virtual void drawWithFrame_inView(const NSRect& frame, NSView* view);
     virtual void drawInteriorWithFrame_inView(const NSRect& frame, NSView* view);
 
@@ -151,21 +176,30 @@ public:
 
     virtual BOOL trackMouse_inRect_ofView_untilMouseUp(NSEvent* e, const NSRect& frame, NSView* view,
                                                        BOOL untilMouseUp);
+    /// NO ends the tracking before it begins. Points are in the view's coordinates.
     virtual BOOL startTrackingAt_inView(NSPoint p, NSView* view);
+    /// Sent at each move; where it answers YES, a continuous cell sends its action.
     virtual BOOL continueTracking_at_inView(NSPoint last, NSPoint p, NSView* view);
+    /// At the end, at the last point; `up` is NO where the pointer left the frame or the view its window.
     virtual void stopTracking_at_inView_mouseIsUp(NSPoint last, NSPoint p, NSView* view, BOOL up);
+    /// What lies under the pointer: the bits of NSCellHitTest.h, 0 for nothing.
     [[nodiscard]] virtual NSUInteger hitTestForEvent_inRect_ofView(NSEvent* e, const NSRect& frame, NSView* view);
+    /// Acts as on a press and a release inside of it; a disabled one does nothing.
     virtual void performClick(NSObject* sender);
     virtual void resetCursorRect_inView(const NSRect& frame, NSView* view);
 
     // Editing in the window's field editor.
 
+    /// Puts the editor over the frame with the cell's text and has it handle the press; `e` may be null.
     virtual void editWithFrame_inView_editor_delegate_event(const NSRect& frame, NSView* view, NSText* editor,
                                                             NSObject* delegate, NSEvent* e);
+    /// The same, with that range selected (UTF-16 units).
     virtual void selectWithFrame_inView_editor_delegate_start_length(const NSRect& frame, NSView* view, NSText* editor,
                                                                      NSObject* delegate, NSUInteger start,
                                                                      NSUInteger length);
+    /// Gives the editor the cell's font and colour, and says what may be done with the text; answers the editor.
     virtual NSText* setUpFieldEditorAttributes(NSText* editor);
+    /// Takes the editor out of the view. The text has been taken over before.
     virtual void endEditing(NSText* editor);
 
     // A plain cell has none of these; an action cell has.
@@ -176,6 +210,7 @@ public:
     virtual void setAction(SEL) {}
     [[nodiscard]] virtual NSInteger tag() const { return 0; }
     virtual void setTag(NSInteger) {}
+    /// Empty for none.
     [[nodiscard]] virtual Ref<NSString> keyEquivalent() const;
     [[nodiscard]] virtual NSUInteger keyEquivalentModifierMask() const { return 0; }
 

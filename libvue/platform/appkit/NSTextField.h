@@ -4,14 +4,16 @@
 
 namespace libvue {
 
-/// Optional operations of a text field's delegate; the notifications of NSControl reach it too (controlTextDidChange:
-/// …).
+/// Optional operations of a text field's delegate. The last three are the notifications of NSControl, which reach it
+/// before other observers.
 namespace op {
 inline constexpr Operation<BOOL(NSControl*, NSText*)> control_textShouldBeginEditing{"control:textShouldBeginEditing:"};
+/// NO keeps the focus in the field.
 inline constexpr Operation<BOOL(NSControl*, NSText*)> control_textShouldEndEditing{"control:textShouldEndEditing:"};
 /// YES where the delegate has done it.
 inline constexpr Operation<BOOL(NSControl*, NSText*, SEL)> control_textView_doCommandBySelector{
     "control:textView:doCommandBySelector:"};
+/// YES has a text that the formatter refused end all the same, without becoming the value. The last text says why.
 inline constexpr Operation<BOOL(NSControl*, NSString*, NSString*)> control_didFailToFormatString_errorDescription{
     "control:didFailToFormatString:errorDescription:"};
 inline constexpr Operation<void(NSNotification*)> controlTextDidBeginEditing{"controlTextDidBeginEditing:"};
@@ -36,23 +38,26 @@ public:
     void setEditable(BOOL f);
     [[nodiscard]] BOOL isSelectable() const;
     void setSelectable(BOOL f);
+    /// A bezel is the theme's frame of a field; a border is a plain line.
     [[nodiscard]] BOOL isBezeled() const;
     void setBezeled(BOOL f);
     [[nodiscard]] BOOL isBordered() const;
     void setBordered(BOOL f);
     [[nodiscard]] BOOL drawsBackground() const;
     void setDrawsBackground(BOOL f);
+    /// Null for the colour of the theme.
     [[nodiscard]] NSColor* textColor() const;
     void setTextColor(NSColor* c);
     [[nodiscard]] NSColor* backgroundColor() const;
     void setBackgroundColor(NSColor* c);
+    /// Shown, pale, while the field is empty; null for none.
     [[nodiscard]] NSString* placeholderString() const;
     void setPlaceholderString(NSString* s);
     [[nodiscard]] NSObject* delegate() const noexcept { return delegate_; }
     /// Held weakly.
     void setDelegate(NSObject* d) { delegate_ = d; }
 
-    /// Starts editing with everything selected.
+    /// Starts editing with everything selected; does nothing in no window, or where the field is disabled or a label.
     virtual void selectText(NSObject* sender);
     [[nodiscard]] NSText* currentEditor() const override;
     BOOL abortEditing() override;

@@ -1,6 +1,7 @@
 #include <libvue/platform/appkit/NSView.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/appkit/NSViewExtras.h>
@@ -254,8 +255,9 @@ BOOL NSView::isHiddenOrHasHiddenAncestor() const noexcept {
 
 CGFloat NSView::alphaValue() const noexcept { return extras_ ? extras_->alpha : 1; }
 void NSView::setAlphaValue(CGFloat alpha) {
-    if (alpha == alphaValue()) return;
-    extras().alpha = alpha;
+    const CGFloat held = std::clamp(alpha, 0.0, 1.0);
+    if (std::isnan(alpha) || held == alphaValue()) return;
+    extras().alpha = held;
     setNeedsDisplay(YES);
 }
 

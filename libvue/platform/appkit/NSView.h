@@ -83,10 +83,14 @@ public:
     virtual void setFrame(const NSRect& frame);
     virtual void setFrameSize(const NSSize& size);
     virtual void setFrameOrigin(const NSPoint& origin);
+    /// A size other than the frame's scales what the view shows. Posts NSViewBoundsDidChangeNotification for a real
+    /// change.
     virtual void setBounds(const NSRect& bounds);
     void setBoundsOrigin(const NSPoint& origin);
     void setBoundsSize(const NSSize& size);
+    /// YES: the origin is at the top left, and y grows downward. Constant for the life of the view.
     [[nodiscard]] virtual BOOL isFlipped() const { return NO; }
+    /// Whether drawRect: covers all of the bounds.
     [[nodiscard]] virtual BOOL isOpaque() const { return NO; }
 
     [[nodiscard]] NSUInteger autoresizingMask() const noexcept { return mask_; }
@@ -95,6 +99,7 @@ public:
     void setAutoresizesSubviews(BOOL flag) noexcept { autoresizes_ = flag; }
     /// Sent by a change of size. The base gives each subview its autoresizing step.
     virtual void resizeSubviewsWithOldSize(const NSSize& oldSize);
+    /// The autoresizing step: the frame in a superview that had that size before.
     virtual void resizeWithOldSuperviewSize(const NSSize& oldSize);
     [[nodiscard]] BOOL postsFrameChangedNotifications() const noexcept { return postsFrame_; }
     void setPostsFrameChangedNotifications(BOOL flag) noexcept { postsFrame_ = flag; }
@@ -121,12 +126,17 @@ public:
     /// Appends, after removing the view from any former superview. Null raises NSInvalidArgumentException, an ancestor
     /// too.
     virtual void addSubview(NSView* view);
+    /// In front of `other` (NSWindowAbove) or behind it; of all of them for null or a view from elsewhere.
     void addSubview_positioned_relativeTo(NSView* view, NSWindowOrderingMode place, NSView* other);
     void replaceSubview_with(NSView* old, NSView* replacement);
     /// Replaces all of them; views not listed leave the tree.
     void setSubviews(NSArray* views);
     virtual void removeFromSuperview();
+    /// As removeFromSuperview, without marking anything for redisplay.
     virtual void removeFromSuperviewWithoutNeedingDisplay();
+    // Override points of the tree; an override runs the base first. A superview or window is null for a view that
+    // leaves.
+
     virtual void didAddSubview(NSView* view);
     virtual void willRemoveSubview(NSView* view);
     virtual void viewWillMoveToSuperview(NSView* superview);
@@ -134,9 +144,12 @@ public:
     virtual void viewWillMoveToWindow(NSWindow* window);
     virtual void viewDidMoveToWindow();
     [[nodiscard]] BOOL isDescendantOf(const NSView* view) const noexcept;
+    /// The nearest view that holds both, either of them among the answers; null where there is none.
     [[nodiscard]] NSView* ancestorSharedWithView(NSView* view) noexcept;
+    /// The view itself or the first one below it with that tag; null for none.
     [[nodiscard]] NSView* viewWithTag(NSInteger tag);
     [[nodiscard]] virtual NSInteger tag() const { return -1; }
+    /// The nearest one above; null for none.
     [[nodiscard]] NSScrollView* enclosingScrollView() const;
     /// The smallest opaque view that holds this one.
     [[nodiscard]] NSView* opaqueAncestor() noexcept;
@@ -149,23 +162,32 @@ public:
     /// Observable as "hidden".
     virtual void setHidden(BOOL hidden);
     [[nodiscard]] BOOL isHiddenOrHasHiddenAncestor() const noexcept;
+    /// Sent by setHidden: to that view, not to those below it.
     virtual void viewDidHide() {}
     virtual void viewDidUnhide() {}
     [[nodiscard]] CGFloat alphaValue() const noexcept;
+    /// Of the view with all that it holds; held to 0…1.
     void setAlphaValue(CGFloat alpha);
+    /// Marks all of it for the display pass at the end of the cycle. Nothing is drawn in the call.
     virtual void setNeedsDisplay(BOOL flag);
     virtual void setNeedsDisplayInRect(const NSRect& r);
     [[nodiscard]] BOOL needsDisplay() const noexcept { return dirty_; }
+    /// Draws at once, with what lies below it in the tree.
     void display();
     void displayRect(const NSRect& r);
     void displayIfNeeded();
+    /// Override point of the display pass: runs before that of the subviews, clipped to what is dirty.
     virtual void drawRect(const NSRect& dirtyRect);
+    /// Makes its window, or the canvas of a print job, the current context, with the view's coordinates, until
+    /// unlockFocus.
     virtual void lockFocus();
     virtual void unlockFocus();
     [[nodiscard]] BOOL canDraw() const noexcept;
     /// The part of the bounds that can be seen.
     [[nodiscard]] virtual NSRect visibleRect() const;
+    /// Scrolls the clip views above by the shortest way; NO where nothing moved.
     virtual BOOL scrollRectToVisible(const NSRect& r);
+    /// Brings the point to the corner of the nearest clip view.
     virtual void scrollPoint(NSPoint p);
     [[nodiscard]] BOOL needsToDrawRect(const NSRect& r) const;
     /// Draws the view and its subviews into the current context, its bounds origin at the context's origin.
@@ -213,18 +235,23 @@ public:
     /// Deepest view that is not hidden under the point, in the superview's coordinates; null where there is none.
     [[nodiscard]] virtual NSView* hitTest(NSPoint p);
     [[nodiscard]] BOOL mouse_inRect(NSPoint p, const NSRect& r) const;
+    /// Whether the click that makes its window key is for the view, too.
     [[nodiscard]] virtual BOOL acceptsFirstMouse(NSEvent* e);
     [[nodiscard]] virtual BOOL mouseDownCanMoveWindow() const { return !isOpaque(); }
     BOOL performKeyEquivalent(NSEvent* e) override;
+    /// Whether a click makes a panel key that becomes so only if needed.
     [[nodiscard]] virtual BOOL needsPanelToBecomeKey() { return acceptsFirstResponder(); }
     [[nodiscard]] NSMenu* menu() const override;
     void setMenu(NSMenu* menu);
+    /// What a click of the right button opens; the default is menu(), null for none.
     [[nodiscard]] virtual NSMenu* menuForEvent(NSEvent* e);
     void rightMouseDown(NSEvent* e) override;
 
+    /// The link that was set; null for none. Not kept.
     [[nodiscard]] NSView* nextKeyView() const;
     void setNextKeyView(NSView* view);
     [[nodiscard]] NSView* previousKeyView() const;
+    /// The next one along the links, or else the places, that takes the keys; null for none.
     [[nodiscard]] NSView* nextValidKeyView();
     [[nodiscard]] NSView* previousValidKeyView();
     [[nodiscard]] virtual BOOL canBecomeKeyView();
@@ -251,9 +278,11 @@ public:
                                                                   BOOL inside);
     void removeTrackingRect(NSTrackingRectTag tag);
     [[nodiscard]] NSString* toolTip() const;
+    /// Over the whole view; null for none.
     void setToolTip(NSString* text);
     /// `owner` (not kept) answers view:stringForToolTip:point:userData:, or is itself the text.
     NSToolTipTag addToolTipRect_owner_userData(const NSRect& r, NSObject* owner, void* data);
+    /// Unknown tags are ignored.
     void removeToolTip(NSToolTipTag tag);
     void removeAllToolTips();
 
