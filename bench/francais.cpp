@@ -1,8 +1,6 @@
 // The order of French texts, beside ICU's collator on the same words as UTF-16.
 
 #include <algorithm>
-#include <cstdlib>
-#include <fstream>
 #include <memory>
 #include <random>
 #include <stdexcept>
@@ -16,27 +14,13 @@
 #include <libvue/platform/foundation/NSString.h>
 
 #include "Banc.h"
+#include "Mots.h"
 
 using namespace libvue;
 
 namespace {
 
-/// A hundred thousand words from all over the list, in no order.
-std::vector<std::string> mots() {
-    const char* nomme = std::getenv("LIBVUE_BENCH_WORDS");
-    const std::string chemin = nomme && *nomme ? nomme : "/usr/share/dict/french";
-    std::ifstream fichier(chemin);
-    std::vector<std::string> tous;
-    for (std::string ligne; std::getline(fichier, ligne);)
-        if (!ligne.empty()) tous.push_back(ligne);
-    constexpr std::size_t nombre = 100000;
-    if (tous.size() < 2) throw std::runtime_error("no words in " + chemin);
-    std::vector<std::string> choisis;
-    for (std::size_t i = 0; i < nombre; ++i)
-        choisis.push_back(tous[i * tous.size() / nombre]);
-    std::shuffle(choisis.begin(), choisis.end(), std::mt19937(1));
-    return choisis;
-}
+constexpr std::size_t nombre = 100000;
 
 /// The words as texts, which lie in memory in their order; so do those of the peer.
 Ref<NSArray> liste(const std::vector<std::string>& mots) {
@@ -70,7 +54,7 @@ banc::Chemin tri() {
         std::vector<std::u16string_view> vues;
     };
     auto d = std::make_shared<Donnees>();
-    d->liste = liste(mots());
+    d->liste = liste(banc::motsMelanges(nombre));
     for (NSUInteger i = 0; i < d->liste->count(); ++i)
         d->textes.push_back(d->liste->at<NSString>(i)->utf16());
     d->vues.assign(d->textes.begin(), d->textes.end());
@@ -110,7 +94,7 @@ banc::Chemin paires(const std::vector<std::pair<Ref<NSString>, Ref<NSString>>>& 
 
 /// Neighbours of the sorted list: they are alike for long, as the pairs of a sort's last rounds are.
 banc::Chemin voisins() {
-    const Ref<NSArray> melanges = liste(mots());
+    const Ref<NSArray> melanges = liste(banc::motsMelanges(nombre));
     const Ref<NSArray> tries = melanges->sortedArrayUsingSelector(sel("localizedCaseInsensitiveCompare:"));
     std::vector<std::pair<Ref<NSString>, Ref<NSString>>> choisies;
     for (NSUInteger i = 0; i + 1 < tries->count(); i += 97)

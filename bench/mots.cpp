@@ -1,8 +1,6 @@
 // All word boundaries of a long French text, forward from its start and back from its end, beside ICU's word iterator
 // on the same units.
 
-#include <cstdlib>
-#include <fstream>
 #include <memory>
 #include <random>
 #include <stdexcept>
@@ -16,6 +14,7 @@
 #include <libvue/platform/foundation/NSString.h>
 
 #include "Banc.h"
+#include "Mots.h"
 
 using namespace libvue;
 
@@ -23,24 +22,15 @@ namespace {
 
 constexpr std::size_t kLongueur = 1000000;
 
-std::vector<std::u16string> liste() {
-    const char* nomme = std::getenv("LIBVUE_BENCH_WORDS");
-    const std::string chemin = nomme && *nomme ? nomme : "/usr/share/dict/french";
-    std::ifstream fichier(chemin);
-    std::vector<std::u16string> mots;
-    for (std::string ligne; std::getline(fichier, ligne);)
-        if (!ligne.empty()) mots.push_back(NSString::fromUTF8(ligne)->utf16());
-    if (mots.size() < 2) throw std::runtime_error("no words in " + chemin);
-    return mots;
-}
-
 /// Sentences of words from all over the list between the small words of the language, with its elisions.
 std::u16string texte(char16_t apostrophe) {
     static constexpr std::u16string_view courts[] = {u"le",  u"de",   u"un", u"et",  u"à",   u"les", u"dans", u"est",
                                                      u"que", u"pour", u"ne", u"sur", u"par", u"des", u"il",   u"ce"};
     static constexpr std::u16string_view elides[] = {u"l", u"d", u"qu", u"n", u"s", u"j", u"aujourd"};
     static constexpr std::u16string_view fins[] = {u", ", u", ", u". ", u"\u00A0; ", u"\u00A0? ", u".\n"};
-    const auto mots = liste();
+    std::vector<std::u16string> mots;
+    for (const std::string& mot : banc::mots())
+        mots.push_back(NSString::fromUTF8(mot)->utf16());
     std::mt19937 hasard(1);
     std::u16string t;
     while (t.size() < kLongueur) {

@@ -1,10 +1,7 @@
 // Whether candidates match a sought French text, beside the same on QString.
 
 #include <array>
-#include <cstdlib>
-#include <fstream>
 #include <memory>
-#include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -15,6 +12,7 @@
 #include <libvue/search/TesteCandidatRecherche.h>
 
 #include "Banc.h"
+#include "Mots.h"
 
 using namespace libvue;
 
@@ -24,17 +22,9 @@ constexpr std::size_t nombre = 100000;
 
 /// A hundred thousand words in no order, one in eight of them with an article and a typographic apostrophe.
 std::vector<std::string> candidats() {
-    const char* nomme = std::getenv("LIBVUE_BENCH_WORDS");
-    const std::string chemin = nomme && *nomme ? nomme : "/usr/share/dict/french";
-    std::ifstream fichier(chemin);
-    std::vector<std::string> tous;
-    for (std::string ligne; std::getline(fichier, ligne);)
-        if (!ligne.empty()) tous.push_back(ligne);
-    if (tous.size() < 2) throw std::runtime_error("no words in " + chemin);
-    std::vector<std::string> choisis;
-    for (std::size_t i = 0; i < nombre; ++i)
-        choisis.push_back((i % 8 ? "" : "l\u2019") + tous[i * tous.size() / nombre]);
-    std::shuffle(choisis.begin(), choisis.end(), std::mt19937(1));
+    std::vector<std::string> choisis = banc::motsMelanges(nombre);
+    for (std::size_t i = 0; i < nombre; i += 8)
+        choisis[i].insert(0, "l\u2019");
     return choisis;
 }
 

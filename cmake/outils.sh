@@ -16,6 +16,8 @@ PAQUETS_CONSTRUCTION=(g++ cmake ninja-build pkg-config ccache qt6-base-dev qt6-b
 PAQUETS_ESSAIS=(libgtest-dev libgmock-dev poppler-utils)
 PAQUETS_LINT=(clang-format clang-tidy shellcheck git)
 PAQUETS_FENETRES=(xvfb openbox picom xdotool x11-utils x11-xserver-utils dbus-bin dbus-daemon dunst cups-daemon cups-client)
+# The gallery shows a list of words, and a few lines of its own without it.
+PAQUETS_GALERIE=(wfrench)
 PAQUETS_BANCS=(libbenchmark-dev wfrench)
 
 dire() { printf '== %s\n' "$*"; }

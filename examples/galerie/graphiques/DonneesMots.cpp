@@ -2,15 +2,14 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
-#include <iterator>
 #include <map>
+
+#include <ListeDeMots.h>
 
 namespace galerie {
 
 namespace {
 
-constexpr const char* kListe = "/usr/share/dict/french";
 constexpr std::size_t kLongueurMax = 20; ///< longer words are counted together
 
 /// The start of a tale, for systems without a list of words.
@@ -146,8 +145,7 @@ DonneesMots DonneesMots::compte(std::string_view texte, std::u16string source) {
 
 const DonneesMots& DonneesMots::duSysteme() {
     static const DonneesMots d = [] {
-        std::ifstream fichier(kListe, std::ios::binary);
-        const std::string texte((std::istreambuf_iterator<char>(fichier)), std::istreambuf_iterator<char>());
+        const std::string texte = listeDeMots();
         return texte.empty() ? compte(kTexte, u"le début d’un conte") : compte(texte, u"la liste de mots du système");
     }();
     return d;

@@ -1,9 +1,10 @@
 #include <grille/MotsEnCartes.h>
 
 #include <algorithm>
-#include <fstream>
+#include <sstream>
 #include <string>
 
+#include <ListeDeMots.h>
 #include <grille/CarteVue.h>
 #include <libvue/socle/UniChaine.h>
 
@@ -11,7 +12,6 @@ namespace galerie {
 
 namespace {
 
-constexpr const char* kListe = "/usr/share/dict/french";
 /// For systems without a list of words.
 constexpr const char* kPhrase = "portez ce vieux whisky au juge blond qui fume sur son île intérieure à côté de "
                                 "l’alcôve ovoïde où les bûches se consument dans l’âtre";
@@ -23,16 +23,10 @@ const InscriptionSource<MotsEnCartes> inscription{10};
 const NSArray& MotsEnCartes::mots() {
     if (mots_) return *mots_;
     const Ref<NSMutableArray> lus = NSMutableArray::array();
-    std::ifstream liste(kListe);
-    for (std::string mot; std::getline(liste, mot);)
+    const std::string liste = listeDeMots();
+    std::istringstream mots(liste.empty() ? kPhrase : liste);
+    for (std::string mot; std::getline(mots, mot, liste.empty() ? ' ' : '\n');)
         if (!mot.empty()) lus->addObject(NSString::fromUTF8(mot));
-    if (lus->count() == 0) {
-        const std::string phrase = kPhrase;
-        for (std::size_t i = 0, fin = 0; i < phrase.size(); i = fin + 1) {
-            fin = std::min(phrase.find(' ', i), phrase.size());
-            lus->addObject(NSString::fromUTF8(phrase.substr(i, fin - i)));
-        }
-    }
     mots_ = lus;
     return *mots_;
 }
