@@ -1,3 +1,4 @@
+#include <cstdio>
 #include <cstdlib>
 #include <string_view>
 
@@ -39,8 +40,12 @@ std::unique_ptr<Backend> makeQtBackend() {
 }
 
 std::unique_ptr<Backend> makeDefaultBackend() {
-    const char* name = std::getenv("LIBVUE_BACKEND");
-    return name && std::string_view(name) == "memory" ? makeMemoryBackend() : makeQtBackend();
+    const char* named = std::getenv("LIBVUE_BACKEND");
+    const std::string_view name = named ? named : "";
+    if (name == "memory") return makeMemoryBackend();
+    if (!name.empty() && name != "qt")
+        std::fprintf(stderr, "libvue: LIBVUE_BACKEND is qt or memory, not \"%s\"; qt is used\n", named);
+    return makeQtBackend();
 }
 
 } // namespace libvue::backend
