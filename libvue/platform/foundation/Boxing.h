@@ -6,24 +6,30 @@
 
 namespace libvue {
 
+// What `boxed` and `unboxed` below are made of.
+
+/// A new NSNumber; that of a boolean or a small integer is shared.
 [[nodiscard]] LIBVUE_API Ref<NSObject> boxedBool(BOOL v);
 [[nodiscard]] LIBVUE_API Ref<NSObject> boxedInteger(NSInteger v);
 [[nodiscard]] LIBVUE_API Ref<NSObject> boxedUnsigned(NSUInteger v);
 [[nodiscard]] LIBVUE_API Ref<NSObject> boxedDouble(double v);
+/// A new NSValue.
 [[nodiscard]] LIBVUE_API Ref<NSObject> boxedPoint(const NSPoint& v);
 [[nodiscard]] LIBVUE_API Ref<NSObject> boxedSize(const NSSize& v);
 [[nodiscard]] LIBVUE_API Ref<NSObject> boxedRect(const NSRect& v);
 [[nodiscard]] LIBVUE_API Ref<NSObject> boxedRange(const NSRange& v);
+/// The value of a number, or of a text that begins with one; NO or 0 for null and for anything else.
 [[nodiscard]] LIBVUE_API BOOL unboxedBool(NSObject* v);
 [[nodiscard]] LIBVUE_API NSInteger unboxedInteger(NSObject* v);
 [[nodiscard]] LIBVUE_API NSUInteger unboxedUnsigned(NSObject* v);
 [[nodiscard]] LIBVUE_API double unboxedDouble(NSObject* v);
+/// The geometry in an NSValue of that type; all zeros for null and for anything else.
 LIBVUE_API void unboxGeometry(NSObject* v, NSPoint& out);
 LIBVUE_API void unboxGeometry(NSObject* v, NSSize& out);
 LIBVUE_API void unboxGeometry(NSObject* v, NSRect& out);
 LIBVUE_API void unboxGeometry(NSObject* v, NSRange& out);
 
-/// A value as an object: numbers and booleans as NSNumber, geometry as NSValue, objects as they are.
+/// A value as an object: numbers and booleans as NSNumber, geometry as NSValue, objects as they are (null for null).
 template <class T> [[nodiscard]] Ref<NSObject> boxed(const T& v) {
     if constexpr (std::is_same_v<T, bool>)
         return boxedBool(v);

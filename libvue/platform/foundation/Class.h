@@ -217,6 +217,7 @@ template <class T> struct ClassRegistration : ClassRegistrationBase {
 
 /// The class of that name, or null. Known are the classes that were used or registered.
 [[nodiscard]] LIBVUE_API const Class* NSClassFromString(NSString* name);
+/// The name that NSClassFromString finds the class by.
 [[nodiscard]] LIBVUE_API Ref<NSString> NSStringFromClass(const Class& c);
 
 } // namespace libvue

@@ -9,6 +9,7 @@
 
 namespace libvue {
 
+/// Reverse goes from the end to the start. The other is taken and changes nothing: ranges are always the longest.
 enum NSAttributedStringEnumerationOptions : NSUInteger {
     NSAttributedStringEnumerationReverse = 2,
     NSAttributedStringEnumerationLongestEffectiveRangeNotRequired = 1 << 20

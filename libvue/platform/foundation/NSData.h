@@ -9,11 +9,14 @@
 
 namespace libvue {
 
+/// Atomic: the file takes its place as a whole once it is written.
 enum NSDataWritingOptions : NSUInteger { NSDataWritingAtomic = 1 };
+/// Breaks the text into lines of that many characters, parted by CR LF; without one it is a single line.
 enum NSDataBase64EncodingOptions : NSUInteger {
     NSDataBase64Encoding64CharacterLineLength = 1,
     NSDataBase64Encoding76CharacterLineLength = 2
 };
+/// Passes over what is no letter of the code, line ends for one; without it such a text is refused.
 enum NSDataBase64DecodingOptions : NSUInteger { NSDataBase64DecodingIgnoreUnknownCharacters = 1 };
 
 /// Bytes: immutable and shared.

@@ -6,6 +6,7 @@
 
 namespace libvue {
 
+/// How much of a date or a time is written, from figures alone to all of it in words. No style leaves the part out.
 enum NSDateFormatterStyle : NSUInteger {
     NSDateFormatterNoStyle = 0,
     NSDateFormatterShortStyle = 1,

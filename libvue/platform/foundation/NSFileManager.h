@@ -52,6 +52,7 @@ public:
 
 /// The folder for temporary files: TMPDIR, else "/tmp".
 [[nodiscard]] LIBVUE_API Ref<NSString> NSTemporaryDirectory();
+/// The user's folder: HOME, else what the system knows of the user.
 [[nodiscard]] LIBVUE_API Ref<NSString> NSHomeDirectory();
 
 } // namespace libvue

@@ -11,19 +11,23 @@ struct NSPoint {
     CGFloat x = 0, y = 0;
     friend bool operator==(const NSPoint&, const NSPoint&) = default;
 };
+/// Width and height; nothing keeps them from being negative.
 struct NSSize {
     CGFloat width = 0, height = 0;
     friend bool operator==(const NSSize&, const NSSize&) = default;
 };
+/// `origin` is the corner with the smallest coordinates, whichever way y grows.
 struct NSRect {
     NSPoint origin;
     NSSize size;
     friend bool operator==(const NSRect&, const NSRect&) = default;
 };
+/// A stretch of places in a text or a list, from `location` up to and without `location + length`.
 struct NSRange {
     NSUInteger location = 0, length = 0;
     friend bool operator==(const NSRange&, const NSRange&) = default;
 };
+/// Distances inward from the sides of a rectangle.
 struct NSEdgeInsets {
     CGFloat top = 0, left = 0, bottom = 0, right = 0;
     friend bool operator==(const NSEdgeInsets&, const NSEdgeInsets&) = default;
@@ -45,7 +49,9 @@ constexpr BOOL NSLocationInRange(NSUInteger i, NSRange r) noexcept {
     return i >= r.location && i - r.location < r.length;
 }
 constexpr BOOL NSEqualRanges(NSRange a, NSRange b) noexcept { return a == b; }
+/// The common places; (0, 0) where there are none.
 LIBVUE_API NSRange NSIntersectionRange(NSRange a, NSRange b) noexcept;
+/// The shortest range that holds both, with what lies between them.
 LIBVUE_API NSRange NSUnionRange(NSRange a, NSRange b) noexcept;
 
 constexpr CGFloat NSMinX(const NSRect& r) noexcept { return r.origin.x; }
@@ -75,7 +81,9 @@ LIBVUE_API BOOL NSMouseInRect(const NSPoint& p, const NSRect& r, BOOL flipped) n
 constexpr BOOL NSEqualPoints(const NSPoint& a, const NSPoint& b) noexcept { return a == b; }
 constexpr BOOL NSEqualSizes(const NSSize& a, const NSSize& b) noexcept { return a == b; }
 constexpr BOOL NSEqualRects(const NSRect& a, const NSRect& b) noexcept { return a == b; }
+/// Whether `inner`, which may touch its sides, lies in `outer`. An empty rectangle lies in none.
 LIBVUE_API BOOL NSContainsRect(const NSRect& outer, const NSRect& inner) noexcept;
+/// Whether they overlap; touching sides do not.
 LIBVUE_API BOOL NSIntersectsRect(const NSRect& a, const NSRect& b) noexcept;
 /// The common rectangle; NSZeroRect where they do not overlap.
 LIBVUE_API NSRect NSIntersectionRect(const NSRect& a, const NSRect& b) noexcept;
@@ -88,11 +96,13 @@ LIBVUE_API NSRect NSIntegralRect(const NSRect& r) noexcept;
 LIBVUE_API void NSDivideRect(const NSRect& r, NSRect* slice, NSRect* remainder, CGFloat amount,
                              NSRectEdge edge) noexcept;
 
-/// "{{x, y}, {w, h}}" and its parsing; missing numbers read as 0.
+/// "{x, y}", "{width, height}", "{{x, y}, {width, height}}", "{location, length}", with the digits that give the same
+/// number back.
 LIBVUE_API Ref<NSString> NSStringFromPoint(const NSPoint& p);
 LIBVUE_API Ref<NSString> NSStringFromSize(const NSSize& s);
 LIBVUE_API Ref<NSString> NSStringFromRect(const NSRect& r);
 LIBVUE_API Ref<NSString> NSStringFromRange(const NSRange& r);
+/// The numbers of a text in that order, whatever stands between them; missing ones, and a null text, read as 0.
 LIBVUE_API NSPoint NSPointFromString(NSString* s);
 LIBVUE_API NSSize NSSizeFromString(NSString* s);
 LIBVUE_API NSRect NSRectFromString(NSString* s);

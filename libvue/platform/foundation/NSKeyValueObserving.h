@@ -26,6 +26,7 @@ enum NSKeyValueSetMutationKind : NSUInteger {
 /// Objects that were there already, or never were, are not among them.
 LIBVUE_API void announceSetWillChange(NSObject* object, NSString* key, NSKeyValueSetMutationKind kind,
                                       const NSSet* objects);
+/// Ends the change that was announced last for that key.
 LIBVUE_API void announceSetDidChange(NSObject* object, NSString* key);
 
 inline constexpr ConstantString NSKeyValueChangeKindKey{u"kind"};

@@ -6,6 +6,7 @@
 
 namespace libvue {
 
+/// What a number is written as, in the ways of the locale. No style writes a plain integer.
 enum NSNumberFormatterStyle : NSUInteger {
     NSNumberFormatterNoStyle = 0,
     NSNumberFormatterDecimalStyle = 1,

@@ -157,6 +157,12 @@ template <class T, class U> [[nodiscard]] T* as(U* object) noexcept { return dyn
 template <class T, class U> [[nodiscard]] T* as(const Ref<U>& object) noexcept {
     return dynamic_cast<T*>(object.get());
 }
+/// Of a reference that is about to go, the answer takes over the count: a pointer into it would dangle.
+template <class T, class U> [[nodiscard]] Ref<T> as(Ref<U>&& object) noexcept {
+    T* const found = dynamic_cast<T*>(object.get());
+    if (found) (void)object.leak();
+    return Ref<T>(found, adoptTag);
+}
 
 /// Equality of two objects that may be absent.
 [[nodiscard]] LIBVUE_API BOOL isEqual(const NSObject* a, const NSObject* b);

@@ -13,6 +13,7 @@ namespace detail {
 struct DocumentObjects;
 }
 
+/// How text lies in bytes. What an encoding lacks makes a conversion answer null.
 enum NSStringEncoding : NSUInteger {
     NSASCIIStringEncoding = 1,
     NSUTF8StringEncoding = 4,
@@ -24,6 +25,7 @@ enum NSStringEncoding : NSUInteger {
     NSUTF16LittleEndianStringEncoding = 0x94000100
 };
 
+/// How texts are compared and searched; they combine.
 enum NSStringCompareOptions : NSUInteger {
     NSCaseInsensitiveSearch = 1,
     NSLiteralSearch = 2,

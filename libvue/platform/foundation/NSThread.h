@@ -4,6 +4,7 @@
 
 namespace libvue {
 
+/// Which thread is at work: objects belong to the one of the interface.
 class LIBVUE_API NSThread {
 public:
     NSThread() = delete;

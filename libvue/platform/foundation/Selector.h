@@ -19,6 +19,7 @@ struct Selector {
 
 /// Null for null.
 [[nodiscard]] LIBVUE_API Ref<NSString> NSStringFromSelector(SEL selector);
+/// As `sel`; null for null.
 [[nodiscard]] LIBVUE_API SEL NSSelectorFromString(NSString* name);
 
 } // namespace libvue

@@ -280,7 +280,7 @@ Ref<NSImage> NSImage::copy() const {
     for (const Ref<NSImageRep>& rep : s_->reps) {
         // Pixels may be drawn into later: they are the copy's own. Other representations do not change.
         const auto* bitmap = as<const NSBitmapImageRep>(rep);
-        image->s_->reps.emplace_back(bitmap ? as<NSImageRep>(bitmap->copyWithZone()) : rep.get());
+        image->s_->reps.emplace_back(bitmap ? as<NSImageRep>(bitmap->copyWithZone()) : rep);
     }
     image->s_->alignment = s_->alignment;
     image->flipped_ = flipped_;
