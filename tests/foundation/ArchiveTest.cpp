@@ -289,6 +289,20 @@ TEST(Archive, damageNeverGoesUnnoticedAsACrash) {
     }
 }
 
+TEST(Archive, listsThatHoldThemselvesAreComparedWithoutEnd) {
+    // A set of two lists, each of which holds itself: they fall into one place, and are compared there.
+    const char* const archive = R"({"format":"libvue-archive","version":1,"kind":"ordered","top":[{"o":0}],"objects":[
+        {"class":"NSSet","values":[2,{"o":1},{"o":2}]},
+        {"class":"NSMutableArray","values":[2,{"o":1},{"o":1}]},
+        {"class":"NSMutableArray","values":[2,{"o":2},{"o":2}]}]})";
+    const Ref<NSObject> back = unarchived(NSData::from(archive), Way::ordered);
+    const auto* set = as<NSSet>(back);
+    ASSERT_NE(set, nullptr);
+    EXPECT_EQ(set->count(), 2u);
+    for (NSObject* list : *set)
+        as<NSMutableArray>(list)->removeAllObjects();
+}
+
 TEST(Archive, theWrongKindOfCoderIsRaised) {
     auto keyed = make<NSKeyedArchiver>();
     EXPECT_EQ(raised([&] { keyed->encodeInteger(3); }), "NSInvalidArgumentException");

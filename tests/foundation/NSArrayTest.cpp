@@ -1,5 +1,6 @@
 #include "Valeurs.h"
 
+#include <libvue/platform/foundation/NSDecimalNumber.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSIndexSet.h>
 #include <libvue/platform/foundation/NSNull.h>
@@ -250,8 +251,22 @@ TEST(NSArray, keyPathsOverTheElements) {
     EXPECT_EQ(raised([&] { (void)list->valueForKeyPath(text(u"@nonsense.n")); }), "NSUndefinedKeyException");
     EXPECT_EQ(described(NSArray::array()->valueForKeyPath(text(u"@avg.n"))), "0");
     EXPECT_EQ(NSArray::array()->valueForKeyPath(text(u"@max.n")), nullptr);
-    auto large = NSArray::arrayWithObjects({NSNumber::numberWithUnsignedInteger(~NSUInteger{0}), number(1)});
-    EXPECT_EQ(described(large->valueForKeyPath(text(u"@sum"))), "1.8446744073709552e+19");
+    const auto decimal = [](const char* s) { return NSDecimalNumber::decimalNumberWithText(s); };
+    const struct {
+        Ref<NSArray> values;
+        const char *sum, *average;
+    } sums[] = {
+        {NSArray::arrayWithObjects({NSNumber::numberWithUnsignedInteger(~NSUInteger{0}), number(1)}),
+         "1.8446744073709552e+19", "9.223372036854776e+18"},
+        {NSArray::arrayWithObjects({decimal("0.1"), decimal("0.2")}), "0.3", "0.15"},
+        {NSArray::arrayWithObjects({number(1), decimal("12345678901234567890123.5"), NSNumber::numberWithFloat(0.1f)}),
+         "12345678901234567890124.6", "4115226300411522630041.5333333333333333"},
+        {NSArray::arrayWithObjects({decimal("1"), text(u"rien")}), "1", "0.5"},
+    };
+    for (const auto& row : sums) {
+        EXPECT_EQ(described(row.values->valueForKeyPath(text(u"@sum"))), row.sum);
+        EXPECT_EQ(described(row.values->valueForKeyPath(text(u"@avg"))), row.average);
+    }
 }
 
 TEST(NSArray, enumeration) {

@@ -1,8 +1,10 @@
 #include <libvue/platform/foundation/CollectionKeys.h>
 
+#include <algorithm>
 #include <limits>
 
 #include <libvue/platform/foundation/NSArray.h>
+#include <libvue/platform/foundation/NSDecimalNumber.h>
 #include <libvue/platform/foundation/NSNull.h>
 #include <libvue/platform/foundation/NSNumber.h>
 #include <libvue/platform/foundation/NSSet.h>
@@ -32,7 +34,21 @@ Elements valuesOf(const Elements& elements, NSString* path) {
     return values;
 }
 
+/// What is no number counts as in `unboxed`.
+Ref<NSDecimalNumber> decimalOf(NSObject* v) {
+    if (auto* d = as<NSDecimalNumber>(v)) return d;
+    if (auto* n = as<NSNumber>(v)) return NSDecimalNumber::decimalNumberWithText(n->stringValue()->utf8());
+    return NSDecimalNumber::decimalNumberWithDouble(unboxed<double>(v));
+}
+
+/// A decimal number if one is among the values, else an integer as long as it is whole and fits, else a double.
 Ref<NSNumber> sumOf(const Elements& values) {
+    if (std::any_of(values.begin(), values.end(), [](const auto& v) { return as<NSDecimalNumber>(v) != nullptr; })) {
+        auto sum = NSDecimalNumber::zero();
+        for (const auto& v : values)
+            sum = sum->decimalNumberByAdding(decimalOf(v));
+        return sum;
+    }
     constexpr auto most = static_cast<NSUInteger>(std::numeric_limits<NSInteger>::max());
     bool whole = true;
     NSInteger integers = 0;
@@ -45,6 +61,14 @@ Ref<NSNumber> sumOf(const Elements& values) {
         whole = whole && fits && !__builtin_add_overflow(integers, n->integerValue(), &integers);
     }
     return whole ? NSNumber::numberWithInteger(integers) : NSNumber::numberWithDouble(doubles);
+}
+
+Ref<NSNumber> averageOf(const Elements& values) {
+    if (values.empty()) return NSNumber::numberWithDouble(0);
+    const Ref<NSNumber> sum = sumOf(values);
+    const auto count = NSNumber::numberWithUnsignedInteger(values.size());
+    if (auto* d = as<NSDecimalNumber>(sum)) return d->decimalNumberByDividingBy(decimalOf(count));
+    return NSNumber::numberWithDouble(sum->doubleValue() / count->doubleValue());
 }
 
 Ref<NSObject> extremeOf(const Elements& values, NSComparisonResult better) {
@@ -70,9 +94,7 @@ Ref<NSObject> collectionValueForKeyPath(NSObject& collection, const Elements& el
     if (first->isEqualTo(u"@count")) return NSNumber::numberWithInteger(static_cast<NSInteger>(elements.size()));
     Elements values = valuesOf(elements, rest);
     if (first->isEqualTo(u"@sum")) return sumOf(values);
-    if (first->isEqualTo(u"@avg"))
-        return NSNumber::numberWithDouble(
-            values.empty() ? 0 : sumOf(values)->doubleValue() / static_cast<double>(values.size()));
+    if (first->isEqualTo(u"@avg")) return averageOf(values);
     if (first->isEqualTo(u"@min")) return extremeOf(values, NSOrderedAscending);
     if (first->isEqualTo(u"@max")) return extremeOf(values, NSOrderedDescending);
     if (first->isEqualTo(u"@unionOfObjects")) return NSArray::arrayWithRefs(values);

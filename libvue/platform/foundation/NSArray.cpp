@@ -6,6 +6,7 @@
 #include <new>
 
 #include <libvue/platform/foundation/CollectionText.h>
+#include <libvue/platform/foundation/ComparisonLevel.h>
 #include <libvue/platform/foundation/DocumentObjects.h>
 #include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSException.h>
@@ -159,6 +160,8 @@ NSObject* NSArray::firstObjectCommonWithArray(const NSArray* other) const {
 BOOL NSArray::isEqualToArray(const NSArray* other) const {
     if (this == other) return YES;
     if (!other || other->count_ != count_) return NO;
+    const ComparisonLevel level;
+    if (level.isTooDeep()) return NO;
     for (NSUInteger i = 0; i < count_ && i < other->count_; ++i)
         if (items_[i] != other->items_[i] && !items_[i]->isEqual(other->items_[i])) return NO;
     return YES;

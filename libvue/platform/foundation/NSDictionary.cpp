@@ -1,6 +1,7 @@
 #include <libvue/platform/foundation/NSDictionary.h>
 
 #include <libvue/platform/foundation/CollectionText.h>
+#include <libvue/platform/foundation/ComparisonLevel.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSException.h>
@@ -135,6 +136,8 @@ Ref<NSArray> NSDictionary::keysSortedByValueUsingSelector(SEL comparison) const 
 BOOL NSDictionary::isEqualToDictionary(const NSDictionary* other) const {
     if (this == other) return YES;
     if (!other || other->count() != count()) return NO;
+    const ComparisonLevel level;
+    if (level.isTooDeep()) return NO;
     for (auto [key, value] : *this) {
         NSObject* v = other->objectForKey(key);
         if (!v || (v != value && !value->isEqual(v))) return NO;

@@ -1,6 +1,7 @@
 #include <libvue/platform/foundation/NSSet.h>
 
 #include <libvue/platform/foundation/CollectionText.h>
+#include <libvue/platform/foundation/ComparisonLevel.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSException.h>
@@ -76,6 +77,8 @@ BOOL NSSet::isEqualToSet(const NSSet* other) const {
 }
 
 BOOL NSSet::isSubsetOfSet(const NSSet* other) const {
+    const ComparisonLevel level;
+    if (level.isTooDeep()) return NO;
     for (NSObject* o : *this)
         if (!other || !other->containsObject(o)) return NO;
     return YES;
