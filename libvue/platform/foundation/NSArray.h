@@ -104,7 +104,7 @@ public:
     [[nodiscard]] Ref<NSObject> mutableCopyWithZone() const override;
     void encodeWithCoder(NSCoder& coder) const override;
     /// The elements' values in a new list, absent ones as NSNull. "@count", "@sum", "@avg", "@min", "@max" with a path
-    /// behind them are worked out over the elements.
+    /// behind them are worked out over the elements; with a decimal number among them, sum and average are decimal.
     [[nodiscard]] Ref<NSObject> valueForKey(NSString* key) override;
     [[nodiscard]] Ref<NSObject> valueForKeyPath(NSString* path) override;
     /// Sets it on each element.
