@@ -7,7 +7,6 @@
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
-#include <libvue/platform/foundation/NSNumber.h>
 #include <libvue/platform/foundation/NSString.h>
 #include <libvue/platform/foundation/ObjectSide.h>
 
@@ -51,7 +50,11 @@ private:
 class NSNotificationCenterTest : public testing::Test {
 protected:
     void SetUp() override { journal.clear(); }
-    void TearDown() override { EXPECT_EQ(objet->sideIfAny() ? objet->sideIfAny()->observers : nullptr, nullptr); }
+    void TearDown() override {
+        for (const Ref<Ecouteur>& e : {a, b, c})
+            centre->removeObserver(e);
+        EXPECT_EQ(objet->sideIfAny() ? objet->sideIfAny()->observers : nullptr, nullptr);
+    }
 
     void ajoute(Ecouteur* e, NSString* name, NSObject* o, const char* selector = "recoit:") {
         centre->addObserver_selector_name_object(e, sel(selector), name, o);
@@ -103,8 +106,6 @@ TEST_F(NSNotificationCenterTest, observersRunInTheOrderOfRegistrationAndAsOftenA
     EXPECT_EQ(poste(kBouge, objet), "b:bouge a:bouge b:bouge c:bouge ");
     centre->removeObserver_name_object(b, kBouge, objet);
     EXPECT_EQ(poste(kBouge, objet), "a:bouge c:bouge ");
-    centre->removeObserver(a);
-    centre->removeObserver(c);
 }
 
 TEST_F(NSNotificationCenterTest, removalEndsExactlyWhatItNames) {
@@ -128,7 +129,6 @@ TEST_F(NSNotificationCenterTest, removalEndsExactlyWhatItNames) {
     ajoute(a, kBouge, nullptr);
     centre->removeObserver_name_object(a, kBouge, objet);
     EXPECT_EQ(poste(kBouge, objet), "a:bouge ");
-    centre->removeObserver(a);
 }
 
 TEST_F(NSNotificationCenterTest, operationsOfSeveralSignaturesAreAccepted) {
@@ -140,8 +140,6 @@ TEST_F(NSNotificationCenterTest, operationsOfSeveralSignaturesAreAccepted) {
     EXPECT_EQ(poste(kBouge, objet), "a:() a:objet a:demande b:bouge b:() ");
     for (const char* selector : {"inconnue:", "deux:de:"})
         EXPECT_THROW(ajoute(a, kBouge, objet, selector), NSExceptionRaised);
-    centre->removeObserver(a);
-    centre->removeObserver(b);
 }
 
 TEST_F(NSNotificationCenterTest, aPostSurvivesWhatItsObserversDo) {
@@ -169,27 +167,19 @@ TEST_F(NSNotificationCenterTest, aPostSurvivesWhatItsObserversDo) {
     EXPECT_EQ(poste(kBouge, objet), "");
 }
 
-TEST_F(NSNotificationCenterTest, anObserverMayLetGoOfItselfWhileItIsTold) {
-    const Weak<Ecouteur> faible(a);
-    a->action = [this, &faible] {
+TEST_F(NSNotificationCenterTest, whoeverIsToldOrObservedMayGoDuringThePost) {
+    const Weak<Ecouteur> observateur(a);
+    const Weak<NSObject> observe(objet);
+    a->action = [&] {
         a = nullptr;
-        EXPECT_NE(faible, nullptr);
+        EXPECT_NE(observateur, nullptr);
+        objet = nullptr; // the notification keeps it until the post is over
     };
     ajoute(a, kBouge, objet);
     ajoute(b, kBouge, objet);
-    EXPECT_EQ(poste(kBouge, objet), "a:bouge b:bouge ");
-    EXPECT_EQ(faible, nullptr);
-    centre->removeObserver(b);
-}
-
-TEST_F(NSNotificationCenterTest, theObservedObjectMayGoDuringThePost) {
-    Weak<NSObject> faible(objet);
-    a->action = [&] { objet = nullptr; };
-    ajoute(a, kBouge, objet);
-    ajoute(b, kBouge, objet);
-    // The notification keeps it until the post is over.
     EXPECT_EQ(poste(kBouge, objet.get()), "a:bouge b:bouge ");
-    EXPECT_EQ(faible, nullptr);
+    EXPECT_EQ(observateur, nullptr);
+    EXPECT_EQ(observe, nullptr);
     objet = make<Ecouteur>();
     EXPECT_EQ(poste(kBouge, objet), "");
 }
@@ -208,42 +198,37 @@ TEST_F(NSNotificationCenterTest, postsNest) {
     ajoute(b, kBouge, objet);
     EXPECT_EQ(poste(kBouge, objet), "a:bouge a:bouge a:bouge ");
     EXPECT_EQ(poste(kBouge, objet), "a:bouge c:bouge ");
-    centre->removeObserver(a);
-    centre->removeObserver(c);
 }
 
 TEST_F(NSNotificationCenterTest, aNotificationThatIsKeptIsNotUsedAgain) {
     class Collectionneur : public NSObject {
     public:
         void recoit(NSNotification* n) {
-            if (tient == 0) gardees.push_back(n);
-            if (tient == 1) faible = n;
+            if (garde) gardees.push_back(n);
+            faible = n;
             if (autre) std::exchange(autre, nullptr)();
         }
         std::vector<Ref<NSNotification>> gardees;
         Weak<NSNotification> faible;
-        int tient = 0;
+        bool garde = true;
         std::function<void()> autre;
     };
     const auto collectionneur = make<Collectionneur>();
     centre->addObserver<&Collectionneur::recoit>(collectionneur.get(), nullptr, objet);
     const Ref<NSDictionary> dictionnaire = NSMutableDictionary::dictionary();
 
-    // One post inside another, both notifications kept, then further posts.
+    // One post inside another, both notifications kept, then a further post.
     collectionneur->autre = [&] { centre->postNotificationName_object_userInfo(kCache, objet, dictionnaire); };
     centre->postNotificationName_object(kBouge, objet);
-    collectionneur->tient = 2;
-    centre->postNotificationName_object(u"autre"_ns, objet);
+    collectionneur->garde = false;
+    centre->postNotificationName_object_userInfo(u"autre"_ns, objet, dictionnaire);
     ASSERT_EQ(collectionneur->gardees.size(), 2u);
     EXPECT_TRUE(collectionneur->gardees[0]->name()->isEqualToString(kBouge));
     EXPECT_EQ(collectionneur->gardees[0]->userInfo(), nullptr);
     EXPECT_TRUE(collectionneur->gardees[1]->name()->isEqualToString(kCache));
     EXPECT_EQ(collectionneur->gardees[1]->userInfo(), dictionnaire);
-    EXPECT_EQ(collectionneur->gardees[1]->object(), objet);
 
     // A weak reference to one does not find the next one, and nothing of a post stays behind.
-    collectionneur->tient = 1;
-    centre->postNotificationName_object_userInfo(kBouge, objet, dictionnaire);
     EXPECT_EQ(collectionneur->faible, nullptr);
     collectionneur->gardees.clear();
     EXPECT_EQ(dictionnaire->retainCount(), 1u);
@@ -272,44 +257,33 @@ TEST_F(NSNotificationCenterTest, manyRegistrationsComeAndGo) {
     EXPECT_EQ(poste(kBouge, objet) + poste(kCache, objet), "");
 }
 
-TEST_F(NSNotificationCenterTest, aBlockLivesUntilItsTokenIsRemoved) {
-    auto tenu = make<Ecouteur>("tenu");
-    const Weak<Ecouteur> faible(tenu);
-    NSSize vue{};
-    Ref<NSObject> jeton =
-        centre->addObserverForName_object_queue_usingBlock(kBouge, objet, nullptr, [tenu, &vue](NSNotification* n) {
-            vue = unboxed<NSSize>(n->userInfo()->objectForKey(u"size"_ns));
-        });
-    tenu = nullptr;
-    const auto info = NSDictionary::dictionaryWithObject_forKey(boxed(NSSize{3, 4}), u"size"_ns);
-    centre->postNotificationName_object_userInfo(kBouge, objet, info);
-    EXPECT_EQ(vue, (NSSize{3, 4}));
-    EXPECT_NE(faible, nullptr);
+TEST_F(NSNotificationCenterTest, aBlockLivesUntilItsTokenIsRemovedOrTheObservedObjectGoes) {
+    const auto tient = [this](NSObject* o, Weak<Ecouteur>& faible) {
+        auto tenu = make<Ecouteur>("bloc");
+        faible = tenu;
+        return centre->addObserverForName_object_queue_usingBlock(kBouge, o, nullptr,
+                                                                  [tenu](NSNotification* n) { tenu->recoit(n); });
+    };
+    Weak<Ecouteur> enleve, parti;
+    Ref<NSObject> jeton = tient(objet, enleve);
+    (void)tient(autre, parti);
+    EXPECT_EQ(poste(kBouge, objet), "bloc:bouge ");
+    centre->removeObserver(std::exchange(jeton, nullptr));
+    EXPECT_EQ(enleve, nullptr);
+    EXPECT_NE(parti, nullptr);
+    autre = nullptr;
+    EXPECT_EQ(parti, nullptr);
 
     // A block may remove itself.
-    Ref<NSObject> second;
     int fois = 0;
+    Ref<NSObject> second;
     second = centre->addObserverForName_object_queue_usingBlock(kBouge, objet, nullptr, [&](NSNotification*) {
         ++fois;
         centre->removeObserver(std::exchange(second, nullptr));
     });
-    centre->postNotificationName_object_userInfo(kBouge, objet, info);
-    centre->postNotificationName_object_userInfo(kBouge, objet, info);
+    poste(kBouge, objet);
+    poste(kBouge, objet);
     EXPECT_EQ(fois, 1);
-
-    centre->removeObserver(jeton);
-    jeton = nullptr;
-    EXPECT_EQ(faible, nullptr);
-}
-
-TEST_F(NSNotificationCenterTest, blocksGoWithTheObservedObject) {
-    auto tenu = make<Ecouteur>();
-    const Weak<Ecouteur> faible(tenu);
-    (void)centre->addObserverForName_object_queue_usingBlock(nullptr, autre, nullptr, [tenu](NSNotification*) {});
-    tenu = nullptr;
-    EXPECT_NE(faible, nullptr);
-    autre = nullptr;
-    EXPECT_EQ(faible, nullptr);
 }
 
 TEST_F(NSNotificationCenterTest, anObserverThatRaisesLeavesTheCentreWhole) {
@@ -323,5 +297,4 @@ TEST_F(NSNotificationCenterTest, anObserverThatRaisesLeavesTheCentreWhole) {
     a->action = nullptr;
     journal.clear();
     EXPECT_EQ(poste(kBouge, objet), "a:bouge ");
-    centre->removeObserver(a);
 }

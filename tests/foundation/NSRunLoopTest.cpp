@@ -80,6 +80,10 @@ protected:
         boucle->setSource(nullptr);
     }
     std::string pris() { return std::exchange(cible->journal, {}); }
+    Ref<NSTimer> timer(NSTimeInterval delai, BOOL repete = YES, const char* selecteur = "sonne:") {
+        return NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(delai, cible, sel(selecteur),
+                                                                                        u"info"_ns, repete);
+    }
 
     SourceVirtuelle source;
     NSRunLoop* boucle = NSRunLoop::mainRunLoop();
@@ -106,24 +110,16 @@ TEST_F(NSRunLoopTest, delayedPerformsRunByTimeAndThenByOrderOfScheduling) {
 
 TEST_F(NSRunLoopTest, whatIsScheduledDuringATurnRunsInALaterOne) {
     cible->performSelector_withObject_afterDelay(sel("recommence"), nullptr, 0);
-    boucle->runOnce(0);
-    EXPECT_EQ(cible->journal, "r");
-    boucle->runOnce(0);
-    EXPECT_EQ(cible->journal, "rr");
-    NSObject::cancelPreviousPerformRequestsWithTarget(cible);
-    cible->journal.clear();
-
     int tours = 0;
     std::function<void()> encore = [&] {
         if (++tours < 5) boucle->performBlock(encore);
     };
     boucle->performBlock(encore);
-    cible->performSelector_withObject_afterDelay(sel("rien"), nullptr, 0);
-    boucle->runOnce(0);
-    EXPECT_EQ(tours, 1);
-    EXPECT_EQ(pris(), "rien ");
-    boucle->runOnce(0);
-    EXPECT_EQ(tours, 2);
+    for (int i = 1; i <= 2; ++i) {
+        boucle->runOnce(0);
+        EXPECT_EQ(cible->journal, std::string(static_cast<std::size_t>(i), 'r'));
+        EXPECT_EQ(tours, i);
+    }
     // An event does not wait behind work that never ends.
     bool vu = false;
     source.evenements.push_back({0, [&] { vu = true; }});
@@ -133,38 +129,31 @@ TEST_F(NSRunLoopTest, whatIsScheduledDuringATurnRunsInALaterOne) {
 
 TEST_F(NSRunLoopTest, delayedPerformsAreTakenBack) {
     const auto autre = make<Cible>();
-    const auto programme = [&] {
+    const auto un = NSNumber::numberWithInteger(1);
+    const struct {
+        const char* what;
+        std::function<void()> cancel;
+        const char* left;
+    } rows[] = {
+        // The argument is compared by what it says, not by who it is.
+        {"one", [&] { NSObject::cancelPreviousPerformRequestsWithTarget_selector_object(cible, sel("note:"), un); },
+         "0 - rien "},
+        {"that without an argument",
+         [&] { NSObject::cancelPreviousPerformRequestsWithTarget_selector_object(cible, sel("note:"), nullptr); },
+         "0 1 rien "},
+        {"all", [&] { NSObject::cancelPreviousPerformRequestsWithTarget(cible); }, ""},
+    };
+    for (const auto& row : rows) {
         for (int i = 0; i < 2; ++i)
             cible->performSelector_withObject_afterDelay(sel("note:"), NSNumber::numberWithInteger(i), 1);
         cible->performSelector_withObject_afterDelay(sel("note:"), nullptr, 1);
         cible->performSelector_withObject_afterDelay(sel("rien"), nullptr, 1);
         autre->performSelector_withObject_afterDelay(sel("rien"), nullptr, 1);
-    };
-    programme();
-    // The argument is compared by what it says, not by who it is.
-    NSObject::cancelPreviousPerformRequestsWithTarget_selector_object(cible, sel("note:"),
-                                                                      NSNumber::numberWithInteger(1));
-    boucle->runUntilTime(2);
-    EXPECT_EQ(pris(), "0 - rien ");
-    programme();
-    NSObject::cancelPreviousPerformRequestsWithTarget_selector_object(cible, sel("note:"), nullptr);
-    boucle->runUntilTime(4);
-    EXPECT_EQ(pris(), "0 1 rien ");
-    programme();
-    NSObject::cancelPreviousPerformRequestsWithTarget(cible);
-    boucle->runUntilTime(6);
-    EXPECT_EQ(pris(), "");
-    EXPECT_EQ(autre->journal, "rien rien rien ");
-}
-
-TEST_F(NSRunLoopTest, aDelayedPerformKeepsItsObjects) {
-    const Weak<Cible> faible(cible);
-    cible->performSelector_withObject_afterDelay(sel("note:"), make<Cible>(), 1);
-    cible = nullptr;
-    EXPECT_NE(faible, nullptr);
-    boucle->runUntilTime(1);
-    EXPECT_EQ(faible, nullptr);
-    cible = make<Cible>();
+        row.cancel();
+        boucle->runUntilTime(source.temps + 2);
+        EXPECT_EQ(pris(), row.left) << row.what;
+        EXPECT_EQ(std::exchange(autre->journal, {}), "rien ") << row.what;
+    }
 }
 
 TEST_F(NSRunLoopTest, aRepeatingTimerKeepsItsPhaseAndSkipsWhatItMissed) {
@@ -215,36 +204,30 @@ TEST_F(NSRunLoopTest, theOrderHoldsWhateverIsTakenBack) {
         ASSERT_EQ(obtenus[i], attendus[i].second) << i;
 }
 
-TEST_F(NSRunLoopTest, aTimerKeepsItsTargetUntilItIsInvalid) {
+TEST_F(NSRunLoopTest, whatIsScheduledKeepsItsObjectsUntilItIsOver) {
     const Weak<Cible> faible(cible);
-    Weak<NSTimer> timer;
     std::string vu;
     cible->action = [&](NSTimer* t) { vu += t->userInfo()->description()->utf8() + (t->isValid() ? "+" : "-"); };
-    {
-        const auto t = NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
-            0.3, cible, sel("sonne:"), u"info"_ns, NO);
-        timer = t;
-    }
+    const Weak<NSTimer> sonne(timer(0.3, NO));
+    cible->performSelector_withObject_afterDelay(sel("note:"), make<Cible>(), 2);
     cible = nullptr;
-    boucle->runUntilTime(0.29);
-    EXPECT_NE(faible, nullptr);
     boucle->runUntilTime(1);
     EXPECT_EQ(vu, "info+");
-    EXPECT_EQ(timer, nullptr);
+    EXPECT_EQ(sonne, nullptr);
+    EXPECT_NE(faible, nullptr);
+    boucle->runUntilTime(2);
     EXPECT_EQ(faible, nullptr);
     cible = make<Cible>();
 }
 
 TEST_F(NSRunLoopTest, aTimerMayEndOrMoveItselfWhileItFires) {
-    const auto t =
-        NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(1, cible, sel("sonne:"), nullptr, YES);
+    const auto t = timer(1);
     cible->action = [&](NSTimer* timer) { timer->invalidate(); };
     boucle->runUntilTime(5);
     EXPECT_EQ(pris(), "t");
     EXPECT_FALSE(t->isValid());
 
-    const auto u =
-        NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(1, cible, sel("sonne:"), nullptr, YES);
+    const auto u = timer(1);
     cible->action = [&](NSTimer* timer) { timer->setFireDate(NSDate::dateWithTimeIntervalSinceNow(3)); };
     boucle->runUntilTime(11.5);
     EXPECT_EQ(pris(), "tt");             // at 6 and 9
@@ -253,10 +236,8 @@ TEST_F(NSRunLoopTest, aTimerMayEndOrMoveItselfWhileItFires) {
 }
 
 TEST_F(NSRunLoopTest, firingByHandLeavesTheScheduleAlone) {
-    const auto encore =
-        NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(1, cible, sel("sonne:"), nullptr, YES);
-    const auto seule =
-        NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(1, cible, sel("rien"), nullptr, NO);
+    const auto encore = timer(1);
+    const auto seule = timer(1, NO, "rien");
     encore->fire();
     seule->fire();
     seule->fire();
@@ -297,8 +278,7 @@ TEST_F(NSRunLoopTest, modesHoldBackWhatIsNotTheirs) {
 }
 
 TEST_F(NSRunLoopTest, aNestedRunIsAnOrdinaryReEntry) {
-    const auto t =
-        NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(1, cible, sel("sonne:"), nullptr, YES);
+    const auto t = timer(1);
     boucle->addTimer_forMode(t, NSModalPanelRunLoopMode);
     std::string modes;
     cible->action = [&](NSTimer*) {
@@ -370,14 +350,12 @@ TEST_F(NSRunLoopTest, theSystemsOwnWaitEndsOnAWake) {
 
 TEST_F(NSRunLoopTest, cancellingEverythingInvalidatesTheTimers) {
     const Weak<Cible> faible(cible);
-    const auto t =
-        NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(1, cible, sel("sonne:"), nullptr, YES);
+    const auto t = timer(1);
     cible->performSelector_withObject_afterDelay(sel("rien"), nullptr, 1);
     boucle->performBlock([garde = cible] {});
     cible = nullptr;
     boucle->cancelAll();
     EXPECT_FALSE(t->isValid());
     EXPECT_EQ(faible, nullptr);
-    EXPECT_EQ(boucle->nextDeadline(), sansFin);
     cible = make<Cible>();
 }

@@ -2,9 +2,11 @@
 
 #include <concepts>
 #include <cstdio>
+#include <functional>
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -72,6 +74,12 @@ template <class F> std::string raised(F f) {
         return e.exception->name()->utf8();
     }
     return "";
+}
+
+/// Each of them raises that exception.
+inline void expectRaised(const char* name, const std::vector<std::function<void()>>& calls) {
+    for (std::size_t i = 0; i < calls.size(); ++i)
+        EXPECT_EQ(raised(calls[i]), name) << "row " << i;
 }
 
 } // namespace textes
