@@ -5,6 +5,7 @@
 
 #include <libvue/layout/KCLayoutLineaire.h>
 #include <libvue/platform/appkit/NSBox.h>
+#include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSFont.h>
 
@@ -80,6 +81,15 @@ Ref<KCLayoutView> groupe(NSString* titre, const std::vector<Ref<NSView>>& vues) 
     std::vector<Ref<NSView>> toutes{titreGroupe(titre)};
     toutes.insert(toutes.end(), vues.begin(), vues.end());
     return pile(toutes);
+}
+
+void dessineFeuille(const NSRect& r) {
+    constexpr CGFloat rayon = 10;
+    const auto fond = NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius(NSInsetRect(r, 0.5, 0.5), rayon, rayon);
+    NSColor::controlBackgroundColor()->setFill();
+    fond->fill();
+    NSColor::separatorColor()->setStroke();
+    fond->stroke();
 }
 
 Ref<NSString> enTexte(CGFloat nombre) {

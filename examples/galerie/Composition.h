@@ -38,6 +38,9 @@ template <class T> [[nodiscard]] Ref<T> large(Ref<T> vue, CGFloat largeur) {
 /// A title, and a pile below it.
 [[nodiscard]] Ref<KCLayoutView> groupe(NSString* titre, const std::vector<Ref<NSView>>& vues);
 
+/// Draws the ground of a sheet of a page into the current context: rounded, with a fine border.
+void dessineFeuille(const NSRect& r);
+
 /// A whole number as text.
 [[nodiscard]] Ref<NSString> enTexte(CGFloat nombre);
 

@@ -23,6 +23,7 @@ public:
     void setLayoutManager(KCLayoutManager* manager);
     /// Held weakly; may be absent.
     [[nodiscard]] KCLayoutViewDelegate* layoutDelegate() const { return layoutDelegate_; }
+    /// Raises the flag.
     void setLayoutDelegate(KCLayoutViewDelegate* delegate);
 
     /// This view, or a layout view inside it, must run a pass.
@@ -39,12 +40,15 @@ public:
     void zerl_layout();
     /// Finds the nearest enclosing layout view anew.
     void trouveParent();
+    /// Raises the flag; the object is a subview.
     void subviewFrameDidChange(NSNotification* notification);
 
     /// Always: a vertical layout runs from the top down.
     [[nodiscard]] BOOL isFlipped() const override { return YES; }
 
+    /// Tells the manager and the delegate at once, and raises the flag. Subviews are not autoresized.
     void resizeSubviewsWithOldSize(const NSSize& oldSize) override;
+    /// Runs the pass where it is due, so that the subviews are drawn in their new places.
     void drawRect(const NSRect& rect) override;
     void viewDidMoveToSuperview() override;
     void viewDidMoveToWindow() override;

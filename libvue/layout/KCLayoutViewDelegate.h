@@ -27,13 +27,15 @@ public:
 class LIBVUE_API TaillePreferee {
 public:
     virtual ~TaillePreferee();
+    /// In points. A KCPopoverWrapper gives it to a content view controller's view before showing.
     [[nodiscard]] virtual NSSize donneTailleIdeale() = 0;
 };
 
 namespace op {
+/// Before and after a pass places anything in the view.
 inline constexpr Operation<void(KCLayoutView*)> willLayout{"willLayout:"};
 inline constexpr Operation<void(KCLayoutView*)> didLayout{"didLayout:"};
-/// The second argument is the old size of the view.
+/// The view has changed its size, within that change. The second argument is its old size.
 inline constexpr Operation<void(KCLayoutView*, NSSize)> layoutView_resizeSubviewsWithOldSize{
     "layoutView:resizeSubviewsWithOldSize:"};
 } // namespace op

@@ -15,6 +15,7 @@ public:
 
     /// The controller spliced into the chain; held weakly.
     [[nodiscard]] NSViewController* monVC() const { return monVC_; }
+    /// Takes the controller before out of the chain; null leaves none in it.
     void setMonVC(NSViewController* vc);
     /// With a controller, the link goes to the controller and the view keeps pointing at it.
     void setNextResponder(NSResponder* r) override;

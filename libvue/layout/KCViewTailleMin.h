@@ -12,6 +12,7 @@ public:
     static void describe(ClassDescription<KCViewTailleMin, NSView>& c);
     using NSView::NSView;
 
+    /// The smallest size that it takes, itself included; (0, 0) at the start.
     [[nodiscard]] NSSize tailleMin() const noexcept { return tailleMin_; }
     /// Leaves the current frame as it is.
     void setTailleMin(NSSize taille) noexcept { tailleMin_ = taille; }

@@ -7,6 +7,8 @@
 
 namespace libvue {
 
+static const ClassRegistration<FadingWindowController> enregistrement;
+
 // Alphas are narrowed to single precision at each step: how many steps a fade takes depends on it.
 
 void FadingWindowController::describe(ClassDescription<FadingWindowController, NSWindowController>& c) {

@@ -10,7 +10,8 @@
 
 namespace libvue {
 
-/// Optional operations of a fading window's delegate.
+/// Optional operations of a fading window's delegate; the argument is its controller. It may fade out or close in any
+/// of them.
 namespace op {
 inline constexpr Operation<void(FadingWindowController*)> willFadeIn{"willFadeIn:"};
 inline constexpr Operation<void(FadingWindowController*)> didFadeIn{"didFadeIn:"};
@@ -28,9 +29,11 @@ public:
     explicit FadingWindowController(NSWindow* window);
     ~FadingWindowController() override;
 
+    /// From the alpha that the window has; a window that shows in full already has arrived at the first step.
     void startFadeIn();
     /// At the alpha that was reached. Then waits for the fade-out, where that comes by itself.
     void stopFadeIn();
+    /// From the alpha that the window has, to its closing.
     void startFadeOut();
     /// Closes at once, in whatever state. The controller may be gone when it returns.
     void stopFadeOut();
@@ -38,7 +41,9 @@ public:
     /// One step, and the end of the fade on the step after the one that arrived. The timer is not read.
     void _fadeIn(NSTimer* timer);
     void _fadeOut(NSTimer* timer);
+    /// Starts the fade-out once, after displayTime.
     void _waitBeforeFadeOut();
+    /// Ends the timer that runs, whatever it is for.
     void _stopTimer();
 
     /// After fading in it waits displayTime, then fades out. NO at the start.
@@ -53,8 +58,8 @@ public:
     /// Seconds between the two fades.
     [[nodiscard]] NSTimeInterval displayTime() const noexcept { return displayTime_; }
     void setDisplayTime(NSTimeInterval seconds) noexcept { displayTime_ = seconds; }
+    /// Answers willFadeIn: and its kin, of which none is required. Held weakly.
     [[nodiscard]] NSObject* delegate() const noexcept { return delegate_; }
-    /// Held weakly.
     void setDelegate(NSObject* delegate) { delegate_ = delegate; }
     [[nodiscard]] BOOL isFadingIn() const noexcept { return isFadingIn_; }
     [[nodiscard]] BOOL isFadingOut() const noexcept { return isFadingOut_; }

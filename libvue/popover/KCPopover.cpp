@@ -124,7 +124,7 @@ BOOL KCPopover::isShown() { return panel()->isVisible(); }
 
 void KCPopover::setContentViewController(NSViewController* controller) {
     const Ref<NSViewController> ancien = std::exchange(contentViewController_, Ref<NSViewController>(controller));
-    if (ancien && ancien.get() != controller) ancien->view()->removeFromSuperview();
+    if (ancien) ancien->view()->removeFromSuperview();
 }
 
 NSColor* KCPopover::couleurFond() {

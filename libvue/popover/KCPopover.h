@@ -37,6 +37,7 @@ public:
     void showRelativeToRect_ofView_preferredEdge(const NSRect& rect, NSView* view, NSUInteger edge);
     /// Starts the fade-out; nothing while one runs, or while it is not shown.
     void close();
+    /// Whether its window is on the screen; reading it builds the window.
     [[nodiscard]] BOOL isShown();
     /// The balloon's window, built on first read.
     [[nodiscard]] MaFenetre* panel();
@@ -45,13 +46,16 @@ public:
     // What it shows, and on what.
 
     [[nodiscard]] NSViewController* contentViewController() const noexcept { return contentViewController_; }
-    /// Takes the old controller's view out of its superview. Shows and lays out nothing.
+    /// Takes the old controller's view out of its superview, also where the new one is the same. Shows and lays out
+    /// nothing.
     void setContentViewController(NSViewController* controller);
+    /// What the balloon hangs on, kept. The setters of the anchor and the edges only store: layoutEtPositionne: places.
     [[nodiscard]] NSView* vueAncre() const noexcept { return vueAncre_; }
     void setVueAncre(NSView* vue) { vueAncre_ = vue; }
     /// The view with the key focus in the anchor's window, while it is shown.
     [[nodiscard]] NSView* firstResponder() const noexcept { return firstResponder_; }
     void setFirstResponder(NSView* vue) { firstResponder_ = vue; }
+    /// In the anchor view's coordinates.
     [[nodiscard]] NSRect rectAncre() const noexcept { return rectAncre_; }
     void setRectAncre(const NSRect& rect) noexcept { rectAncre_ = rect; }
     /// The preferred edge.
@@ -63,27 +67,30 @@ public:
     /// The edges that may stand in for the preferred one: bits 1 << edge, all four at the start.
     [[nodiscard]] NSUInteger masqueEdgeAutorisay() const noexcept { return masqueEdgeAutorisay_; }
     void setMasqueEdgeAutorisay(NSUInteger masque) noexcept { masqueEdgeAutorisay_ = masque; }
+    /// From its showing until it comes off; it stays so when it closes.
     [[nodiscard]] BOOL attachay() const noexcept { return attachay_; }
     void setAttachay(BOOL attachay) noexcept { attachay_ = attachay; }
+    /// A fade-out runs.
     [[nodiscard]] BOOL fermetureEnCours() const noexcept { return fermetureEnCours_; }
     void setFermetureEnCours(BOOL enCours) noexcept { fermetureEnCours_ = enCours; }
-    /// White where it was set absent.
+    /// Of the balloon, and of the window that it becomes. White at the start, and where it was set absent.
     [[nodiscard]] NSColor* couleurFond();
     void setCouleurFond(NSColor* couleur);
-    /// Black where it was set absent.
+    /// A faint black at the start; black where it was set absent.
     [[nodiscard]] NSColor* couleurBordure();
     void setCouleurBordure(NSColor* couleur);
+    /// Asked popoverEstDetachable: and told popoverDidClose:. Held weakly.
     [[nodiscard]] NSObject* delegate() const noexcept { return delegate_; }
-    /// Held weakly.
     void setDelegate(NSObject* delegate) { delegate_ = delegate; }
 
     // Placement, in screen coordinates.
 
     /// The content view's frame and the balloon's margins.
     [[nodiscard]] NSRect contentRect() const;
+    /// The balloon's frame on that edge of the anchor, for the content as it stands or for a size of the balloon.
     [[nodiscard]] NSRect rectAvecEdge(NSUInteger edge) const;
     [[nodiscard]] NSRect rectAvecEdge_contentSize(NSUInteger edge, NSSize taille) const;
-    /// Either pointer may be null.
+    /// The balloon's frame on the best edge, and that edge; either pointer may be null.
     void rectPourAffichageOptimal_edge(NSRect* rect, NSUInteger* edge) const;
     void rectPourAffichageOptimal_edge_contentSize(NSRect* rect, NSUInteger* edge, NSSize taille) const;
     /// Places the window round the content as it stands. The argument is not read.
@@ -91,6 +98,7 @@ public:
     /// "size" in the user information: an NSValue of the size that the content is about to take.
     void contentWouldChangeSize(NSNotification* notification);
 
+    /// What the delegate says; YES where it does not.
     [[nodiscard]] BOOL estDetachable();
     /// Makes the balloon a free window. Nothing where it is one, or may not become one.
     void decrochePopover();

@@ -4,6 +4,8 @@
 
 namespace libvue {
 
+static const ClassRegistration<KCPopoverManager> enregistrement;
+
 namespace {
 
 NSMutableDictionary* table() {

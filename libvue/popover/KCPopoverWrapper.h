@@ -26,18 +26,19 @@ public:
     /// Over a new NSPopover.
     [[nodiscard]] static Ref<KCPopoverWrapper> nouveauPopoverSysteme();
 
+    /// A KCPopover or an NSPopover, kept.
     [[nodiscard]] NSObject* popover() const noexcept { return popover_; }
     /// Takes it, with the wrapper as its delegate where it has one.
     void setPopover(NSObject* popover);
-    /// Asked popoverShouldClose:, detachableWindowForPopover: and told popoverWillShow: and its kin.
+    /// Asked popoverShouldClose: and detachableWindowForPopover:, told popoverWillShow: and its kin. Held weakly.
     [[nodiscard]] NSObject* delegate() const noexcept { return delegate_; }
-    /// Held weakly.
     void setDelegate(NSObject* delegate) { delegate_ = delegate; }
-    /// For the application.
+    /// For the application; kept.
     [[nodiscard]] NSObject* userInfo() const noexcept { return userInfo_; }
     void setUserInfo(NSObject* userInfo) { userInfo_ = userInfo; }
     /// Whether it may become a free window; NO at the start.
     [[nodiscard]] BOOL detachable() const noexcept { return detachable_; }
+    /// A KCPopover that may not come off cannot be dragged either.
     void setDetachable(BOOL detachable);
 
     // What an implementation lacks is ignored, or reads as told.
@@ -61,7 +62,8 @@ public:
     /// or in no window.
     void showRelativeToRect_ofView_preferredEdge(const NSRect& rect, NSView* view, NSUInteger edge);
 
-    // What the anchor tells it.
+    // What the anchor tells it, until the wrapper ends. An attached KCPopover closes, except at a scroll that a move of
+    // the window caused.
 
     void sourceDidResize(NSNotification* notification);
     void sourceDidScroll(NSNotification* notification);

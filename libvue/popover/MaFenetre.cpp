@@ -61,7 +61,10 @@ void MaFenetre::observeSesMouvements() {
 KCPopover* MaFenetre::popover() const noexcept { return popover_; }
 void MaFenetre::setPopover(KCPopover* popover) { popover_ = popover; }
 
-void MaFenetre::mouseDragged(NSEvent*) { dragEnCours_ = YES; }
+void MaFenetre::mouseDragged(NSEvent* e) {
+    KCTransientPanel::mouseDragged(e);
+    dragEnCours_ = YES;
+}
 
 void MaFenetre::windowDidMove(NSNotification*) {
     if (!dragEnCours_) return;

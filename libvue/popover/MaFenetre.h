@@ -26,18 +26,7 @@ public:
     /// A drag has reached the window, and its move is still to come.
     [[nodiscard]] BOOL dragEnCours() const noexcept { return dragEnCours_; }
 
-    // What the pointer does in the balloon and nothing there wants ends here: the next responder is for keys, and a
-    // view of the window beneath.
-    void mouseDown(NSEvent*) override {}
     void mouseDragged(NSEvent* e) override;
-    void mouseUp(NSEvent*) override {}
-    void rightMouseDown(NSEvent*) override {}
-    void rightMouseDragged(NSEvent*) override {}
-    void rightMouseUp(NSEvent*) override {}
-    void otherMouseDown(NSEvent*) override {}
-    void otherMouseDragged(NSEvent*) override {}
-    void otherMouseUp(NSEvent*) override {}
-    void scrollWheel(NSEvent*) override {}
     /// Takes the popover off its anchor, where a drag came before; a move without one means nothing.
     void windowDidMove(NSNotification* notification);
 

@@ -2,6 +2,8 @@
 
 namespace libvue {
 
+static const ClassRegistration<PanelBorderLess> enregistrement;
+
 namespace {
 
 constexpr CGFloat kAlpha = 0.92;

@@ -1,4 +1,3 @@
-#include <limits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -13,120 +12,72 @@ namespace libvue::test {
 
 namespace {
 
-enum Genre { vue, boite, texte };
-
-struct Element {
-    Genre genre = vue;
-    NSRect frame;
-    bool cache = false;
-};
-
-struct CasPlacement {
-    const char* nom;
-    int direction;
-    CGFloat espacement;
-    std::vector<Element> elements;
-    std::vector<NSPoint> origines;
-    NSSize contenu; ///< what the host takes when it fits itself
-};
-
-Ref<NSView> cree(const Element& e) {
-    Ref<NSView> v;
-    switch (e.genre) {
-    case vue:
-        v = make<NSView>(e.frame);
-        break;
-    case boite:
-        v = make<NSBox>(e.frame);
-        break;
-    case texte:
-        v = make<NSTextField>(e.frame);
-        break;
-    }
-    v->setHidden(e.cache);
+Ref<NSView> vue(CGFloat w, CGFloat h, NSPoint origine = {}) { return make<NSView>(NSRect{origine, {w, h}}); }
+Ref<NSView> boite(CGFloat w, CGFloat h) { return make<NSBox>(NSRect{{0, 0}, {w, h}}); }
+Ref<NSView> texte(CGFloat w, CGFloat h) { return make<NSTextField>(NSRect{{0, 0}, {w, h}}); }
+Ref<NSView> cachee(Ref<NSView> v) {
+    v->setHidden(YES);
     return v;
 }
 
-NSRect taille(CGFloat w, CGFloat h) { return {{0, 0}, {w, h}}; }
+/// A host of 100 by 100 with a linear layout as its manager.
+struct Rangee {
+    Ref<KCLayoutView> hote = make<KCLayoutView>(NSRect{{11, 12}, {100, 100}});
+    Ref<KCLayoutLineaire> lineaire = make<KCLayoutLineaire>();
+
+    explicit Rangee(int direction = 0) {
+        hote->setLayoutManager(lineaire);
+        lineaire->setDirection(direction);
+    }
+};
 
 } // namespace
 
 TEST(KCLayoutLineaireTest, placesInOrderWithItsGapAndFitsItsHost) {
-    const CasPlacement cas[] = {
-        {"three in a row",
-         0,
-         5,
-         {{vue, taille(10, 1)}, {vue, taille(20, 1)}, {vue, taille(30, 1)}},
-         {{0, 0}, {15, 0}, {40, 0}},
-         {70, 1}},
+    struct Cas {
+        const char* nom;
+        int direction;
+        CGFloat espacement;
+        std::vector<Ref<NSView>> vues;
+        std::vector<NSPoint> origines;
+        NSSize contenu; ///< what the host takes when it fits itself
+    };
+    const Cas cas[] = {
+        {"three in a row", 0, 5, {vue(10, 1), vue(20, 1), vue(30, 1)}, {{0, 0}, {15, 0}, {40, 0}}, {70, 1}},
         {"a hidden last one keeps the gap before it",
          0,
          5,
-         {{vue, taille(10, 1)}, {vue, taille(20, 1)}, {vue, {{99, 7}, {30, 1}}, true}},
+         {vue(10, 1), vue(20, 1), cachee(vue(30, 1, {99, 7}))},
          {{0, 0}, {15, 0}, {99, 7}},
          {40, 1}},
-        {"a hidden one in the middle takes neither room nor gap",
-         0,
-         5,
-         {{vue, taille(10, 1)}, {vue, taille(20, 1), true}, {vue, taille(30, 1)}},
-         {{0, 0}, {0, 0}, {15, 0}},
-         {45, 1}},
-        {"an offset across the row counts", 0, 0, {{vue, {{3, 7}, {10, 13}}}}, {{0, 7}}, {10, 20}},
-        {"a negative offset does not shrink the content", 0, 0, {{vue, {{0, -50}, {10, 13}}}}, {{0, -50}}, {10, 0}},
-        {"a box right after a text stands three points further",
-         1,
-         4,
-         {{texte, taille(50, 20)}, {boite, taille(60, 10)}},
-         {{0, 0}, {0, 27}},
-         {60, 37}},
-        {"a box first", 1, 4, {{boite, taille(60, 10)}, {texte, taille(50, 20)}}, {{0, 0}, {0, 14}}, {60, 34}},
-        {"a hidden view between text and box",
-         1,
-         4,
-         {{texte, taille(50, 20)}, {vue, taille(1, 1), true}, {boite, taille(60, 10)}},
-         {{0, 0}, {0, 0}, {0, 24}},
-         {60, 34}},
-        {"a hidden text before a box",
-         1,
-         4,
-         {{texte, taille(50, 20), true}, {boite, taille(60, 10)}},
-         {{0, 0}, {0, 3}},
-         {60, 13}},
-        {"in a row a box gets nothing extra",
-         0,
-         4,
-         {{texte, taille(50, 20)}, {boite, taille(60, 10)}},
-         {{0, 0}, {54, 0}},
-         {114, 20}},
-        {"any other direction is a column",
-         -7,
-         2,
-         {{vue, {{5, 9}, {10, 11}}}, {vue, {{1, 9}, {10, 12}}}},
-         {{5, 0}, {1, 13}},
-         {15, 25}},
-        {"a negative gap overlaps", 0, -4, {{vue, taille(10, 1)}, {vue, taille(10, 1)}}, {{0, 0}, {6, 0}}, {16, 1}},
+        {"a hidden one takes nothing", 0, 5, {vue(10, 1), cachee(vue(20, 1)), vue(30, 1)}, {{}, {}, {15, 0}}, {45, 1}},
+        {"an offset across the row counts", 0, 0, {vue(10, 13, {3, 7})}, {{0, 7}}, {10, 20}},
+        {"a negative one does not", 0, 0, {vue(10, 13, {0, -50})}, {{0, -50}}, {10, 0}},
+        {"a box right after a text", 1, 4, {texte(50, 20), boite(60, 10)}, {{0, 0}, {0, 27}}, {60, 37}},
+        {"a box first", 1, 4, {boite(60, 10), texte(50, 20)}, {{0, 0}, {0, 14}}, {60, 34}},
+        {"a hidden view between", 1, 4, {texte(50, 20), cachee(vue(1, 1)), boite(60, 10)}, {{}, {}, {0, 24}}, {60, 34}},
+        {"a hidden text before a box", 1, 4, {cachee(texte(50, 20)), boite(60, 10)}, {{0, 0}, {0, 3}}, {60, 13}},
+        {"in a row a box gets nothing extra", 0, 4, {texte(50, 20), boite(60, 10)}, {{0, 0}, {54, 0}}, {114, 20}},
+        {"any other direction", -7, 2, {vue(10, 11, {5, 9}), vue(10, 12, {1, 9})}, {{5, 0}, {1, 13}}, {15, 25}},
+        {"a negative gap overlaps", 0, -4, {vue(10, 1), vue(10, 1)}, {{0, 0}, {6, 0}}, {16, 1}},
         {"nothing at all", 0, 5, {}, {}, {0, 0}},
     };
-    for (const CasPlacement& c : cas) {
+    for (const Cas& c : cas) {
         SCOPED_TRACE(c.nom);
-        auto hote = make<KCLayoutView>(NSRect{{11, 12}, {300, 300}});
-        auto m = make<KCLayoutLineaire>();
-        m->setDirection(c.direction);
-        m->setEspacement(c.espacement);
-        for (const Element& e : c.elements)
-            hote->addSubview(cree(e));
-        m->effectueLayout(hote);
-        ASSERT_EQ(hote->subviews().size(), c.origines.size());
-        for (std::size_t i = 0; i < c.origines.size(); ++i) {
-            EXPECT_EQ(hote->subviews()[i]->frame().origin, c.origines[i]) << "view " << i;
-            EXPECT_EQ(hote->subviews()[i]->frame().size, c.elements[i].frame.size);
+        const Rangee r(c.direction);
+        r.lineaire->setEspacement(c.espacement);
+        std::vector<NSSize> tailles;
+        for (const Ref<NSView>& v : c.vues) {
+            tailles.push_back(v->frame().size);
+            r.hote->addSubview(v);
         }
-        EXPECT_EQ(hote->frame(), NSMakeRect(11, 12, 300, 300)) << "the content's size is thrown away";
-        m->setAjusteTailleAuContenu(YES);
-        // Frames along the axis start over at each pass.
-        m->effectueLayout(hote);
-        EXPECT_EQ(hote->frame().origin, NSMakePoint(11, 12));
-        EXPECT_EQ(hote->frame().size, c.contenu);
+        r.lineaire->effectueLayout(r.hote);
+        for (std::size_t i = 0; i < c.vues.size(); ++i)
+            EXPECT_EQ(c.vues[i]->frame(), (NSRect{c.origines[i], tailles[i]})) << "view " << i;
+        EXPECT_EQ(r.hote->frame(), NSMakeRect(11, 12, 100, 100)) << "the content's size is thrown away";
+        r.lineaire->setAjusteTailleAuContenu(YES);
+        r.lineaire->effectueLayout(r.hote);
+        EXPECT_EQ(r.hote->frame(), (NSRect{{11, 12}, c.contenu}));
     }
 }
 
@@ -137,129 +88,80 @@ TEST(KCLayoutLineaireTest, stretchesAcrossItsAxisByTheFarMarginAlone) {
         int direction;
         NSUInteger masque;
         NSRect avant;
-        NSSize ancienne, nouvelle;
+        NSSize nouvelle; ///< of the host, which had 100 by 100
         NSSize apres;
     };
     const Cas cas[] = {
-        {"a near offset is added though the host has not changed",
-         0,
-         H,
-         {{0, 10}, {5, 50}},
-         {100, 100},
-         {100, 100},
-         {5, 60}},
-        {"without an offset nothing happens", 0, H, {{0, 0}, {5, 50}}, {100, 100}, {100, 100}, {5, 50}},
-        {"the host grows", 0, H, {{0, 0}, {5, 50}}, {100, 100}, {100, 130}, {5, 80}},
-        {"in a column the width", 1, W, {{10, 0}, {50, 5}}, {100, 100}, {120, 100}, {80, 5}},
-        {"never negative", 0, H, {{0, 0}, {5, 10}}, {100, 100}, {100, 20}, {5, 0}},
-        {"a flexible far margin", 0, H | NSViewMaxYMargin, {{0, 10}, {5, 50}}, {100, 100}, {100, 200}, {5, 50}},
-        {"a flexible near margin", 0, H | NSViewMinYMargin, {{0, 10}, {5, 50}}, {100, 100}, {100, 200}, {5, 50}},
-        {"a flexible margin along the row does not matter",
-         0,
-         H | NSViewMinXMargin,
-         {{0, 0}, {5, 50}},
-         {100, 100},
-         {100, 200},
-         {5, 150}},
-        {"the width is not touched in a row", 0, W, {{0, 0}, {5, 50}}, {100, 100}, {200, 200}, {5, 50}},
-        {"the height is not touched in a column", 1, H, {{0, 0}, {5, 50}}, {100, 100}, {200, 200}, {5, 50}},
-        {"a flexible margin in a column", 1, W | NSViewMaxXMargin, {{0, 0}, {50, 5}}, {100, 100}, {200, 100}, {50, 5}},
+        {"a near offset is added though the host is the same", 0, H, {{0, 10}, {5, 50}}, {100, 100}, {5, 60}},
+        {"without an offset nothing happens", 0, H, {{0, 0}, {5, 50}}, {100, 100}, {5, 50}},
+        {"the host grows", 0, H, {{0, 0}, {5, 50}}, {100, 130}, {5, 80}},
+        {"in a column the width", 1, W, {{10, 0}, {50, 5}}, {120, 100}, {80, 5}},
+        {"never negative", 0, H, {{0, 0}, {5, 10}}, {100, 20}, {5, 0}},
+        {"a flexible far margin", 0, H | NSViewMaxYMargin, {{0, 10}, {5, 50}}, {100, 200}, {5, 50}},
+        {"a flexible near margin", 0, H | NSViewMinYMargin, {{0, 10}, {5, 50}}, {100, 200}, {5, 50}},
+        {"one along the row does not matter", 0, H | NSViewMinXMargin, {{0, 0}, {5, 50}}, {100, 200}, {5, 150}},
+        {"the width is not touched in a row", 0, W, {{0, 0}, {5, 50}}, {200, 200}, {5, 50}},
+        {"a flexible margin in a column", 1, W | NSViewMaxXMargin, {{0, 0}, {50, 5}}, {200, 100}, {50, 5}},
     };
     for (const Cas& c : cas) {
-        for (bool cache : {false, true}) {
+        for (const BOOL cache : {NO, YES}) {
             SCOPED_TRACE(c.nom);
-            auto hote = make<KCLayoutView>(NSRect{{0, 0}, c.nouvelle});
-            auto v = make<NSView>(c.avant);
+            const Rangee r(c.direction);
+            const auto v = make<NSView>(c.avant);
             v->setAutoresizingMask(c.masque);
             v->setHidden(cache);
-            hote->addSubview(v);
-            auto m = make<KCLayoutLineaire>();
-            m->setDirection(c.direction);
-            m->layoutView_resizeSubviewsWithOldSize(hote, c.ancienne);
-            EXPECT_EQ(v->frame().size, c.apres);
-            EXPECT_EQ(v->frame().origin, c.avant.origin);
+            r.hote->addSubview(v);
+            r.hote->setFrameSize(c.nouvelle);
+            if (c.nouvelle == NSSize{100, 100}) r.lineaire->layoutView_resizeSubviewsWithOldSize(r.hote, c.nouvelle);
+            EXPECT_EQ(v->frame(), (NSRect{c.avant.origin, c.apres}));
         }
     }
 }
 
-TEST(KCLayoutLineaireTest, aHostThatChangesSizeStretchesAtOnceAndPlacesLater) {
-    auto hote = make<KCLayoutView>(NSRect{{0, 0}, {100, 100}});
-    auto m = make<KCLayoutLineaire>();
-    hote->setLayoutManager(m);
-    EXPECT_EQ(m->hote(), hote.get());
-    auto v = make<NSView>(NSRect{{40, 0}, {10, 100}});
-    v->setAutoresizingMask(NSViewHeightSizable);
-    hote->addSubview(v);
-    hote->setFrameSize({100, 150});
-    EXPECT_EQ(v->frame(), NSMakeRect(40, 0, 10, 150)) << "the cross axis alone is synchronous";
-    hote->layoutSiNecessaire();
-    EXPECT_EQ(v->frame(), NSMakeRect(0, 0, 10, 150));
-}
-
 TEST(KCLayoutLineaireTest, onlyTheDirectionAsksForAPass) {
-    auto hote = make<KCLayoutView>(NSRect{{0, 0}, {100, 100}});
-    auto m = make<KCLayoutLineaire>();
-    hote->setLayoutManager(m);
-    m->setEspacement(3);
-    m->setAjusteTailleAuContenu(YES);
-    EXPECT_FALSE(hote->necessiteLayout());
-    m->setDirection(1);
-    EXPECT_TRUE(hote->necessiteLayout());
-    hote = nullptr;
-    EXPECT_EQ(m->hote(), nullptr);
-    m->setDirection(0);
+    Rangee r;
+    r.hote->setNecessiteLayout(NO);
+    r.lineaire->setEspacement(3);
+    r.lineaire->setAjusteTailleAuContenu(YES);
+    EXPECT_FALSE(r.hote->necessiteLayout());
+    r.lineaire->setDirection(1);
+    EXPECT_TRUE(r.hote->necessiteLayout());
+    r.hote = nullptr;
+    r.lineaire->setDirection(0); // nobody to tell
 }
 
 TEST(KCLayoutLineaireTest, aFrameThatMovesMayChangeTheList) {
-    auto hote = make<KCLayoutView>(NSRect{{0, 0}, {100, 100}});
-    auto m = make<KCLayoutLineaire>();
+    const Rangee r;
     std::vector<Ref<NSView>> vues;
     for (int i = 0; i < 3; ++i)
-        hote->addSubview(vues.emplace_back(make<NSView>(NSRect{{90, 0}, {10, 10}})));
+        r.hote->addSubview(vues.emplace_back(vue(10, 10, {90, 0})));
     auto* centre = NSNotificationCenter::defaultCenter();
     const Ref<NSObject> temoin = centre->addObserverForName_object_queue_usingBlock(
         NSViewFrameDidChangeNotification, vues[0], nullptr, [&](NSNotification*) {
             vues[1]->removeFromSuperview();
             vues[1] = nullptr;
         });
-    m->effectueLayout(hote);
+    r.lineaire->effectueLayout(r.hote);
     centre->removeObserver(temoin);
-    EXPECT_EQ(hote->subviews().size(), 2u);
+    EXPECT_EQ(r.hote->subviews().size(), 2u);
     EXPECT_EQ(vues[2]->frame().origin, NSMakePoint(10, 0));
 }
 
 TEST(KCLayoutLineaireTest, nestedHostsFitFromTheInsideOut) {
-    auto dehors = make<KCLayoutView>(NSRect{{0, 0}, {10, 10}});
-    auto md = make<KCLayoutLineaire>();
-    md->setAjusteTailleAuContenu(YES);
-    md->setEspacement(2);
-    dehors->setLayoutManager(md);
+    const Rangee dehors;
+    dehors.lineaire->setAjusteTailleAuContenu(YES);
+    dehors.lineaire->setEspacement(2);
     for (int i = 0; i < 3; ++i) {
-        auto dedans = make<KCLayoutView>(NSRect{{0, 0}, {1, 1}});
-        auto m = make<KCLayoutLineaire>();
-        m->setDirection(1);
-        m->setAjusteTailleAuContenu(YES);
-        dedans->setLayoutManager(m);
+        const Rangee dedans(1);
+        dedans.lineaire->setAjusteTailleAuContenu(YES);
         for (int k = 0; k <= i; ++k)
-            dedans->addSubview(make<NSView>(NSRect{{0, 0}, {10.0 + k, 5}}));
-        dehors->addSubview(dedans);
+            dedans.hote->addSubview(vue(10.0 + k, 5));
+        dedans.hote->setFrameOrigin({0, 0});
+        dehors.hote->addSubview(dedans.hote);
     }
-    dehors->layoutSiNecessaire();
-    EXPECT_EQ(dehors->frame().size, NSMakeSize(10 + 2 + 11 + 2 + 12, 15));
-    EXPECT_EQ(dehors->subviews()[2]->frame(), NSMakeRect(25, 0, 12, 15));
-}
-
-TEST(KCLayoutLineaireTest, hostileSizesEndAPass) {
-    auto hote = make<KCLayoutView>(NSRect{{0, 0}, {100, 100}});
-    auto m = make<KCLayoutLineaire>();
-    m->setAjusteTailleAuContenu(YES);
-    hote->setLayoutManager(m);
-    const CGFloat inf = std::numeric_limits<CGFloat>::infinity(), nan = std::numeric_limits<CGFloat>::quiet_NaN();
-    for (CGFloat w : {inf, -inf, nan, 1e308})
-        hote->addSubview(make<NSView>(NSRect{{w, 0}, {w, 1}}));
-    hote->layoutSiNecessaire();
-    EXPECT_FALSE(hote->necessiteLayout());
-    EXPECT_EQ(hote->subviews()[0]->frame().origin.x, 0);
+    dehors.hote->layoutSiNecessaire();
+    EXPECT_EQ(dehors.hote->frame().size, NSMakeSize(10 + 2 + 11 + 2 + 12, 15));
+    EXPECT_EQ(dehors.hote->subviews()[2]->frame(), NSMakeRect(25, 0, 12, 15));
 }
 
 } // namespace libvue::test

@@ -107,7 +107,7 @@ TEST(ContourPopoverTest, ThreeTipsFollowTheBoundsOrigin) {
     EXPECT_EQ(pointe(NSMaxYEdge).y, 6.5);
 }
 
-// Simple: no two sides of the flattened outline cross, but for the kink where the arrow's base ends in a corner.
+/// Whether the two sides cross.
 bool seCroisent(NSPoint a, NSPoint b, NSPoint c, NSPoint d) {
     const auto cote = [](NSPoint o, NSPoint p, NSPoint q) {
         return (p.x - o.x) * (q.y - o.y) - (p.y - o.y) * (q.x - o.x);
@@ -119,42 +119,52 @@ bool seCroisent(NSPoint a, NSPoint b, NSPoint c, NSPoint d) {
 TEST(ContourPopoverTest, OutlinesAreClosedAndSimpleBesideTheKink) {
     std::mt19937 alea(4711);
     std::uniform_real_distribution<double> longueur(60, 500), place(-600, 600), taille(1, 300);
-    for (int essai = 0; essai < 2000; ++essai) {
+    for (int essai = 0; essai < 4000; ++essai) {
         const NSRect bounds{{0, 0}, {longueur(alea), longueur(alea)}};
         const NSRect ancre{{place(alea), place(alea)}, {taille(alea), taille(alea)}};
+        const CGFloat retrait = essai % 2 ? kRetraitExterieur : kRetraitInterieur;
+        const NSRect r = NSInsetRect(bounds, retrait, retrait);
         const NSUInteger edge = static_cast<NSUInteger>(essai % 5);
-        for (const CGFloat retrait : {kRetraitExterieur, kRetraitInterieur}) {
-            const NSRect r = NSInsetRect(bounds, retrait, retrait);
-            backend::Path chemin;
-            const ContourPopover contour = contourPopover(r, ancre, bounds, edge);
-            for (const ElementContour& e : contour.elements()) {
-                chemin.verbs.push_back(static_cast<backend::PathVerb>(e.sorte));
-                if (e.sorte == Sorte::courbe) chemin.points.insert(chemin.points.end(), 2, e.controle);
-                if (e.sorte != Sorte::fermeture) chemin.points.push_back(e.point);
-            }
-            ASSERT_EQ(chemin.verbs.back(), backend::PathVerb::close);
-            ASSERT_EQ(chemin.points.front(), chemin.points.back());
-            const bool fleche = edge < 4;
-            const bool verticale = edge == NSMinXEdge || edge == NSMaxXEdge;
-            const CGFloat c = fleche ? centreFleche(r, ancre, bounds, edge) : 0;
-            const CGFloat debut = (verticale ? NSMinY(r) : NSMinX(r)) + 7.5;
-            const CGFloat fin = (verticale ? NSMaxY(r) : NSMaxX(r)) - 7.5;
-            if (fleche && (c - 10 < debut || c + 10 > fin)) continue; // the kink
-            const std::vector<NSPoint> p = outline::flattened(chemin, 0.1).points;
-            for (std::size_t i = 0; i + 1 < p.size(); ++i)
-                for (std::size_t j = i + 2; j + 1 < p.size(); ++j)
-                    ASSERT_FALSE(seCroisent(p[i], p[i + 1], p[j], p[j + 1]))
-                        << "edge " << edge << ", sides " << i << " and " << j;
+        backend::Path chemin;
+        const ContourPopover contour = contourPopover(r, ancre, bounds, edge);
+        for (const ElementContour& e : contour.elements()) {
+            chemin.verbs.push_back(static_cast<backend::PathVerb>(e.sorte));
+            if (e.sorte == Sorte::courbe) chemin.points.insert(chemin.points.end(), 2, e.controle);
+            if (e.sorte != Sorte::fermeture) chemin.points.push_back(e.point);
         }
+        ASSERT_EQ(chemin.verbs.back(), backend::PathVerb::close);
+        ASSERT_EQ(chemin.points.front(), chemin.points.back());
+        // Where the arrow's base ends in a corner, there is a kink.
+        const bool verticale = edge == NSMinXEdge || edge == NSMaxXEdge;
+        const CGFloat c = centreFleche(r, ancre, bounds, edge);
+        const CGFloat debut = (verticale ? NSMinY(r) : NSMinX(r)) + 7.5;
+        const CGFloat fin = (verticale ? NSMaxY(r) : NSMaxX(r)) - 7.5;
+        if (edge < 4 && (c - 10 < debut || c + 10 > fin)) continue;
+        const std::vector<NSPoint> p = outline::flattened(chemin, 0.1).points;
+        for (std::size_t i = 0; i + 1 < p.size(); ++i)
+            for (std::size_t j = i + 2; j + 1 < p.size(); ++j)
+                ASSERT_FALSE(seCroisent(p[i], p[i + 1], p[j], p[j + 1])) << "edge " << edge << ", " << i << " " << j;
     }
 }
 
-class VuePopoverTest : public PopoverFixture {};
+class VuePopoverTest : public PopoverFixture {
+protected:
+    Ref<KCPopover> p = bulle();
+    Ref<VuePopover> vue = as<VuePopover>(Ref<NSView>(p->panel()->contentView()));
+
+    void SetUp() override {
+        PopoverFixture::SetUp();
+        montre(p);
+    }
+    void TearDown() override {
+        ferme(p);
+        p = nullptr;
+        vue = nullptr;
+        PopoverFixture::TearDown();
+    }
+};
 
 TEST_F(VuePopoverTest, OutlinesAreKeptUntilTheyAreInvalidated) {
-    const Ref<KCPopover> p = bulle();
-    montre(p);
-    auto* vue = as<VuePopover>(p->panel()->contentView());
     const Ref<NSBezierPath> avant(vue->contourExterieur());
     vue->setNeedsDisplay(YES);
     drain();
@@ -167,13 +177,9 @@ TEST_F(VuePopoverTest, OutlinesAreKeptUntilTheyAreInvalidated) {
     const Ref<NSBezierPath> encore(vue->contourInterieur());
     vue->setBounds(vue->bounds());
     EXPECT_NE(vue->contourInterieur(), encore.get());
-    ferme(p);
 }
 
 TEST_F(VuePopoverTest, AnAnchorThatCannotBeSeenGivesARoundedRectangle) {
-    const Ref<KCPopover> p = bulle();
-    montre(p);
-    auto* vue = as<VuePopover>(p->panel()->contentView());
     const NSRect r{{3, 4}, {90, 50}};
     const Ref<NSBezierPath> rond = NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius(r, 7, 7);
     EXPECT_FALSE(vue->contourAvecRectInterieur(r)->isEqual(rond));
@@ -181,33 +187,32 @@ TEST_F(VuePopoverTest, AnAnchorThatCannotBeSeenGivesARoundedRectangle) {
         p->setRectAncre(cachee);
         EXPECT_TRUE(vue->contourAvecRectInterieur(r)->isEqual(rond));
     }
-    ferme(p);
 }
 
 TEST_F(VuePopoverTest, DrawsFillHighlightAndBorderByKeyStatus) {
-    const Ref<KCPopover> p = bulle();
+    using Kind = backend::RecordingCanvas::Kind;
     p->setCouleurFond(NSColor::colorWithCalibratedRed_green_blue_alpha(0, 1, 0, 1));
     p->setCouleurBordure(NSColor::colorWithCalibratedRed_green_blue_alpha(1, 0, 0, 0.5));
-    montre(p);
-    auto* vue = as<VuePopover>(p->panel()->contentView());
     const auto dessine = [&] {
         const Enregistrement e(vue->bounds().size);
         vue->drawRect(vue->bounds());
         return e.canvas.operations();
     };
-    using Kind = backend::RecordingCanvas::Kind;
-    auto operations = dessine();
-    ASSERT_EQ(operations.size(), 3U);
-    EXPECT_EQ(operations[0].kind, Kind::fill);
-    EXPECT_EQ(operations[0].path, vue->contourInterieur()->backendPath());
-    EXPECT_EQ(operations[0].color, (backend::Color{0, 1, 0, 1}));
-    EXPECT_EQ(operations[1].kind, Kind::stroke);
-    EXPECT_EQ(operations[1].path, vue->contourInterieur()->backendPath());
-    EXPECT_EQ(operations[1].color, (backend::Color{1, 1, 1, 0.95}));
-    EXPECT_EQ(operations[2].kind, Kind::stroke);
-    EXPECT_EQ(operations[2].path, vue->contourExterieur()->backendPath());
-    EXPECT_EQ(operations[2].color, (backend::Color{1, 0, 0, 0.5})); // the parent is key
-
+    struct Trait {
+        Kind sorte;
+        NSBezierPath* contour;
+        backend::Color couleur;
+    };
+    const Trait traits[] = {{Kind::fill, vue->contourInterieur(), {0, 1, 0, 1}},
+                            {Kind::stroke, vue->contourInterieur(), {1, 1, 1, 0.95}},
+                            {Kind::stroke, vue->contourExterieur(), {1, 0, 0, 0.5}}}; // the parent is key
+    const auto operations = dessine();
+    ASSERT_EQ(operations.size(), std::size(traits));
+    for (std::size_t i = 0; i < operations.size(); ++i) {
+        EXPECT_EQ(operations[i].kind, traits[i].sorte);
+        EXPECT_EQ(operations[i].path, traits[i].contour->backendPath());
+        EXPECT_EQ(operations[i].color, traits[i].couleur);
+    }
     const Ref<NSWindow> autre = windowAt({{20, 20}, {100, 100}});
     show(autre);
     EXPECT_EQ(dessine()[2].color, (backend::Color{1, 0, 0, 0.1}));
@@ -215,7 +220,26 @@ TEST_F(VuePopoverTest, DrawsFillHighlightAndBorderByKeyStatus) {
     p->decrochePopover();
     EXPECT_TRUE(dessine().empty());
     autre->close();
+}
+
+TEST_F(VuePopoverTest, WithoutACompositorABalloonIsCutToItsOutline) {
+    EXPECT_FALSE(native(p->panel()).hasShape) << "it is blended";
     ferme(p);
+    windows().setCompositor(false);
+    montre(p);
+    const auto& w = native(p->panel());
+    ASSERT_TRUE(w.hasShape);
+    const auto dedans = [&](CGFloat x, CGFloat y) {
+        return outline::contains(w.shape, {x, y}, backend::FillRule::nonZero);
+    };
+    const NSSize s = p->panel()->frame().size;
+    EXPECT_TRUE(dedans(s.width / 2, s.height / 2));
+    EXPECT_TRUE(dedans(s.width / 2, 4)); // the arrow
+    EXPECT_FALSE(dedans(s.width / 2 - 20, 4));
+    EXPECT_FALSE(dedans(11, s.height - 11)); // a corner
+    p->decrochePopover();
+    drain();
+    EXPECT_FALSE(w.hasShape);
 }
 
 } // namespace

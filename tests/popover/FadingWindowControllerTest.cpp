@@ -34,7 +34,8 @@ public:
 
 private:
     void dit(const std::string& quoi, FadingWindowController* c) {
-        log_.push_back(quoi + (c->isFadingIn() ? " i" : "") + (c->isFadingOut() ? " o" : ""));
+        EXPECT_FALSE(c->isFadingIn() || c->isFadingOut()) << quoi << " comes before the flag, or after it";
+        log_.push_back(quoi);
         if (reaction) reaction(quoi, c);
     }
     Log& log_;
@@ -68,10 +69,13 @@ protected:
         fenetre->setAlphaValue(alpha);
         fenetre->orderFront(nullptr);
     }
-    /// One step of the timer; the alpha afterwards.
-    CGFloat pas() const {
-        pass(kPas);
-        return fenetre->alphaValue();
+    /// The alphas of a fade, step by step, to the step that stops it.
+    std::vector<double> fondu(bool entre) const {
+        entre ? c->startFadeIn() : c->startFadeOut(); // the first step is made at once
+        std::vector<double> vus{fenetre->alphaValue()};
+        for (; (entre ? c->isFadingIn() : c->isFadingOut()) && vus.size() < 100; vus.push_back(fenetre->alphaValue()))
+            pass(kPas);
+        return vus;
     }
 
     Ref<DelegueFondu> delegue;
@@ -80,66 +84,36 @@ protected:
 };
 
 TEST_F(FadingWindowControllerTest, AlphaGoesByStepsInSinglePrecision) {
+    using Alphas = std::vector<double>;
     struct Row {
         float pas;
-        std::vector<double> entree, sortie;
+        Alphas entree, sortie;
     };
-    // The steps are as floats add up; the last one is held.
+    // The steps are as floats add up; the last one is held, and the fade stops on the step after it.
     for (const Row& row : {Row{0.3F,
-                               {0.30000001192092896, 0.6000000238418579, 0.9000000357627869, 1.0},
-                               {0.699999988079071, 0.3999999761581421, 0.09999996423721313, 0.0}},
-                           Row{0.25F, {0.25, 0.5, 0.75, 1.0}, {0.75, 0.5, 0.25, 0.0}}, Row{2, {1.0}, {0.0}}}) {
+                               {0.30000001192092896, 0.6000000238418579, 0.9000000357627869, 1, 1},
+                               {0.699999988079071, 0.3999999761581421, 0.09999996423721313, 0, 0}},
+                           Row{0.25F, {0.25, 0.5, 0.75, 1, 1}, {0.75, 0.5, 0.25, 0, 0}}, Row{2, {1, 1}, {0, 0}}}) {
         SCOPED_TRACE(row.pas);
         montreA(0);
         c->setFadeIncrement(row.pas);
-        c->startFadeIn();
-        std::vector<double> vus{fenetre->alphaValue()}; // the first step is made at once
-        while (vus.size() < row.entree.size())
-            vus.push_back(pas());
-        EXPECT_EQ(vus, row.entree);
-        // Arriving is one thing, stopping is the step after it.
-        EXPECT_TRUE(c->isFadingIn());
-        EXPECT_EQ(pas(), 1.0);
-        EXPECT_FALSE(c->isFadingIn());
+        EXPECT_EQ(fondu(true), row.entree);
         pass(5);
         EXPECT_EQ(fenetre->alphaValue(), 1.0);
         EXPECT_THAT(taken(), ElementsAre("will in", "did in"));
-
-        c->startFadeOut();
-        vus = {fenetre->alphaValue()};
-        while (vus.size() < row.sortie.size())
-            vus.push_back(pas());
-        EXPECT_EQ(vus, row.sortie);
-        EXPECT_TRUE(c->isFadingOut());
-        EXPECT_TRUE(fenetre->isVisible());
-        (void)pas();
-        EXPECT_FALSE(c->isFadingOut());
+        EXPECT_EQ(fondu(false), row.sortie);
         EXPECT_FALSE(fenetre->isVisible());
         EXPECT_THAT(taken(), ElementsAre("will out", "did out"));
     }
 }
 
 TEST_F(FadingWindowControllerTest, AFadeTakesTwentyStepsAtMostAndOneToStop) {
-    struct Row {
-        CGFloat alpha;
-        bool entre;
-        int pas;
-    };
-    for (const Row& row : {Row{0, true, 21}, Row{1, true, 1}, Row{1, false, 21}, Row{0, false, 1}}) {
-        SCOPED_TRACE(testing::Message() << row.alpha << row.entre);
-        montreA(row.alpha);
-        row.entre ? c->startFadeIn() : c->startFadeOut();
-        int faits = 1;
-        for (; (c->isFadingIn() || c->isFadingOut()) && faits < 100; ++faits)
-            (void)pas();
-        EXPECT_EQ(faits, row.pas);
-        EXPECT_EQ(fenetre->isVisible(), row.entre);
-        if (row.entre)
-            EXPECT_THAT(taken(), ElementsAre("will in", "did in"));
-        else
-            EXPECT_THAT(taken(), ElementsAre("will out", "did out"));
-    }
-    c->stopFadeOut(); // closes what came in
+    montreA(0);
+    EXPECT_EQ(fondu(true).size(), 21U);
+    EXPECT_EQ(fondu(true).size(), 1U) << "it shows already: the immediate step stops";
+    EXPECT_EQ(fondu(false).size(), 21U);
+    montreA(0);
+    EXPECT_EQ(fondu(false).size(), 1U);
 }
 
 TEST_F(FadingWindowControllerTest, WithoutStepsTheAlphaIsLeftAlone) {
@@ -148,7 +122,6 @@ TEST_F(FadingWindowControllerTest, WithoutStepsTheAlphaIsLeftAlone) {
     montreA(0.4);
     s->startFadeIn();
     EXPECT_THAT(taken(), ElementsAre("will in", "did in"));
-    EXPECT_EQ(fenetre->alphaValue(), 0.4);
     s->startFadeOut();
     EXPECT_THAT(taken(), ElementsAre("will out", "did out"));
     EXPECT_EQ(fenetre->alphaValue(), 0.4);
@@ -163,41 +136,24 @@ TEST_F(FadingWindowControllerTest, FadingOutByItselfWaitsItsTime) {
         c->setDisplayTime(attente);
         c->startFadeIn();
         EXPECT_THAT(taken(), ElementsAre("will in", "did in"));
-        if (attente > 0) {
-            pass(attente - 0.01);
-            EXPECT_THAT(taken(), IsEmpty());
-            EXPECT_EQ(fenetre->alphaValue(), 1);
-        }
+        if (attente > 0) pass(attente - 0.01);
+        EXPECT_THAT(taken(), IsEmpty());
         pass(0.011);
         EXPECT_THAT(taken(), ElementsAre("will out"));
-        EXPECT_TRUE(c->isFadingOut());
         pass(1);
         EXPECT_THAT(taken(), ElementsAre("did out"));
         EXPECT_FALSE(fenetre->isVisible());
     }
 }
 
-TEST_F(FadingWindowControllerTest, ANoticeKeepsItselfUntilItHasClosed) {
-    montreA(0);
-    c->setAutomaticallyFadesOut(YES);
-    c->setDisplayTime(2);
-    const Weak<FadingWindowController> temoin(c);
-    c->startFadeIn();
-    c = nullptr;
-    pass(2.5);
-    ASSERT_TRUE(temoin);
-    pass(1);
-    EXPECT_FALSE(temoin);
-    EXPECT_FALSE(fenetre->isVisible());
-}
-
-TEST_F(FadingWindowControllerTest, StoppingEndsItFromEveryState) {
+TEST_F(FadingWindowControllerTest, ANoticeKeepsItselfUntilItHasClosedWhoeverClosesIt) {
     struct Row {
         const char* etat;
         NSTimeInterval attente;
+        bool arrete;
     };
-    // Fading in, showing, waiting to fade out (a second), fading out.
-    for (const Row& row : {Row{"in", 0.2}, Row{"waits", 1.2}, Row{"out", 2.0}}) {
+    for (const Row& row : {Row{"fading in", 0.2, true}, Row{"waiting", 1.2, true}, Row{"fading out", 2, true},
+                           Row{"by itself", 2.5, false}}) {
         SCOPED_TRACE(row.etat);
         montreA(0);
         Ref<FadingWindowController> autre = make<FadingWindowController>(fenetre);
@@ -205,9 +161,12 @@ TEST_F(FadingWindowControllerTest, StoppingEndsItFromEveryState) {
         autre->setDisplayTime(1);
         const Weak<FadingWindowController> temoin(autre);
         autre->startFadeIn();
-        pass(row.attente);
-        autre->stopFadeOut();
         autre = nullptr;
+        pass(row.attente);
+        if (row.arrete) {
+            ASSERT_TRUE(temoin);
+            temoin->stopFadeOut();
+        }
         EXPECT_FALSE(temoin);
         EXPECT_FALSE(fenetre->isVisible());
         const CGFloat alpha = fenetre->alphaValue();
@@ -251,40 +210,28 @@ TEST_F(FadingWindowControllerTest, ThePanelTakesTheKeysAndItsOwnStyle) {
 
 TEST_F(FadingWindowControllerTest, AStickyWindowIsOnAllDesktops) {
     fenetre->orderFront(nullptr);
-    const auto marques = [&] {
-        CGSWindowTags t{0xFFFFFFFF00000000, 7};
+    for (const BOOL collante : {NO, YES, YES, NO}) {
+        setSticky(fenetre, collante);
+        EXPECT_EQ(native(fenetre).allDesktops, collante);
+        CGSWindowTags t{0xFFFFFFFF00000000, 7}; // beyond the width nothing is read or written
         EXPECT_EQ(CGSGetWindowTags(_CGSDefaultConnection(), fenetre->windowNumber(), t.data(), 32), 0);
-        EXPECT_EQ(t[1], 7U); // beyond the width
-        return t[0];
-    };
-    setSticky(fenetre, NO);
-    EXPECT_EQ(marques(), 0xFFFFFFFF00000000);
-    setSticky(fenetre, YES);
-    EXPECT_EQ(marques(), 0xFFFFFFFF00000800);
-    EXPECT_TRUE(native(fenetre).allDesktops);
-    setSticky(fenetre, YES);
-    EXPECT_TRUE(native(fenetre).allDesktops);
-    setSticky(fenetre, NO);
-    EXPECT_FALSE(native(fenetre).allDesktops);
+        EXPECT_EQ(t, (CGSWindowTags{collante ? 0xFFFFFFFF00000800 : 0xFFFFFFFF00000000, 7}));
+    }
+    setSticky(nullptr, YES);
 }
 
 TEST_F(FadingWindowControllerTest, TheWindowServerRefusesWhatItDoesNotKnow) {
-    CGSWindowTags t{1, 2};
+    CGSWindowTags t{kCGSTagSticky, 2};
     const NSInteger n = fenetre->windowNumber();
     const CGSConnectionID oui = _CGSDefaultConnection();
-    EXPECT_NE(oui, 0);
     EXPECT_NE(CGSGetWindowTags(oui + 1, n, t.data(), 32), 0);
     EXPECT_NE(CGSGetWindowTags(oui, 999999, t.data(), 32), 0);
     EXPECT_NE(CGSGetWindowTags(oui, n, nullptr, 32), 0);
-    EXPECT_NE(CGSGetWindowTags(oui, n, t.data(), 0), 0);
     EXPECT_NE(CGSGetWindowTags(oui, n, t.data(), 129), 0);
-    EXPECT_EQ(t, (CGSWindowTags{1, 2}));
-    t = {kCGSTagSticky, 0};
+    EXPECT_EQ(t, (CGSWindowTags{kCGSTagSticky, 2}));
     EXPECT_NE(CGSSetWindowTags(oui + 1, n, t.data(), 32), 0);
-    EXPECT_FALSE(fenetre->isOnAllDesktops());
     EXPECT_EQ(CGSSetWindowTags(oui, n, t.data(), 8), 0); // too narrow for the bit
     EXPECT_FALSE(fenetre->isOnAllDesktops());
-    setSticky(nullptr, YES);
 }
 
 } // namespace

@@ -7,7 +7,6 @@ using namespace libvue::test;
 
 namespace {
 
-/// On virtual time.
 class MainVirtuelle : public Main {
 public:
     explicit MainVirtuelle(backend::MemoryWindowServer& serveur) : serveur_(serveur) {}

@@ -13,28 +13,34 @@ namespace {
 
 class KCPopoverTest : public PopoverFixture {
 protected:
-    /// Logs the notifications of that name from that window.
-    void ecoute(NSString* nom, NSWindow* w, const std::string& dit) {
-        jetons_.push_back(NSNotificationCenter::defaultCenter()->addObserverForName_object_queue_usingBlock(
-            nom, w, nullptr, [this, dit](NSNotification*) { log.push_back(dit); }));
+    Ref<DeleguePopover> delegue = make<DeleguePopover>(log);
+    Ref<KCPopover> p = bulle();
+    /// Elsewhere on the screen.
+    Ref<NSWindow> autre;
+
+    void SetUp() override {
+        PopoverFixture::SetUp();
+        autre = windowAt({{20, 20}, {100, 100}});
+        p->setDelegate(delegue);
     }
     void TearDown() override {
-        for (const Ref<NSObject>& j : jetons_)
-            NSNotificationCenter::defaultCenter()->removeObserver(j);
-        jetons_.clear();
+        if (p) p->panel()->close();
+        p = nullptr;
+        delegue = nullptr;
+        autre->close();
+        autre = nullptr;
         PopoverFixture::TearDown();
     }
-
-private:
-    std::vector<Ref<NSObject>> jetons_;
+    [[nodiscard]] NSView* contenu() const { return p->contentViewController()->view(); }
+    [[nodiscard]] NSPoint contenuEcran() const {
+        return p->panel()->convertBaseToScreen(contenu()->convertPoint_toView({0, 0}, nullptr));
+    }
 };
 
 TEST_F(KCPopoverTest, ShowingSplicesTheBalloonIntoTheChain) {
-    const Ref<KCPopover> p = bulle();
     EXPECT_FALSE(p->isShown());
     montre(p);
     EXPECT_TRUE(p->isShown());
-    EXPECT_TRUE(p->attachay());
     const Ref<NSView> focus(p->firstResponder());
     ASSERT_NE(focus, nullptr);
     EXPECT_EQ(parent->firstResponder(), focus.get());
@@ -43,78 +49,56 @@ TEST_F(KCPopoverTest, ShowingSplicesTheBalloonIntoTheChain) {
     EXPECT_EQ(p->panel()->nextResponder(), parent->contentView());
     EXPECT_EQ(p->panel()->parentWindow(), parent.get());
     EXPECT_TRUE(parent->isKeyWindow());
-    EXPECT_EQ(p->contentViewController()->view()->superview(), p->panel()->contentView());
+    EXPECT_EQ(contenu()->superview(), p->panel()->contentView());
     ferme(p);
-    EXPECT_FALSE(p->isShown());
     EXPECT_EQ(p->firstResponder(), nullptr);
     EXPECT_EQ(focus->superview(), nullptr);
 }
 
 TEST_F(KCPopoverTest, ClosingGoesInItsOrder) {
-    const Ref<KCPopover> p = bulle();
-    const Ref<DeleguePopover> delegue = make<DeleguePopover>(log);
-    p->setDelegate(delegue);
-    montre(p);
-    ecoute(NSWindowWillCloseNotification, p->panel(), "will close");
-    p->close();
-    EXPECT_TRUE(p->fermetureEnCours());
-    EXPECT_TRUE(p->isShown());
-    pass(0.25);
-    const CGFloat milieu = p->panel()->alphaValue();
-    EXPECT_GT(milieu, 0.2);
-    EXPECT_LT(milieu, 0.8);
-    p->close(); // one is under way
-    EXPECT_THAT(taken(), IsEmpty());
-    pass(0.3);
-    // The delegate first: a window tells its own delegate before its observers.
-    EXPECT_THAT(taken(), ElementsAre("did close KCPopoverDidCloseNotification", "will close"));
-    EXPECT_EQ(delegue->dernier->object(), p.get());
-    EXPECT_FALSE(p->fermetureEnCours());
-    EXPECT_FALSE(p->isShown());
-    EXPECT_EQ(p->panel()->parentWindow(), nullptr);
-    EXPECT_EQ(p->panel()->alphaValue(), 1);
-    delegue->dernier = nullptr;
-    pass(2);
-    EXPECT_THAT(taken(), IsEmpty());
-
-    montre(p); // and once more
-    EXPECT_TRUE(p->isShown());
-    EXPECT_EQ(p->panel()->alphaValue(), 1);
-    ferme(p);
-    EXPECT_EQ(taken().size(), 2U);
-    delegue->dernier = nullptr;
+    const Ref<NSObject> jeton = NSNotificationCenter::defaultCenter()->addObserverForName_object_queue_usingBlock(
+        NSWindowWillCloseNotification, p->panel(), nullptr, [&](NSNotification*) { log.emplace_back("will close"); });
+    for (int fois = 0; fois < 2; ++fois) {
+        montre(p);
+        EXPECT_EQ(p->panel()->alphaValue(), 1);
+        p->close();
+        EXPECT_TRUE(p->fermetureEnCours());
+        EXPECT_TRUE(p->isShown());
+        pass(0.25);
+        EXPECT_NEAR(p->panel()->alphaValue(), 0.5, 0.3);
+        p->close(); // one is under way
+        EXPECT_THAT(taken(), IsEmpty());
+        pass(0.3);
+        // The delegate first: a window tells its own delegate before its observers.
+        EXPECT_THAT(taken(), ElementsAre("did close KCPopoverDidCloseNotification", "will close"));
+        EXPECT_EQ(std::exchange(delegue->dernier, nullptr)->object(), p.get());
+        EXPECT_FALSE(p->fermetureEnCours());
+        EXPECT_FALSE(p->isShown());
+        EXPECT_EQ(p->panel()->parentWindow(), nullptr);
+    }
+    NSNotificationCenter::defaultCenter()->removeObserver(jeton);
 }
 
 TEST_F(KCPopoverTest, WhatClosesAnAttachedBalloonBesideGestures) {
-    struct Cas {
-        const char* quoi;
-        std::function<void(KCPopover*)> fait;
-        BOOL ferme;
-    };
-    const Ref<NSWindow> autre = windowAt({{20, 20}, {100, 100}});
     const Ref<LogView> champ = viewIn(parent, {{10, 10}, {50, 20}}, "field");
     champ->accepts = YES;
-    const std::vector<Cas> cas{
-        {"the focus goes elsewhere", [&](KCPopover*) { parent->makeFirstResponder(champ); }, YES},
-        {"a click on a view that takes the focus", [&](KCPopover*) { click(parent, 20, 20); }, YES},
-        {"moved by code",
-         [](KCPopover* p) {
-             p->panel()->setFrameOrigin({300, 300});
-         },
-         NO},
-        {"the parent moves",
-         [&](KCPopover*) {
-             windows().moveByUser(parent->nativeId_(), {350, 250});
-         },
-         NO},
-        {"the parent is no longer key or main", [&](KCPopover*) { show(autre); }, NO},
+    struct Cas {
+        const char* quoi;
+        std::function<void()> fait;
+        BOOL ferme;
+    };
+    const Cas cas[] = {
+        {"the focus goes elsewhere", [&] { parent->makeFirstResponder(champ); }, YES},
+        {"a click on a view that takes the focus", [&] { click(parent, 20, 20); }, YES},
+        {"moved by code", [&] { p->panel()->setFrameOrigin(NSMakePoint(300, 300)); }, NO},
+        {"the parent moves", [&] { windows().moveByUser(parent->nativeId_(), NSMakePoint(350, 250)); }, NO},
+        {"the parent is no longer key or main", [&] { show(autre); }, NO},
     };
     for (const Cas& c : cas) {
         show(parent);
         parent->makeFirstResponder(nullptr);
-        const Ref<KCPopover> p = bulle();
         montre(p);
-        c.fait(p);
+        c.fait();
         drain();
         EXPECT_EQ(p->fermetureEnCours(), c.ferme) << c.quoi;
         EXPECT_TRUE(p->attachay()) << c.quoi;
@@ -122,14 +106,11 @@ TEST_F(KCPopoverTest, WhatClosesAnAttachedBalloonBesideGestures) {
         EXPECT_EQ(p->isShown(), !c.ferme) << c.quoi;
         ferme(p);
     }
-    autre->close();
 }
 
 TEST_F(KCPopoverTest, ATextInTheBalloonTakesTheKeysWhenItIsClicked) {
-    const Ref<NSView> contenu = make<NSView>(NSMakeRect(0, 0, 200, 60));
-    const Ref<NSTextField> champ = make<NSTextField>(NSMakeRect(20, 20, 160, 22));
-    contenu->addSubview(champ);
-    const Ref<KCPopover> p = bulleAvec(contenu);
+    const Ref<NSTextField> champ = make<NSTextField>(NSMakeRect(20, 20, 90, 22));
+    contenu()->addSubview(champ);
     montre(p);
     EXPECT_FALSE(p->panel()->isKeyWindow());
     const NSRect ici = champ->convertRect_toView(champ->bounds(), nullptr);
@@ -138,12 +119,10 @@ TEST_F(KCPopoverTest, ATextInTheBalloonTakesTheKeysWhenItIsClicked) {
     EXPECT_TRUE(parent->isMainWindow());
     windows().typeText(u"oui");
     drain();
-    EXPECT_TRUE(p->isShown());
     EXPECT_FALSE(p->fermetureEnCours());
 
     // The same editor and caret go on in the free window.
     const Ref<NSResponder> editeur(p->panel()->firstResponder());
-    EXPECT_NE(editeur.get(), p->panel());
     p->decrochePopover();
     drain();
     EXPECT_EQ(p->panel()->firstResponder(), editeur.get());
@@ -151,15 +130,12 @@ TEST_F(KCPopoverTest, ATextInTheBalloonTakesTheKeysWhenItIsClicked) {
     drain();
     p->panel()->makeFirstResponder(nullptr);
     EXPECT_EQ(champ->stringValue()->utf8(), "oui!");
-    ferme(p);
 }
 
 TEST_F(KCPopoverTest, DraggedOffItIsAWindowOfItsOwn) {
-    const Ref<KCPopover> p = bulle();
     montre(p);
-    NSView* vue = p->contentViewController()->view();
     const NSRect f = p->panel()->frame();
-    const NSPoint avant = p->panel()->convertBaseToScreen(vue->convertPoint_toView({0, 0}, nullptr));
+    const NSPoint avant = contenuEcran();
     traine(p, 30, 40);
     EXPECT_FALSE(p->attachay());
     EXPECT_FALSE(p->panel()->dragEnCours());
@@ -167,40 +143,30 @@ TEST_F(KCPopoverTest, DraggedOffItIsAWindowOfItsOwn) {
     EXPECT_EQ(p->panel()->parentWindow(), nullptr);
     EXPECT_TRUE(p->panel()->isFloatingPanel());
     EXPECT_TRUE(p->panel()->hidesOnDeactivate());
-    EXPECT_EQ(vue->frame(), NSMakeRect(0, 5, 120, 60));
+    EXPECT_EQ(contenu()->frame(), NSMakeRect(0, 5, 120, 60));
     // Moved by the drag and nothing else.
-    const NSPoint apres = p->panel()->convertBaseToScreen(vue->convertPoint_toView({0, 0}, nullptr));
-    EXPECT_EQ(apres, NSMakePoint(avant.x + 30, avant.y + 40));
+    EXPECT_EQ(contenuEcran(), NSMakePoint(avant.x + 30, avant.y + 40));
     EXPECT_EQ(p->panel()->contentRectForFrameRect(p->panel()->frame()),
               NSMakeRect(f.origin.x + 30 + 11, f.origin.y + 40 + 10, 120, 70));
-    // Further than that it follows like any window.
-    windows().moveByUser(p->panel()->nativeId_(), {100, 100});
-    drain();
-    EXPECT_TRUE(p->isShown());
     // The content grows from the lower left corner.
     const NSRect cadre = p->panel()->frame();
-    vue->setFrameSize({150, 100});
+    contenu()->setFrameSize({150, 100});
     p->layoutEtPositionne(nullptr);
     EXPECT_EQ(p->panel()->frame().origin, cadre.origin);
     p->panel()->performClose(nullptr); // its box: no fade
     EXPECT_FALSE(p->isShown());
     EXPECT_EQ(p->firstResponder(), nullptr);
-    pass(kFondu);
     // Shown anew, it is a balloon again.
     montre(p);
     EXPECT_TRUE(p->attachay());
     EXPECT_EQ(p->panel()->styleMask(), NSUInteger{NSBorderlessWindowMask});
     EXPECT_EQ(p->panel()->frame().size, NSMakeSize(172, 130));
-    EXPECT_EQ(vue->frame(), NSMakeRect(11, 15, 150, 100));
+    EXPECT_EQ(contenu()->frame(), NSMakeRect(11, 15, 150, 100));
     EXPECT_FALSE(p->panel()->isFloatingPanel());
-    ferme(p);
 }
 
 TEST_F(KCPopoverTest, ADragThatMayNotDetachOnlyMoves) {
-    const Ref<KCPopover> p = bulle();
-    const Ref<DeleguePopover> delegue = make<DeleguePopover>(log);
     delegue->permet = NO;
-    p->setDelegate(delegue);
     montre(p);
     const NSPoint origine = p->panel()->frame().origin;
     traine(p, 30, 40);
@@ -208,136 +174,90 @@ TEST_F(KCPopoverTest, ADragThatMayNotDetachOnlyMoves) {
     EXPECT_FALSE(p->panel()->dragEnCours());
     EXPECT_EQ(p->panel()->frame().origin, NSMakePoint(origine.x + 30, origine.y + 40));
     EXPECT_EQ(p->panel()->parentWindow(), parent.get());
-    ferme(p);
 }
 
 TEST_F(KCPopoverTest, ADetachedBalloonComesAndGoesWithTheMainWindow) {
-    const Ref<KCPopover> p = bulle();
     montre(p);
     p->decrochePopover();
-    const Ref<NSWindow> autre = windowAt({{20, 20}, {100, 100}});
     show(autre);
     EXPECT_FALSE(p->isShown());
     show(parent);
     EXPECT_TRUE(p->isShown());
     EXPECT_FALSE(p->fermetureEnCours());
-    parent->miniaturize(nullptr);
-    EXPECT_FALSE(p->fermetureEnCours());
-    parent->deminiaturize(nullptr);
-    // Its box closes it for good, whoever keeps it.
-    p->panel()->performClose(nullptr);
-    show(autre);
-    show(parent);
-    EXPECT_FALSE(p->isShown());
-    autre->close();
-}
-
-TEST_F(KCPopoverTest, ItLivesWhileItIsShownAndThroughItsFade) {
-    Ref<KCPopover> p = bulle();
-    const Weak<KCPopover> reste = p.get();
-    const Weak<MaFenetre> panel = p->panel();
-    montre(p);
-    p = nullptr;
-    pass(1);
-    ASSERT_TRUE(reste);
-    windows().key(27);
-    drain();
-    ASSERT_TRUE(reste);
-    pass(0.4);
-    ASSERT_TRUE(reste);
-    pass(0.2);
-    EXPECT_FALSE(reste);
-    EXPECT_FALSE(panel);
-}
-
-TEST_F(KCPopoverTest, AClosedAnchorWindowTakesItsBalloonAlong) {
-    Ref<KCPopover> p = bulle();
-    const Weak<KCPopover> reste = p.get();
-    montre(p);
-    p = nullptr;
-    parent->close();
-    pass(kFondu);
-    EXPECT_FALSE(reste);
-}
-
-TEST_F(KCPopoverTest, ABalloonOnABalloonClosesWithIt) {
-    Ref<KCPopover> dessous = bulle({300, 200});
-    montre(dessous);
-    Ref<KCPopover> dessus = bulle();
-    NSView* vue = dessous->contentViewController()->view();
-    dessus->showRelativeToRect_ofView_preferredEdge({{10, 10}, {20, 20}}, vue, NSMaxXEdge);
-    drain();
-    EXPECT_EQ(dessus->panel()->parentWindow(), dessous->panel());
-    // A click in the upper one closes neither; one in the lower one closes the upper.
-    click(dessus->panel(), 60, 40);
-    EXPECT_FALSE(dessus->fermetureEnCours());
-    EXPECT_FALSE(dessous->fermetureEnCours());
-    click(dessous->panel(), 200, 150);
-    EXPECT_TRUE(dessus->fermetureEnCours());
-    EXPECT_FALSE(dessous->fermetureEnCours());
-    pass(kFondu);
-    dessus->showRelativeToRect_ofView_preferredEdge({{10, 10}, {20, 20}}, vue, NSMaxXEdge);
-    drain();
-    const Weak<KCPopover> reste[2] = {dessous.get(), dessus.get()};
-    dessous->close();
-    pass(0.25);
-    EXPECT_LT(dessus->panel()->alphaValue(), 1); // both fade
-    dessous = dessus = nullptr;
-    pass(2 * kFondu);
-    EXPECT_FALSE(reste[0]);
-    EXPECT_FALSE(reste[1]);
-}
-
-TEST_F(KCPopoverTest, ClosingByTheBoxInTheMiddleOfAFadeTellsOnce) {
-    const Ref<KCPopover> p = bulle();
-    const Ref<DeleguePopover> delegue = make<DeleguePopover>(log);
-    p->setDelegate(delegue);
-    montre(p);
-    p->decrochePopover();
+    // Its box closes it for good, in the middle of a fade too, and is told of once.
     p->close();
     pass(0.2);
     p->panel()->performClose(nullptr);
     pass(kFondu);
     EXPECT_THAT(taken(), ElementsAre("did close KCPopoverDidCloseNotification"));
-    p->close(); // not shown
-    EXPECT_FALSE(p->fermetureEnCours());
     delegue->dernier = nullptr;
+    show(autre);
+    show(parent);
+    EXPECT_FALSE(p->isShown());
+    p->close();
+    EXPECT_FALSE(p->fermetureEnCours()) << "not shown, there is nothing to fade";
 }
 
-TEST_F(KCPopoverTest, AThousandOpeningsLeaveNothing) {
-    const Ref<KCPopover> gardee = bulle();
-    const auto tour = [&](int i) {
-        const Ref<KCPopover> p = i % 3 == 0 ? gardee : bulle();
-        montre(p, static_cast<NSUInteger>(i % 4));
-        if (i % 5 == 4) p->decrochePopover();
-        p->close();
-        pass(kFondu);
+TEST_F(KCPopoverTest, ItLivesWhileItIsShownAndThroughItsFade) {
+    for (const bool echappe : {true, false}) {
+        SCOPED_TRACE(echappe ? "Escape" : "the anchor's window closes");
+        p = bulle();
+        const Weak<KCPopover> reste = p.get();
+        const Weak<MaFenetre> panel = p->panel();
+        montre(p);
+        p = nullptr;
+        pass(1);
+        echappe ? windows().key(NSEscapeCharacter) : parent->close();
+        pass(0.4);
+        EXPECT_TRUE(reste);
+        pass(0.2);
+        EXPECT_FALSE(reste);
+        EXPECT_FALSE(panel);
+    }
+}
+
+TEST_F(KCPopoverTest, ABalloonOnABalloonClosesWithIt) {
+    contenu()->setFrameSize({300, 200});
+    montre(p);
+    Ref<KCPopover> dessus = bulle();
+    const auto montreDessus = [&] {
+        dessus->showRelativeToRect_ofView_preferredEdge({{10, 10}, {20, 20}}, contenu(), NSMaxXEdge);
+        drain();
     };
-    for (int i = 0; i < 60; ++i)
-        tour(i);
-    const NSUInteger avant = liveObjectCount();
-    const std::size_t vues = parent->contentView()->subviews().size();
-    for (int i = 0; i < 1020; ++i)
-        tour(i);
-    EXPECT_EQ(liveObjectCount(), avant);
-    EXPECT_EQ(parent->contentView()->subviews().size(), vues);
-    EXPECT_EQ(NSApp()->monitors_().size(), 0U);
+    montreDessus();
+    EXPECT_EQ(dessus->panel()->parentWindow(), p->panel());
+    // A click in the upper one closes neither; one in the lower one closes the upper.
+    click(dessus->panel(), 60, 40);
+    EXPECT_FALSE(dessus->fermetureEnCours());
+    click(p->panel(), 200, 150);
+    EXPECT_TRUE(dessus->fermetureEnCours());
+    EXPECT_FALSE(p->fermetureEnCours());
+    pass(kFondu);
+    montreDessus();
+    const Weak<KCPopover> reste = dessus.get();
+    p->close();
+    pass(0.25);
+    EXPECT_LT(dessus->panel()->alphaValue(), 1); // both fade
+    dessus = nullptr;
+    pass(2 * kFondu);
+    EXPECT_FALSE(reste);
 }
 
 TEST_F(KCPopoverTest, ControllersAndColoursAreReplaced) {
-    const Ref<KCPopover> p = bulle();
     montre(p);
-    const Ref<NSView> ancienne(p->contentViewController()->view());
-    const Ref<NSViewController> c = make<NSViewController>();
-    p->setContentViewController(c);
+    const Ref<NSView> ancienne(contenu());
+    // The view of the one before goes, also where that is the same; nothing is shown or laid out.
+    p->setContentViewController(p->contentViewController());
     EXPECT_EQ(ancienne->superview(), nullptr);
-    EXPECT_EQ(c->view()->superview(), nullptr); // nothing is shown or laid out
+    p->panel()->contentView()->addSubview(ancienne);
+    p->setContentViewController(make<NSViewController>());
+    EXPECT_EQ(ancienne->superview(), nullptr);
+    EXPECT_EQ(contenu()->superview(), nullptr);
+    EXPECT_EQ(p->couleurBordure()->alphaComponent(), 0.15);
     p->setCouleurFond(nullptr);
     p->setCouleurBordure(nullptr);
     EXPECT_EQ(p->couleurFond(), NSColor::whiteColor());
     EXPECT_EQ(p->couleurBordure(), NSColor::blackColor());
-    EXPECT_EQ(make<KCPopover>()->couleurBordure()->alphaComponent(), 0.15);
-    ferme(p);
 }
 
 } // namespace

@@ -6,10 +6,7 @@
 #include <libvue/layout/KCLayoutViewDelegate.h>
 #include <libvue/layout/NotificationsVue.h>
 #include <libvue/platform/appkit/NSClipView.h>
-#include <libvue/platform/appkit/NSPopover.h>
 #include <libvue/platform/appkit/NSScrollView.h>
-#include <libvue/platform/foundation/NSDictionary.h>
-#include <libvue/platform/foundation/NSValue.h>
 #include <libvue/popover/KCPopoverManager.h>
 #include <libvue/popover/KCPopoverWrapper.h>
 
@@ -25,20 +22,12 @@ public:
     [[nodiscard]] NSSize donneTailleIdeale() override { return {210, 90}; }
 };
 
-/// Stands for an implementation, and notes the edge.
-class Temoin : public NSPopover {
+/// Stands for an implementation, and notes what it is told.
+template <class Base> class Temoin : public Base {
 public:
-    static void describe(ClassDescription<Temoin, NSPopover>& c) {
-        c.answers<&Temoin::montre>("showRelativeToRect:ofView:preferredEdge:");
-    }
-    NSUInteger edge = 99;
-    void montre(const NSRect&, NSView*, NSUInteger e) { edge = e; }
-};
-class TemoinMaison : public KCPopover {
-public:
-    static void describe(ClassDescription<TemoinMaison, KCPopover>& c) {
-        c.answers<&TemoinMaison::montre>("showRelativeToRect:ofView:preferredEdge:");
-        c.answers<&TemoinMaison::ferme>("close");
+    static void describe(ClassDescription<Temoin, Base>& c) {
+        c.template answers<&Temoin::montre>("showRelativeToRect:ofView:preferredEdge:");
+        c.template answers<&Temoin::ferme>("close");
     }
     NSUInteger edge = 99;
     int fermetures = 0;
@@ -48,38 +37,60 @@ public:
 
 class KCPopoverWrapperTest : public PopoverFixture {
 protected:
-    static void garnis(KCPopoverWrapper* w, NSSize taille = kContenu.size) {
+    Ref<KCPopoverWrapper> notre = KCPopoverWrapper::nouveauPopoverMaison(),
+                          leur = KCPopoverWrapper::nouveauPopoverSysteme();
+
+    void SetUp() override {
+        PopoverFixture::SetUp();
+        garnis(notre);
+        garnis(leur);
+    }
+    void TearDown() override {
+        for (Ref<KCPopoverWrapper>& w : {std::ref(notre), std::ref(leur)}) {
+            if (w) w->close();
+            w = nullptr;
+        }
+        PopoverFixture::TearDown();
+    }
+    static void garnis(KCPopoverWrapper* w) {
         const Ref<NSViewController> c = make<NSViewController>();
-        c->setView(make<NSView>(NSRect{{0, 0}, taille}));
+        c->setView(make<NSView>(kContenu));
         w->setContentViewController(c);
     }
-    void montreLe(KCPopoverWrapper* w, NSUInteger edge = NSMaxYEdge) const {
-        w->showRelativeToRect_ofView_preferredEdge(ancre->bounds(), ancre, edge);
+    void montreLe(KCPopoverWrapper* w) const {
+        w->showRelativeToRect_ofView_preferredEdge(ancre->bounds(), ancre, NSMaxYEdge);
         pass(kFondu);
     }
-    static KCPopover* maison(KCPopoverWrapper* w) { return as<KCPopover>(w->popover()); }
+    static void fermeLe(KCPopoverWrapper* w) {
+        w->close();
+        pass(kFondu);
+    }
+    [[nodiscard]] KCPopover* maison() const { return as<KCPopover>(notre->popover()); }
+    static NSView* contenu(KCPopoverWrapper* w) { return w->contentViewController()->view(); }
+    static void annonce(NSViewController* c, NSSize s) {
+        NSNotificationCenter::defaultCenter()->postNotificationName_object_userInfo(kContentWouldChangeSizeNotification,
+                                                                                    c, taille(s));
+    }
 };
 
 TEST_F(KCPopoverWrapperTest, WhatAnImplementationLacksReadsAsTold) {
-    const Ref<KCPopoverWrapper> notre = KCPopoverWrapper::nouveauPopoverMaison();
-    const Ref<KCPopoverWrapper> leur = KCPopoverWrapper::nouveauPopoverSysteme();
     const Ref<KCPopoverWrapper> vide = make<KCPopoverWrapper>();
-    ASSERT_TRUE(as<NSPopover>(KCPopoverWrapper::nouveauPopover()->popover()));
+    EXPECT_TRUE(as<NSPopover>(KCPopoverWrapper::nouveauPopover()->popover()));
     const Ref<NSColor> rouge(NSColor::redColor());
-    for (KCPopoverWrapper* w : {notre.get(), leur.get(), vide.get()}) {
-        w->setMasqueEdgeAutorisay(5);
-        w->setBehavior(NSPopoverBehaviorTransient);
-        w->setCouleurFond(rouge);
+    struct Cas {
+        KCPopoverWrapper* w;
+        NSUInteger masque;
+        NSInteger comportement;
+        Ref<NSColor> fond;
+    };
+    for (const Cas& c : {Cas{notre, 5, 2, rouge}, Cas{leur, 0, 1, nullptr}, Cas{vide, 0, 2, nullptr}}) {
+        c.w->setMasqueEdgeAutorisay(5);
+        c.w->setBehavior(NSPopoverBehaviorTransient);
+        c.w->setCouleurFond(rouge);
+        EXPECT_EQ(c.w->masqueEdgeAutorisay(), c.masque);
+        EXPECT_EQ(c.w->behavior(), c.comportement);
+        EXPECT_EQ(c.w->couleurFond(), c.fond);
     }
-    EXPECT_EQ(notre->masqueEdgeAutorisay(), 5U);
-    EXPECT_EQ(leur->masqueEdgeAutorisay(), 0U);
-    EXPECT_EQ(vide->masqueEdgeAutorisay(), 0U);
-    EXPECT_EQ(notre->behavior(), 2);
-    EXPECT_EQ(leur->behavior(), 1);
-    EXPECT_EQ(vide->behavior(), 2);
-    EXPECT_EQ(notre->couleurFond(), rouge);
-    EXPECT_EQ(leur->couleurFond(), nullptr);
-    EXPECT_EQ(vide->couleurFond(), nullptr);
     garnis(vide);
     EXPECT_EQ(vide->contentViewController(), nullptr);
     EXPECT_FALSE(vide->isShown());
@@ -89,81 +100,56 @@ TEST_F(KCPopoverWrapperTest, WhatAnImplementationLacksReadsAsTold) {
 }
 
 TEST_F(KCPopoverWrapperTest, OnlyTheSystemsPopoverGetsTheEdgesOfAFlippedView) {
-    const Ref<KCFlippedView> retournee = make<KCFlippedView>(NSMakeRect(0, 0, 50, 50));
+    const Ref<NSView> retournee = make<KCFlippedView>(NSMakeRect(0, 0, 50, 50));
     parent->contentView()->addSubview(retournee);
-    const Ref<Temoin> leur = make<Temoin>();
-    const Ref<TemoinMaison> notre = make<TemoinMaison>();
+    const auto lui = make<Temoin<NSPopover>>();
+    const auto nous = make<Temoin<KCPopover>>();
     const NSUInteger echange[] = {0, 3, 2, 1};
-    for (NSUInteger e = 0; e < 4; ++e) {
-        SCOPED_TRACE(e);
-        for (NSView* vue : {static_cast<NSView*>(retournee), static_cast<NSView*>(ancre)}) {
-            const Ref<KCPopoverWrapper> w = make<KCPopoverWrapper>();
-            w->setPopover(leur);
-            w->showRelativeToRect_ofView_preferredEdge(vue->bounds(), vue, e);
-            EXPECT_EQ(leur->edge, vue == retournee.get() ? echange[e] : e);
-            w->popoverDidClose(nullptr);
-            w->setPopover(notre);
-            w->showRelativeToRect_ofView_preferredEdge(vue->bounds(), vue, e);
-            EXPECT_EQ(notre->edge, e);
-            w->popoverDidClose(nullptr);
+    for (NSUInteger e = 0; e < 4; ++e)
+        for (NSView* vue : {retournee.get(), static_cast<NSView*>(ancre)}) {
+            for (NSObject* p : {static_cast<NSObject*>(lui), static_cast<NSObject*>(nous)}) {
+                notre->setPopover(p);
+                notre->showRelativeToRect_ofView_preferredEdge(vue->bounds(), vue, e);
+                notre->popoverDidClose(nullptr);
+            }
+            EXPECT_EQ(lui->edge, vue == retournee ? echange[e] : e);
+            EXPECT_EQ(nous->edge, e);
         }
-    }
 }
 
 TEST_F(KCPopoverWrapperTest, TheContentTakesItsIdealSizeWhereItKnowsOne) {
-    const Ref<KCPopoverWrapper> w = KCPopoverWrapper::nouveauPopoverMaison();
+    montreLe(notre);
+    EXPECT_EQ(contenu(notre)->frame().size, kContenu.size);
+    fermeLe(notre);
     const Ref<ControleurIdeal> ideal = make<ControleurIdeal>();
     ideal->setView(make<NSView>(NSMakeRect(0, 0, 10, 10)));
-    w->setContentViewController(ideal);
-    montreLe(w);
+    notre->setContentViewController(ideal);
+    montreLe(notre);
     EXPECT_EQ(ideal->view()->frame().size, (NSSize{210, 90}));
-    w->close();
-    pass(kFondu);
-    garnis(w, {33, 44});
-    montreLe(w);
-    EXPECT_EQ(w->contentViewController()->view()->frame().size, (NSSize{33, 44}));
-    w->close();
 }
 
 TEST_F(KCPopoverWrapperTest, TheImplementationHearsOfItsPresentContentAlone) {
-    for (const bool systeme : {false, true}) {
-        SCOPED_TRACE(systeme);
-        const Ref<KCPopoverWrapper> w =
-            systeme ? KCPopoverWrapper::nouveauPopoverSysteme() : KCPopoverWrapper::nouveauPopoverMaison();
-        const auto taille = [&] {
-            NSWindow* f = systeme ? as<NSPopover>(w->popover())->window_() : maison(w)->panel();
-            return f->frame().size;
-        };
-        garnis(w);
+    for (KCPopoverWrapper* w : {notre.get(), leur.get()}) {
+        SCOPED_TRACE(w == leur ? "the system's" : "ours");
+        const auto fenetre = [&] { return w == leur ? as<NSPopover>(w->popover())->window_() : maison()->panel(); };
         const Ref<NSViewController> ancien(w->contentViewController());
         garnis(w);
         montreLe(w);
-        const NSSize avant = taille();
-        const auto annonce = [&](NSViewController* c, NSSize s) {
-            const Ref<NSValue> v = NSValue::valueWithSize(s);
-            const Ref<NSDictionary> info = NSDictionary::dictionaryWithObject_forKey(v, u"size"_ns);
-            NSNotificationCenter::defaultCenter()->postNotificationName_object_userInfo(
-                kContentWouldChangeSizeNotification, c, info);
-            // A KCPopover is laid out round the view as it stands.
-            if (!systeme && c == w->contentViewController()) {
-                c->view()->setFrameSize(s);
-                maison(w)->layoutEtPositionne(c);
-            }
-        };
+        const NSSize avant = fenetre()->frame().size;
         annonce(ancien, {300, 200});
-        EXPECT_EQ(taille(), avant);
+        EXPECT_EQ(fenetre()->frame().size, avant);
+        // A balloon of ours goes round the view, which follows it here.
+        contenu(w)->setAutoresizingMask(NSViewWidthSizable | NSViewHeightSizable);
         annonce(w->contentViewController(), {kContenu.size.width + 40, kContenu.size.height + 25});
-        EXPECT_EQ(taille(), (NSSize{avant.width + 40, avant.height + 25}));
-        w->close();
-        pass(kFondu);
+        EXPECT_EQ(fenetre()->frame().size, (NSSize{avant.width + 40, avant.height + 25}));
+        fermeLe(w);
     }
 }
 
 TEST_F(KCPopoverWrapperTest, TheDelegateHearsOfTheWrapper) {
+    EXPECT_TRUE(leur->popoverShouldClose(nullptr)) << "without a delegate it closes";
     const Ref<DelegueSysteme> d = make<DelegueSysteme>(log);
-    const Ref<KCPopoverWrapper> leur = KCPopoverWrapper::nouveauPopoverSysteme();
     leur->setDelegate(d);
-    garnis(leur);
     auto* p = as<NSPopover>(leur->popover());
     montreLe(leur);
     EXPECT_THAT(taken(), ElementsAre("NSPopoverWillShowNotification", "NSPopoverDidShowNotification"));
@@ -177,7 +163,6 @@ TEST_F(KCPopoverWrapperTest, TheDelegateHearsOfTheWrapper) {
     EXPECT_THAT(taken(), ElementsAre("should close", "should close", "NSPopoverWillCloseNotification",
                                      "NSPopoverDidCloseNotification"));
     EXPECT_TRUE(d->raison);
-    EXPECT_EQ(d->de.get(), leur.get());
 
     // Whether it may come off is the wrapper's to say; the window the delegate's.
     d->fenetre = windowAt({{0, 0}, {50, 50}});
@@ -185,119 +170,96 @@ TEST_F(KCPopoverWrapperTest, TheDelegateHearsOfTheWrapper) {
     leur->setDetachable(YES);
     EXPECT_EQ(leur->detachableWindowForPopover(p), d->fenetre.get());
     EXPECT_EQ(d->de.get(), leur.get());
+    leur->setDelegate(nullptr);
+    EXPECT_EQ(leur->detachableWindowForPopover(p), nullptr);
     d->fenetre = nullptr;
 
-    const Ref<KCPopoverWrapper> notre = KCPopoverWrapper::nouveauPopoverMaison();
     notre->setDelegate(d);
-    garnis(notre);
     montreLe(notre);
-    notre->close();
-    pass(kFondu);
+    fermeLe(notre);
     EXPECT_THAT(taken(), ElementsAre("KCPopoverDidCloseNotification"));
     EXPECT_EQ(d->de.get(), notre.get());
-
-    // Without a delegate it closes, and has no window to become.
-    const Ref<KCPopoverWrapper> seul = KCPopoverWrapper::nouveauPopoverSysteme();
-    seul->setDetachable(YES);
-    EXPECT_TRUE(seul->popoverShouldClose(nullptr));
-    EXPECT_EQ(seul->detachableWindowForPopover(nullptr), nullptr);
 }
 
 TEST_F(KCPopoverWrapperTest, WhatMayNotComeOffCannotBeDragged) {
-    const Ref<KCPopoverWrapper> w = KCPopoverWrapper::nouveauPopoverMaison();
-    EXPECT_FALSE(maison(w)->panel()->isMovable());
-    EXPECT_FALSE(maison(w)->estDetachable());
-    w->setDetachable(YES);
-    EXPECT_TRUE(maison(w)->panel()->isMovable());
-    EXPECT_TRUE(maison(w)->estDetachable());
-    const Ref<KCPopover> autre = make<KCPopover>();
-    w->setPopover(autre);
-    EXPECT_TRUE(autre->panel()->isMovable());
-    w->setDetachable(NO);
-    EXPECT_FALSE(autre->panel()->isMovable());
-
-    garnis(w);
-    montreLe(w);
+    const Ref<KCPopover> autre = bulle();
+    for (const BOOL detachable : {NO, YES}) {
+        notre->setDetachable(detachable);
+        EXPECT_EQ(maison()->panel()->isMovable(), detachable);
+        EXPECT_EQ(maison()->estDetachable(), detachable);
+        notre->setPopover(autre);
+        EXPECT_EQ(autre->panel()->isMovable(), detachable);
+    }
+    notre->setDetachable(NO);
+    montreLe(notre);
     const NSRect avant = autre->panel()->frame();
     traine(autre, 60, 60);
     EXPECT_TRUE(autre->attachay());
     EXPECT_EQ(autre->panel()->frame(), avant);
-    w->close();
 }
 
 TEST_F(KCPopoverWrapperTest, ContentThatFollowsItsBalloonKeepsItsSizeWhenThatComesOff) {
-    const Ref<KCPopoverWrapper> w = KCPopoverWrapper::nouveauPopoverMaison();
-    w->setDetachable(YES);
-    garnis(w);
-    NSView* contenu = w->contentViewController()->view();
-    contenu->setAutoresizingMask(NSViewWidthSizable | NSViewHeightSizable);
+    notre->setDetachable(YES);
+    NSView* vue = contenu(notre);
+    vue->setAutoresizingMask(NSViewWidthSizable | NSViewHeightSizable);
     for (int fois = 0; fois < 2; ++fois) {
-        montreLe(w);
-        EXPECT_EQ(contenu->frame().size, kContenu.size);
-        traine(maison(w), 60, 60);
-        ASSERT_FALSE(maison(w)->attachay());
-        EXPECT_EQ(contenu->frame(), NSMakeRect(0, 5, kContenu.size.width, kContenu.size.height));
+        montreLe(notre);
+        EXPECT_EQ(vue->frame().size, kContenu.size);
+        traine(maison(), 60, 60);
+        EXPECT_EQ(vue->frame(), NSMakeRect(0, 5, kContenu.size.width, kContenu.size.height));
         // And it grows with the window, whose lower left corner stays.
-        const NSPoint coin = maison(w)->panel()->frame().origin;
-        const Ref<NSValue> v = NSValue::valueWithSize({kContenu.size.width + 30, kContenu.size.height + 20});
-        const Ref<NSDictionary> info = NSDictionary::dictionaryWithObject_forKey(v, u"size"_ns);
-        NSNotificationCenter::defaultCenter()->postNotificationName_object_userInfo(kContentWouldChangeSizeNotification,
-                                                                                    w->contentViewController(), info);
-        EXPECT_EQ(contenu->frame().size, v->sizeValue());
-        EXPECT_EQ(maison(w)->panel()->frame().origin, coin);
-        contenu->setFrameSize(kContenu.size);
-        w->close();
-        pass(kFondu);
+        const NSPoint coin = maison()->panel()->frame().origin;
+        const NSSize plus{kContenu.size.width + 30, kContenu.size.height + 20};
+        annonce(notre->contentViewController(), plus);
+        EXPECT_EQ(vue->frame().size, plus);
+        EXPECT_EQ(maison()->panel()->frame().origin, coin);
+        vue->setFrameSize(kContenu.size);
+        fermeLe(notre);
     }
 }
 
 TEST_F(KCPopoverWrapperTest, AnAnchorThatMovesClosesAnAttachedBalloon) {
-    struct Row {
+    struct Cas {
         const char* quoi;
-        bool systeme, detachay, ferme;
+        KCPopoverWrapper* w;
+        bool detachay, ferme;
     };
-    for (const Row& row : {Row{"ours", false, false, true}, Row{"ours, off its anchor", false, true, false},
-                           Row{"the system's", true, false, false}}) {
+    notre->setDetachable(YES);
+    for (const Cas& c : {Cas{"ours", notre, false, true}, Cas{"ours, off its anchor", notre, true, false},
+                         Cas{"the system's", leur, false, false}})
         for (const bool fenetre : {false, true}) {
-            SCOPED_TRACE(row.quoi);
-            SCOPED_TRACE(fenetre ? "the window" : "the view");
-            const Ref<KCPopoverWrapper> w =
-                row.systeme ? KCPopoverWrapper::nouveauPopoverSysteme() : KCPopoverWrapper::nouveauPopoverMaison();
-            w->setDetachable(YES);
-            garnis(w);
-            montreLe(w);
-            if (row.detachay) maison(w)->decrochePopover();
+            SCOPED_TRACE(testing::Message() << c.quoi << (fenetre ? ", the window" : ", the view"));
+            montreLe(c.w);
+            if (c.detachay) maison()->decrochePopover();
             const NSSize s = fenetre ? parent->contentView()->frame().size : ancre->frame().size;
-            if (fenetre)
-                parent->setContentSize({s.width, s.height + 10});
-            else
-                ancre->setFrameSize({s.width + 1, s.height});
+            fenetre ? parent->setContentSize({s.width, s.height + 10}) : ancre->setFrameSize({s.width + 1, s.height});
             pass(kFondu);
-            EXPECT_EQ(w->isShown(), !row.ferme);
-            w->close();
-            pass(kFondu);
+            EXPECT_EQ(c.w->isShown(), !c.ferme);
+            fermeLe(c.w);
         }
-    }
 }
 
 TEST_F(KCPopoverWrapperTest, AScrollClosesUnlessAMoveOfTheWindowCausedIt) {
     const Ref<NSScrollView> defilement = make<NSScrollView>(NSMakeRect(0, 0, 200, 200));
-    defilement->setHasVerticalScroller(YES);
     const Ref<NSView> document = make<NSView>(NSMakeRect(0, 0, 180, 2000));
     const Ref<NSView> dedans = make<NSView>(NSMakeRect(10, 1000, 50, 20));
     document->addSubview(dedans);
     defilement->setDocumentView(document);
     parent->contentView()->addSubview(defilement);
     NSClipView* clip = defilement->contentView();
-    const Ref<KCPopoverWrapper> w = KCPopoverWrapper::nouveauPopoverMaison();
-    garnis(w);
     const auto montreLa = [&] {
         clip->scrollToPoint({0, 950});
-        w->showRelativeToRect_ofView_preferredEdge(dedans->bounds(), dedans, NSMaxXEdge);
+        notre->showRelativeToRect_ofView_preferredEdge(dedans->bounds(), dedans, NSMaxXEdge);
         drain();
-        ASSERT_TRUE(w->isShown());
+        ASSERT_TRUE(notre->isShown());
     };
-
+    const auto tourne = [&] { // the wheel, beside the balloon
+        const CGFloat avant = clip->bounds().origin.y;
+        windows().moveMouse(parent->convertBaseToScreen({20, 150}));
+        windows().wheel(0, -3);
+        pass(kFondu);
+        EXPECT_NE(clip->bounds().origin.y, avant);
+    };
     montreLa();
     // The desktop moves the window, and something scrolls for it.
     const Ref<NSObject> jeton = NSNotificationCenter::defaultCenter()->addObserverForName_object_queue_usingBlock(
@@ -307,32 +269,25 @@ TEST_F(KCPopoverWrapperTest, AScrollClosesUnlessAMoveOfTheWindowCausedIt) {
     windows().moveByUser(parent->nativeId_(), {300, 250});
     pass(kFondu);
     NSNotificationCenter::defaultCenter()->removeObserver(jeton);
-    ASSERT_EQ(clip->bounds().origin.y, 960);
-    EXPECT_TRUE(w->isShown());
-    // The wheel, beside the balloon.
-    windows().moveMouse(parent->convertBaseToScreen({20, 150}));
-    windows().wheel(0, -3);
-    pass(kFondu);
-    EXPECT_NE(clip->bounds().origin.y, 960);
-    EXPECT_FALSE(w->isShown());
+    EXPECT_EQ(clip->bounds().origin.y, 960);
+    EXPECT_TRUE(notre->isShown());
+    tourne();
+    EXPECT_FALSE(notre->isShown());
     // Off its anchor it stays.
-    w->setDetachable(YES);
+    notre->setDetachable(YES);
     montreLa();
-    maison(w)->decrochePopover();
-    windows().moveMouse(parent->convertBaseToScreen({20, 150}));
-    windows().wheel(0, -3);
-    pass(kFondu);
-    EXPECT_TRUE(w->isShown());
-    w->close();
+    maison()->decrochePopover();
+    tourne();
+    EXPECT_TRUE(notre->isShown());
 }
 
 TEST_F(KCPopoverWrapperTest, EachShowingRegistersOnceMore) {
-    const Ref<TemoinMaison> p = make<TemoinMaison>();
+    const auto p = make<Temoin<KCPopover>>();
     p->setAttachay(YES);
     const Ref<KCPopoverWrapper> w = make<KCPopoverWrapper>();
     w->setPopover(p);
-    for (int i = 0; i < 2; ++i)
-        montreLe(w);
+    montreLe(w);
+    montreLe(w);
     ancre->setFrameOrigin({5, 5});
     EXPECT_EQ(p->fermetures, 2);
     w->popoverDidClose(nullptr);
@@ -342,11 +297,7 @@ TEST_F(KCPopoverWrapperTest, EachShowingRegistersOnceMore) {
 }
 
 TEST_F(KCPopoverWrapperTest, ItLivesFromItsShowingToItsClosing) {
-    for (const bool systeme : {false, true}) {
-        SCOPED_TRACE(systeme);
-        Ref<KCPopoverWrapper> w =
-            systeme ? KCPopoverWrapper::nouveauPopoverSysteme() : KCPopoverWrapper::nouveauPopoverMaison();
-        garnis(w);
+    for (Ref<KCPopoverWrapper>& w : {std::ref(notre), std::ref(leur)}) {
         const Weak<KCPopoverWrapper> temoin(w);
         const Weak<NSObject> popover(w->popover());
         montreLe(w);
@@ -361,38 +312,39 @@ TEST_F(KCPopoverWrapperTest, ItLivesFromItsShowingToItsClosing) {
 }
 
 TEST_F(KCPopoverWrapperTest, AThousandShowingsLeaveNothing) {
-    const auto une = [&](bool systeme) {
-        const Ref<KCPopoverWrapper> w =
-            systeme ? KCPopoverWrapper::nouveauPopoverSysteme() : KCPopoverWrapper::nouveauPopoverMaison();
-        garnis(w);
-        w->showRelativeToRect_ofView_preferredEdge(ancre->bounds(), ancre, NSMinXEdge);
-        drain();
-        w->close();
-        pass(kFondu);
+    const auto fais = [&](int combien) {
+        for (int i = 0; i < combien; ++i) {
+            const Ref<KCPopoverWrapper> w =
+                i % 3 == 2 ? KCPopoverWrapper::nouveauPopoverSysteme() : KCPopoverWrapper::nouveauPopoverMaison();
+            garnis(w);
+            w->setDetachable(YES);
+            w->showRelativeToRect_ofView_preferredEdge(ancre->bounds(), ancre, static_cast<NSUInteger>(i % 4));
+            drain();
+            if (auto* p = as<KCPopover>(w->popover()); p && i % 5 == 4) p->decrochePopover();
+            fermeLe(w);
+        }
     };
-    une(false);
-    une(true);
+    fais(60);
     const NSUInteger avant = liveObjectCount();
-    for (int i = 0; i < 1000; ++i)
-        une(i % 2 == 0);
+    const std::size_t vues = parent->contentView()->subviews().size();
+    fais(1020);
     EXPECT_EQ(liveObjectCount(), avant);
+    EXPECT_EQ(parent->contentView()->subviews().size(), vues);
+    EXPECT_EQ(NSApp()->monitors_().size(), 0U);
 }
 
 TEST_F(KCPopoverWrapperTest, TheManagerKeepsWhatHasAKey) {
-    Ref<KCPopoverWrapper> a = KCPopoverWrapper::nouveauPopoverSysteme();
-    const Ref<KCPopoverWrapper> b = KCPopoverWrapper::nouveauPopoverSysteme();
-    const Weak<KCPopoverWrapper> temoin(a);
     EXPECT_EQ(KCPopoverManager::popoverAvecCle(u"notes"_ns), nullptr);
     EXPECT_EQ(KCPopoverManager::popoverAvecCle(nullptr), nullptr);
-    KCPopoverManager::associePopover_avecCle(a, u"notes"_ns);
-    EXPECT_EQ(KCPopoverManager::popoverAvecCle(u"notes"_ns), a.get());
-    a = nullptr;
-    EXPECT_TRUE(temoin);
-    KCPopoverManager::associePopover_avecCle(b, u"notes"_ns);
+    const Weak<KCPopoverWrapper> temoin(notre);
+    KCPopoverManager::associePopover_avecCle(notre, u"notes"_ns);
+    notre = nullptr;
+    EXPECT_EQ(KCPopoverManager::popoverAvecCle(u"notes"_ns), temoin.get());
+    KCPopoverManager::associePopover_avecCle(leur, u"notes"_ns);
     EXPECT_FALSE(temoin);
     const Ref<NSArray> tous = KCPopoverManager::popovers();
     ASSERT_EQ(tous->count(), 1U);
-    EXPECT_EQ(tous->objectAtIndex(0), b.get());
+    EXPECT_EQ(tous->objectAtIndex(0), leur.get());
     KCPopoverManager::enlevePopoverAvecCle(u"autre"_ns);
     KCPopoverManager::enlevePopoverAvecCle(u"notes"_ns);
     EXPECT_EQ(KCPopoverManager::popovers()->count(), 0U);

@@ -39,51 +39,66 @@ private:
 struct KCTransientPanelTest : PopoverFixture {
     Ref<KCTransientPanel> panel;
     Ref<NSWindow> autre;
-    Ref<LogView> vueDuPanneau, vueDeLAutre;
+    Ref<DelegueQuiRefuse> refus = make<DelegueQuiRefuse>();
 
     void SetUp() override {
         PopoverFixture::SetUp();
         // Over the parent's content, and beside it a window that is no relation.
         panel = make<KCTransientPanel>(NSMakeRect(500, 450, 200, 100), NSBorderlessWindowMask);
-        vueDuPanneau = viewIn(panel, {{0, 0}, {200, 100}}, "panel");
         autre = windowAt({{20, 20}, {100, 100}});
-        vueDeLAutre = viewIn(autre, {{0, 0}, {100, 100}}, "other");
+        (void)viewIn(autre, {{0, 0}, {100, 100}}, "other");
         autre->orderFront(nullptr);
-        parent->addChildWindow_ordered(panel, NSWindowAbove);
-        drain();
-        taken();
+        montreSousParent();
     }
     void TearDown() override {
         panel->orderOut(nullptr);
         autre->close();
-        vueDuPanneau = vueDeLAutre = nullptr;
         panel = nullptr;
         autre = nullptr;
         PopoverFixture::TearDown();
     }
+    void montreSousParent() {
+        parent->makeKeyWindow();
+        if (panel->parentWindow() != parent) parent->addChildWindow_ordered(panel, NSWindowAbove);
+        drain();
+        taken();
+    }
 };
 
-TEST_F(KCTransientPanelTest, OnlyAnUnrelatedWindowIsAskedAbout) {
-    const Ref<DelegueQuiRefuse> delegue = make<DelegueQuiRefuse>();
+TEST_F(KCTransientPanelTest, WhatClosesItAndWhatIsAskedAbout) {
+    auto* centre = NSNotificationCenter::defaultCenter();
     struct Cas {
-        NSWindow* clique;
-        BOOL refuse, ferme;
+        const char* quoi;
+        std::function<void()> fait;
+        BOOL ferme, fermeMalgreRefus;
     };
-    for (const Cas& c : {Cas{panel, NO, NO}, Cas{autre, NO, YES}, Cas{autre, YES, NO}, Cas{parent, YES, YES}}) {
-        panel->setTransientDelegate(c.refuse ? delegue.get() : nullptr);
-        if (panel->parentWindow() != parent) parent->addChildWindow_ordered(panel, NSWindowAbove);
-        click(c.clique, 30, 30);
-        EXPECT_EQ(panel->isVisible(), !c.ferme) << c.clique->frame().origin.x << " " << c.refuse;
-        EXPECT_EQ(panel->eventMonitor() != nullptr, !c.ferme);
-    }
+    const Cas cas[] = {
+        {"a click in it", [&] { click(panel, 30, 30); }, NO, NO},
+        {"a click in the parent", [&] { click(parent, 30, 30); }, YES, YES},
+        {"a click elsewhere", [&] { click(autre, 30, 30); }, YES, NO},
+        {"key status", [&] { autre->makeKeyWindow(); }, YES, NO},
+        {"active", [&] { centre->postNotificationName_object(NSApplicationWillResignActiveNotification, NSApp()); },
+         YES, NO},
+        {"closing", [&] { centre->postNotificationName_object(NSWindowWillCloseNotification, parent); }, YES, YES},
+    };
+    for (const Cas& c : cas)
+        for (const BOOL refuse : {NO, YES}) {
+            SCOPED_TRACE(testing::Message() << c.quoi << (refuse ? ", refused" : ""));
+            montreSousParent();
+            // A click elsewhere takes the keys along, and that is asked about by itself.
+            panel->setTransientDelegate(refuse ? refus.get() : nullptr);
+            c.fait();
+            const BOOL ferme = refuse ? c.fermeMalgreRefus : c.ferme;
+            EXPECT_EQ(panel->isVisible(), !ferme);
+            EXPECT_EQ(panel->eventMonitor() != nullptr, !ferme);
+        }
 }
 
 TEST_F(KCTransientPanelTest, GrandparentsArmAsWell) {
     const Ref<NSPanel> milieu = make<NSPanel>(NSMakeRect(850, 300, 100, 100), NSTitledWindowMask);
     parent->addChildWindow_ordered(milieu, NSWindowAbove);
     milieu->addChildWindow_ordered(panel, NSWindowAbove);
-    const Ref<DelegueQuiRefuse> delegue = make<DelegueQuiRefuse>();
-    panel->setTransientDelegate(delegue);
+    panel->setTransientDelegate(refus);
     press(parent, 30, 30);
     EXPECT_TRUE(panel->pretAFermer());
     release();
@@ -92,12 +107,10 @@ TEST_F(KCTransientPanelTest, GrandparentsArmAsWell) {
 }
 
 TEST_F(KCTransientPanelTest, AKeyPanelIsNotArmed) {
-    const Ref<DelegueQuiRefuse> delegue = make<DelegueQuiRefuse>();
-    panel->setTransientDelegate(delegue);
+    panel->setTransientDelegate(refus);
     panel->setStyleMask(NSTitledWindowMask);
     panel->makeKeyWindow();
     drain();
-    ASSERT_TRUE(panel->isKeyWindow());
     // The desktop moves the focus before the press arrives: the press found the panel key all the same.
     press(parent, 30, 30);
     EXPECT_TRUE(parent->isKeyWindow());
@@ -107,34 +120,6 @@ TEST_F(KCTransientPanelTest, AKeyPanelIsNotArmed) {
     // The next one does not.
     click(parent, 30, 30);
     EXPECT_FALSE(panel->isVisible());
-}
-
-TEST_F(KCTransientPanelTest, NewsOfTheParentCloseIt) {
-    struct Cas {
-        const char* quoi;
-        std::function<void()> fait;
-        BOOL refuse;
-        BOOL ferme;
-    };
-    const auto perdCle = [&] { autre->makeKeyWindow(); };
-    const auto inactive = [&] {
-        NSNotificationCenter::defaultCenter()->postNotificationName_object(NSApplicationWillResignActiveNotification,
-                                                                           NSApp());
-    };
-    const auto fermeture = [&] {
-        NSNotificationCenter::defaultCenter()->postNotificationName_object(NSWindowWillCloseNotification, parent);
-    };
-    const std::vector<Cas> cas{{"key status", perdCle, NO, YES}, {"key status, refused", perdCle, YES, NO},
-                               {"active", inactive, NO, YES},    {"active, refused", inactive, YES, NO},
-                               {"closing", fermeture, NO, YES},  {"closing is not asked about", fermeture, YES, YES}};
-    for (const Cas& c : cas) {
-        parent->makeKeyWindow();
-        if (panel->parentWindow() != parent) parent->addChildWindow_ordered(panel, NSWindowAbove);
-        const Ref<DelegueQuiRefuse> delegue = make<DelegueQuiRefuse>();
-        panel->setTransientDelegate(c.refuse ? delegue.get() : nullptr);
-        c.fait();
-        EXPECT_EQ(panel->isVisible(), !c.ferme) << c.quoi;
-    }
 }
 
 TEST_F(KCTransientPanelTest, ADelegateThatClosesFindsItCleanedUp) {
@@ -149,24 +134,16 @@ TEST_F(KCTransientPanelTest, ADelegateThatClosesFindsItCleanedUp) {
 }
 
 TEST_F(KCTransientPanelTest, OnTheScreenWithoutAParentItWatchesAnyWindow) {
+    panel->setPretAFermer(YES);
+    panel->orderFront(nullptr);
+    EXPECT_TRUE(panel->pretAFermer()) << "it watches already";
     panel->orderOut(nullptr);
     EXPECT_EQ(panel->parentWindow(), nullptr);
     panel->orderFront(nullptr);
-    ASSERT_NE(panel->eventMonitor(), nullptr);
+    EXPECT_FALSE(panel->pretAFermer());
     autre->makeKeyWindow();
     parent->makeKeyWindow(); // the other one resigns
     EXPECT_FALSE(panel->isVisible());
-}
-
-TEST_F(KCTransientPanelTest, ComingAgainRearmsNothing) {
-    panel->setPretAFermer(YES);
-    NSObject* jeton = panel->eventMonitor();
-    panel->orderFront(nullptr);
-    EXPECT_EQ(panel->eventMonitor(), jeton);
-    EXPECT_TRUE(panel->pretAFermer());
-    panel->orderOut(nullptr);
-    panel->orderFront(nullptr);
-    EXPECT_FALSE(panel->pretAFermer());
 }
 
 TEST_F(KCTransientPanelTest, ItsEndTakesOnlyItsOwnEventsAlong) {

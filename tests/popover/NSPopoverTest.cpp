@@ -1,7 +1,5 @@
 #include <popover/PopoverFixture.h>
 
-#include <random>
-
 #include <gmock/gmock.h>
 
 #include <libvue/layout/KCFlippedView.h>
@@ -27,11 +25,15 @@ protected:
         delegue = make<DelegueSysteme>(log);
         p = make<NSPopover>();
         p->setDelegate(delegue);
-        const Ref<NSViewController> c = make<NSViewController>();
+        p->setContentViewController(controleur());
+    }
+    static Ref<NSViewController> controleur() {
+        Ref<NSViewController> c = make<NSViewController>();
         c->setView(make<NSView>(kContenu));
-        p->setContentViewController(c);
+        return c;
     }
     void TearDown() override {
+        p->close();
         p = nullptr;
         delegue = nullptr;
         PopoverFixture::TearDown();
@@ -84,44 +86,6 @@ TEST(BalloonPlacementTest, TheEdgeIsTheFirstWithRoomInItsOrder) {
     }
 }
 
-TEST(BalloonPlacementTest, ABalloonIsOnTheScreenAndBesideItsAnchor) {
-    std::mt19937 hasard(17); // NOLINT(cert-msc51-cpp): the same cases each time
-    const auto entre = [&](int a, int b) {
-        return static_cast<CGFloat>(std::uniform_int_distribution<int>(a, b)(hasard));
-    };
-    for (int i = 0; i < 20000; ++i) {
-        const NSRect ecran{{entre(-500, 500), entre(-500, 500)}, {entre(300, 2000), entre(300, 1500)}};
-        const NSSize taille{entre(20, 280), entre(20, 280)};
-        const NSSize a{entre(1, 60), entre(1, 60)};
-        const NSRect ancre{{NSMinX(ecran) + entre(0, static_cast<int>(ecran.size.width - a.width)),
-                            NSMinY(ecran) + entre(0, static_cast<int>(ecran.size.height - a.height))},
-                           a};
-        const auto voulu = static_cast<NSRectEdge>(i % 4);
-        const BalloonPlacement b = placeBalloon(ancre, ecran, taille, voulu);
-        ASSERT_TRUE(NSEqualRects(NSUnionRect(b.body, ecran), ecran));
-        const CGFloat l = balloon::kArrowLength;
-        const NSSize marges[] = {{NSMinX(ancre) - NSMinX(ecran) - l, 0},
-                                 {0, NSMinY(ancre) - NSMinY(ecran) - l},
-                                 {NSMaxX(ecran) - NSMaxX(ancre) - l, 0},
-                                 {0, NSMaxY(ecran) - NSMaxY(ancre) - l}};
-        const auto tient = [&](NSUInteger e) {
-            return e % 2 ? marges[e].height >= taille.height : marges[e].width >= taille.width;
-        };
-        ASSERT_EQ(b.edge == voulu, tient(voulu) || b.edge == voulu);
-        if (!tient(b.edge)) {
-            for (NSUInteger e = 0; e < 4; ++e)
-                ASSERT_FALSE(tient(e));
-            continue;
-        }
-        // Its window leaves the anchor free, and the arrow points at the anchor as far as corners let it.
-        ASSERT_TRUE(NSIsEmptyRect(NSIntersectionRect(b.window, ancre)));
-        const CGFloat c = balloonArrowCentre(b.body, ancre, b.edge);
-        const bool enTravers = b.edge % 2 == 1;
-        ASSERT_GE(c, enTravers ? NSMinX(b.body) : NSMinY(b.body));
-        ASSERT_LE(c, enTravers ? NSMaxX(b.body) : NSMaxY(b.body));
-    }
-}
-
 TEST_F(NSPopoverTest, ShowingAndClosingAreToldInOrder) {
     std::vector<std::string> postees;
     const Ref<NSObject> jeton = NSNotificationCenter::defaultCenter()->addObserverForName_object_queue_usingBlock(
@@ -158,50 +122,43 @@ TEST_F(NSPopoverTest, ShowingAndClosingAreToldInOrder) {
 TEST_F(NSPopoverTest, ItsBehaviourSaysWhatCloses) {
     const Ref<NSWindow> autre = windowAt({{50, 50}, {200, 100}});
     autre->orderFront(nullptr);
-    struct Row {
-        NSPopoverBehavior comportement;
-        bool parParent, parAutre, parEchappement;
+    struct Geste {
+        const char* quoi;
+        std::function<void()> fait;
+        bool ferme[3]; ///< by behaviour
     };
-    for (const Row& r :
-         {Row{NSPopoverBehaviorApplicationDefined, false, false, false},
-          Row{NSPopoverBehaviorTransient, true, true, true}, Row{NSPopoverBehaviorSemitransient, true, false, true}}) {
-        SCOPED_TRACE(r.comportement);
-        p->setBehavior(r.comportement);
-        const auto essaie = [&](const auto& geste, bool ferme) {
+    const Geste gestes[] = {
+        {"a click in it", [&] { click(p->window_(), 40, 40); }, {false, false, false}},
+        {"a click in the parent", [&] { click(parent, 5, 5); }, {false, true, true}},
+        {"a click elsewhere", [&] { click(autre, 100, 50); }, {false, true, false}},
+        {"Escape", [&] { windows().key(NSEscapeCharacter); }, {false, true, true}},
+    };
+    for (const NSPopoverBehavior b :
+         {NSPopoverBehaviorApplicationDefined, NSPopoverBehaviorTransient, NSPopoverBehaviorSemitransient})
+        for (const Geste& g : gestes) {
+            SCOPED_TRACE(testing::Message() << g.quoi << ", behaviour " << b);
+            p->setBehavior(b);
             parent->makeKeyAndOrderFront(nullptr);
             montreLe();
             taken();
-            geste();
+            g.fait();
             pass(kFondu);
-            EXPECT_EQ(p->isShown(), !ferme);
-            // The user is asked about in the delegate's words, and the click goes on.
+            EXPECT_EQ(p->isShown(), !g.ferme[b]);
+            // The user is asked about in the delegate's words.
             const Log dit = taken();
-            EXPECT_EQ(std::count(dit.begin(), dit.end(), "should close"), ferme ? 1 : 0);
+            EXPECT_EQ(std::count(dit.begin(), dit.end(), "should close"), g.ferme[b] ? 1 : 0);
             p->close();
             pass(kFondu);
-        };
-        essaie([&] { click(p->window_(), 40, 40); }, false);
-        essaie([&] { click(parent, 5, 5); }, r.parParent);
-        essaie([&] { click(autre, 100, 50); }, r.parAutre);
-        essaie(
-            [&] {
-                windows().key(NSEscapeCharacter);
-                drain();
-            },
-            r.parEchappement);
-    }
+        }
     // A delegate that refuses keeps it; a click outside goes to what it hit in any case.
     delegue->permet = NO;
     p->setBehavior(NSPopoverBehaviorTransient);
     parent->makeKeyAndOrderFront(nullptr);
     montreLe();
     taken();
-    const NSRect r = ancre->frame();
-    click(parent, NSMidX(r), NSMidY(r));
+    click(parent, NSMidX(ancre->frame()), NSMidY(ancre->frame()));
     EXPECT_THAT(taken(), ElementsAre("should close", "anchor down", "anchor up"));
     EXPECT_TRUE(p->isShown());
-    p->close();
-    pass(kFondu);
     autre->close();
 }
 
@@ -230,23 +187,17 @@ TEST_F(NSPopoverTest, OfTwoOnTopOfEachOtherEscapeClosesTheUpperOne) {
     p->setBehavior(NSPopoverBehaviorTransient);
     montreLe();
     const Ref<NSPopover> haut = make<NSPopover>();
-    const Ref<NSViewController> c = make<NSViewController>();
-    c->setView(make<NSView>(NSMakeRect(0, 0, 60, 30)));
-    haut->setContentViewController(c);
+    haut->setContentViewController(controleur());
     haut->setBehavior(NSPopoverBehaviorTransient);
-    haut->showRelativeToRect_ofView_preferredEdge(NSZeroRect, p->contentViewController()->view(), NSMaxXEdge);
-    pass(kFondu);
-    click(haut->window_(), 30, 30);
-    EXPECT_TRUE(p->isShown());
-    windows().key(NSEscapeCharacter);
-    pass(kFondu);
-    EXPECT_FALSE(haut->isShown());
-    EXPECT_TRUE(p->isShown());
-    haut->showRelativeToRect_ofView_preferredEdge(NSZeroRect, p->contentViewController()->view(), NSMaxXEdge);
-    pass(kFondu);
-    p->close(); // takes the other one along
-    pass(kFondu);
-    EXPECT_FALSE(haut->isShown());
+    for (const bool echappe : {true, false}) {
+        haut->showRelativeToRect_ofView_preferredEdge(NSZeroRect, p->contentViewController()->view(), NSMaxXEdge);
+        pass(kFondu);
+        click(haut->window_(), 30, 30);
+        echappe ? windows().key(NSEscapeCharacter) : p->close(); // which takes the other one along
+        pass(kFondu);
+        EXPECT_FALSE(haut->isShown());
+        EXPECT_EQ(p->isShown(), echappe);
+    }
 }
 
 TEST_F(NSPopoverTest, ItFollowsItsAnchorAndGoesWithIt) {

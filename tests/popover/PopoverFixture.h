@@ -8,6 +8,7 @@
 #include <libvue/platform/appkit/NSPopover.h>
 #include <libvue/platform/appkit/NSViewController.h>
 #include <libvue/platform/foundation/NSDictionary.h>
+#include <libvue/platform/foundation/NSValue.h>
 #include <libvue/popover/KCPopover.h>
 #include <libvue/popover/MaFenetre.h>
 #include <libvue/popover/VueFirstResponder.h>
@@ -102,15 +103,17 @@ struct PopoverFixture : AppFixture {
         AppFixture::TearDown();
     }
 
-    [[nodiscard]] static Ref<KCPopover> bulleAvec(NSView* contenu) {
+    [[nodiscard]] static Ref<KCPopover> bulle() {
         const Ref<KCPopover> p = make<KCPopover>();
         const Ref<NSViewController> c = make<NSViewController>();
-        c->setView(contenu);
+        c->setView(make<NSView>(kContenu));
         p->setContentViewController(c);
         return p;
     }
-    [[nodiscard]] static Ref<KCPopover> bulle(NSSize taille = kContenu.size) {
-        return bulleAvec(make<NSView>(NSRect{{0, 0}, taille}));
+    /// The user information of an announced change of size.
+    [[nodiscard]] static Ref<NSDictionary> taille(NSSize s) {
+        const Ref<NSValue> v = NSValue::valueWithSize(s);
+        return NSDictionary::dictionaryWithObject_forKey(v, u"size"_ns);
     }
     void montre(KCPopover* p, NSUInteger edge = NSMaxYEdge) const {
         p->showRelativeToRect_ofView_preferredEdge(ancre->bounds(), ancre, edge);

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include <bulles/Actions.h>
+#include <Actions.h>
 #include <bulles/Montreur.h>
 #include <libvue/popover/PanelBorderLess.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <bulles/Actions.h>
+#include <Actions.h>
 #include <libvue/layout/KCFlippedView.h>
 #include <libvue/layout/KCLayoutView.h>
 #include <libvue/layout/KCLayoutViewDelegate.h>

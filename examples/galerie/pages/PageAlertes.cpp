@@ -2,10 +2,10 @@
 #include <array>
 #include <functional>
 
+#include <Actions.h>
 #include <Composition.h>
 #include <PageGalerie.h>
 #include <alertes/ReglagesAlerte.h>
-#include <bulles/Actions.h>
 #include <libvue/platform/appkit/NSButton.h>
 #include <libvue/platform/appkit/NSPopUpButton.h>
 #include <libvue/platform/appkit/NSWindow.h>

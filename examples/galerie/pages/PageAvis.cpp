@@ -2,76 +2,41 @@
 #include <algorithm>
 #include <functional>
 
-#include <Composition.h>
 #include <PageGalerie.h>
+#include <VueAReglages.h>
 #include <avis/Apercus.h>
-#include <bulles/Actions.h>
 #include <libvue/alerts/KAlerteEphemere.h>
 #include <libvue/layout/KCFlippedView.h>
-#include <libvue/platform/appkit/NSButton.h>
-#include <libvue/platform/appkit/NSPopUpButton.h>
-#include <libvue/platform/appkit/NSScrollView.h>
-#include <libvue/platform/appkit/NSScroller.h>
 #include <libvue/platform/appkit/NSWindow.h>
-#include <libvue/platform/foundation/NSArray.h>
-#include <libvue/platform/graphics/NSBezierPath.h>
-#include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSImage.h>
-#include <libvue/platform/graphics/Palette.h>
 
 namespace galerie {
 
 namespace {
 
-constexpr CGFloat kHaut = 4, kRayon = 10, kInspecteur = 232, kIntitule = 84, kListe = 112;
+constexpr CGFloat kIntitule = 84, kListe = 112;
 constexpr int kLignes = 20;
 
-class VueAvis : public NSView {
+class VueAvis : public VueAReglages {
 public:
-    static void describe(ClassDescription<VueAvis, NSView>&) {}
-    VueAvis() : NSView(NSZeroRect), icones_{iconeCoche(), iconeLoupe(), iconeFeuille()} {
+    static void describe(ClassDescription<VueAvis, VueAReglages>&) {}
+    VueAvis() : VueAReglages(kListe, kIntitule), icones_{iconeCoche(), iconeLoupe(), iconeFeuille()} {
         apercus();
-        liste_ = liste();
-        addSubview(liste_);
-        cote_ = make<NSScrollView>(NSZeroRect);
-        cote_->setDrawsBackground(NO);
-        cote_->setHasVerticalScroller(YES);
-        cote_->setDocumentView(inspecteur());
-        addSubview(cote_);
+        ajouteListe(document());
+        ajouteReglages(reglages());
     }
-
-    [[nodiscard]] BOOL isFlipped() const override { return YES; }
 
     void viewWillMoveToWindow(NSWindow* w) override {
         NSView::viewWillMoveToWindow(w);
         if (!w) KAlerteEphemere::annuleAlerte();
     }
 
-    void resizeSubviewsWithOldSize(const NSSize&) override {
-        const NSSize t = bounds().size;
-        cote_->setFrame(NSMakeRect(t.width - kMarge - kInspecteur, kHaut, kInspecteur + NSScroller::scrollerWidth(),
-                                   std::max(0.0, t.height - kHaut - kMarge)));
-        const CGFloat largeur = std::max(0.0, t.width - 3 * kMarge - kInspecteur);
-        const CGFloat hauteur = std::max(0.0, t.height - kHaut - kMarge - kListe - 12);
-        apercus_->setFrame(NSMakeRect(kMarge, kHaut, largeur, hauteur));
-        liste_->setFrame(NSInsetRect(NSMakeRect(kMarge, kHaut + hauteur + 12, largeur, kListe), 1, 1));
-    }
-
-    void drawRect(const NSRect&) override {
-        const auto fond = NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius(
-            NSInsetRect(NSInsetRect(liste_->frame(), -1, -1), 0.5, 0.5), kRayon, kRayon);
-        NSColor::controlBackgroundColor()->setFill();
-        fond->fill();
-        NSColor::separatorColor()->setStroke();
-        fond->stroke();
+    void resizeSubviewsWithOldSize(const NSSize& oldSize) override {
+        VueAReglages::resizeSubviewsWithOldSize(oldSize);
+        apercus_->setFrame(feuille());
     }
 
 private:
-    NSObject* agis(Actions::Fonction f) { return actions_.cible(std::move(f)); }
-    Ref<NSButton> bouton(NSString* titre, Actions::Fonction f) {
-        return NSButton::buttonWithTitle_target_action(titre, agis(std::move(f)), Actions::selecteur());
-    }
-
     void apercus() {
         apercus_ = make<Apercus>();
         apercus_->ajoute(u"Icône, titre et explication"_ns, u"Enregistré"_ns, u"Le brouillon est dans vos documents"_ns,
@@ -85,10 +50,7 @@ private:
         addSubview(apercus_);
     }
 
-    Ref<NSScrollView> liste() {
-        auto defilement = make<NSScrollView>(NSZeroRect);
-        defilement->setHasVerticalScroller(YES);
-        defilement->setDrawsBackground(NO);
+    Ref<NSView> document() {
         document_ = make<KCFlippedView>(NSZeroRect);
         CGFloat y = 10, largeur = 0;
         for (int i = 0; i < kLignes; ++i) {
@@ -100,25 +62,13 @@ private:
             largeur = std::max(largeur, l->frame().size.width + 28);
         }
         document_->setFrameSize({largeur, y + 4});
-        defilement->setDocumentView(document_);
-        return defilement;
+        return document_;
     }
 
-    Ref<NSPopUpButton> choix(NSString* nom, std::initializer_list<Ref<NSString>> titres) {
-        auto p = make<NSPopUpButton>(NSZeroRect);
-        for (const Ref<NSString>& t : titres)
-            p->addItemWithTitle(t);
-        p->setAccessibilityLabel(nom);
-        p->sizeToFit();
-        return large(p, kInspecteur - kIntitule - kEcart);
-    }
-    static Ref<NSTextField> champ(NSString* nom, NSString* texte) {
+    [[nodiscard]] Ref<NSTextField> champ(NSString* nom, NSString* texte) const {
         const auto c = NSTextField::textFieldWithString(texte);
         c->setAccessibilityLabel(nom);
-        return large(c, kInspecteur - kIntitule - kEcart);
-    }
-    static Ref<NSView> ligne(NSString* nom, const Ref<NSView>& v) {
-        return rangee({large(etiquette(nom), kIntitule), v});
+        return large(c, largeurReglage());
     }
 
     void montre(NSObject* place) {
@@ -130,16 +80,15 @@ private:
             titre_->stringValue(), texte_->stringValue(), image, place, enfant_->state() == NSOnState, largeurs[l]);
     }
 
-    Ref<NSView> inspecteur() {
+    Ref<NSView> reglages() {
         titre_ = champ(u"Titre"_ns, u"Enregistré"_ns);
         texte_ = champ(u"Explication"_ns, u"Dans vos documents"_ns);
-        icone_ = choix(u"Icône"_ns, {u"Aucune"_ns, u"Coche"_ns, u"Loupe"_ns, u"Feuille"_ns});
-        icone_->selectItemAtIndex(1);
+        icone_ = choix(u"Icône"_ns, {u"Aucune"_ns, u"Coche"_ns, u"Loupe"_ns, u"Feuille"_ns}, 1);
         largeur_ = choix(u"Largeur"_ns, {u"256 points"_ns, u"200 points"_ns, u"400 points"_ns});
         enfant_ = NSButton::checkboxWithTitle_target_action(u"Suit la fenêtre du lieu"_ns, nullptr, nullptr);
         enfant_->setState(NSOnState);
         const auto lieu = [this](NSString* nom, std::function<NSObject*()> ou) {
-            return large(bouton(nom, [this, ou = std::move(ou)](NSObject*) { montre(ou()); }), kInspecteur);
+            return large(bouton(nom, [this, ou = std::move(ou)](NSObject*) { montre(ou()); }), kLargeurReglages);
         };
         return pile(
             {groupe(u"L’avis"_ns, {ligne(u"Titre"_ns, titre_), ligne(u"Explication"_ns, texte_),
@@ -150,15 +99,13 @@ private:
                                        lieu(u"À l’écran"_ns, [] { return nullptr; })}),
              groupe(u"L’annuler"_ns, {large(bouton(u"Retirer l’avis tout de suite"_ns,
                                                    [](NSObject*) { KAlerteEphemere::annuleAlerte(); }),
-                                            kInspecteur)})},
+                                            kLargeurReglages)})},
             kGroupe);
     }
 
-    Actions actions_;
     Ref<NSImage> icones_[3];
     Ref<Apercus> apercus_;
     Ref<NSView> document_;
-    Ref<NSScrollView> liste_, cote_;
     Ref<NSTextField> titre_, texte_;
     Ref<NSPopUpButton> icone_, largeur_;
     Ref<NSButton> enfant_;

@@ -2,49 +2,33 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <memory>
 
-#include <Composition.h>
 #include <PageGalerie.h>
+#include <VueAReglages.h>
 #include <bulles/AncresEcran.h>
-#include <bulles/Avis.h>
 #include <bulles/Montreur.h>
+#include <libvue/alerts/KAlerteEphemere.h>
 #include <libvue/layout/KCFlippedView.h>
-#include <libvue/platform/appkit/NSButton.h>
-#include <libvue/platform/appkit/NSPopUpButton.h>
-#include <libvue/platform/appkit/NSScrollView.h>
-#include <libvue/platform/appkit/NSScroller.h>
-#include <libvue/platform/foundation/NSArray.h>
-#include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/Palette.h>
 
 namespace galerie {
 
 namespace {
 
-constexpr CGFloat kHaut = 4, kRayon = 10, kInspecteur = 232, kIntitule = 96;
-constexpr CGFloat kBordAncre = 14, kListe = 132;
+constexpr CGFloat kIntitule = 96, kListe = 132, kBordAncre = 14;
 constexpr int kLignes = 14;
 
-class VueBulles : public NSView {
+class VueBulles : public VueAReglages {
 public:
-    static void describe(ClassDescription<VueBulles, NSView>&) {}
-    VueBulles() : montreur_(make<Montreur>()), ecran_(*montreur_) {
+    static void describe(ClassDescription<VueBulles, VueAReglages>&) {}
+    VueBulles() : VueAReglages(kListe, kIntitule), montreur_(make<Montreur>()), ecran_(*montreur_) {
         couleurs();
-        // The keys go through the sheet first, then through the list and the settings.
         scene_ = make<KCFlippedView>(NSZeroRect);
         addSubview(scene_);
         ancres();
-        liste_ = liste();
-        addSubview(liste_);
-        cote_ = make<NSScrollView>(NSZeroRect);
-        cote_->setDrawsBackground(NO);
-        cote_->setHasVerticalScroller(YES);
-        cote_->setDocumentView(inspecteur());
-        addSubview(cote_);
+        ajouteListe(document());
+        ajouteReglages(reglages());
     }
-
-    [[nodiscard]] BOOL isFlipped() const override { return YES; }
 
     void viewWillMoveToWindow(NSWindow* w) override {
         NSView::viewWillMoveToWindow(w);
@@ -52,16 +36,13 @@ public:
         montreur_->fermeTout();
         ecran_.cache();
         auBord_->setState(NSOffState);
+        KAlerteEphemere::annuleAlerte();
     }
 
-    void resizeSubviewsWithOldSize(const NSSize&) override {
-        const NSSize t = bounds().size;
-        const CGFloat droite = kInspecteur + NSScroller::scrollerWidth();
-        cote_->setFrame(
-            NSMakeRect(t.width - kMarge - kInspecteur, kHaut, droite, std::max(0.0, t.height - kHaut - kMarge)));
+    void resizeSubviewsWithOldSize(const NSSize& oldSize) override {
+        VueAReglages::resizeSubviewsWithOldSize(oldSize);
         const NSRect f = feuille();
         scene_->setFrame(f);
-        liste_->setFrame(NSInsetRect(NSMakeRect(NSMinX(f), NSMaxY(f) + 12, f.size.width, kListe), 1, 1));
         for (std::size_t i = 0; i < ancres_.size(); ++i) {
             if (!ancres_[i]) continue;
             const NSSize a = ancres_[i]->frame().size;
@@ -75,29 +56,12 @@ public:
         milieu_->setFrameOrigin({std::round((f.size.width - m.width) / 2), std::round((f.size.height - m.height) / 2)});
     }
 
-    void drawRect(const NSRect&) override {
-        for (const NSRect& r : {feuille(), NSInsetRect(liste_->frame(), -1, -1)}) {
-            const auto fond =
-                NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius(NSInsetRect(r, 0.5, 0.5), kRayon, kRayon);
-            NSColor::controlBackgroundColor()->setFill();
-            fond->fill();
-            NSColor::separatorColor()->setStroke();
-            fond->stroke();
-        }
+    void drawRect(const NSRect& dirtyRect) override {
+        dessineFeuille(feuille());
+        VueAReglages::drawRect(dirtyRect);
     }
 
 private:
-    [[nodiscard]] NSRect feuille() const {
-        const NSSize t = bounds().size;
-        return NSMakeRect(kMarge, kHaut, std::max(0.0, t.width - 3 * kMarge - kInspecteur),
-                          std::max(0.0, t.height - kHaut - kMarge - kListe - 12));
-    }
-
-    NSObject* agis(Actions::Fonction f) { return actions_.cible(std::move(f)); }
-    Ref<NSButton> bouton(NSString* titre, Actions::Fonction f) {
-        return NSButton::buttonWithTitle_target_action(titre, agis(std::move(f)), Actions::selecteur());
-    }
-
     void couleurs() {
         montreur_->reglages().fond = NSColor::systemColor(SystemColor::menuBackground);
         montreur_->reglages().bordure = NSColor::labelColor()->colorWithAlphaComponent(0.3);
@@ -126,11 +90,8 @@ private:
         scene_->addSubview(milieu_);
     }
 
-    Ref<NSScrollView> liste() {
-        auto defilement = make<NSScrollView>(NSZeroRect);
-        defilement->setHasVerticalScroller(YES);
-        defilement->setDrawsBackground(NO);
-        const auto document = make<KCFlippedView>(NSZeroRect);
+    Ref<NSView> document() {
+        auto document = make<KCFlippedView>(NSZeroRect);
         CGFloat y = 10, largeur = 0;
         for (int i = 0; i < kLignes; ++i) {
             const auto b = bouton(u"Ouvrir"_ns, [this](NSObject* e) { montreur_->montre(as<NSView>(e)); });
@@ -144,38 +105,13 @@ private:
             largeur = std::max(largeur, r->frame().size.width + 28);
         }
         document->setFrameSize({largeur, y + 4});
-        defilement->setDocumentView(document);
-        return defilement;
-    }
-
-    Ref<NSPopUpButton> choix(NSString* nom, std::initializer_list<Ref<NSString>> titres, NSInteger choisi,
-                             std::function<void(NSInteger)> f) {
-        auto p = make<NSPopUpButton>(NSZeroRect);
-        for (const Ref<NSString>& t : titres)
-            p->addItemWithTitle(t);
-        p->selectItemAtIndex(choisi);
-        p->setAccessibilityLabel(nom);
-        p->setTarget(
-            agis([f = std::move(f)](NSObject* e) { f(static_cast<NSPopUpButton*>(e)->indexOfSelectedItem()); }));
-        p->setAction(Actions::selecteur());
-        p->sizeToFit();
-        return large(p, kInspecteur - kIntitule - kEcart);
-    }
-    static Ref<NSView> ligne(NSString* nom, const Ref<NSView>& v) {
-        return rangee({large(etiquette(nom), kIntitule), v});
-    }
-    Ref<NSButton> case_(NSString* titre, BOOL cochee, std::function<void(BOOL)> f) {
-        auto c = NSButton::checkboxWithTitle_target_action(
-            titre, agis([f = std::move(f)](NSObject* e) { f(static_cast<NSButton*>(e)->state() == NSOnState); }),
-            Actions::selecteur());
-        c->setState(cochee ? NSOnState : NSOffState);
-        return c;
+        return document;
     }
 
     Ref<NSView> bordsPermis() {
         ReglagesBulles& r = montreur_->reglages();
         const auto bord = [&](NSString* titre, NSUInteger e) {
-            return large(case_(titre, YES,
+            return large(coche(titre, YES,
                                [&r, e](BOOL oui) {
                                    const NSUInteger bit = NSUInteger{1} << e;
                                    r.masque = oui ? r.masque | bit : r.masque & ~bit;
@@ -187,7 +123,7 @@ private:
                        rangee({bord(u"À gauche"_ns, NSMinXEdge), bord(u"À droite"_ns, NSMaxXEdge)})});
     }
 
-    Ref<NSView> inspecteur() {
+    Ref<NSView> reglages() {
         ReglagesBulles& r = montreur_->reglages();
         const auto sorte = choix(u"Sorte"_ns, {u"Maison"_ns, u"Système"_ns}, 0, [&r](NSInteger i) { r.systeme = i; });
         const auto bord = choix(u"Bord préféré"_ns, {u"Dessus"_ns, u"Dessous"_ns, u"À gauche"_ns, u"À droite"_ns}, 0,
@@ -204,31 +140,29 @@ private:
             });
         const auto comportement = choix(u"Ce qui ferme"_ns, {u"Rien"_ns, u"Tout geste"_ns, u"La fenêtre"_ns}, 1,
                                         [&r](NSInteger i) { r.comportement = i; });
-        auBord_ = case_(u"Ancres au bord de l’écran"_ns, NO, [this](BOOL oui) {
+        auBord_ = coche(u"Ancres au bord de l’écran"_ns, NO, [this](BOOL oui) {
             if (oui && window())
                 ecran_.montre(window()->screen());
             else
                 ecran_.cache();
         });
         const auto avis = bouton(u"Montrer un avis"_ns, [this](NSObject*) {
-            if (window()) montreAvis(window(), u"Un avis qui s’efface"_ns);
+            KAlerteEphemere::alerteAvecTitre_explication_icone_emplacement_commeEnfant(
+                u"Un avis"_ns, u"Il s’efface de lui-même"_ns, nullptr, window(), YES);
         });
-        const auto contenu = pile(
+        return pile(
             {groupe(u"Bulles"_ns,
                     {ligne(u"Sorte"_ns, sorte), ligne(u"Bord préféré"_ns, bord),
-                     case_(u"Se détache quand on la tire"_ns, YES, [&r](BOOL oui) { r.detachable = oui; }), auBord_}),
+                     coche(u"Se détache quand on la tire"_ns, YES, [&r](BOOL oui) { r.detachable = oui; }), auBord_}),
              groupe(u"Maison"_ns, {ligne(u"Fond"_ns, fond), bordsPermis()}),
              groupe(u"Système"_ns, {ligne(u"La ferment"_ns, comportement)}), groupe(u"Avis"_ns, {avis})},
             kGroupe);
-        return contenu;
     }
 
     Ref<Montreur> montreur_;
     AncresEcran ecran_;
-    Actions actions_;
     std::array<Ref<NSButton>, 9> ancres_; ///< three rows of three, without the one in the middle
     Ref<NSView> scene_, milieu_;
-    Ref<NSScrollView> liste_, cote_;
     Ref<NSButton> auBord_;
 };
 

@@ -17,7 +17,7 @@ namespace galerie {
 
 namespace {
 
-constexpr CGFloat kHaut = 4, kRayon = 10, kLegende = 18;
+constexpr CGFloat kHaut = 4, kLegende = 18;
 
 /// A small square of one of the colours that mark the gaps.
 class Echantillon : public NSView {
@@ -72,14 +72,7 @@ public:
         scene_->setPlace(NSInsetRect(rectFeuille(), 1, 1).size);
     }
 
-    void drawRect(const NSRect&) override {
-        const auto fond = NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius(NSInsetRect(rectFeuille(), 0.5, 0.5),
-                                                                                  kRayon, kRayon);
-        NSColor::controlBackgroundColor()->setFill();
-        fond->fill();
-        NSColor::separatorColor()->setStroke();
-        fond->stroke();
-    }
+    void drawRect(const NSRect&) override { dessineFeuille(rectFeuille()); }
 
 private:
     [[nodiscard]] NSRect rectFeuille() const {

@@ -4,9 +4,9 @@
 #include <deque>
 #include <functional>
 
+#include <Actions.h>
 #include <Composition.h>
 #include <PageGalerie.h>
-#include <bulles/Actions.h>
 #include <libvue/layout/KCFlippedView.h>
 #include <libvue/panels/KCAnimationsDePanneauGlissant.h>
 #include <libvue/panels/KCConteneurDePanneauxGlissants.h>
@@ -23,7 +23,7 @@ namespace galerie {
 
 namespace {
 
-constexpr CGFloat kHaut = 4, kRayon = 10, kInspecteur = 232, kCote = 40, kEntre = 6;
+constexpr CGFloat kHaut = 4, kInspecteur = 232, kCote = 40, kEntre = 6;
 constexpr std::size_t kLignes = 9;
 
 enum Sens : std::size_t { aGauche, aDroite, enHaut, enBas };
@@ -123,12 +123,8 @@ public:
     }
 
     void drawRect(const NSRect&) override {
-        const auto fond = NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius(
-            NSInsetRect(journal_->frame(), 0.5, 0.5), kRayon, kRayon);
-        NSColor::controlBackgroundColor()->setFill();
-        fond->fill();
+        dessineFeuille(journal_->frame());
         NSColor::separatorColor()->setStroke();
-        fond->stroke();
         NSBezierPath::bezierPathWithRect(NSInsetRect(conteneur_->frame(), -0.5, -0.5))->stroke();
     }
 

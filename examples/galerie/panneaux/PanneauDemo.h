@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include <bulles/Actions.h>
+#include <Actions.h>
 #include <libvue/panels/KCPanneauGlissant.h>
 #include <libvue/platform/graphics/NSColor.h>
 
