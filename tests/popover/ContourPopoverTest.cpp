@@ -32,30 +32,32 @@ TEST(ContourPopoverTest, EachEdgeGivesItsOutlinePointForPoint) {
     // Up the right side, along the high one, down the left one, along the low one.
     // With the detour of the arrow behind the side that it is on.
     const auto contour = [](NSUInteger cote, const char* fleche) {
-        std::string texte = "m 109.5 17.5 ";
+        std::string texte = "m 114.5 23.5 ";
         for (const auto& [edge, trait] : {std::pair<NSUInteger, const char*>{NSMinXEdge, ""},
-                                          {NSMinYEdge, "l 109.5 62.5 c 102.5 69.5 (109.5 69.5) "},
-                                          {NSMaxXEdge, "l 17.5 69.5 c 10.5 62.5 (10.5 69.5) "},
-                                          {NSMaxYEdge, "l 10.5 17.5 c 17.5 10.5 (10.5 10.5) "}}) {
+                                          {NSMinYEdge, "l 114.5 68.5 c 107.5 75.5 (114.5 75.5) "},
+                                          {NSMaxXEdge, "l 22.5 75.5 c 15.5 68.5 (15.5 75.5) "},
+                                          {NSMaxYEdge, "l 15.5 23.5 c 22.5 16.5 (15.5 16.5) "}}) {
             texte += trait;
             if (edge == cote) texte += fleche;
         }
-        return texte += "l 102.5 10.5 c 109.5 17.5 (109.5 10.5) z";
+        return texte += "l 107.5 16.5 c 114.5 23.5 (114.5 16.5) z";
     };
     struct Cas {
         NSUInteger edge;
         NSRect ancre;
         const char* fleche;
     };
+    // All tips but one follow the origin of the bounds.
+    const NSRect bounds{{5, 6}, {120, 80}};
     for (const Cas& c : {
              // Its middle is 35.5, rounded to 36, half a point up on this edge and down on the opposite one.
-             Cas{NSMinXEdge, {{130, 20}, {20, 31}}, "l 109.5 26.5 l 119.5 36.5 l 109.5 46.5 "},
-             Cas{NSMinYEdge, {{40, 90}, {40, 20}}, "l 70.5 69.5 l 60.5 79.5 l 50.5 69.5 "},
-             Cas{NSMaxXEdge, {{-30, 20}, {20, 31}}, "l 10.5 45.5 l 0.5 35.5 l 10.5 25.5 "},
-             Cas{NSMaxYEdge, {{40, -30}, {40, 20}}, "l 49.5 10.5 l 59.5 0.5 l 69.5 10.5 "},
+             Cas{NSMinXEdge, {{130, 20}, {20, 31}}, "l 114.5 26.5 l 124.5 36.5 l 114.5 46.5 "},
+             Cas{NSMinYEdge, {{40, 90}, {40, 20}}, "l 70.5 75.5 l 60.5 85.5 l 50.5 75.5 "},
+             Cas{NSMaxXEdge, {{-30, 20}, {20, 31}}, "l 15.5 45.5 l 0.5 35.5 l 15.5 25.5 "},
+             Cas{NSMaxYEdge, {{40, -30}, {40, 20}}, "l 49.5 16.5 l 59.5 6.5 l 69.5 16.5 "},
              Cas{4, {{40, -30}, {40, 20}}, ""},
          })
-        EXPECT_EQ(texteDe(contourPopover({{10, 10}, {100, 60}}, c.ancre, {{0, 0}, {120, 80}}, c.edge)),
+        EXPECT_EQ(texteDe(contourPopover(NSInsetRect(bounds, 10, 10), c.ancre, bounds, c.edge)),
                   contour(c.edge, c.fleche));
 }
 
@@ -90,21 +92,6 @@ TEST(ContourPopoverTest, TheArrowsCentreFollowsTheVisibleMiddle) {
                  {1e9, 10}},
          })
         EXPECT_EQ(centreFleche(c.r, c.ancre, {{0, 0}, c.vue}, c.edge), c.centre) << c.quoi;
-}
-
-TEST(ContourPopoverTest, ThreeTipsFollowTheBoundsOrigin) {
-    const NSRect bounds{{5, 6}, {120, 80}}, r = NSInsetRect(bounds, 10, 10);
-    const auto pointe = [&](NSUInteger edge) {
-        NSPoint loin = r.origin;
-        const ContourPopover contour = contourPopover(r, {{40, 40}, {10, 10}}, bounds, edge);
-        for (const ElementContour& e : contour.elements())
-            if (e.sorte != Sorte::fermeture && !NSPointInRect(e.point, r)) loin = e.point;
-        return loin;
-    };
-    EXPECT_EQ(pointe(NSMinXEdge).x, 124.5);
-    EXPECT_EQ(pointe(NSMinYEdge).y, 85.5);
-    EXPECT_EQ(pointe(NSMaxXEdge).x, 0.5);
-    EXPECT_EQ(pointe(NSMaxYEdge).y, 6.5);
 }
 
 /// Whether the two sides cross.

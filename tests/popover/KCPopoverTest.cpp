@@ -132,7 +132,8 @@ TEST_F(KCPopoverTest, ATextInTheBalloonTakesTheKeysWhenItIsClicked) {
     EXPECT_EQ(champ->stringValue()->utf8(), "oui!");
 }
 
-TEST_F(KCPopoverTest, DraggedOffItIsAWindowOfItsOwn) {
+TEST_F(KCPopoverTest, DraggedOffItIsAWindowOfItsOwnWithTheSameContent) {
+    contenu()->setAutoresizingMask(NSViewWidthSizable | NSViewHeightSizable);
     montre(p);
     const NSRect f = p->panel()->frame();
     const NSPoint avant = contenuEcran();
@@ -148,11 +149,12 @@ TEST_F(KCPopoverTest, DraggedOffItIsAWindowOfItsOwn) {
     EXPECT_EQ(contenuEcran(), NSMakePoint(avant.x + 30, avant.y + 40));
     EXPECT_EQ(p->panel()->contentRectForFrameRect(p->panel()->frame()),
               NSMakeRect(f.origin.x + 30 + 11, f.origin.y + 40 + 10, 120, 70));
-    // The content grows from the lower left corner.
-    const NSRect cadre = p->panel()->frame();
-    contenu()->setFrameSize({150, 100});
-    p->layoutEtPositionne(nullptr);
-    EXPECT_EQ(p->panel()->frame().origin, cadre.origin);
+    // It grows with its content, from the lower left corner.
+    const NSPoint coin = p->panel()->frame().origin;
+    p->contentWouldChangeSize(NSNotification::notificationWithName_object_userInfo(u"kViewWouldChangeBounds"_ns,
+                                                                                   nullptr, taille({150, 100})));
+    EXPECT_EQ(contenu()->frame(), NSMakeRect(0, 5, 150, 100));
+    EXPECT_EQ(p->panel()->frame().origin, coin);
     p->panel()->performClose(nullptr); // its box: no fade
     EXPECT_FALSE(p->isShown());
     EXPECT_EQ(p->firstResponder(), nullptr);

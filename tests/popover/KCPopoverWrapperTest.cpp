@@ -198,26 +198,6 @@ TEST_F(KCPopoverWrapperTest, WhatMayNotComeOffCannotBeDragged) {
     EXPECT_EQ(autre->panel()->frame(), avant);
 }
 
-TEST_F(KCPopoverWrapperTest, ContentThatFollowsItsBalloonKeepsItsSizeWhenThatComesOff) {
-    notre->setDetachable(YES);
-    NSView* vue = contenu(notre);
-    vue->setAutoresizingMask(NSViewWidthSizable | NSViewHeightSizable);
-    for (int fois = 0; fois < 2; ++fois) {
-        montreLe(notre);
-        EXPECT_EQ(vue->frame().size, kContenu.size);
-        traine(maison(), 60, 60);
-        EXPECT_EQ(vue->frame(), NSMakeRect(0, 5, kContenu.size.width, kContenu.size.height));
-        // And it grows with the window, whose lower left corner stays.
-        const NSPoint coin = maison()->panel()->frame().origin;
-        const NSSize plus{kContenu.size.width + 30, kContenu.size.height + 20};
-        annonce(notre->contentViewController(), plus);
-        EXPECT_EQ(vue->frame().size, plus);
-        EXPECT_EQ(maison()->panel()->frame().origin, coin);
-        vue->setFrameSize(kContenu.size);
-        fermeLe(notre);
-    }
-}
-
 TEST_F(KCPopoverWrapperTest, AnAnchorThatMovesClosesAnAttachedBalloon) {
     struct Cas {
         const char* quoi;
