@@ -25,17 +25,13 @@ public:
 } // namespace
 
 TEST(NSDictionary, nullAndUncopiableKeysAreRaised) {
-    auto d = NSMutableDictionary::dictionary();
-    EXPECT_EQ(raised([&] { d->setObject_forKey(nullptr, text(u"k")); }), "NSInvalidArgumentException");
-    EXPECT_EQ(raised([&] { d->setObject_forKey(number(1), nullptr); }), "NSInvalidArgumentException");
-    EXPECT_EQ(raised([&] { d->removeObjectForKey(nullptr); }), "NSInvalidArgumentException");
     class Plain : public NSObject {};
-    EXPECT_EQ(raised([&] { d->setObject_forKey(number(1), make<Plain>()); }), "NSInvalidArgumentException");
-    EXPECT_EQ(raised([&] {
-                  (void)NSDictionary::dictionaryWithObjects_forKeys(NSArray::arrayWithObject(d), NSArray::array());
-              }),
-              "NSInvalidArgumentException");
-    EXPECT_EQ(d->count(), 0u);
+    auto d = NSMutableDictionary::dictionary();
+    auto one = NSArray::arrayWithObject(number(1));
+    expectRaised("NSInvalidArgumentException",
+                 {[&] { d->setObject_forKey(nullptr, text(u"k")); }, [&] { d->setObject_forKey(number(1), nullptr); },
+                  [&] { d->removeObjectForKey(nullptr); }, [&] { d->setObject_forKey(number(1), make<Plain>()); },
+                  [&] { (void)NSDictionary::dictionaryWithObjects_forKeys(one, NSArray::array()); }});
     EXPECT_EQ(d->objectForKey(nullptr), nullptr);
     d->setValue_forKey(number(1), text(u"k"));
     d->setValue_forKey(nullptr, text(u"k"));
@@ -114,25 +110,4 @@ TEST(NSDictionary, keepsTheOrderOfTheKeys) {
     EXPECT_EQ(described(d), "{\\u000A    a = 9;\\u000A    m = 3;\\u000A    z = 4;\\u000A}");
     EXPECT_EQ(shown(d->keysSortedByValueUsingSelector(sel("compare:"))), "|m|z|a|");
     EXPECT_EQ(shown(d->allKeysForObject(number(3))), "|m|");
-    EXPECT_EQ(d->keyEnumerator()->allObjects()->count(), 3u);
-    EXPECT_EQ(unboxed<NSInteger>(d->objectEnumerator()->nextObject()), 9);
-}
-
-TEST(NSDictionary, aChangeUnderAnEnumerationIsCaught) {
-    auto walk = [] {
-        auto d = NSMutableDictionary::dictionaryWithObjectsAndKeys({{text(u"a"), number(1)}, {text(u"b"), number(2)}});
-        int turns = 0;
-        for (auto [key, value] : *d) {
-            (void)key;
-            ++turns;
-            d->removeAllObjects();
-        }
-        return turns;
-    };
-#ifdef NDEBUG
-    EXPECT_EQ(walk(), 1);
-#else
-    testing::GTEST_FLAG(death_test_style) = "threadsafe";
-    EXPECT_DEATH((void)walk(), "changed while it was enumerated");
-#endif
 }

