@@ -1,6 +1,8 @@
 #include <libvue/alerts/KAlerte.h>
 
-#include <utility>
+#include <algorithm>
+#include <array>
+#include <optional>
 
 #include <libvue/alerts/BoutonsAlerte.h>
 #include <libvue/alerts/KAlerteEphemere.h>
@@ -23,7 +25,7 @@ constexpr LibellesAlerte kSansLibelles{&kUniChaineNulle, &kUniChaineNulle, &kUni
                                        &kUniChaineNulle};
 constexpr int kFeuilleMontree = 1;
 
-/// What an alert asks.
+/// What an alert asks; everything in it lasts for the call.
 struct Demande {
     const KAlerteInfo& info;
     const KAlerteReceveur* receveur = nullptr;
@@ -87,6 +89,36 @@ int montre(NSWindow* fenetre, const Demande& d) {
     return reponseAlerte(alerte, alerte->runModal(), d.cle, d.annuler);
 }
 
+/// What was asked, kept beyond the call.
+class DemandeGardee {
+public:
+    DemandeGardee(NSWindow* fenetre, const Demande& d)
+        : maFenetre(fenetre),
+          monInfo(d.info.DonneMessage(), d.info.DonneExplication(), d.info.DonneTypeDialogue()),
+          monStockeur(d.stockeur),
+          monMasque(d.masque),
+          monDefaut(d.defaut),
+          monAnnuler(d.annuler) {
+        if (d.cle) maCle = *d.cle;
+        std::ranges::transform(d.libelles, mesLibelles.begin(), [](const UniChaine* l) { return *l; });
+    }
+    void montre() const {
+        Demande d{monInfo, nullptr, monStockeur, maCle ? &*maCle : nullptr, monMasque, monDefaut, monAnnuler, {}};
+        std::ranges::transform(mesLibelles, d.libelles.begin(), [](const UniChaine& l) { return &l; });
+        const Ref<NSWindow> fenetre = maFenetre.ref();
+        (void)libvue::montre(fenetre, d);
+    }
+
+private:
+    Weak<NSWindow> maFenetre;
+    KAlerteInfo monInfo;
+    eTypStockeur monStockeur;
+    std::optional<UniChaine> maCle;
+    int monMasque;
+    eBoutons monDefaut, monAnnuler;
+    std::array<UniChaine, 5> mesLibelles;
+};
+
 bool seNotifie(const Demande& d) {
     return !d.receveur && d.masque <= kBoutonOK && d.info.DonneTypeDialogue() == kDialogueNotification &&
            NSClassFromString(u"NSUserNotification"_ns) &&
@@ -99,16 +131,7 @@ void notifie(NSWindow* fenetre, const Demande& d) {
     avis->setTitle(d.info.DonneMessage());
     avis->setInformativeText(d.info.DonneExplication());
     avis->setSoundName(NSUserNotificationDefaultSoundName);
-    avis->setFailureHandler_([info = KAlerteInfo(d.info.DonneMessage(), d.info.DonneExplication(), kDialogueAttention),
-                              fenetre = Weak<NSWindow>(fenetre), masque = d.masque, defaut = d.defaut,
-                              annuler = d.annuler] {
-        Demande alerte{info};
-        alerte.masque = masque;
-        alerte.defaut = defaut;
-        alerte.annuler = annuler;
-        const Ref<NSWindow> ici = fenetre.ref();
-        (void)montre(ici, alerte);
-    });
+    avis->setFailureHandler_([gardee = DemandeGardee(fenetre, d)] { gardee.montre(); });
     auto* centre = NSUserNotificationCenter::defaultUserNotificationCenter();
     centre->setDelegate(NSApp()->delegate());
     centre->removeAllDeliveredNotifications();

@@ -27,14 +27,15 @@ public:
     KAlerteReceveur& operator=(const KAlerteReceveur&) = default;
     ~KAlerteReceveur() override;
 
+    // For alerts that are answered elsewhere; of themselves they answer -1, and nothing here asks them.
     virtual int TraiteKAlerte(const KAlerteInfo& info);
     virtual int TraiteKAlerteRappel(const KAlerteInfo& info, const UniChaine& cle);
     /// The answer of a sheet: an eBoutons, else the raw code (1004 and more for a fifth button and those after it,
     /// NSRunAbortedResponse for a sheet that went with its window). The id is the one of when the sheet was shown.
     virtual void TraiteReponseAlerte(int& idMessage, int reponse) const = 0;
 
+    /// Comes back with the answer of each sheet.
     [[nodiscard]] int DonneIdMessage() const noexcept { return monIdMessage; }
-    void MetsIdMessage(int idMessage) noexcept { monIdMessage = idMessage; }
 
 private:
     int monIdMessage;

@@ -19,33 +19,51 @@ Ref<NSDictionary> entree(NSView* mobile, const NSRect& depart, const NSRect& arr
     return e;
 }
 
-/// The frames of a push: of the strip in the container, and of the panels in the strip.
+/// The frames of a push, in sizes of the container.
 struct Poussee {
-    NSRect depart, arrivee;
-    std::optional<NSRect> ancienne; ///< none: it keeps its own
-    NSRect nouvelle;
+    NSSize bande;
+    NSPoint depart, arrivee;         ///< of the strip, from the origin of the container's bounds
+    std::optional<NSPoint> ancienne; ///< in the strip; none: it keeps its own frame
+    NSPoint nouvelle;                ///< in the strip
 };
+
+constexpr Poussee kVersLaGauche{{2, 1}, {0, 0}, {-1, 0}, std::nullopt, {1, 0}};
+constexpr Poussee kVersLaDroite{{2, 1}, {-1, 0}, {0, 0}, NSPoint{1, 0}, {0, 0}};
+constexpr Poussee kVersLeHaut{{1, 2}, {0, -1}, {0, 0}, NSPoint{0, 1}, {0, 0}};
+constexpr Poussee kVersLeBas{{1, 2}, {0, 0}, {0, -1}, NSPoint{0, 0}, {0, 1}};
+
+NSRect cadre(NSPoint origine, NSSize unite, NSPoint place, NSSize taille) {
+    return {{origine.x + place.x * unite.width, origine.y + place.y * unite.height},
+            {taille.width * unite.width, taille.height * unite.height}};
+}
 
 void pousser(KCAnimationDePanneauxOutils& outils, NSView* ancienne, NSView* nouvelle,
              KCConteneurDePanneauxGlissants* parent, const Poussee& p) {
-    const auto bande = make<NSView>(p.depart);
+    if (!nouvelle || !parent) return;
+    const auto [origine, unite] = parent->bounds();
+    constexpr NSSize un{1, 1};
+    const auto bande = make<NSView>(cadre(origine, unite, p.depart, p.bande));
     if (const Ref<NSView> gardee{ancienne}) {
         gardee->removeFromSuperviewWithoutNeedingDisplay();
-        if (p.ancienne) gardee->setFrame(*p.ancienne);
+        if (p.ancienne) gardee->setFrame(cadre(NSZeroPoint, unite, *p.ancienne, un));
         bande->addSubview(gardee);
     }
-    nouvelle->setFrame(p.nouvelle);
+    nouvelle->setFrame(cadre(NSZeroPoint, unite, p.nouvelle, un));
     bande->addSubview(nouvelle);
     parent->addSubview(bande);
-    const Ref<NSDictionary> e = entree(bande, bande->frame(), p.arrivee);
+    const Ref<NSDictionary> e = entree(bande, bande->frame(), cadre(origine, unite, p.arrivee, p.bande));
     outils.animer_avecNouvelleVue_avecVueParent(e, nouvelle, parent);
 }
 
+/// `depart` in sizes of the container, from the origin of its bounds.
 void couvrir(KCAnimationDePanneauxOutils& outils, NSView* nouvelle, KCConteneurDePanneauxGlissants* parent,
-             const NSRect& depart) {
-    nouvelle->setFrame(depart);
+             NSPoint depart) {
+    if (!nouvelle || !parent) return;
+    const auto [origine, unite] = parent->bounds();
+    const NSRect debut = cadre(origine, unite, depart, {1, 1});
+    nouvelle->setFrame(debut);
     parent->addSubview(nouvelle);
-    const Ref<NSDictionary> e = entree(nouvelle, depart, parent->bounds());
+    const Ref<NSDictionary> e = entree(nouvelle, debut, parent->bounds());
     outils.animer_avecNouvelleVue_avecVueParent(e, nouvelle, parent);
 }
 
@@ -76,11 +94,7 @@ Ref<KCAnimationDePanneauGlissantVersLaGauche> KCAnimationDePanneauGlissantVersLa
 
 void KCAnimationDePanneauGlissantVersLaGauche::animerPourRemplacerVue_avecVue_dansLaVueParent(
     NSView* ancienne, NSView* nouvelle, KCConteneurDePanneauxGlissants* parent) {
-    if (!nouvelle || !parent) return;
-    const auto [x, y] = parent->bounds().origin;
-    const auto [w, h] = parent->bounds().size;
-    pousser(*this, ancienne, nouvelle, parent,
-            {{{x, y}, {2 * w, h}}, {{x - w, y}, {2 * w, h}}, std::nullopt, NSRect{{w, 0}, {w, h}}});
+    pousser(*this, ancienne, nouvelle, parent, kVersLaGauche);
 }
 
 void KCAnimationDePanneauGlissantVersLaDroite::describe(
@@ -94,11 +108,7 @@ Ref<KCAnimationDePanneauGlissantVersLaDroite> KCAnimationDePanneauGlissantVersLa
 
 void KCAnimationDePanneauGlissantVersLaDroite::animerPourRemplacerVue_avecVue_dansLaVueParent(
     NSView* ancienne, NSView* nouvelle, KCConteneurDePanneauxGlissants* parent) {
-    if (!nouvelle || !parent) return;
-    const auto [x, y] = parent->bounds().origin;
-    const auto [w, h] = parent->bounds().size;
-    pousser(*this, ancienne, nouvelle, parent,
-            {{{x - w, y}, {2 * w, h}}, {{x, y}, {2 * w, h}}, NSRect{{w, 0}, {w, h}}, NSRect{{0, 0}, {w, h}}});
+    pousser(*this, ancienne, nouvelle, parent, kVersLaDroite);
 }
 
 void KCAnimationDePanneauGlissantVersLeHaut::describe(
@@ -112,11 +122,7 @@ Ref<KCAnimationDePanneauGlissantVersLeHaut> KCAnimationDePanneauGlissantVersLeHa
 
 void KCAnimationDePanneauGlissantVersLeHaut::animerPourRemplacerVue_avecVue_dansLaVueParent(
     NSView* ancienne, NSView* nouvelle, KCConteneurDePanneauxGlissants* parent) {
-    if (!nouvelle || !parent) return;
-    const auto [x, y] = parent->bounds().origin;
-    const auto [w, h] = parent->bounds().size;
-    pousser(*this, ancienne, nouvelle, parent,
-            {{{x, y - h}, {w, 2 * h}}, {{x, y}, {w, 2 * h}}, NSRect{{0, h}, {w, h}}, NSRect{{0, 0}, {w, h}}});
+    pousser(*this, ancienne, nouvelle, parent, kVersLeHaut);
 }
 
 void KCAnimationDePanneauGlissantVersLeBas::describe(
@@ -130,11 +136,7 @@ Ref<KCAnimationDePanneauGlissantVersLeBas> KCAnimationDePanneauGlissantVersLeBas
 
 void KCAnimationDePanneauGlissantVersLeBas::animerPourRemplacerVue_avecVue_dansLaVueParent(
     NSView* ancienne, NSView* nouvelle, KCConteneurDePanneauxGlissants* parent) {
-    if (!nouvelle || !parent) return;
-    const auto [x, y] = parent->bounds().origin;
-    const auto [w, h] = parent->bounds().size;
-    pousser(*this, ancienne, nouvelle, parent,
-            {{{x, y}, {w, 2 * h}}, {{x, y - h}, {w, 2 * h}}, NSRect{{0, 0}, {w, h}}, NSRect{{0, h}, {w, h}}});
+    pousser(*this, ancienne, nouvelle, parent, kVersLeBas);
 }
 
 void KCAnimationDePanneauGlissantParDessusVersLaGauche::describe(
@@ -149,10 +151,7 @@ KCAnimationDePanneauGlissantParDessusVersLaGauche::animationPanneau() {
 
 void KCAnimationDePanneauGlissantParDessusVersLaGauche::animerPourRemplacerVue_avecVue_dansLaVueParent(
     NSView*, NSView* nouvelle, KCConteneurDePanneauxGlissants* parent) {
-    if (!nouvelle || !parent) return;
-    const auto [x, y] = parent->bounds().origin;
-    const auto [w, h] = parent->bounds().size;
-    couvrir(*this, nouvelle, parent, {{x + w, y}, {w, h}});
+    couvrir(*this, nouvelle, parent, {1, 0});
 }
 
 void KCAnimationDePanneauGlissantParDessusVersLaDroite::describe(
@@ -167,10 +166,7 @@ KCAnimationDePanneauGlissantParDessusVersLaDroite::animationPanneau() {
 
 void KCAnimationDePanneauGlissantParDessusVersLaDroite::animerPourRemplacerVue_avecVue_dansLaVueParent(
     NSView*, NSView* nouvelle, KCConteneurDePanneauxGlissants* parent) {
-    if (!nouvelle || !parent) return;
-    const auto [x, y] = parent->bounds().origin;
-    const auto [w, h] = parent->bounds().size;
-    couvrir(*this, nouvelle, parent, {{x - w, y}, {w, h}});
+    couvrir(*this, nouvelle, parent, {-1, 0});
 }
 
 void KCAnimationDePanneauGlissantParDessusVersLeHaut::describe(
@@ -185,10 +181,7 @@ KCAnimationDePanneauGlissantParDessusVersLeHaut::animationPanneau() {
 
 void KCAnimationDePanneauGlissantParDessusVersLeHaut::animerPourRemplacerVue_avecVue_dansLaVueParent(
     NSView*, NSView* nouvelle, KCConteneurDePanneauxGlissants* parent) {
-    if (!nouvelle || !parent) return;
-    const auto [x, y] = parent->bounds().origin;
-    const auto [w, h] = parent->bounds().size;
-    couvrir(*this, nouvelle, parent, {{x, y - h}, {w, h}});
+    couvrir(*this, nouvelle, parent, {0, -1});
 }
 
 void KCAnimationDePanneauGlissantParDessusVersLeBas::describe(
@@ -202,10 +195,7 @@ Ref<KCAnimationDePanneauGlissantParDessusVersLeBas> KCAnimationDePanneauGlissant
 
 void KCAnimationDePanneauGlissantParDessusVersLeBas::animerPourRemplacerVue_avecVue_dansLaVueParent(
     NSView*, NSView* nouvelle, KCConteneurDePanneauxGlissants* parent) {
-    if (!nouvelle || !parent) return;
-    const auto [x, y] = parent->bounds().origin;
-    const auto [w, h] = parent->bounds().size;
-    couvrir(*this, nouvelle, parent, {{x, y + h}, {w, h}});
+    couvrir(*this, nouvelle, parent, {0, 1});
 }
 
 } // namespace libvue

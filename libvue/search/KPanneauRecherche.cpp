@@ -54,6 +54,7 @@ void KPanneauRecherche::describe(ClassDescription<KPanneauRecherche, NSPanel>& c
     c.key<&K::suivant, &K::setSuivant>("suivant");
     c.key<&K::msgIntrouvable, &K::setMsgIntrouvable>("msgIntrouvable");
     c.key<&K::string, &K::setString>("string");
+    c.classAnswers<&K::panneauRecherche>("panneauRecherche");
     c.answers<&K::initialisePourClient>("initialisePourClient:");
     c.answers<&K::prendChaineRechercheDuPasteboard>("prendChaineRechercheDuPasteboard");
     c.answers<&K::setIntrouvable_actionVientDuPanneau>("setIntrouvable:actionVientDuPanneau:");

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include <appkit/AppFixture.h>
+#include <gmock/gmock.h>
 
 #include <libvue/alerts/KAlerte.h>
 #include <libvue/platform/appkit/NSButton.h>
@@ -13,11 +14,12 @@
 
 namespace libvue::test {
 
+inline constexpr char16_t kRetour = u'\r', kEchap = u'\u001B', kTab = u'\t';
+
 /// Remembers the answers that it is told.
 struct Receveur : KDialogue::KAlerteReceveur {
     using KAlerteReceveur::KAlerteReceveur;
-    mutable std::vector<int> reponses;
-    mutable std::vector<int> ids;
+    mutable std::vector<int> reponses, ids;
     mutable std::function<void()> alors; ///< at each answer
     void TraiteReponseAlerte(int& idMessage, int reponse) const override {
         ids.push_back(idMessage);
@@ -39,14 +41,17 @@ struct AlerteFixture : AppFixture {
         AppFixture::TearDown();
     }
 
+    static void auTourSuivant(std::function<void()> geste) { NSRunLoop::mainRunLoop()->performBlock(std::move(geste)); }
     /// What a person does once a modal alert is up.
     static void quandModale(std::function<void(NSWindow*)> geste) {
-        NSRunLoop::mainRunLoop()->performBlock([geste = std::move(geste)] { geste(NSApp()->modalWindow()); });
+        auTourSuivant([geste = std::move(geste)] { geste(NSApp()->modalWindow()); });
+    }
+    void modaleRecoit(char16_t c) const {
+        quandModale([this, c](NSWindow*) { windows().key(c); });
     }
     /// The buttons of an alert but for its box, from the right; those below each other from the top.
     static std::vector<Ref<NSButton>> boutons(NSWindow* alerte) {
         std::vector<Ref<NSButton>> tous;
-        if (!alerte) return tous;
         for (NSView* v : alerte->contentView()->subviews())
             if (auto* b = as<NSButton>(v); b && !b->buttonCell()->isCheckBox()) tous.emplace_back(b);
         std::ranges::stable_sort(tous, [](const auto& a, const auto& b) {
@@ -55,10 +60,21 @@ struct AlerteFixture : AppFixture {
         });
         return tous;
     }
+    /// Their titles, with a line between them.
+    [[nodiscard]] static std::string titres(NSWindow* alerte) {
+        std::string t;
+        for (const auto& b : boutons(alerte))
+            t += b->title()->utf8() + "|";
+        return t.empty() ? t : t.substr(0, t.size() - 1);
+    }
     static Ref<NSButton> boite(NSWindow* alerte) {
         for (NSView* v : alerte->contentView()->subviews())
             if (auto* b = as<NSButton>(v); b && b->buttonCell()->isCheckBox()) return b;
         return nullptr;
+    }
+    /// What assistive tools call an alert.
+    [[nodiscard]] static std::string nomDe(NSWindow* alerte) {
+        return alerte->contentView()->accessibilityDescription().label->utf8();
     }
     /// A click in the middle of it, posted alone.
     void clique(NSView* v) const {
@@ -69,14 +85,13 @@ struct AlerteFixture : AppFixture {
         windows().key(c);
         drain();
     }
-    [[nodiscard]] static std::vector<std::string> titres(NSWindow* alerte) {
-        std::vector<std::string> t;
-        for (const auto& b : boutons(alerte))
-            t.push_back(b->title()->utf8());
-        return t;
+    /// On the sheet that is up.
+    void repond(char16_t c, bool coche = false) const {
+        drain();
+        if (coche) clique(boite(fenetre->attachedSheet()));
+        drain();
+        touche(c);
     }
 };
-
-inline constexpr char16_t kRetour = u'\r', kEchap = u'\u001B', kTab = u'\t';
 
 } // namespace libvue::test

@@ -1,9 +1,9 @@
 #include <alerts/AlerteFixture.h>
 
-#include <gmock/gmock.h>
-
+#include <libvue/alerts/ReponseAlerte.h>
 #include <libvue/platform/appkit/NSUserNotificationCenter.h>
 #include <libvue/platform/backend/memory/MemoryNotificationService.h>
+#include <libvue/platform/foundation/NSUserDefaults.h>
 
 using namespace libvue;
 using namespace libvue::test;
@@ -29,8 +29,11 @@ public:
 class NotificationTest : public AlerteFixture {
 protected:
     Ref<Delegue> delegue = make<Delegue>();
+    FenAlerte feuille{nullptr};
+
     void SetUp() override {
         AlerteFixture::SetUp();
+        feuille = FenAlerte(fenetre.get());
         NSApp()->setDelegate(delegue);
     }
     void TearDown() override {
@@ -53,8 +56,7 @@ protected:
 
 TEST_F(NotificationTest, AtMostOneStandsAndTheApplicationsDelegateHearsOfIt) {
     EXPECT_EQ(KAlerte(nullptr, avis(u"Un")), 1);
-    FenAlerte f(fenetre.get());
-    EXPECT_EQ(KAlerte(&f, avis(u"Deux")), 1);
+    EXPECT_EQ(KAlerte(&feuille, avis(u"Deux")), 1);
     EXPECT_THAT(montres(), ElementsAre("Deux|Détail|son"));
     EXPECT_EQ(service().count(), 2u);
     EXPECT_FALSE(fenetre->attachedSheet());
@@ -70,14 +72,11 @@ TEST_F(NotificationTest, MaskAndReceiverDecideWhetherItIsAnAlert) {
     EXPECT_EQ(KAlerte(nullptr, avis(u"Un"), 0, kBoutonFermer, kBoutonOK, nullptr), 8);
     EXPECT_EQ(KAlerte(nullptr, avis(u"Deux"), -5, kBoutonNon, kBoutonOK, nullptr), 512) << "compared with its sign";
     EXPECT_EQ(service().count(), 2u);
-    quandModale([&](NSWindow*) { windows().key(kRetour); });
+    modaleRecoit(kRetour);
     EXPECT_EQ(KAlerte(nullptr, avis(u"Trois"), 1 | 2, kBoutonOK, kBoutonAnnuler, nullptr), 1);
     Receveur r;
-    FenAlerte f(fenetre.get());
-    EXPECT_EQ(KAlerte(&f, avis(u"Quatre"), 1, kBoutonOK, kBoutonOK, &r), 1);
-    ASSERT_TRUE(fenetre->attachedSheet());
-    drain();
-    touche(kRetour);
+    EXPECT_EQ(KAlerte(&feuille, avis(u"Quatre"), 1, kBoutonOK, kBoutonOK, &r), 1);
+    repond(kRetour);
     EXPECT_THAT(r.reponses, ElementsAre(1));
     EXPECT_EQ(service().count(), 2u);
 }
@@ -85,47 +84,51 @@ TEST_F(NotificationTest, MaskAndReceiverDecideWhetherItIsAnAlert) {
 TEST_F(NotificationTest, WithoutAServiceItIsAnAlert) {
     service().setService(MemoryNotificationService::Service::absent);
     quandModale([&](NSWindow* a) {
-        EXPECT_THAT(titres(a), ElementsAre("OK"));
+        EXPECT_EQ(titres(a), "OK");
         windows().key(kRetour);
     });
     EXPECT_EQ(KAlerte(nullptr, avis(u"Seule")), 1);
     backend::Backend::current().notices = nullptr;
-    FenAlerte f(fenetre.get());
-    EXPECT_EQ(KAlerte(&f, avis(u"Seule")), 1);
+    EXPECT_EQ(KAlerte(&feuille, avis(u"Seule")), 1);
     ASSERT_TRUE(fenetre->attachedSheet());
-    drain();
-    touche(kRetour);
+    repond(kRetour);
 }
 
 TEST_F(NotificationTest, AServiceThatVanishesLeavesAnAlertForTheRunLoop) {
     service().setService(MemoryNotificationService::Service::vanishing);
-    FenAlerte f(fenetre.get());
-    EXPECT_EQ(KAlerte(&f, avis(u"Perdu ?")), 1);
+    EXPECT_EQ(KAlerte(&feuille, avis(u"Perdu ?")), 1);
     EXPECT_FALSE(fenetre->attachedSheet()) << "the call is over";
     drain();
     ASSERT_TRUE(fenetre->attachedSheet());
-    EXPECT_EQ(fenetre->attachedSheet()->contentView()->accessibilityDescription().label->utf8(), "Perdu ?");
-    touche(kRetour);
+    EXPECT_EQ(nomDe(fenetre->attachedSheet()), "Perdu ?");
+    repond(kRetour);
 
-    // The window went in the meantime: a window of its own.
+    // The window went in the meantime: a window of its own, which remembers as it was asked to.
     service().setService(MemoryNotificationService::Service::vanishing);
     {
         const Ref<NSWindow> passante = windowAt({{0, 0}, {200, 200}});
         show(passante);
         FenAlerte p(passante.get());
-        EXPECT_EQ(KAlerte(&p, avis(u"Encore")), 1);
+        const UniChaine& sans = kUniChaineNulle;
+        EXPECT_EQ(KAlerteRappel(&p, avis(u"Encore"), kStockeurPreferences, u"perdue", 1, kBoutonOK, kBoutonAnnuler,
+                                sans, sans, sans, sans, sans, nullptr),
+                  1);
         passante->close();
     }
     std::string dit;
-    NSRunLoop::mainRunLoop()->performBlock([&] {
+    auTourSuivant([&] {
         quandModale([&](NSWindow* a) {
             ASSERT_TRUE(a);
-            dit = a->contentView()->accessibilityDescription().label->utf8();
-            windows().key(kRetour);
+            dit = nomDe(a);
+            clique(boite(a));
+            auTourSuivant([&] { windows().key(kRetour); });
         });
     });
     drain();
     EXPECT_EQ(dit, "Encore");
+    EXPECT_TRUE(estReponseRetenue(u"perdue"));
+    oublieReponse(u"perdue");
+    NSUserDefaults::resetStandardUserDefaults();
     EXPECT_FALSE(NSApp()->modalWindow());
     EXPECT_THAT(montres(), IsEmpty());
 }

@@ -50,10 +50,8 @@ TEST(ReponseAlerteTest, WhatWasRememberedSurvivesACrash) {
     const std::string dossier = testing::TempDir() + "alertes-" + std::to_string(getpid());
     const char* avant = std::getenv("XDG_CONFIG_HOME");
     const std::string former = avant ? avant : "";
-    NSUserDefaults::resetStandardUserDefaults();
     setenv("XDG_CONFIG_HOME", dossier.c_str(), 1);
     for (const int tuee : {1, 2, 7, 23}) {
-        std::filesystem::remove_all(dossier);
         NSUserDefaults::resetStandardUserDefaults();
         const int dites = retiensJusqua(tuee);
         ASSERT_GE(dites, tuee);
@@ -61,17 +59,12 @@ TEST(ReponseAlerteTest, WhatWasRememberedSurvivesACrash) {
         for (int i = 0; i < dites; ++i)
             EXPECT_TRUE(estReponseRetenue(cle(i))) << i << " of " << dites;
         // Nothing but the file itself, and at most one that was never finished.
-        int damaged = 0;
         for (const auto& f : std::filesystem::recursive_directory_iterator(dossier))
-            damaged += f.path().string().find("damaged") != std::string::npos;
-        EXPECT_EQ(damaged, 0);
+            EXPECT_EQ(f.path().string().find("damaged"), std::string::npos);
+        std::filesystem::remove_all(dossier);
     }
     NSUserDefaults::resetStandardUserDefaults();
-    std::filesystem::remove_all(dossier);
-    if (avant)
-        setenv("XDG_CONFIG_HOME", former.c_str(), 1);
-    else
-        unsetenv("XDG_CONFIG_HOME");
+    avant ? setenv("XDG_CONFIG_HOME", former.c_str(), 1) : unsetenv("XDG_CONFIG_HOME");
 }
 
 } // namespace

@@ -121,6 +121,16 @@ bool aSonPropreBus() {
     return false;
 }
 
+/// The application's delegate, which is told of a click on a notification.
+class Delegue : public NSObject {
+public:
+    static void describe(ClassDescription<Delegue>& c) {
+        c.answers<&Delegue::choisie>(op::userNotificationCenter_didActivateNotification);
+    }
+    std::string titre;
+    void choisie(NSUserNotificationCenter*, NSUserNotification* n) { titre = n->title()->utf8(); }
+};
+
 /// The notification daemon of Debian's.
 struct Demon {
     std::string numero;
@@ -160,6 +170,8 @@ TEST_F(AlerteScreenTest, ANotificationIsShownByWhoeverThereIsAndNeverLost) {
     EXPECT_TRUE(fermeLaFeuille());
 
     const Demon demon;
+    const auto delegue = make<Delegue>();
+    NSApp()->setDelegate(delegue);
     auto* centre = NSUserNotificationCenter::defaultUserNotificationCenter();
     ASSERT_TRUE(comes([&] { return centre->isAvailable_(); }));
     EXPECT_EQ(avise(u"Copie terminée"), 1);
@@ -171,6 +183,8 @@ TEST_F(AlerteScreenTest, ANotificationIsShownByWhoeverThereIsAndNeverLost) {
         return as<NSUserNotification>(remises->lastObject())->isPresented() && Demon::montre() == 1;
     }));
     EXPECT_FALSE(fenetre->attachedSheet());
+    output("dunstctl action 0"); // as a click does
+    EXPECT_TRUE(comes([&] { return delegue->titre == "Deuxième copie terminée"; })) << delegue->titre;
 
     // It hangs, and then it is gone.
     demon.signale("STOP");

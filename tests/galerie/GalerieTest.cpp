@@ -4,17 +4,12 @@
 #include <filesystem>
 #include <set>
 
-#include "../appkit/AppFixture.h"
+#include "PageFixture.h"
 
-#include <FenetreGalerie.h>
 #include <Images.h>
 #include <disposition/Cadre.h>
 #include <disposition/Feuilles.h>
 #include <disposition/Scene.h>
-#include <libvue/platform/appkit/NSBox.h>
-#include <libvue/platform/appkit/NSButton.h>
-#include <libvue/platform/appkit/NSPopUpButton.h>
-#include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/appkit/NSSlider.h>
 #include <libvue/platform/foundation/NSData.h>
 #include <libvue/platform/graphics/NSImage.h>
@@ -22,66 +17,20 @@
 namespace galerie {
 namespace {
 
-using libvue::test::AppFixture;
+struct GalerieTest : PageFixture {
+    GalerieTest() : PageFixture(u"Disposition") {}
 
-struct GalerieTest : AppFixture {
-    Ref<FenetreGalerie> galerie = make<FenetreGalerie>(RegistrePages::fabriqueToutes());
-
-    GalerieTest() {
-        galerie->ouvre();
-        drain();
-    }
-    void TearDown() override {
-        galerie = nullptr;
-        setCurrentAppearance(Appearance::light);
-        AppFixture::TearDown();
-    }
-
-    [[nodiscard]] NSWindow* fenetre() const { return galerie->fenetre(); }
-
-    /// The first view of that class, in the order of the tree, that the condition admits; null where there is none.
-    template <class T, class Condition> T* cherche(NSView* dans, Condition admet) const {
-        if (auto* t = as<T>(dans); t && admet(t)) return t;
-        for (NSView* v : dans->subviews())
-            if (T* t = cherche<T>(v, admet)) return t;
-        return nullptr;
-    }
-    template <class T> T* nommee(const char16_t* nom) const {
-        return cherche<T>(fenetre()->contentView(), [&](T* v) {
-            const auto d = v->accessibilityDescription();
-            return d.label && d.label->isEqualTo(nom);
-        });
-    }
-    NSButton* boutonDeTitre(const char16_t* titre) const {
-        return cherche<NSButton>(fenetre()->contentView(), [&](NSButton* b) { return b->title()->isEqualTo(titre); });
-    }
-    Scene* scene() const {
-        return cherche<Scene>(fenetre()->contentView(), [](Scene*) { return true; });
-    }
-    Cadre* cadre(const char16_t* nom) const {
+    [[nodiscard]] Scene* scene() const { return toutes<Scene>().at(0); }
+    [[nodiscard]] Cadre* cadre(std::u16string_view nom) const {
         for (Cadre* c : scene()->cadres())
             if (c->nom()->isEqualTo(nom)) return c;
         return nullptr;
     }
     static NSView* enfant(Cadre* c, std::size_t i) { return c->disposition()->subviews()[i]; }
-
-    [[nodiscard]] NSPoint dansLaFenetre(NSView* v, CGFloat partX = 0.5, CGFloat partY = 0.5) const {
+    /// Where that part of it is, from its lower left corner.
+    void cliqueEn(NSView* v, CGFloat partX, CGFloat partY = 0.5) const {
         const NSRect b = v->bounds();
-        return v->convertPoint_toView({b.origin.x + partX * b.size.width, b.origin.y + partY * b.size.height}, nullptr);
-    }
-    void clique(NSView* v, CGFloat partX = 0.5, CGFloat partY = 0.5) {
-        const NSPoint p = dansLaFenetre(v, partX, partY);
-        // Both at once: a control follows the pointer in a loop of its own until the button goes up.
-        windows().click(fenetre()->convertBaseToScreen(p));
-        drain();
-    }
-    void tape(std::u16string_view texte) {
-        windows().typeText(texte);
-        drain();
-    }
-    void touche(char16_t c, std::uint32_t modificateurs = 0) {
-        windows().key(c, modificateurs);
-        drain();
+        clique(v, {b.origin.x + partX * b.size.width, b.origin.y + partY * b.size.height});
     }
 };
 
@@ -89,7 +38,7 @@ TEST_F(GalerieTest, TheSliderOfTheSpacingMovesTheChildren) {
     Cadre* colonne = cadre(u"Colonne");
     ASSERT_EQ(scene()->conteneur(), colonne);
     auto* curseur = nommee<NSSlider>(u"Espacement");
-    clique(curseur, 0.5);
+    cliqueEn(curseur, 0.5);
     const CGFloat ecart = colonne->lineaire()->espacement();
     EXPECT_NEAR(ecart, 20, 1);
     EXPECT_EQ(NSMinY(enfant(colonne, 1)->frame()), 18 + ecart);
@@ -106,16 +55,12 @@ TEST_F(GalerieTest, TheSliderOfTheSpacingMovesTheChildren) {
 TEST_F(GalerieTest, ANumberThatIsTypedIsHeldToTheLimits) {
     const auto ecrit = [&](std::u16string_view texte) {
         auto* champ = nommee<NSTextField>(u"Espacement");
-        clique(champ);
-        touche(u'a', backend::modifierCommand);
-        tape(texte);
+        remplace(champ, texte);
         tape(u"\n");
         return std::pair{cadre(u"Colonne")->lineaire()->espacement(), champ->stringValue()->utf8()};
     };
-    EXPECT_EQ(ecrit(u"12"), (std::pair{12.0, std::string("12")}));
-    EXPECT_EQ(ecrit(u"4000"), (std::pair{40.0, std::string("40")}));
-    EXPECT_EQ(ecrit(u"-3"), (std::pair{0.0, std::string("0")}));
-    EXPECT_EQ(ecrit(u"abc"), (std::pair{0.0, std::string("0")}));
+    for (const auto& [ecrits, tenu] : {std::pair{u"12", 12}, {u"4000", 40}, {u"-3", 0}, {u"abc", 0}})
+        EXPECT_EQ(ecrit(ecrits), (std::pair{double(tenu), std::to_string(tenu)}));
 }
 
 TEST_F(GalerieTest, HidingAChildClosesItsGap) {
@@ -123,18 +68,18 @@ TEST_F(GalerieTest, HidingAChildClosesItsGap) {
     clique(enfant(galerieDeVues, 0));
     ASSERT_EQ(scene()->choisie(), enfant(galerieDeVues, 0));
     const CGFloat avant = galerieDeVues->frame().size.height;
-    clique(boutonDeTitre(u"Aperçu"), 0.05);
+    cliqueEn(boutonDeTitre(u"Aperçu"), 0.05);
     EXPECT_TRUE(enfant(galerieDeVues, 0)->isHidden());
     EXPECT_EQ(NSMinY(enfant(galerieDeVues, 1)->frame()), 0);
     EXPECT_EQ(galerieDeVues->frame().size.height, avant - 110 - 8);
-    clique(boutonDeTitre(u"Aperçu"), 0.05);
+    cliqueEn(boutonDeTitre(u"Aperçu"), 0.05);
     EXPECT_EQ(galerieDeVues->frame().size.height, avant);
 }
 
 TEST_F(GalerieTest, TheDirectionTurnsTheContainer) {
-    clique(cadre(u"Vignettes"), 0.5, 0.05);
+    cliqueEn(cadre(u"Vignettes"), 0.5, 0.05);
     ASSERT_EQ(scene()->choisie(), cadre(u"Vignettes"));
-    clique(boutonDeTitre(u"Verticale"), 0.1);
+    cliqueEn(boutonDeTitre(u"Verticale"), 0.1);
     EXPECT_EQ(enfant(cadre(u"Vignettes"), 1)->frame().origin, (NSPoint{0, 44 + 6}));
     EXPECT_EQ(boutonDeTitre(u"Horizontale")->state(), NSOffState);
 }
@@ -143,27 +88,22 @@ TEST_F(GalerieTest, WhatIsTypedBecomesTheNameOfTheChosenLeaf) {
     NSView* apercu = enfant(cadre(u"Galerie"), 0);
     clique(apercu);
     auto* nom = nommee<NSTextField>(u"Nom");
-    clique(nom);
-    touche(u'a', backend::modifierCommand);
+    remplace(nom, u"");
     windows().commit(u"é"); // a dead key and the key after it
     drain();
     EXPECT_EQ(nomDeFeuille(apercu)->utf16(), u"é");
     tape(u"tude");
     EXPECT_EQ(nomDeFeuille(apercu)->utf16(), u"étude");
     EXPECT_NE(boutonDeTitre(u"étude"), nullptr); // its check box too
-}
-
-TEST_F(GalerieTest, TheFieldInsideTheTreeIsChosenByEnteringIt) {
+    // A field within the tree is chosen by entering it.
     NSView* champ = enfant(cadre(u"Colonne"), 1);
     clique(champ);
     EXPECT_EQ(scene()->choisie(), champ);
-    tape(u"x");
-    EXPECT_NE(nomDeFeuille(champ)->utf16().find(u'x'), std::u16string::npos);
-    EXPECT_TRUE(nommee<NSTextField>(u"Nom")->stringValue()->isEqualToString(nomDeFeuille(champ)));
+    EXPECT_TRUE(nom->stringValue()->isEqualToString(nomDeFeuille(champ)));
 }
 
 TEST_F(GalerieTest, TheArrowsWalkTheTreeAndDeleteTakesOut) {
-    clique(cadre(u"Colonne"), 0.5, 0.05);
+    cliqueEn(cadre(u"Colonne"), 0.5, 0.05);
     touche(NSRightArrowFunctionKey);
     EXPECT_EQ(scene()->choisie(), cadre(u"Galerie"));
     touche(NSDownArrowFunctionKey);
@@ -207,7 +147,7 @@ TEST_F(GalerieTest, TabReachesEveryControlAndComesBack) {
 }
 
 TEST_F(GalerieTest, KeysChangeThePageAndEscapeEndsTheGallery) {
-    touche(u'2', backend::modifierCommand);
+    touche(u'2', kCommande);
     EXPECT_EQ(galerie->indiceDePage(), 1u);
     touche(NSUpArrowFunctionKey);
     EXPECT_EQ(galerie->indiceDePage(), 0u);

@@ -5,86 +5,29 @@
 #include <filesystem>
 #include <fstream>
 
-#include "../appkit/AppFixture.h"
+#include "PageFixture.h"
 
-#include <FenetreGalerie.h>
 #include <graphiques/DonneesMots.h>
 #include <graphiques/HistogrammeClavier.h>
 #include <graphiques/TarteClavier.h>
 #include <libvue/charts/KCPointeDeTarte.h>
 #include <libvue/charts/TableAccessible.h>
-#include <libvue/platform/appkit/NSButton.h>
-#include <libvue/platform/appkit/NSPopUpButton.h>
 #include <libvue/platform/appkit/NSSlider.h>
-#include <libvue/platform/appkit/NSTextField.h>
 #include <libvue/platform/foundation/NSData.h>
 #include <libvue/platform/foundation/NSNumber.h>
 
 namespace galerie {
 namespace {
 
-using libvue::test::AppFixture;
+struct PageGraphiquesTest : PageFixture {
+    PageGraphiquesTest() : PageFixture(u"Tarte") {}
 
-struct PageGraphiquesTest : AppFixture {
-    Ref<FenetreGalerie> galerie = make<FenetreGalerie>(RegistrePages::fabriqueToutes());
-
-    PageGraphiquesTest() { galerie->ouvre(); }
-    void TearDown() override {
-        galerie = nullptr;
-        setCurrentAppearance(Appearance::light);
-        AppFixture::TearDown();
-    }
-    void page(const char16_t* nom) {
-        for (NSUInteger i = 0; i < galerie->pages().size(); ++i)
-            if (galerie->pages()[i]->nom()->isEqualTo(nom)) galerie->montrePage(i);
-        drain();
-    }
-    [[nodiscard]] NSWindow* fenetre() const { return galerie->fenetre(); }
-    template <class T, class Condition> T* cherche(NSView* dans, const Condition& admet) const {
-        if (!dans) return nullptr;
-        if (auto* t = as<T>(dans); t && admet(t)) return t;
-        for (NSView* v : dans->subviews())
-            if (T* t = cherche<T>(v, admet)) return t;
-        return nullptr;
-    }
-    template <class T> T* nommee(const char16_t* nom) const {
-        return cherche<T>(fenetre()->contentView(), [&](T* v) {
-            const auto d = v->accessibilityDescription();
-            return d.label && d.label->isEqualTo(nom);
-        });
-    }
-    [[nodiscard]] bool dit(std::u16string_view texte) const {
-        return cherche<NSTextField>(fenetre()->contentView(), [&](NSTextField* l) {
-                   return !l->isEditable() && l->stringValue()->utf16().find(texte) != std::u16string::npos;
-               }) != nullptr;
-    }
-    void clique(NSView* v, NSPoint ici) const {
-        windows().click(fenetre()->convertBaseToScreen(v->convertPoint_toView(ici, nullptr)));
-        drain();
-    }
-    void touche(char16_t c, std::uint32_t modificateurs = 0) const {
-        windows().key(c, modificateurs);
-        drain();
-    }
-    void remplace(NSTextField* champ, std::u16string_view texte) const {
-        clique(champ, {champ->bounds().size.width / 2, champ->bounds().size.height / 2});
-        touche(u'a', backend::modifierCommand);
-        windows().typeText(texte);
-        drain();
-    }
-    void choisis(NSPopUpButton* p, NSInteger i) const {
-        p->selectItemAtIndex(i);
-        p->sendAction_to(p->action(), p->target());
-        drain();
-    }
     /// What was written under that name into the folder of the exports.
-    std::string exporte(const char16_t* bouton, const char* fichier) const {
+    [[nodiscard]] std::string exporte(const char16_t* bouton, const char* fichier) const {
         const auto dossier = std::filesystem::temp_directory_path() / ("galerie-exports-" + std::to_string(getpid()));
         std::filesystem::create_directories(dossier);
         setenv("GALERIE_EXPORTS", dossier.c_str(), 1);
-        auto* b =
-            cherche<NSButton>(fenetre()->contentView(), [&](NSButton* x) { return x->title()->isEqualTo(bouton); });
-        if (b) clique(b, {b->bounds().size.width / 2, b->bounds().size.height / 2});
+        clique(boutonDeTitre(bouton));
         std::ifstream f(dossier / fichier, std::ios::binary);
         std::string octets((std::istreambuf_iterator<char>(f)), std::istreambuf_iterator<char>());
         unsetenv("GALERIE_EXPORTS");
@@ -111,7 +54,6 @@ TEST_F(PageGraphiquesTest, WordsAreCountedByLetterPlaceAndLength) {
 }
 
 TEST_F(PageGraphiquesTest, SlicesAreReachedFromTheKeyboard) {
-    page(u"Tarte");
     auto* t = nommee<TarteClavier>(u"Tarte");
     ASSERT_TRUE(t);
     const auto choisie = [&] { return t->selectedIndex()->integerValue(); };
@@ -119,26 +61,23 @@ TEST_F(PageGraphiquesTest, SlicesAreReachedFromTheKeyboard) {
     ASSERT_GT(n, 5);
     EXPECT_EQ(choisie(), 0);
     fenetre()->makeFirstResponder(t);
-    touche(NSRightArrowFunctionKey);
-    EXPECT_EQ(choisie(), 1);
-    EXPECT_EQ(t->pretePointe(0)->pourcentageExtraction(), 0);
-    EXPECT_EQ(t->pretePointe(1)->pourcentageExtraction(), 1);
-    EXPECT_TRUE(dit(t->pretePointe(1)->chaine()->utf16() + u"\u00A0: "));
     t->setValeur_deLaPointe(0, 2); // not to be seen
-    touche(NSDownArrowFunctionKey);
-    EXPECT_EQ(choisie(), 3);
-    touche(NSEndFunctionKey);
-    EXPECT_EQ(choisie(), n - 1);
-    touche(NSRightArrowFunctionKey);
-    EXPECT_EQ(choisie(), 0);
-    touche(NSLeftArrowFunctionKey);
-    EXPECT_EQ(choisie(), n - 1);
-    touche(NSHomeFunctionKey);
-    EXPECT_EQ(choisie(), 0);
-    touche(NSHomeFunctionKey); // and not off again
-    EXPECT_EQ(choisie(), 0);
-    touche(u' ');
-    EXPECT_EQ(choisie(), -1);
+    const std::pair<unichar, NSInteger> touches[] = {{NSRightArrowFunctionKey, 1},
+                                                     {NSDownArrowFunctionKey, 3},
+                                                     {NSEndFunctionKey, n - 1},
+                                                     {NSRightArrowFunctionKey, 0},
+                                                     {NSLeftArrowFunctionKey, n - 1},
+                                                     {NSHomeFunctionKey, 0},
+                                                     {NSHomeFunctionKey, 0}, // and not off again
+                                                     {u' ', -1}};
+    for (const auto& [c, attendue] : touches) {
+        touche(c);
+        EXPECT_EQ(choisie(), attendue);
+        if (attendue < 0) continue;
+        EXPECT_EQ(t->pretePointe(attendue)->pourcentageExtraction(), 1);
+        EXPECT_TRUE(dit(t->pretePointe(attendue)->chaine()->utf16() + u"\u00A0: "));
+    }
+    EXPECT_EQ(t->pretePointe(0)->pourcentageExtraction(), 0);
     EXPECT_TRUE(dit(u"Cliquez une pointe"));
     clique(t, {t->centre().x - 40, t->centre().y + 10});
     EXPECT_GE(choisie(), 0);
@@ -146,28 +85,23 @@ TEST_F(PageGraphiquesTest, SlicesAreReachedFromTheKeyboard) {
 }
 
 TEST_F(PageGraphiquesTest, APiesDataAndValuesChange) {
-    page(u"Tarte");
     auto* t = nommee<TarteClavier>(u"Tarte");
     auto* champ = nommee<NSTextField>(u"Valeur de E");
     ASSERT_TRUE(t && champ);
     const NSInteger avant = t->total(), valeur = t->pretePointe(0)->valeur();
-    remplace(champ, u"7");
-    EXPECT_EQ(t->total(), avant - valeur + 7);
-    remplace(champ, u"7x");
-    EXPECT_EQ(t->total(), avant - valeur + 7);
+    for (const auto saisie : {u"7", u"7x"}) {
+        remplace(champ, saisie);
+        EXPECT_EQ(t->total(), avant - valeur + 7);
+    }
     const NSUInteger nombres[] = {10, 11, 7, 40, 1, 0};
     for (NSInteger i = 0; i < 6; ++i) {
         choisis(nommee<NSPopUpButton>(u"Données"), i);
         EXPECT_EQ(t->pointes()->count(), nombres[i]) << i;
         EXPECT_EQ(t->total() != 0, i < 5);
-        if (const char* ou = std::getenv("GALERIE_IMAGES"))
-            galerie->image(1)->writeToFile_atomically(
-                NSString::fromUTF8(std::string(ou) + "/jeu" + std::to_string(i) + ".png"), YES);
     }
 }
 
 TEST_F(PageGraphiquesTest, ChartsAreExported) {
-    page(u"Tarte");
     EXPECT_EQ(exporte(u"PDF", "tarte.pdf").substr(0, 5), "%PDF-");
     EXPECT_EQ(exporte(u"PNG", "tarte.png").substr(1, 3), "PNG");
     EXPECT_TRUE(dit(u"Écrit dans "));
@@ -212,8 +146,7 @@ TEST_F(PageGraphiquesTest, ValuesAreTypedAndTheChartShrinksToNothing) {
     champ->setStringValue(NSString::from(trop));
     clique(champ, {10, champ->bounds().size.height / 2});
     touche(NSEndFunctionKey);
-    windows().typeText(u"4");
-    drain();
+    tape(u"4");
     EXPECT_TRUE(dit(u"2\u00A0000 valeurs au plus\u00A0: 5 sont laissées."));
     EXPECT_EQ(h->donnees()->count(), 2000u);
     EXPECT_EQ(h->tableDesBandes().lignes.size(), 666u);
@@ -226,15 +159,6 @@ TEST_F(PageGraphiquesTest, ValuesAreTypedAndTheChartShrinksToNothing) {
         drain();
         EXPECT_EQ(h->frame().size.width, l);
         ASSERT_TRUE(galerie->image(1));
-    }
-    for (NSInteger i = 0; i < 5; ++i) {
-        choisis(nommee<NSPopUpButton>(u"Données"), i);
-        largeur->setDoubleValue(400);
-        largeur->sendAction_to(largeur->action(), largeur->target());
-        choisis(nommee<NSPopUpButton>(u"Couleurs"), i % 3);
-        if (const char* ou = std::getenv("GALERIE_IMAGES"))
-            galerie->image(1)->writeToFile_atomically(
-                NSString::fromUTF8(std::string(ou) + "/barres" + std::to_string(i) + ".png"), YES);
     }
 }
 

@@ -1,36 +1,19 @@
 // The page of images, as a person uses it.
-#include "../appkit/AppFixture.h"
+#include "PageFixture.h"
 
-#include <FenetreGalerie.h>
 #include <images/VignetteTirable.h>
 #include <libvue/platform/graphics/NSImage.h>
 
 namespace galerie {
 namespace {
 
-using libvue::test::AppFixture;
+struct PageImagesTest : PageFixture {
+    VignetteTirable* vignette;
 
-struct PageImagesTest : AppFixture {
-    Ref<FenetreGalerie> galerie = make<FenetreGalerie>(RegistrePages::fabriqueToutes());
-    VignetteTirable* vignette = nullptr;
-
-    PageImagesTest() {
-        galerie->ouvre();
-        for (NSUInteger i = 0; i < galerie->pages().size(); ++i)
-            if (galerie->pages()[i]->nom()->isEqualTo(u"Images")) galerie->montrePage(i);
-        drain();
-        cherche(galerie->fenetre()->contentView());
-    }
+    PageImagesTest() : PageFixture(u"Images"), vignette(toutes<VignetteTirable>().back()) {}
     void TearDown() override {
         NSObject::cancelPreviousPerformRequestsWithTarget(vignette);
-        galerie = nullptr;
-        setCurrentAppearance(Appearance::light);
-        AppFixture::TearDown();
-    }
-    void cherche(NSView* dans) {
-        if (auto* v = as<VignetteTirable>(dans)) vignette = v;
-        for (NSView* v : dans->subviews())
-            cherche(v);
+        PageFixture::TearDown();
     }
     /// In fractions of the picture, y downward.
     [[nodiscard]] NSPoint en(CGFloat x, CGFloat y) const {
@@ -39,15 +22,14 @@ struct PageImagesTest : AppFixture {
         return vignette->convertPoint_toView(p, nullptr);
     }
     void tire(NSPoint de, NSPoint a) {
-        press(galerie->fenetre(), de.x, de.y);
-        move(galerie->fenetre(), (de.x + a.x) / 2, (de.y + a.y) / 2);
-        move(galerie->fenetre(), a.x, a.y);
+        press(fenetre(), de.x, de.y);
+        move(fenetre(), (de.x + a.x) / 2, (de.y + a.y) / 2);
+        move(fenetre(), a.x, a.y);
         release();
     }
 };
 
 TEST_F(PageImagesTest, aDragTracesARegionAndAnotherMovesIt) {
-    ASSERT_NE(vignette, nullptr);
     tire(en(0.1, 0.1), en(0.4, 0.35));
     EXPECT_NEAR(vignette->region().origin.x, 0.1, 0.01);
     EXPECT_NEAR(vignette->region().origin.y, 0.1, 0.01);
@@ -69,10 +51,9 @@ TEST_F(PageImagesTest, aDragTracesARegionAndAnotherMovesIt) {
 }
 
 TEST_F(PageImagesTest, aClickLeavesTheRegionAsItIs) {
-    ASSERT_NE(vignette, nullptr);
     const NSRect avant = vignette->region();
     const NSPoint p = en(0.1, 0.9);
-    click(galerie->fenetre(), p.x, p.y);
+    click(fenetre(), p.x, p.y);
     EXPECT_EQ(vignette->region(), avant);
 }
 

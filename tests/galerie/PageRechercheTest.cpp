@@ -4,7 +4,6 @@
 #include <libvue/alerts/KAlerteEphemere.h>
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSPasteboard.h>
-#include <libvue/platform/appkit/NSPopUpButton.h>
 #include <libvue/search/KPanneauRecherche.h>
 #include <recherche/ListeCherchable.h>
 #include <recherche/Occurrences.h>
@@ -27,7 +26,7 @@ struct PageRechercheTest : PageFixture {
     [[nodiscard]] TexteCherchable* texte() const { return toutes<TexteCherchable>().at(0); }
     [[nodiscard]] ListeCherchable* liste() const { return toutes<ListeCherchable>().at(0); }
     void cherche(std::u16string_view quoi) {
-        touche(u'f', backend::modifierCommand);
+        touche(u'f', kCommande);
         ASSERT_TRUE(panneau()->isKeyWindow());
         tape(quoi);
         touche(u'\r');
@@ -42,7 +41,7 @@ TEST_F(PageRechercheTest, TheTextShowsWhatWasFound) {
     EXPECT_EQ(texte()->donneSelection()->utf8(), "cœur");
     EXPECT_TRUE(dit(u"1 sur 5"));
     const NSRange premiere = texte()->selection();
-    touche(kF3, backend::modifierShift);
+    touche(kF3, kMajuscule);
     EXPECT_TRUE(dit(u"5 sur 5")) << "it goes on at the other end";
     const CGFloat bas = NSMinY(texte()->visibleRect());
     EXPECT_GT(bas, 0) << "scrolled to it";
@@ -52,7 +51,7 @@ TEST_F(PageRechercheTest, TheTextShowsWhatWasFound) {
 
     touche(NSRightArrowFunctionKey);
     EXPECT_EQ(texte()->donneSelection()->utf8(), "du");
-    touche(u'e', backend::modifierCommand);
+    touche(u'e', kCommande);
     EXPECT_EQ(panneau()->string()->utf8(), "du");
     cherche(u"zzz");
     EXPECT_TRUE(panneau()->isVisible());

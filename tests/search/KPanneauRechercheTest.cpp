@@ -1,11 +1,5 @@
-#include <filesystem>
-#include <fstream>
-
-#include <unistd.h>
-
 #include <appkit/Cible.h>
 #include <gmock/gmock.h>
-#include <support/Silence.h>
 
 #include <libvue/alerts/KAlerteEphemere.h>
 #include <libvue/platform/appkit/NSAccessibility.h>
@@ -18,7 +12,6 @@
 #include <libvue/platform/appkit/NSText.h>
 #include <libvue/platform/appkit/NSTextField.h>
 #include <libvue/platform/appkit/WebView.h>
-#include <libvue/platform/foundation/NSBundle.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/search/KPanneauRecherche.h>
 
@@ -131,24 +124,9 @@ protected:
     }
 };
 
-TEST_F(KPanneauRechercheTest, ItComesFromItsResource) {
-    EXPECT_EQ(panneau->typeRech()->numberOfItems(), 4);
-    EXPECT_EQ(panneau->suivant()->tag(), kRechercheSuivant);
-    EXPECT_EQ(panneau->defaultButtonCell(), panneau->suivant()->buttonCell());
-    ASSERT_NE(precedent(), nullptr);
-    EXPECT_FALSE(panneau->respecterCasse());
-    EXPECT_TRUE(panneau->boucle());
-    EXPECT_TRUE(panneau->msgIntrouvable()->isHidden());
-
-    EXPECT_EQ(KPanneauRecherche::panneauRecherche(), nullptr) << "no delegate";
-    const auto delegue = make<Delegue>();
-    delegue->sien = panneau;
-    NSApp()->setDelegate(delegue);
-    EXPECT_EQ(KPanneauRecherche::panneauRecherche(), panneau.get());
-    NSApp()->setDelegate(nullptr);
-}
-
 TEST_F(KPanneauRechercheTest, TheClientHearsWhatThePanelSays) {
+    EXPECT_EQ(panneau->typeRech()->numberOfItems(), 4);
+    EXPECT_EQ(panneau->defaultButtonCell(), panneau->suivant()->buttonCell());
     panneau->setString(u"été"_ns);
     commande(kRechercheSuivant);
     panneau->ignorerMajuscules()->setState(NSOffState);
@@ -161,90 +139,85 @@ TEST_F(KPanneauRechercheTest, TheClientHearsWhatThePanelSays) {
     panneau->actionPanneauRecherche(nullptr);
     EXPECT_THAT(taken(), IsEmpty());
     EXPECT_FALSE(panneau->isVisible());
+
+    EXPECT_EQ(KPanneauRecherche::panneauRecherche(), nullptr) << "no delegate";
+    const auto delegue = make<Delegue>();
+    delegue->sien = panneau;
+    NSApp()->setDelegate(delegue);
+    EXPECT_EQ(KPanneauRecherche::panneauRecherche(), panneau.get());
+    NSApp()->setDelegate(nullptr);
 }
 
 TEST_F(KPanneauRechercheTest, ReturnClosesAndAClickDoesNot) {
-    enum Geste { retour, clicSuivant, clicPrecedent, espaceSurPrecedent, commandeSuivant };
+    const auto espaceSurPrecedent = [&] {
+        panneau->makeFirstResponder(precedent());
+        windows().key(u' ');
+    };
     struct Rangee {
         const char* nom;
-        Geste geste;
-        BOOL trouve;
-        bool reste, message, avis;
+        std::function<void()> geste;
+        bool resteTrouve, avisIntrouvable;
     };
     const Rangee rangees[] = {
-        {"Return, found", retour, YES, false, false, false},
-        {"Return, not found", retour, NO, true, true, false},
-        {"click, found", clicSuivant, YES, true, false, false},
-        {"click, not found", clicSuivant, NO, true, true, false},
-        {"click on previous, found", clicPrecedent, YES, true, false, false},
-        {"key on previous, found", espaceSurPrecedent, YES, true, false, false},
-        {"key on previous, not found", espaceSurPrecedent, NO, true, true, false},
-        {"command, found", commandeSuivant, YES, true, false, false},
-        {"command, not found", commandeSuivant, NO, true, true, true},
+        {"Return", [&] { windows().key(u'\r'); }, false, false},
+        {"click", [&] { clique(panneau->suivant()); }, true, false},
+        {"click on previous", [&] { clique(precedent()); }, true, false},
+        {"key on previous", espaceSurPrecedent, true, false},
+        {"command", [&] { commande(kRechercheSuivant); }, true, true},
     };
-    for (const Rangee& r : rangees) {
-        SCOPED_TRACE(r.nom);
-        KAlerteEphemere::annuleAlerte();
-        panneau->setString(u"mot"_ns);
-        commande(kRechercheMontrer);
-        drain();
-        ASSERT_TRUE(panneau->isKeyWindow());
-        EXPECT_TRUE(panneau->msgIntrouvable()->isHidden());
-        EXPECT_TRUE(texteEnSelection());
-        (void)taken();
-        client->trouve = r.trouve;
-        windows().typeText(u"é"); // replaces what is selected
-        drain();
-        if (r.geste == retour) windows().key(u'\r');
-        if (r.geste == clicSuivant) clique(panneau->suivant());
-        if (r.geste == clicPrecedent) clique(precedent());
-        if (r.geste == espaceSurPrecedent) {
-            panneau->makeFirstResponder(precedent());
-            windows().key(u' ');
+    for (const Rangee& r : rangees)
+        for (const BOOL trouve : {YES, NO}) {
+            SCOPED_TRACE(std::string(r.nom) + (trouve ? ", found" : ", not found"));
+            KAlerteEphemere::annuleAlerte();
+            panneau->setString(u"mot"_ns);
+            commande(kRechercheMontrer);
+            drain();
+            ASSERT_TRUE(panneau->isKeyWindow());
+            EXPECT_TRUE(panneau->msgIntrouvable()->isHidden());
+            EXPECT_TRUE(texteEnSelection());
+            (void)taken();
+            client->trouve = trouve;
+            windows().typeText(u"é"); // replaces what is selected
+            drain();
+            r.geste();
+            drain();
+            const Log entendu = taken();
+            ASSERT_FALSE(entendu.empty());
+            EXPECT_EQ(entendu[0].find("é a"), 0u) << entendu[0];
+            EXPECT_EQ(entendu.size(), trouve ? 1u : 2u) << "announced once where it was not found";
+            EXPECT_EQ(panneau->isVisible(), !trouve || r.resteTrouve);
+            EXPECT_EQ(panneau->msgIntrouvable()->isHidden(), trouve);
+            EXPECT_EQ(avisMontre(), !trouve && r.avisIntrouvable);
+            EXPECT_TRUE(texteEnSelection());
+            EXPECT_EQ(partage(), "é");
         }
-        if (r.geste == commandeSuivant) commande(kRechercheSuivant);
-        drain();
-        const Log entendu = taken();
-        ASSERT_FALSE(entendu.empty());
-        EXPECT_EQ(entendu[0].find("é a"), 0u) << entendu[0];
-        EXPECT_EQ(entendu.size(), r.trouve ? 1u : 2u) << "announced once where it was not found";
-        EXPECT_EQ(panneau->isVisible(), r.reste);
-        EXPECT_EQ(!panneau->msgIntrouvable()->isHidden(), r.message);
-        EXPECT_EQ(avisMontre(), r.avis);
-        EXPECT_TRUE(texteEnSelection());
-        EXPECT_EQ(partage(), "é");
-    }
 }
 
 TEST_F(KPanneauRechercheTest, EscapeAndTheKeyboardAlone) {
+    const auto touches = [&](std::u16string_view toutes) {
+        for (const char16_t touche : toutes)
+            windows().key(touche);
+        drain();
+    };
     partageAilleurs("mer");
     commande(kRechercheMontrer);
     drain();
-    windows().key(u'\t');
-    drain();
+    touches(u"\t");
     EXPECT_EQ(panneau->firstResponder(), panneau->typeRech());
     // Its menu has a loop of its own, which finds all three.
-    for (const char16_t touche : {u'\xF701', u'\xF701', u'\r'})
-        windows().key(touche);
-    drain();
+    touches(u"\uF701\uF701\r");
     const NSInteger choisi = panneau->typeRech()->indexOfSelectedItem();
     EXPECT_GT(choisi, 0);
-    windows().key(u'\t');
-    windows().key(u' ');
-    drain();
+    touches(u"\t ");
     EXPECT_TRUE(panneau->respecterCasse());
-    windows().key(u'\t');
-    windows().key(u' ');
-    drain();
+    touches(u"\t ");
     EXPECT_FALSE(panneau->boucle());
-    windows().key(u'\r');
-    drain();
+    touches(u"\r");
     EXPECT_THAT(taken(), ElementsAre("mer avant casse " + std::to_string(choisi)));
     EXPECT_FALSE(panneau->isVisible());
     commande(kRechercheMontrer);
     drain();
-    windows().key(0x1B);
-    drain();
+    touches(u"\u001B");
     EXPECT_FALSE(panneau->isVisible());
 }
 
@@ -261,21 +234,17 @@ TEST_F(KPanneauRechercheTest, TheFindTextIsShared) {
     panneau->setString(nullptr);
     EXPECT_EQ(champ(), "ici");
     panneau->setString(u"là"_ns);
-    EXPECT_EQ(partage(), "là");
-    EXPECT_EQ(champ(), "là");
-
+    EXPECT_EQ(champ() + partage(), "làlà");
     backend.findText().setFromElsewhere({{"image/png", {1, 2}}});
     commande(kRechercheMontrer);
     EXPECT_EQ(champ(), "là") << "there is no text";
 
-    client->selection = u"choisi"_ns;
-    commande(kRechercheUtiliserSelection);
-    EXPECT_EQ(champ(), "choisi");
-    EXPECT_EQ(partage(), "choisi");
-    EXPECT_TRUE(texteEnSelection());
-    client->selection = nullptr;
-    commande(kRechercheUtiliserSelection);
-    EXPECT_EQ(champ(), "choisi");
+    for (const auto& selection : {u"choisi"_ns, Ref<NSString>()}) {
+        client->selection = selection;
+        commande(kRechercheUtiliserSelection);
+        EXPECT_EQ(champ() + partage(), "choisichoisi");
+        EXPECT_TRUE(texteEnSelection());
+    }
 }
 
 TEST_F(KPanneauRechercheTest, AClientThatOnlyFindsTextsTakesTheTypeAway) {
@@ -294,70 +263,43 @@ TEST_F(KPanneauRechercheTest, AClientThatOnlyFindsTextsTakesTheTypeAway) {
     EXPECT_TRUE(panneau->typeRech()->isEnabled()) << "it answers NO now";
 }
 
-TEST_F(KPanneauRechercheTest, WithoutAClientNothingIsReported) {
+TEST_F(KPanneauRechercheTest, WithoutAClientOrViewsNothingIsReported) {
     panneau->setString(u"mot"_ns);
     client->trouve = NO;
     commande(kRechercheMontrer);
     clique(panneau->suivant());
     EXPECT_FALSE(panneau->msgIntrouvable()->isHidden());
-    (void)taken();
     client->removeFromSuperview();
     client = nullptr;
     drain();
-    EXPECT_EQ(panneau->monClient(), nullptr);
+    (void)taken();
     clique(panneau->suivant());
     commande(kRechercheUtiliserSelection);
-    EXPECT_THAT(taken(), IsEmpty());
     EXPECT_FALSE(panneau->msgIntrouvable()->isHidden()) << "it stays as it was";
     EXPECT_EQ(champ(), "mot");
+
+    panneau->close();
+    panneau = make<KPanneauRecherche>();
+    client = make<Client>(log);
+    panneau->initialisePourClient(client);
+    for (NSInteger tag = 1; tag < 8; ++tag)
+        commande(tag);
+    EXPECT_TRUE(panneau->isVisible());
+    EXPECT_THAT(taken(), IsEmpty()) << "there is no text to search for";
 }
 
 TEST_F(KPanneauRechercheTest, ThePlatformsFindPanelIsClosed) {
     const auto fenetreNommee = windowAt({{0, 0}, {100, 100}});
-    fenetreNommee->setFrameAutosaveName(u"Autre"_ns);
     const auto autre = make<NSPanel>(), premier = make<NSPanel>(), second = make<NSPanel>();
+    fenetreNommee->setFrameAutosaveName(u"Autre"_ns);
     autre->setFrameAutosaveName(u"Outils"_ns);
     premier->setFrameAutosaveName(u"NSFindPanel"_ns);
-    for (NSWindow* w : {static_cast<NSWindow*>(fenetreNommee), static_cast<NSWindow*>(autre),
-                        static_cast<NSWindow*>(premier), static_cast<NSWindow*>(second)})
+    for (NSWindow* w : {fenetreNommee.get(), static_cast<NSWindow*>(autre), static_cast<NSWindow*>(premier),
+                        static_cast<NSWindow*>(second)})
         show(w);
     commande(kRechercheMontrer);
-    EXPECT_TRUE(fenetreNommee->isVisible());
-    EXPECT_TRUE(autre->isVisible());
     EXPECT_FALSE(premier->isVisible());
-    EXPECT_TRUE(second->isVisible());
-    EXPECT_TRUE(panneau->isVisible());
-}
-
-TEST_F(KPanneauRechercheTest, ADamagedResourceGivesNoPanel) {
-    const std::filesystem::path dossier =
-        std::filesystem::temp_directory_path() / ("panneau-" + std::to_string(::getpid()));
-    std::filesystem::create_directories(dossier);
-    const auto bundle = NSBundle::bundleWithPath(NSString::fromUTF8(dossier.string()));
-    const char* textes[] = {"",
-                            "{",
-                            "[]",
-                            R"({"objects": []})",
-                            R"({"objects": [{"class": "NSPanel"}]})",
-                            R"({"objects": [{"class": "KPanneauRecherche", "outlets": {"formulaire": "absent"}}]})",
-                            R"({"objects": [{"id": "p", "class": "KPanneauRecherche", "outlets": {"suivant": "p"}}]})"};
-    const Silence silence;
-    for (const char* texte : textes) {
-        std::ofstream(dossier / "PanneauRecherche.nib.json") << texte;
-        EXPECT_EQ(KPanneauRecherche::panneauDeRessource(bundle), nullptr) << texte;
-    }
-    std::filesystem::remove_all(dossier);
-
-    // One without its views still takes every command.
-    const auto vide = make<KPanneauRecherche>();
-    vide->initialisePourClient(client);
-    for (NSInteger tag = 1; tag < 8; ++tag) {
-        const auto element = make<NSMenuItem>(u"Rechercher"_ns, nullptr, nullptr);
-        element->setTag(tag);
-        vide->actionPanneauRecherche(element);
-    }
-    EXPECT_TRUE(vide->isVisible());
-    EXPECT_THAT(taken(), IsEmpty()) << "there is no text to search for";
+    EXPECT_TRUE(fenetreNommee->isVisible() && autre->isVisible() && second->isVisible() && panneau->isVisible());
 }
 
 // Web views.

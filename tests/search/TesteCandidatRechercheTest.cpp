@@ -42,18 +42,16 @@ std::vector<Caractere> caracteres(const std::u16string& s) {
 std::u16string decomposee(const std::u16string& s) {
     UErrorCode etat = U_ZERO_ERROR;
     char16_t lieu[200];
-    const auto n =
-        unorm2_normalize(unorm2_getNFDInstance(&etat), s.data(), static_cast<int32_t>(s.size()), lieu, 200, &etat);
-    return {lieu, static_cast<std::size_t>(n)};
+    const auto n = unorm2_normalize(unorm2_getNFDInstance(&etat), s.data(), int32_t(s.size()), lieu, 200, &etat);
+    return {lieu, std::size_t(n)};
 }
 
 std::u16string cle(const std::u16string& s, bool casse) {
-    std::u16string d = decomposee(s);
-    if (casse) return d;
+    const std::u16string d = decomposee(s);
     UErrorCode etat = U_ZERO_ERROR;
     char16_t lieu[200];
-    const auto n = u_strFoldCase(lieu, 200, d.data(), static_cast<int32_t>(d.size()), U_FOLD_CASE_DEFAULT, &etat);
-    return decomposee({lieu, static_cast<std::size_t>(n)});
+    const auto n = u_strFoldCase(lieu, 200, d.data(), int32_t(d.size()), U_FOLD_CASE_DEFAULT, &etat);
+    return casse ? d : decomposee({lieu, std::size_t(n)});
 }
 
 std::u16string normalisee(const std::u16string& s) {
@@ -89,10 +87,7 @@ Plage cherche(const std::u16string& texte, const std::u16string& quoi, bool cass
     return {absente, absente};
 }
 
-bool deMot(char16_t c) {
-    const auto masque = U_GC_L_MASK | U_GC_M_MASK | U_GC_N_MASK;
-    return (U_GET_GC_MASK(c) & masque) != 0;
-}
+bool deMot(char16_t c) { return (U_GET_GC_MASK(c) & (U_GC_L_MASK | U_GC_M_MASK | U_GC_N_MASK)) != 0; }
 
 bool parJetons(const std::u16string& texte, const std::u16string& quoi, bool casse, int type) {
     if (type == 3) return texte == quoi;
@@ -132,27 +127,26 @@ TEST(TesteCandidatRecherche, RowsMadeByHand) {
     };
     const Rangee rangees[] = {
         {u"cœur", u"coeur", "1110 1110", "1111 1111"},
-        {u"coeur", u"cœur", "1110 1110", "1111 1111"},
         {u"cœur", u"cœur", "1111 1111", "1111 1111"},
         {u"CŒUR", u"coeur", "1110 0000", "1111 0000"},
         {u"l\u2019ami", u"l'ami", "1110 1110", "1111 1111"},
-        {u"l'ami", u"l\u2019ami", "1110 1110", "1111 1111"},
         {u"l\u2019ami", u"ami", "1110 1110", "1000 1000"},
         {u"porte-monnaie", u"monnaie", "1110 1110", "1000 1000"},
-        {u"porte-monnaie", u"porte", "1110 1110", "1101 1101"},
-        {u"porte-monnaie", u"mon", "1100 1100", "1000 1000"},
+        {u"Cœur", u"coeur", "1110 0000", "1111 0000"},
+        {u"mot-clé", u"mot", "1110 1110", "1101 1101"},
+        {u"motif", u"mot", "1100 1100", "1101 1101"},
+        {u"demot mot", u"mot", "1110 1110", "1000 1000"},
         {u"porte-monnaie", u"onnaie", "1000 1000", "1000 1000"},
         {u"anana", u"ana", "1100 1100", "1101 1101"},
-        {u"xana ana", u"ana", "1110 1110", "1000 1000"},
         {u"aaa aa", u"aa", "1110 1110", "1101 1101"}, // the first two overlap
         {u"-a-a-", u"-a-", "1100 1100", "1101 1101"},
         {u"Élève", u"eleve", "0000 0000", "0000 0000"}, // accents count
         {u"Élève", u"élève", "1110 0000", "1111 0000"},
         {u"e\u0301le\u0300ve", u"élève", "1110 1110", "1101 1101"}, // decomposed; two units longer
         {u"élève", u"e\u0301le\u0300ve", "1110 1110", "1101 1101"},
-        {u"e\u0301t", u"e", "0000 0000", "0000 0000"}, // half a character is not found
-        {u"Æon", u"AEon", "1110 0000", "1111 0000"},   // Æ gives Ae…
-        {u"Æon", u"Aeon", "1110 1110", "1111 1111"},
+        {u"e\u0301t", u"e", "0000 0000", "0000 0000"},   // half a character is not found
+        {u"ÆSOPE", u"AESOPE", "1110 0000", "1111 0000"}, // Æ gives Ae…
+        {u"Æsope", u"Aesope", "1110 1110", "1111 1111"},
         {u"Œil", u"OEil", "1110 1110", "1111 1111"}, // …and Œ gives OE
         {u"Œil", u"Oeil", "1110 0000", "1111 0000"},
         {u"œ\u0301x", u"oe", "0000 0000", "0000 0000"}, // a ligature with a mark is another character
@@ -175,14 +169,8 @@ TEST(TesteCandidatRecherche, RowsMadeByHand) {
         EXPECT_EQ(parJetons, r.parJetons) << lisible(r.quoi) << " in " << lisible(r.texte);
         EXPECT_EQ(simple, r.simple) << lisible(r.quoi) << " in " << lisible(r.texte);
     }
-}
-
-TEST(TesteCandidatRecherche, NullMatchesNothing) {
-    for (int type = 0; type < 4; ++type) {
-        EXPECT_FALSE(testeCandidatRechercheParJetons(nullptr, u"a"_ns, NO, type));
-        EXPECT_FALSE(testeCandidatRechercheParJetons(u"a"_ns, nullptr, NO, type));
-        EXPECT_FALSE(testeCandidatRecherche(nullptr, nullptr, YES, type));
-    }
+    EXPECT_FALSE(testeCandidatRechercheParJetons(nullptr, u"a"_ns, NO, 3));
+    EXPECT_FALSE(testeCandidatRecherche(u"a"_ns, nullptr, NO, 0));
 }
 
 /// One time in two a text that has room for wide units, whether it needs them or not.

@@ -14,7 +14,7 @@ struct ReglagesAlerte {
     int sorte = KDialogue::kDialogueAttention;
     int masque = KDialogue::kBoutonOK | KDialogue::kBoutonAnnuler;
     int defaut = KDialogue::kBoutonOK, annuler = KDialogue::kBoutonAnnuler;
-    int texte = 0; ///< the longer the higher, see textesAlerte
+    int texte = 0; ///< short, long, endless
     bool enFeuille = true, neplus = false;
 };
 

@@ -18,8 +18,9 @@ using namespace KDialogue;
 
 namespace {
 
-constexpr CGFloat kHaut = 4, kIntitule = 96, kChoix = 180, kCase = 156, kGouttiere = 36, kLignesJournal = 5;
+constexpr CGFloat kHaut = 4, kIntitule = 96, kChoix = 180, kCase = 156, kGouttiere = 36;
 constexpr CGFloat kReglages = kIntitule + kEcart + kChoix;
+constexpr std::size_t kLignesJournal = 5;
 
 class VueAlertes : public NSView, public KAlerteReceveur {
 public:
@@ -186,7 +187,7 @@ private:
     Ref<NSPopUpButton> defaut_, annuler_;
     Ref<NSButton> oubli_;
     std::vector<Ref<NSButton>> cases_;
-    std::array<Ref<NSTextField>, static_cast<std::size_t>(kLignesJournal)> lignes_;
+    std::array<Ref<NSTextField>, kLignesJournal> lignes_;
     int compte_ = 0;
 };
 

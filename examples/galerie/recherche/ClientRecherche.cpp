@@ -11,7 +11,9 @@ void ClientRecherche::describe(ClassDescription<ClientRecherche, NSView>& c) {
     c.answers<&ClientRecherche::donneSelection>(op::donneSelection);
 }
 
-ClientRecherche::ClientRecherche(CGFloat largeur) : NSView(NSMakeRect(0, 0, largeur, 20)) {}
+ClientRecherche::ClientRecherche(CGFloat largeur) : NSView(NSMakeRect(0, 0, largeur, 20)) {
+    setFocusRingType(NSFocusRingTypeExterior);
+}
 ClientRecherche::~ClientRecherche() = default;
 
 BOOL ClientRecherche::cherche(NSString* texte, BOOL avant, BOOL respecterCasse, BOOL boucle, int type) {
@@ -37,6 +39,12 @@ BOOL ClientRecherche::becomeFirstResponder() {
 BOOL ClientRecherche::resignFirstResponder() {
     setNeedsDisplay(YES);
     return YES;
+}
+
+NSRect ClientRecherche::focusRingMaskBounds() const {
+    // The ring lies outside of what it goes round, and the clip view cuts it off.
+    constexpr CGFloat anneau = 3;
+    return NSInsetRect(visibleRect(), anneau, anneau);
 }
 
 void ClientRecherche::montre(const NSRect& r) { scrollRectToVisible(NSInsetRect(r, 0, -48)); }

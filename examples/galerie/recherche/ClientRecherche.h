@@ -27,6 +27,7 @@ public:
     [[nodiscard]] BOOL acceptsFirstResponder() override { return YES; }
     BOOL becomeFirstResponder() override;
     BOOL resignFirstResponder() override;
+    [[nodiscard]] NSRect focusRingMaskBounds() const override;
 
 protected:
     struct Demande {

@@ -18,6 +18,8 @@
 #include <QString>
 #include <QStringList>
 #include <QVariantMap>
+
+#include <libvue/platform/backend/qt/DBusSignals.h>
 #endif
 
 namespace libvue::backend {
@@ -29,7 +31,12 @@ namespace {
 /// A service that does not answer within that many milliseconds shows nothing either.
 constexpr int kPatience = 5000;
 
-[[nodiscard]] QString serviceName() { return QStringLiteral("org.freedesktop.Notifications"); }
+constexpr const char* kService = "org.freedesktop.Notifications";
+constexpr const char* kPath = "/org/freedesktop/Notifications";
+/// What is done by a click on the notice itself.
+constexpr const char* kDefaultAction = "default";
+
+[[nodiscard]] QString serviceName() { return QString::fromLatin1(kService); }
 [[nodiscard]] QString busName() { return QStringLiteral("org.freedesktop.DBus"); }
 
 class QtNotificationService final : public NotificationService {
@@ -46,7 +53,7 @@ public:
             return;
         }
         sent_.push_back({notice, 0, false});
-        if (markup_)
+        if (capabilities_)
             notify(notice.id);
         else
             askCapabilities();
@@ -66,6 +73,11 @@ public:
 
 private:
     enum class Presence : std::uint8_t { unknown, present, absent };
+    /// What the service that runs can do.
+    struct Capabilities {
+        bool markup; ///< bodies are read as markup
+        bool actions;
+    };
     struct Sent {
         Notice notice;
         unsigned number; ///< the service's; 0 before it has answered
@@ -92,9 +104,15 @@ private:
                                                 QDBusServiceWatcher::WatchForOwnerChange, &root_);
         QObject::connect(watcher, &QDBusServiceWatcher::serviceRegistered, &root_, [this] {
             presence_ = Presence::present;
-            markup_.reset();
+            capabilities_.reset();
         });
-        QObject::connect(watcher, &QDBusServiceWatcher::serviceUnregistered, &root_, [this] { lookForService(); });
+        QObject::connect(watcher, &QDBusServiceWatcher::serviceUnregistered, &root_, [this] {
+            // What it showed went with it; the next one counts anew.
+            std::erase_if(sent_, [](const Sent& s) { return s.number != 0; });
+            lookForService();
+        });
+        for (const char* signal : {"ActionInvoked", "NotificationClosed"})
+            signals_.listen(kService, kPath, kService, signal);
         lookForService();
     }
 
@@ -109,8 +127,8 @@ private:
     }
 
     [[nodiscard]] static QDBusMessage method(const char* name) {
-        return QDBusMessage::createMethodCall(serviceName(), QStringLiteral("/org/freedesktop/Notifications"),
-                                              serviceName(), QString::fromLatin1(name));
+        return QDBusMessage::createMethodCall(serviceName(), QString::fromLatin1(kPath), serviceName(),
+                                              QString::fromLatin1(name));
     }
     [[nodiscard]] static QDBusMessage busMethod(const char* name) {
         return QDBusMessage::createMethodCall(busName(), QStringLiteral("/org/freedesktop/DBus"), busName(),
@@ -134,18 +152,21 @@ private:
         });
     }
 
-    /// Whether bodies are read as markup; asked of each service once, before its first notice.
+    /// Asked of each service once, before its first notice.
     void askCapabilities() {
         if (asksCapabilities_) return;
         asksCapabilities_ = true;
         call(method("GetCapabilities"), [this](const QDBusMessage& reply) {
             asksCapabilities_ = false;
-            if (reply.type() == QDBusMessage::ReplyMessage)
-                markup_ = reply.arguments().value(0).toStringList().contains(QStringLiteral("body-markup"));
+            if (reply.type() == QDBusMessage::ReplyMessage) {
+                const QStringList all = reply.arguments().value(0).toStringList();
+                capabilities_ =
+                    Capabilities{all.contains(QStringLiteral("body-markup")), all.contains(QStringLiteral("actions"))};
+            }
             const std::vector<Sent> waiting = sent_;
             for (const Sent& s : waiting) {
                 if (s.number != 0) continue;
-                if (markup_)
+                if (capabilities_)
                     notify(s.notice.id);
                 else
                     fail(s.notice.id);
@@ -161,13 +182,15 @@ private:
             return;
         }
         QString body = QString::fromStdString(at->notice.body);
-        if (*markup_) body = body.toHtmlEscaped();
+        if (capabilities_->markup) body = body.toHtmlEscaped();
+        QStringList actions;
+        if (capabilities_->actions) actions << QString::fromLatin1(kDefaultAction) << QStringLiteral("Ouvrir");
         QVariantMap hints;
         hints.insert(QStringLiteral("urgency"), QVariant::fromValue(static_cast<uchar>(1)));
         if (at->notice.sound) hints.insert(QStringLiteral("sound-name"), QStringLiteral("message-new-instant"));
         QDBusMessage message = method("Notify");
         message << QString::fromLocal8Bit(program_invocation_short_name) << 0U << QString()
-                << QString::fromStdString(at->notice.title) << body << QStringList() << hints << -1;
+                << QString::fromStdString(at->notice.title) << body << actions << hints << -1;
         call(message, [this, id](const QDBusMessage& reply) {
             if (reply.type() != QDBusMessage::ReplyMessage) {
                 fail(id);
@@ -183,6 +206,18 @@ private:
             }
             tell(id, Outcome::delivered);
         });
+    }
+
+    /// A click on a notice, or its end.
+    void heard(const QDBusMessage& signal) {
+        const unsigned number = signal.arguments().value(0).toUInt();
+        const auto at = std::ranges::find(sent_, number, &Sent::number);
+        if (number == 0 || at == sent_.end()) return;
+        const std::uint64_t id = at->notice.id;
+        if (signal.member() == QStringLiteral("ActionInvoked"))
+            tell(id, Outcome::activated);
+        else
+            sent_.erase(at);
     }
 
     void fail(std::uint64_t id) {
@@ -202,10 +237,11 @@ private:
     }
 
     std::vector<Sent> sent_;
-    std::optional<bool> markup_; ///< of the service that runs; absent before it was asked
+    std::optional<Capabilities> capabilities_; ///< absent before it was asked
     Presence presence_ = Presence::unknown;
     bool asked_ = false, refused_ = false, asksCapabilities_ = false;
     QObject root_; ///< ends the calls under way when this goes
+    DBusSignals signals_{[this](const QDBusMessage& signal) { heard(signal); }};
 };
 
 } // namespace
