@@ -126,8 +126,9 @@ void KCPointeDeTarte::drawEtiquetteAvecCentre_avecRayon_avecAngleDeDepart_avecAn
     ombre->setShadowOffset(kDecalageOmbreEtiquette);
     const Ref<NSMutableParagraphStyle> style = NSParagraphStyle::defaultParagraphStyle()->mutableCopy();
     style->setAlignment(NSCenterTextAlignment);
-    const Ref<NSFont> police = NSFont::systemFontOfSize(NSFont::smallSystemFontSize() +
-                                                        kGrossissement * static_cast<double>(monPourcentageExtraction));
+    // Only a slice that is on its way out has a larger label.
+    const auto sortie = static_cast<double>(std::max(0.0F, monPourcentageExtraction));
+    const Ref<NSFont> police = NSFont::systemFontOfSize(NSFont::smallSystemFontSize() + kGrossissement * sortie);
     const Ref<NSDictionary> attributs =
         NSDictionary::dictionaryWithObjectsAndKeys({{NSForegroundColorAttributeName.get(), NSColor::whiteColor()},
                                                     {NSShadowAttributeName.get(), ombre},

@@ -33,8 +33,9 @@ template <class T, class Super> void decritVueItem(ClassDescription<T, Super>& c
     c.template classAnswers<&T::taille>("taille");
 }
 
-/// The size that a conforming class gives its views.
+/// The size that a conforming class gives its views; zero of another class.
 [[nodiscard]] LIBVUE_API NSSize tailleVueItem(const Class& classe);
+/// Whether views of that class can be items. Null cannot.
 [[nodiscard]] LIBVUE_API BOOL estClasseVueItem(const Class* classe);
 
 } // namespace libvue

@@ -244,11 +244,8 @@ bool KCCollectionView::prepareBassin(std::uint64_t vivants) {
     if (nibManquant_) return false;
     const Ref<KCNibHelper> chargeur =
         KCNibHelper::initAvecNomNib_bundleNib_owner_classeView(monNomNib, monBundleNib, this, maClasseVueItem);
-    if (!chargeur) {
-        nibManquant_ = true;
-        NSLog(u"La ressource d'interface %@ est introuvable.\n"_ns, monNomNib.get());
-        return false;
-    }
+    nibManquant_ = !chargeur;
+    if (!chargeur) return false;
     mesVues_ = make<BassinCirculaire>(vivants ? vivants : kBassinMinimal, chargeur.get());
     return true;
 }

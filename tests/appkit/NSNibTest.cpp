@@ -205,6 +205,7 @@ TEST_F(NibTest, ABuilderStandsInForAFile) {
     const Ref<NSNib> nib = NSNib::initWithNibNamed_bundle(u"parCode"_ns, nullptr);
     ASSERT_TRUE(nib);
     NSNib::registerBuilder(u"parCode"_ns, {});
+    const Silence quiet;
     EXPECT_FALSE(NSNib::initWithNibNamed_bundle(u"parCode"_ns, nullptr));
     Ref<NSArray> objets;
     EXPECT_TRUE(nib->instantiateNibWithOwner_topLevelObjects(proprietaire, &objets));
@@ -219,6 +220,7 @@ TEST_F(NibTest, AControllerTakesItsViewFromItsResource) {
     const auto avec = make<NSViewController>(u"vue"_ns.get(), b.get()),
                sans = make<NSViewController>(u"z"_ns.get(), b.get());
     EXPECT_TRUE(as<Noeud>(avec->view()));
+    const Silence quiet;
     EXPECT_TRUE(sans->view());
 }
 

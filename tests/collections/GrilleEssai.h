@@ -1,10 +1,9 @@
 #pragma once
 
-#include <set>
 #include <string>
 #include <vector>
 
-#include <appkit/AppFixture.h>
+#include <appkit/Impression.h>
 
 #include <libvue/collections/BassinCirculaire.h>
 #include <libvue/collections/KCCollectionView.h>
@@ -26,7 +25,7 @@ public:
     void setSelected(BOOL f) { dit.push_back(f); }
 };
 
-/// An item view of 100 by 50 that counts its bindings.
+/// An item view of 100 by 50 that counts its bindings, and shows the number of its object.
 class Vignette : public NSView, public KCCollectionItemView {
 public:
     static void describe(ClassDescription<Vignette, NSView>& c) { decritVueItem(c); }
@@ -45,6 +44,15 @@ public:
         ++liaisons;
         objet_ = o;
         if (enLiant) enLiant();
+    }
+    /// Of its object, -1 for none.
+    [[nodiscard]] int numero() const {
+        const auto* o = as<Objet>(objet_.get());
+        return o ? o->numero : -1;
+    }
+    void drawRect(const NSRect&) override {
+        drawAtPoint_withAttributes(NSString::stringWithFormat(u"mot%d"_ns, numero()),
+                                   {10, bounds().size.height / 2 - 8}, nullptr);
     }
     int liaisons = 0, liaisonsVaines = 0;
 
@@ -73,14 +81,20 @@ public:
         return hauteurEntete;
     }
     CGFloat pied(KCCollectionView*) { return hauteurPied; }
-    void dessineEntete(KCCollectionView*, NSRect r) { entetes.push_back(r); }
-    void dessinePied(KCCollectionView*, NSRect r) { pieds.push_back(r); }
+    void dessineEntete(KCCollectionView*, NSRect r) {
+        entetes.push_back(r);
+        drawAtPoint_withAttributes(u"entete"_ns, {10, 4}, nullptr);
+    }
+    void dessinePied(KCCollectionView*, NSRect r) {
+        pieds.push_back(r);
+        drawAtPoint_withAttributes(u"pied"_ns, r.origin, nullptr);
+    }
     void change(KCCollectionView*) { ++changements; }
     void doubleClic(KCCollectionView*, NSObject* o) { doubles.push_back(as<Objet>(o)->numero); }
 };
 
 /// A grid in a scroll view in a window; item views come from a builder.
-class GrilleEssai : public AppFixture {
+class GrilleEssai : public ImpressionFixture {
 protected:
     Ref<NSWindow> fenetre;
     Ref<NSScrollView> defilement;
@@ -102,6 +116,7 @@ protected:
         grille->setClasseVueItem(&classOf<Vignette>());
         grille->setNomNib(u"vignette"_ns);
         delegue = make<DelegueGrille>();
+        grille->setDelegate(delegue);
         fenetre->contentView()->addSubview(defilement);
         defilement->setDocumentView(grille);
     }
@@ -112,7 +127,7 @@ protected:
         defilement = nullptr;
         delegue = nullptr;
         fenetre = nullptr;
-        AppFixture::TearDown();
+        ImpressionFixture::TearDown();
     }
 
     static Ref<NSArray> objets(int n, int premier = 0) {
@@ -122,11 +137,6 @@ protected:
         return a;
     }
     Objet* objet(NSUInteger i) const { return grille->donnees()->at<Objet>(i); }
-    /// The number of a pooled element's object, -1 for none.
-    static int numero(const Vignette* v) {
-        const auto* o = as<Objet>(v->objetConnectay());
-        return o ? o->numero : -1;
-    }
     std::vector<Vignette*> vignettes() const {
         std::vector<Vignette*> toutes;
         for (NSView* v : grille->subviews())

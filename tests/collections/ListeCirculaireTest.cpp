@@ -123,12 +123,10 @@ TEST_F(NibHelperTest, TheLastViewOfTheClassIsTheMainOne) {
     const Ref<NSObject> copie = un->copyWithZone();
     EXPECT_NE(as<KCNibHelper>(copie)->vue(), un->vue());
     EXPECT_EQ(charge(nullptr)->preteVuePrincipale(), nullptr);
-    {
-        const Silence quiet;
-        const auto sans = charge(&classOf<NSString>());
-        ASSERT_TRUE(sans);
-        EXPECT_EQ(sans->preteVuePrincipale(), nullptr);
-    }
+    const Silence quiet;
+    const auto sans = charge(&classOf<NSString>());
+    ASSERT_TRUE(sans);
+    EXPECT_EQ(sans->preteVuePrincipale(), nullptr);
     NSNib::registerBuilder(u"deux"_ns, {});
     EXPECT_EQ(un->copyWithZone(), nullptr);
 }

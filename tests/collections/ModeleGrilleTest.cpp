@@ -35,7 +35,7 @@ protected:
         for (const Vignette* v : vignettes()) {
             EXPECT_EQ(v->liaisonsVaines, 0) << quand;
             if (v->isHidden() || !NSIntersectsRect(v->frame(), visible)) continue;
-            const bool neuve = places.try_emplace({v->frame().origin.x, v->frame().origin.y}, numero(v)).second;
+            const bool neuve = places.try_emplace({v->frame().origin.x, v->frame().origin.y}, v->numero()).second;
             EXPECT_TRUE(neuve) << quand << ": two views at one place";
         }
         // With a negative gap the row above the first live one reaches into sight by so much; it is not alive.
@@ -53,7 +53,6 @@ protected:
 };
 
 TEST_F(ModeleGrille, EveryLiveViewShowsTheRightObjectAtTheRightPlace) {
-    grille->setDelegate(delegue);
     show(fenetre);
     for (unsigned graine = 1; graine <= 12; ++graine) {
         std::mt19937 hasard(graine);

@@ -79,14 +79,16 @@ TEST_F(KVueTranslucideTest, partsAreDrawnInOrderAtTheirPlaces) {
     struct Row {
         const char16_t* texte;
         BOOL icone;
-        double yTitre, yIcone;
+        double yTitre, yIcone, ajustee; ///< the last one is the height after sizeToFit
         std::vector<Kind> ordre;
     };
-    for (const Row& row : {Row{u"Une explication", YES, 36, 66, {Kind::fill, Kind::text, Kind::text, Kind::picture}},
-                           Row{u"", YES, 18, 48, {Kind::fill, Kind::text, Kind::picture}},
-                           Row{u"Une explication", NO, 36, 0, {Kind::fill, Kind::text, Kind::text}},
-                           Row{nullptr, NO, 18, 0, {Kind::fill, Kind::text}}}) {
-        SCOPED_TRACE(row.yTitre + row.yIcone);
+    const Row rows[] = {{u"Une explication", YES, 36, 66, 152, {Kind::fill, Kind::text, Kind::text, Kind::picture}},
+                        {u"", YES, 18, 48, 134, {Kind::fill, Kind::text, Kind::picture}},
+                        {u"Une explication", NO, 36, 0, 76, {Kind::fill, Kind::text, Kind::text}},
+                        {nullptr, NO, 18, 0, 58, {Kind::fill, Kind::text}}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.ajustee);
+        vue->setFrame(kCadre);
         vue->setTitle(u"Copié"_ns);
         vue->setText(row.texte ? NSString::from(row.texte) : Ref<NSString>());
         const Ref<NSImage> image = row.icone ? icone() : Ref<NSImage>();
@@ -121,6 +123,8 @@ TEST_F(KVueTranslucideTest, partsAreDrawnInOrderAtTheirPlaces) {
             EXPECT_EQ(ops.back().rect, NSMakeRect(92, row.yIcone, 72, 72));
             EXPECT_FALSE(image->isFlipped());
         }
+        vue->sizeToFit();
+        EXPECT_EQ(vue->frame(), NSMakeRect(0, 0, 256, row.ajustee));
     }
 }
 
@@ -175,20 +179,6 @@ TEST_F(KVueTranslucideTest, aLongDescriptionDropsBySize) {
         }
     }
     EXPECT_EQ(vue->descriptionHeight_attributes_width(nullptr, nullptr, 100), 20);
-}
-
-TEST_F(KVueTranslucideTest, fittingTakesAwayWhatIsMissing) {
-    struct Row {
-        BOOL icone;
-        const char16_t* texte;
-        CGFloat hauteur;
-    };
-    for (const Row& row : {Row{YES, u"x", 152}, Row{NO, u"x", 76}, Row{YES, u"", 134}, Row{NO, nullptr, 58}}) {
-        vue->setIcon(row.icone ? icone() : Ref<NSImage>());
-        vue->setText(row.texte ? NSString::from(row.texte) : Ref<NSString>());
-        vue->sizeToFit();
-        EXPECT_EQ(vue->frame(), NSMakeRect(0, 0, 256, row.hauteur));
-    }
 }
 
 TEST_F(KVueTranslucideTest, outsideOfAWindowOnlyThePanelAndTheIconAreDrawn) {

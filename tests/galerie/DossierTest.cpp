@@ -119,6 +119,15 @@ TEST_F(DossierTest, TheReserveForgetsTheOldest) {
     EXPECT_EQ(petite->enAttente(), 0u) << "what leaves is no longer asked for";
 }
 
+TEST_F(DossierTest, APageOnPaperHasItsPictures) {
+    const Silence silence;
+    (void)grille->dataWithPDFInsideRect(grille->visibleRect());
+    const NSUInteger enVue = grille->mesVignettesAffichees().length;
+    EXPECT_EQ(nombre(FichierImage::Etat::attendue), 0u);
+    EXPECT_EQ(nombre(FichierImage::Etat::prete), enVue - 1) << "all but the torn one";
+    EXPECT_EQ(source->reserve()->enAttente(), 0u);
+}
+
 TEST_F(DossierTest, AReadingIsCancelledAndAFolderMayBeMissing) {
     const auto lecture = make<LectureDossier>();
     auto fin = LectureDossier::Fin::impossible;

@@ -37,14 +37,14 @@ struct ThumbnailLoaderTest : MemoryFixture {
             .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
         return NSString::fromUTF8((folder / name).string());
     }
+    static std::string say(const NSImage* image, const std::string& error) {
+        if (!image) return error.empty() ? "?" : "error";
+        const NSSize s = image->size();
+        return std::to_string(static_cast<int>(s.width)) + "x" + std::to_string(static_cast<int>(s.height));
+    }
     ThumbnailLoader::Ticket ask(const NSString* path, const char* as, CGFloat scale = 1) {
         return loader->load(path, {40, 40}, scale, [this, as](NSImage* image, const std::string& error) {
-            const NSSize s = image ? image->size() : NSSize{};
-            told.push_back(
-                std::string(as) + " " +
-                (image ? std::to_string(static_cast<int>(s.width)) + "x" + std::to_string(static_cast<int>(s.height))
-                 : error.empty() ? "?"
-                                 : "error"));
+            told.push_back(std::string(as) + " " + say(image, error));
         });
     }
     void finish() const {
@@ -77,6 +77,9 @@ TEST_F(ThumbnailLoaderTest, FilesBecomeSmallImagesInTheirShape) {
         finish();
         EXPECT_EQ(told, std::vector<std::string>{row.expected}) << row.path->utf8();
         told.clear();
+        std::string error;
+        const auto atOnce = ThumbnailLoader::read(row.path, {40, 40}, row.scale, &error);
+        EXPECT_EQ("x " + say(atOnce, error), row.expected) << row.path->utf8();
     }
 }
 

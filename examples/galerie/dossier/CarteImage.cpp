@@ -72,6 +72,8 @@ void CarteImage::drawRect(const NSRect&) {
     if (!fichier_) return;
     // Another grid, one that prints, may have given it back.
     if (fichier_->etat == FichierImage::Etat::absente) montre();
+    // A page is drawn once, and what comes later is not on it.
+    if (!NSGraphicsContext::currentContextDrawingToScreen()) fichier_->reserve()->lisMaintenant(fichier_);
     const NSRect b = bounds();
     if (fichier_->estChoisi()) {
         NSColor::controlAccentColor()->colorWithAlphaComponent(0.16)->setFill();

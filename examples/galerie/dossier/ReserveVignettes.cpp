@@ -34,13 +34,22 @@ void ReserveVignettes::montre(FichierImage* fichier, NSView* carte) {
     // The loader goes with this object, so nothing arrives after it.
     fichier->ticket = chargeur_->load(NSString::fromUTF8(fichier->chemin()), taille_, kFinesse,
                                       [this, f = Ref<FichierImage>(fichier)](NSImage* image, const std::string&) {
-                                          f->ticket = 0;
-                                          f->vignette = image;
-                                          f->etat = image ? FichierImage::Etat::prete : FichierImage::Etat::illisible;
-                                          if (!image) ++illisibles_;
+                                          recoit(f, image);
                                           if (f->carte) f->carte->setNeedsDisplay(YES);
                                           if (surArrivee) surArrivee();
                                       });
+}
+
+void ReserveVignettes::recoit(FichierImage* fichier, NSImage* image) {
+    fichier->ticket = 0;
+    fichier->vignette = image;
+    fichier->etat = image ? FichierImage::Etat::prete : FichierImage::Etat::illisible;
+}
+
+void ReserveVignettes::lisMaintenant(FichierImage* fichier) {
+    if (fichier->etat != FichierImage::Etat::attendue) return;
+    chargeur_->cancel(fichier->ticket);
+    recoit(fichier, ThumbnailLoader::read(NSString::fromUTF8(fichier->chemin()), taille_, kFinesse, nullptr));
 }
 
 void ReserveVignettes::lache(FichierImage* fichier, const NSView* carte) {

@@ -19,6 +19,8 @@ public:
 
     /// The file comes into view in that card, which is redrawn once the thumbnail is there.
     void montre(FichierImage* fichier, NSView* carte);
+    /// Reads at once the thumbnail that was asked for and has not come: for paper, on which nothing is drawn later.
+    void lisMaintenant(FichierImage* fichier);
     /// It leaves the card: what was asked for is taken back, what is there becomes one of the last ones.
     void lache(FichierImage* fichier, const NSView* carte);
     /// Blocks until everything that was asked for has been read.
@@ -27,7 +29,6 @@ public:
     /// What is kept beside the cards.
     [[nodiscard]] std::size_t octets() const noexcept { return octets_; }
     [[nodiscard]] std::size_t enAttente() const noexcept { return chargeur_->waiting(); }
-    [[nodiscard]] std::size_t illisibles() const noexcept { return illisibles_; }
 
     /// A thumbnail has come, or will not.
     std::function<void()> surArrivee;
@@ -38,11 +39,12 @@ private:
         Ref<NSImage> image;
         std::size_t octets;
     };
+    static void recoit(FichierImage* fichier, NSImage* image);
     void garde(const std::string& chemin, NSImage* image);
 
     Ref<ThumbnailLoader> chargeur_;
     NSSize taille_;
-    std::size_t plusOctets_, octets_ = 0, illisibles_ = 0;
+    std::size_t plusOctets_, octets_ = 0;
     std::list<Derniere> dernieres_; ///< the newest first
     std::unordered_map<std::string, std::list<Derniere>::iterator> parChemin_;
 };

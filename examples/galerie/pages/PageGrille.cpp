@@ -160,7 +160,7 @@ Grilles::Grilles() {
     champ_->setAction(sel("saisi:"));
     ecart_ = large(NSSlider::sliderWithValue_minValue_maxValue_target_action(8, 0, 40, this, sel("ecarte:")), 110);
     ecart_->setAccessibilityLabel(u"Écart entre les cartes"_ns);
-    const auto bouton = NSButton::buttonWithTitle_target_action(u"Imprimer…"_ns, this, sel("imprime:"));
+    const auto bouton = NSButton::buttonWithTitle_target_action(u"Aperçu et impression…"_ns, this, sel("imprime:"));
 
     vue_ = make<KCFlippedView>(NSRect{{0, 0}, kTaille});
     const auto haut = rangee({choix_, bouton}, 12);

@@ -86,7 +86,10 @@ Ref<NSNib> NSNib::initWithNibNamed_bundle(const NSString* name, NSBundle* bundle
         return nib->document_ ? nib : nullptr;
     }
     const auto b = builders().find(name->utf8());
-    if (b == builders().end()) return nullptr;
+    if (b == builders().end()) {
+        NSLog(u"The interface resource %@ cannot be found"_ns, name);
+        return nullptr;
+    }
     nib->builder_ = b->second;
     return nib;
 }
@@ -99,7 +102,11 @@ BOOL NSNib::instantiateNibWithOwner_topLevelObjects(NSObject* owner, Ref<NSArray
     std::string fault;
     try {
         if (builder_) {
-            if (!builder_(owner, objects)) return NO;
+            const BOOL isBuilt = builder_(owner, objects);
+            if (!isBuilt) {
+                fault = "its builder refuses";
+                objects->removeAllObjects();
+            }
             const Ref<NSArray> all = NSArray::arrayWithArray(objects);
             for (NSObject* o : *all)
                 o->awakeFromNib();

@@ -30,6 +30,15 @@ struct Job {
     int width, height;
 };
 
+CGFloat heldScale(CGFloat scale) { return scale > 0 && std::isfinite(scale) ? scale : 1; }
+
+Job jobFor(ThumbnailLoader::Ticket ticket, const NSString* path, NSSize size, CGFloat scale) {
+    const auto pixels = [scale](CGFloat points) {
+        return std::isfinite(points) ? static_cast<int>(std::clamp(std::round(points * scale), 1.0, 32767.0)) : 1;
+    };
+    return {ticket, path ? path->utf8() : std::string(), pixels(size.width), pixels(size.height)};
+}
+
 /// Empty, with a reason, where it is no file that can be read.
 std::vector<std::uint8_t> contents(const std::string& path, std::string& error) {
     std::vector<std::uint8_t> bytes;
@@ -53,6 +62,22 @@ std::vector<std::uint8_t> contents(const std::string& path, std::string& error) 
     bytes.resize(std::fread(bytes.data(), 1, size, file.get()));
     if (bytes.empty()) error = "the file cannot be read";
     return bytes;
+}
+
+/// Touches no object: it is the thread's, too.
+std::shared_ptr<backend::Picture> pictureOf(const Job& job, backend::GraphicsEngine& engine, std::string& error) {
+    const auto bytes = contents(job.path, error);
+    return bytes.empty() ? nullptr : engine.decodeReduced(bytes, job.width, job.height, &error);
+}
+
+Ref<NSImage> imageOf(const std::shared_ptr<backend::Picture>& picture, CGFloat scale) {
+    if (!picture) return nullptr;
+    const NSSize pixels = picture->size();
+    Ref<NSImage> image = make<NSImage>(NSSize{pixels.width / scale, pixels.height / scale});
+    const Ref<NSBitmapImageRep> rep = make<NSBitmapImageRep>(picture);
+    rep->setSize(image->size());
+    image->addRepresentation(rep);
+    return image;
 }
 
 } // namespace
@@ -81,9 +106,7 @@ struct ThumbnailLoader::State {
             s->busy = true;
             lock.unlock();
             std::string error;
-            std::shared_ptr<backend::Picture> picture;
-            if (const auto bytes = contents(job.path, error); !bytes.empty())
-                picture = engine.decodeReduced(bytes, job.width, job.height, &error);
+            auto picture = pictureOf(job, engine, error);
             loop.performBlock([s, ticket = job.ticket, picture = std::move(picture), error = std::move(error)] {
                 deliver(*s, ticket, picture, error);
             });
@@ -99,16 +122,8 @@ struct ThumbnailLoader::State {
         if (at == s.requests.end()) return;
         const Request request = std::move(at->second);
         s.requests.erase(at);
-        if (!picture) {
-            request.done(nullptr, error);
-            return;
-        }
-        const NSSize pixels = picture->size();
-        const Ref<NSImage> image = make<NSImage>(NSSize{pixels.width / request.scale, pixels.height / request.scale});
-        const Ref<NSBitmapImageRep> rep = make<NSBitmapImageRep>(picture);
-        rep->setSize(image->size());
-        image->addRepresentation(rep);
-        request.done(image, {});
+        const Ref<NSImage> image = imageOf(picture, request.scale);
+        request.done(image, image ? std::string() : error);
     }
 };
 
@@ -127,16 +142,21 @@ ThumbnailLoader::~ThumbnailLoader() {
     state_->requests.clear();
 }
 
+Ref<NSImage> ThumbnailLoader::read(const NSString* path, NSSize size, CGFloat scale, std::string* error) {
+    scale = heldScale(scale);
+    std::string reason;
+    const auto picture = pictureOf(jobFor(0, path, size, scale), *backend::Backend::current().graphics, reason);
+    if (error) *error = picture ? std::string() : reason;
+    return imageOf(picture, scale);
+}
+
 ThumbnailLoader::Ticket ThumbnailLoader::load(const NSString* path, NSSize size, CGFloat scale, Done done) {
-    if (!(scale > 0) || !std::isfinite(scale)) scale = 1;
-    const auto pixels = [scale](CGFloat points) {
-        return std::isfinite(points) ? static_cast<int>(std::clamp(std::round(points * scale), 1.0, 32767.0)) : 1;
-    };
+    scale = heldScale(scale);
     const Ticket ticket = ++last_;
     state_->requests.emplace(ticket, State::Request{std::move(done), scale});
     {
         const std::lock_guard lock(state_->mutex);
-        state_->jobs.push_back({ticket, path ? path->utf8() : std::string(), pixels(size.width), pixels(size.height)});
+        state_->jobs.push_back(jobFor(ticket, path, size, scale));
     }
     if (!state_->thread.joinable())
         state_->thread = std::thread([state = state_, &engine = *backend::Backend::current().graphics,

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 
 #include <libvue/platform/foundation/NSGeometry.h>
 #include <libvue/platform/foundation/NSObject.h>
@@ -18,6 +19,10 @@ public:
     using Ticket = std::uint64_t; ///< 0 is none
     /// The image, or null and why there is none.
     using Done = std::function<void(NSImage* image, const std::string& error)>;
+
+    /// The same image at once, on this thread: for a page that is printed, which is drawn only once. Null where there
+    /// is none; the reason goes into `error`, which may be null.
+    [[nodiscard]] static Ref<NSImage> read(const NSString* path, NSSize size, CGFloat scale, std::string* error);
 
     ThumbnailLoader();
     /// Waits for the file that is being read; nothing is delivered any more.

@@ -29,7 +29,13 @@ namespace {
 
 constexpr int resolution = 1440;
 constexpr double unitsAPoint = resolution / 72.0;
-constexpr double pixelsAPoint = PdfSide::pixelsAPoint;
+
+/// Of pixels beside a page: three a point, fewer on a page so large that they would not stay within reason.
+double pixelsAPointOf(NSSize page) {
+    constexpr double usual = 3, mostPixels = 36e6, longestSide = 32767;
+    return std::min({usual, std::sqrt(mostPixels / (page.width * page.height)),
+                     longestSide / std::max(page.width, page.height)});
+}
 
 /// Whether it lies over what is there without reading it, as a page can.
 bool covers(Compositing op, double alpha) {
@@ -62,6 +68,7 @@ struct PdfCanvas::ClipShape {
 
 struct PdfCanvas::Page {
     NSSize size;
+    double pixelsAPoint; ///< of what is drawn in pixels
     QByteArray bytes;
     QBuffer buffer{&bytes};
     QPdfWriter writer;
@@ -74,6 +81,7 @@ struct PdfCanvas::Page {
 
     Page(NSSize wanted, std::string_view title, QIODevice* device)
         : size(wanted),
+          pixelsAPoint(pixelsAPointOf(wanted)),
           writer(device                              ? device
                  : buffer.open(QIODevice::WriteOnly) ? &buffer
                                                      : nullptr) {
@@ -96,7 +104,7 @@ PdfCanvas::PdfCanvas(NSSize page, std::string_view title, QIODevice* device)
 PdfCanvas::~PdfCanvas() = default;
 
 void PdfCanvas::resetPage() {
-    page_->side.emplace(page_->size);
+    page_->side.emplace(page_->size, page_->pixelsAPoint);
     state_ = {};
     state_.clip = {{{0, 0}, page_->size}, nullptr};
     saved_.clear();
@@ -255,12 +263,13 @@ struct PdfCanvas::Pixels {
     NSPoint corner; // in points of the page
     QSize size;
 
-    Pixels(const NSRect& box, const NSRect& within) {
+    Pixels(const NSRect& box, const NSRect& within, double pixelsAPoint) {
         const NSRect held = isFinite(box) ? NSIntersectionRect(box, within) : NSRect{};
-        constexpr double largestArea = 1e7; // square points
-        if (NSIsEmptyRect(held) || !(held.size.width * held.size.height < largestArea)) return;
-        const auto down = [](double v) { return std::floor(v * pixelsAPoint); };
-        const auto up = [](double v) { return std::ceil(v * pixelsAPoint); };
+        constexpr double mostPixels = 9e7;
+        if (NSIsEmptyRect(held) || !(held.size.width * held.size.height * pixelsAPoint * pixelsAPoint < mostPixels))
+            return;
+        const auto down = [=](double v) { return std::floor(v * pixelsAPoint); };
+        const auto up = [=](double v) { return std::ceil(v * pixelsAPoint); };
         corner = {down(held.origin.x) / pixelsAPoint, down(held.origin.y) / pixelsAPoint};
         size = {static_cast<int>(up(NSMaxX(held)) - down(held.origin.x)),
                 static_cast<int>(up(NSMaxY(held)) - down(held.origin.y))};
@@ -275,7 +284,8 @@ struct PdfCanvas::Pixels {
 void PdfCanvas::castShadow(const NSRect& bounds, const Drawing& again) {
     const Shadow& s = state_.shadow;
     const NSRect casting = NSOffsetRect({{}, page_->size}, -s.offset.width, -s.offset.height);
-    const Pixels pixels(state_.user.apply(bounds), NSInsetRect(casting, -2 * s.blur, -2 * s.blur));
+    const double pixelsAPoint = page_->pixelsAPoint;
+    const Pixels pixels(state_.user.apply(bounds), NSInsetRect(casting, -2 * s.blur, -2 * s.blur), pixelsAPoint);
     if (pixels.size.isEmpty()) return;
     const auto picture = std::make_shared<RasterPicture>(
         pixels.blank(), NSSize{pixels.size.width() / pixelsAPoint, pixels.size.height() / pixelsAPoint});
@@ -293,7 +303,8 @@ void PdfCanvas::castShadow(const NSRect& bounds, const Drawing& again) {
 }
 
 void PdfCanvas::castRunShadows(const RasterTextLayout& layout, const Transform& toUser, const NSRect& ink) {
-    const Pixels pixels(state_.user.apply(toUser.apply(ink)), {{}, page_->size});
+    const double pixelsAPoint = page_->pixelsAPoint;
+    const Pixels pixels(state_.user.apply(toUser.apply(ink)), {{}, page_->size}, pixelsAPoint);
     if (pixels.size.isEmpty()) return;
     QImage image = pixels.blank();
     {
@@ -309,7 +320,8 @@ void PdfCanvas::castRunShadows(const RasterTextLayout& layout, const Transform& 
 }
 
 void PdfCanvas::place(const QImage& pixels, NSPoint corner) {
-    constexpr double units = unitsAPoint / pixelsAPoint;
+    const double pixelsAPoint = page_->pixelsAPoint;
+    const double units = unitsAPoint / pixelsAPoint;
     const NSSize size{pixels.width() / pixelsAPoint, pixels.height() / pixelsAPoint};
     if (!clipFor({corner, size})) return;
     page_->painter.resetTransform();
@@ -323,7 +335,7 @@ void PdfCanvas::patch(const NSRect& bounds) {
     const NSRect clipped = NSIntersectionRect(bounds, state_.clip.box);
     if (NSIsEmptyRect(clipped) || !isFinite(clipped)) return;
     const RasterPicture& pixels = page_->side->pixels();
-    const double height = pixels.pixelHeight();
+    const double height = pixels.pixelHeight(), pixelsAPoint = page_->pixelsAPoint;
     const QRect area = outward(QRectF(clipped.origin.x * pixelsAPoint, height - NSMaxY(clipped) * pixelsAPoint,
                                       clipped.size.width * pixelsAPoint, clipped.size.height * pixelsAPoint)) &
                        pixels.image().rect();
@@ -470,14 +482,7 @@ GraphicsEngine::PDF make(NSSize page, std::string_view title) { return {open(pag
 std::unique_ptr<PdfCanvas> open(NSSize page, std::string_view title, QIODevice* device) {
     constexpr double largest = 14400; // of a page description, in points
     const auto held = [=](double v) { return v >= 1 ? std::min(v, largest) : 1; };
-    NSSize size{held(page.width), held(page.height)};
-    // The pixels on the side stay within reason.
-    constexpr double largestArea = 4e6;
-    if (size.width * size.height > largestArea) {
-        const double k = std::sqrt(largestArea / (size.width * size.height));
-        size = {size.width * k, size.height * k};
-    }
-    return std::make_unique<PdfCanvas>(size, title, device);
+    return std::make_unique<PdfCanvas>(NSSize{held(page.width), held(page.height)}, title, device);
 }
 
 void beginPage(GraphicsEngine::PDF& document) {

@@ -6,8 +6,8 @@ namespace libvue::backend {
 
 RasterCanvas& PdfSide::canvas() {
     if (canvas_) return *canvas_;
-    QImage image(static_cast<int>(std::ceil(size_.width * pixelsAPoint)),
-                 static_cast<int>(std::ceil(size_.height * pixelsAPoint)), QImage::Format_ARGB32_Premultiplied);
+    QImage image(static_cast<int>(std::ceil(size_.width * pixelsAPoint_)),
+                 static_cast<int>(std::ceil(size_.height * pixelsAPoint_)), QImage::Format_ARGB32_Premultiplied);
     image.fill(0);
     pixels_ = std::make_shared<RasterPicture>(std::move(image), size_);
     canvas_ = std::make_unique<RasterCanvas>(pixels_);

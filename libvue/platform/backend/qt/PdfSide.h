@@ -13,9 +13,7 @@ namespace libvue::backend {
 /// The pixels beside a page, made when something needs them: most pages need none. Until then what is drawn is kept.
 class PdfSide {
 public:
-    static constexpr double pixelsAPoint = 3;
-
-    explicit PdfSide(NSSize size) : size_(size) {}
+    PdfSide(NSSize size, double pixelsAPoint) : size_(size), pixelsAPoint_(pixelsAPoint) {}
 
     /// Draws now where there are pixels, else at their making: the command holds all that it needs.
     template <class Command> void draw(Command&& command) {
@@ -31,6 +29,7 @@ public:
 
 private:
     NSSize size_;
+    double pixelsAPoint_;
     std::vector<std::function<void(RasterCanvas&)>> waiting_;
     std::shared_ptr<RasterPicture> pixels_;
     std::unique_ptr<RasterCanvas> canvas_;
