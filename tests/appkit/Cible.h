@@ -40,6 +40,7 @@ struct Geste {
         server.release();
         return *this;
     }
+    Geste& click(CGFloat x, CGFloat y) { return at(x, y).down().up(); }
     void end() { NSApp()->drain_(); }
 };
 

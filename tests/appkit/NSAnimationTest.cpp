@@ -1,11 +1,9 @@
-#include <appkit/AppFixture.h>
+#include <appkit/WindowFixture.h>
 
 #include <gmock/gmock.h>
 
-#include <libvue/platform/appkit/NSPanel.h>
 #include <libvue/platform/appkit/NSViewAnimation.h>
 #include <libvue/platform/foundation/NSDictionary.h>
-#include <libvue/platform/foundation/NSNumber.h>
 #include <libvue/platform/foundation/NSTimer.h>
 #include <libvue/platform/foundation/NSValue.h>
 
@@ -48,7 +46,7 @@ public:
 class Images : public NSAnimation {
 public:
     static void describe(ClassDescription<Images, NSAnimation>&) {}
-    using NSAnimation::NSAnimation;
+    explicit Images(NSAnimationBlockingMode mode) { setAnimationBlockingMode(mode); }
     std::vector<float> progres;
     void setCurrentProgress(NSAnimationProgress p) override {
         NSAnimation::setCurrentProgress(p);
@@ -56,18 +54,22 @@ public:
     }
 };
 
-struct NSAnimationTest : AppFixture {
-    [[nodiscard]] Ref<Images> animation(NSAnimationBlockingMode mode = NSAnimationNonblocking) const {
-        Ref<Images> a = make<Images>();
-        a->setAnimationBlockingMode(mode);
-        return a;
-    }
-    static Ref<NSViewAnimation> surUn(std::initializer_list<NSDictionary::KeyAndValue> paires) {
-        const Ref<NSDictionary> entree = NSDictionary::dictionaryWithObjectsAndKeys(paires);
-        Ref<NSViewAnimation> a = make<NSViewAnimation>(NSArray::arrayWithObject(entree));
+struct NSAnimationTest : WindowFixture {
+    Ref<LogView> v = viewIn(window, {{0, 0}, {200, 200}}, "v");
+    Ref<Suiveur> suiveur = make<Suiveur>(log);
+
+    /// Starts one of half a second; it keeps itself.
+    void anime(NSObject* cible, std::vector<NSDictionary::KeyAndValue> paires) const {
+        paires.push_back({NSViewAnimationTargetKey.get(), cible});
+        const auto entree = NSMutableDictionary::dictionary();
+        for (const auto& p : paires)
+            entree->setObject_forKey(p.second, p.first);
+        const auto a = make<NSViewAnimation>(NSArray::arrayWithObject(entree));
         a->setAnimationBlockingMode(NSAnimationNonblocking);
-        return a;
+        a->setDelegate(suiveur);
+        a->startAnimation();
     }
+    static NSTimeInterval now() { return NSRunLoop::mainRunLoop()->now(); }
 };
 
 TEST_F(NSAnimationTest, CurvesStartAndEndAtTheirPlaces) {
@@ -79,28 +81,30 @@ TEST_F(NSAnimationTest, CurvesStartAndEndAtTheirPlaces) {
     for (const Cas& c : {Cas{NSAnimationEaseInOut, 0.129, 0.5, 0.871}, Cas{NSAnimationEaseIn, 0.093, 0.315, 0.622},
                          Cas{NSAnimationEaseOut, 0.378, 0.685, 0.907}, Cas{NSAnimationLinear, 0.25, 0.5, 0.75}}) {
         const Ref<NSAnimation> a = make<NSAnimation>(1, c.curve);
-        const auto at = [&](float p) {
-            a->setCurrentProgress(p);
-            return static_cast<double>(a->currentValue());
-        };
-        EXPECT_EQ(at(0), 0);
-        EXPECT_NEAR(at(0.25F), c.quart, 0.001);
-        EXPECT_NEAR(at(0.5F), c.moitie, 0.001);
-        EXPECT_NEAR(at(0.75F), c.fin, 0.001);
-        EXPECT_EQ(at(1), 1);
-        EXPECT_EQ(at(7), 1);
-        EXPECT_EQ(at(NAN), 0);
+        for (const auto& [at, value] : {std::pair<float, double>{0, 0},
+                                        {0.25F, c.quart},
+                                        {0.5F, c.moitie},
+                                        {0.75F, c.fin},
+                                        {1, 1},
+                                        {7, 1},
+                                        {NAN, 0}}) {
+            a->setCurrentProgress(at);
+            EXPECT_NEAR(static_cast<double>(a->currentValue()), value, 0.001) << c.curve << " at " << at;
+        }
     }
+    const Ref<NSAnimation> a = make<NSAnimation>(1, NSAnimationLinear);
+    const Ref<Inverse> own = make<Inverse>();
+    a->setDelegate(own);
+    a->setCurrentProgress(0.25F);
+    EXPECT_EQ(a->currentValue(), 0.75F);
 }
 
 TEST_F(NSAnimationTest, RunsForItsDurationOnTheLoopsClock) {
-    const Ref<Images> a = animation();
-    const Ref<Suiveur> d = make<Suiveur>(log);
-    a->setDelegate(d);
+    const Ref<Images> a = make<Images>(NSAnimationNonblocking);
+    a->setDelegate(suiveur);
     a->setFrameRate(20);
     a->setDuration(0.25);
     a->startAnimation();
-    EXPECT_TRUE(a->isAnimating());
     pass(0.22);
     EXPECT_EQ(a->progres.size(), 4U);
     EXPECT_NEAR(static_cast<double>(a->progres.back()), 0.8, 1e-5);
@@ -122,32 +126,26 @@ TEST_F(NSAnimationTest, RunsForItsDurationOnTheLoopsClock) {
     pass(0.16);
     EXPECT_THAT(taken(), ElementsAre("end"));
 
-    d->starts = NO;
+    suiveur->starts = NO;
     a->startAnimation();
     EXPECT_FALSE(a->isAnimating());
 }
 
 TEST_F(NSAnimationTest, ItGoesOnWhileSomethingIsTracked) {
-    const Ref<Images> a = animation(NSAnimationNonblockingThreaded);
+    const Ref<Images> a = make<Images>(NSAnimationNonblockingThreaded);
     a->startAnimation();
-    NSRunLoop::mainRunLoop()->runUntilTime(NSRunLoop::mainRunLoop()->now() + 1, NSEventTrackingRunLoopMode);
+    NSRunLoop::mainRunLoop()->runUntilTime(now() + 1, NSEventTrackingRunLoopMode);
     EXPECT_FALSE(a->isAnimating());
 }
 
 TEST_F(NSAnimationTest, ABlockingOneComesBackAtTheEndAndLetsNothingElseRun) {
-    const Ref<NSWindow> w = windowAt({{100, 100}, {200, 200}});
-    const Ref<LogView> v = viewIn(w, {{0, 0}, {200, 200}}, "v");
-    show(w);
-    taken();
-    const Ref<Images> a = animation(NSAnimationBlocking);
+    const Ref<Images> a = make<Images>(NSAnimationBlocking);
     const Ref<NSTimer> horloge =
         NSTimer::scheduledTimerWithTimeInterval_repeats_block(0.1, YES, [&](NSTimer*) { log.push_back("tick"); });
-    windows().moveMouse({150, 150});
-    windows().press();
-    windows().release();
-    const NSTimeInterval debut = NSRunLoop::mainRunLoop()->now();
+    mouse().click(50, 50);
+    const NSTimeInterval debut = now();
     a->startAnimation();
-    EXPECT_NEAR(NSRunLoop::mainRunLoop()->now() - debut, 0.5, 0.02);
+    EXPECT_NEAR(now() - debut, 0.5, 0.02);
     EXPECT_EQ(a->progres.back(), 1);
     EXPECT_THAT(taken(), IsEmpty());
     horloge->invalidate();
@@ -156,15 +154,13 @@ TEST_F(NSAnimationTest, ABlockingOneComesBackAtTheEndAndLetsNothingElseRun) {
 }
 
 TEST_F(NSAnimationTest, MarksAndFollowersAreReachedInOrder) {
-    const Ref<Images> a = animation(), suivant = animation(), arrete = animation();
-    const Ref<Suiveur> d = make<Suiveur>(log);
-    a->setDelegate(d);
+    const Ref<Images> a = make<Images>(NSAnimationNonblocking), suivant = make<Images>(NSAnimationNonblocking),
+                      arrete = make<Images>(NSAnimationNonblocking);
+    a->setDelegate(suiveur);
     a->setFrameRate(3); // several in one frame
-    a->addProgressMark(0.75F);
-    a->addProgressMark(0.25F);
-    a->addProgressMark(0.5F);
+    for (const float mark : {0.75F, 0.25F, 0.5F, 0.0F})
+        a->addProgressMark(mark);
     a->removeProgressMark(0.5F);
-    a->addProgressMark(0);
     suivant->startWhenAnimation_reachesProgress(a, 0.5F);
     arrete->setDuration(100);
     arrete->startAnimation();
@@ -184,14 +180,8 @@ TEST_F(NSAnimationTest, MarksAndFollowersAreReachedInOrder) {
 }
 
 TEST_F(NSAnimationTest, ViewsMoveFromFrameToFrame) {
-    const Ref<NSWindow> w = windowAt({{100, 100}, {200, 200}});
-    const Ref<LogView> v = viewIn(w, {{0, 0}, {20, 20}}, "v");
-    show(w);
-    const Ref<NSViewAnimation> a =
-        surUn({{NSViewAnimationTargetKey.get(), v.get()},
-               {NSViewAnimationStartFrameKey.get(), NSValue::valueWithRect({{10, 10}, {20, 20}}).get()},
-               {NSViewAnimationEndFrameKey.get(), NSValue::valueWithRect({{110, 60}, {40, 20}}).get()}});
-    a->startAnimation();
+    anime(v, {{NSViewAnimationStartFrameKey.get(), NSValue::valueWithRect({{10, 10}, {20, 20}}).get()},
+              {NSViewAnimationEndFrameKey.get(), NSValue::valueWithRect({{110, 60}, {40, 20}}).get()}});
     EXPECT_EQ(v->frame(), NSMakeRect(10, 10, 20, 20));
     pass(0.25);
     EXPECT_NEAR(v->frame().origin.x, 60, 4);
@@ -200,42 +190,27 @@ TEST_F(NSAnimationTest, ViewsMoveFromFrameToFrame) {
     EXPECT_EQ(v->frame(), NSMakeRect(110, 60, 40, 20));
 }
 
-TEST_F(NSAnimationTest, WindowsFadeOutAndComeBackWhole) {
-    const Ref<NSWindow> w = windowAt({{100, 100}, {200, 200}});
-    w->setAlphaValue(0.8);
-    show(w);
-    const Ref<NSViewAnimation> a = surUn({{NSViewAnimationTargetKey.get(), w.get()},
-                                          {NSViewAnimationEffectKey.get(), NSViewAnimationFadeOutEffect.get()}});
-    const Ref<Suiveur> d = make<Suiveur>(log);
+TEST_F(NSAnimationTest, WhatFadesOutIsHiddenAndComesBackWhole) {
+    window->setAlphaValue(0.8);
+    const std::size_t before = native(window).opacityHistory.size();
     CGFloat alaFin = 1;
-    d->onEnd = [&] { alaFin = w->alphaValue(); };
-    a->setDelegate(d);
-    a->startAnimation();
+    suiveur->onEnd = [&] { alaFin = window->alphaValue(); };
+    anime(window, {{NSViewAnimationEffectKey.get(), NSViewAnimationFadeOutEffect.get()}});
     pass(0.6);
     EXPECT_EQ(alaFin, 0);
-    EXPECT_FALSE(w->isVisible());
-    EXPECT_EQ(w->alphaValue(), 0.8);
-    const auto& passe = native(w).opacityHistory;
-    ASSERT_GT(passe.size(), 20U);
-    for (std::size_t i = 2; i + 1 < passe.size(); ++i)
-        EXPECT_LE(passe[i], passe[i - 1]);
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_EQ(window->alphaValue(), 0.8);
+    const auto& passe = native(window).opacityHistory;
+    ASSERT_GT(passe.size(), before + 20U);
+    EXPECT_TRUE(std::is_sorted(passe.rbegin() + 1, passe.rend() - static_cast<std::ptrdiff_t>(before)));
 
-    const Ref<NSViewAnimation> b = surUn({{NSViewAnimationTargetKey.get(), w.get()},
-                                          {NSViewAnimationEffectKey.get(), NSViewAnimationFadeInEffect.get()}});
-    b->startAnimation();
-    EXPECT_TRUE(w->isVisible());
-    EXPECT_EQ(w->alphaValue(), 0);
+    anime(window, {{NSViewAnimationEffectKey.get(), NSViewAnimationFadeInEffect.get()}});
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(window->alphaValue(), 0);
     pass(0.6);
-    EXPECT_EQ(w->alphaValue(), 0.8);
-}
+    EXPECT_EQ(window->alphaValue(), 0.8);
 
-TEST_F(NSAnimationTest, ViewsFadeByHidingInTheEnd) {
-    const Ref<NSWindow> w = windowAt({{100, 100}, {200, 200}});
-    const Ref<LogView> v = viewIn(w, {{0, 0}, {20, 20}}, "v");
-    show(w);
-    surUn({{NSViewAnimationTargetKey.get(), v.get()},
-           {NSViewAnimationEffectKey.get(), NSViewAnimationFadeOutEffect.get()}})
-        ->startAnimation(); // it keeps itself
+    anime(v, {{NSViewAnimationEffectKey.get(), NSViewAnimationFadeOutEffect.get()}});
     pass(0.3);
     EXPECT_LT(v->alphaValue(), 0.5);
     EXPECT_FALSE(v->isHidden());
@@ -253,23 +228,14 @@ TEST_F(NSAnimationTest, AnAnimatedWindowArrivesWithinItsTime) {
     show(w);
     EXPECT_NEAR(w->animationResizeTime(but), 0.4, 1e-9);
     std::vector<CGFloat> largeurs;
-    const Ref<NSObject> jeton = NSNotificationCenter::defaultCenter()->addObserverForName_object_queue_usingBlock(
-        NSWindowDidResizeNotification, w, nullptr, [&](NSNotification*) { largeurs.push_back(w->frame().size.width); });
-    const NSTimeInterval debut = NSRunLoop::mainRunLoop()->now();
+    const Ecoute ecoute(NSWindowDidResizeNotification, w,
+                        [&](NSNotification*) { largeurs.push_back(w->frame().size.width); });
+    const NSTimeInterval debut = now();
     w->setFrame_display_animate(but, YES, YES);
     EXPECT_EQ(w->frame(), but);
-    EXPECT_NEAR(NSRunLoop::mainRunLoop()->now() - debut, 0.4, 0.02);
+    EXPECT_NEAR(now() - debut, 0.4, 0.02);
     EXPECT_GT(largeurs.size(), 15U);
     EXPECT_TRUE(std::is_sorted(largeurs.begin(), largeurs.end()));
-    NSNotificationCenter::defaultCenter()->removeObserver(jeton);
-}
-
-TEST_F(NSAnimationTest, TheDelegateMayHaveItsOwnCurve) {
-    const Ref<NSAnimation> a = make<NSAnimation>(1, NSAnimationLinear);
-    const Ref<Inverse> d = make<Inverse>();
-    a->setDelegate(d);
-    a->setCurrentProgress(0.25F);
-    EXPECT_EQ(a->currentValue(), 0.75F);
 }
 
 } // namespace

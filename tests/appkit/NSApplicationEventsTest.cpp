@@ -1,4 +1,4 @@
-#include <appkit/AppFixture.h>
+#include <appkit/WindowFixture.h>
 
 #include <gmock/gmock.h>
 
@@ -12,28 +12,30 @@ using testing::ElementsAre;
 
 namespace {
 
-class EventsTest : public AppFixture {
-protected:
-    Ref<NSWindow> window;
-    Ref<LogView> left, right;
+/// Asks the loop, which has no reason to wait.
+Ref<NSEvent> nextKey(NSTimeInterval wait = 0, NSEventMask mask = NSKeyDownMask, BOOL dequeue = YES) {
+    return NSApp()->nextEventMatchingMask_untilDate_inMode_dequeue(mask, NSRunLoop::mainRunLoop()->now() + wait,
+                                                                   NSDefaultRunLoopMode, dequeue);
+}
 
-    void SetUp() override {
-        window = windowAt({{100, 100}, {400, 300}});
-        left = viewIn(window, {{0, 0}, {200, 300}}, "left");
-        right = viewIn(window, {{200, 0}, {200, 300}}, "right");
-        show(window);
-        log.clear();
-    }
-    void TearDown() override {
-        left = right = nullptr;
-        window = nullptr;
-        AppFixture::TearDown();
-    }
-    Ref<NSEvent> mouse(NSEventType type, CGFloat x, CGFloat y, NSWindow* w) {
+NSObject* monitor(NSEventMask mask, std::function<Ref<NSEvent>(NSEvent*)> handler) {
+    return NSEvent::addLocalMonitorForEventsMatchingMask_handler(mask, std::move(handler));
+}
+
+void later(NSTimeInterval seconds, const std::function<void()>& act) {
+    NSTimer::scheduledTimerWithTimeInterval_repeats_block(seconds, NO, [act](NSTimer*) { act(); });
+}
+
+struct EventsTest : WindowFixture {
+    Ref<LogView> left = viewIn(window, {{0, 0}, {200, 300}}, "left");
+    Ref<LogView> right = viewIn(window, {{200, 0}, {200, 300}}, "right");
+
+    static Ref<NSEvent> press(CGFloat x, CGFloat y, NSWindow* w, NSEventType type = NSLeftMouseDown) {
         return NSEvent::
             mouseEventWithType_location_modifierFlags_timestamp_windowNumber_context_eventNumber_clickCount_pressure(
                 type, {x, y}, 0, 0, w->windowNumber(), nullptr, 0, 1, 1);
     }
+    using WindowFixture::press;
 };
 
 TEST_F(EventsTest, ClicksAreCountedByTimePlaceAndButton) {
@@ -50,38 +52,30 @@ TEST_F(EventsTest, ClicksAreCountedByTimePlaceAndButton) {
         {"other button", 9, 0.1, 1, 1}, {"back again", 9, 0.1, 0, 1},
     };
     NSInteger count = 0;
-    const auto monitor = NSEvent::addLocalMonitorForEventsMatchingMask_handler(
-        NSLeftMouseDownMask | NSRightMouseDownMask, [&](NSEvent* e) {
-            count = e->clickCount();
-            return Ref<NSEvent>(e);
-        });
+    NSObject* counter = monitor(NSLeftMouseDownMask | NSRightMouseDownMask, [&](NSEvent* e) {
+        count = e->clickCount();
+        return Ref<NSEvent>(e);
+    });
     for (const Row& r : rows) {
         pass(r.wait);
         press(window, 50 + r.dx, 50, r.button);
         EXPECT_EQ(count, r.expected) << r.what;
         release(r.button);
     }
-    NSEvent::removeMonitor(monitor);
+    NSEvent::removeMonitor(counter);
 }
 
 TEST_F(EventsTest, APressKeepsItsViewUntilTheRelease) {
-    std::vector<NSPoint> places;
-    left->onMouse = [&](NSEvent* e) {
-        places.push_back(e->locationInWindow());
-        EXPECT_EQ(e->clickCount(), 1);
-    };
+    NSPoint last;
+    left->onMouse = [&](NSEvent* e) { last = e->locationInWindow(); };
     press(window, 50, 50);
     move(window, 300, 60);   // over the neighbour
     move(window, 900, -500); // out of the window
     release();
+    move(window, 300, 60); // no drag after the release
     EXPECT_THAT(taken(), ElementsAre("left down", "left drag", "left drag", "left up"));
-    EXPECT_EQ(places.back(), NSMakePoint(900, -500));
+    EXPECT_EQ(last, NSMakePoint(900, -500));
 
-    move(window, 300, 60);
-    EXPECT_TRUE(taken().empty()); // no drag after the release
-}
-
-TEST_F(EventsTest, AReleasedViewGetsNoDrags) {
     left->onMouse = [&](NSEvent*) {
         left->removeFromSuperview();
         left = nullptr;
@@ -89,11 +83,11 @@ TEST_F(EventsTest, AReleasedViewGetsNoDrags) {
     press(window, 50, 50);
     move(window, 60, 60);
     release();
-    EXPECT_THAT(taken(), ElementsAre("left down"));
+    EXPECT_THAT(taken(), ElementsAre("left down")) << "a view that left hears no more";
 }
 
 TEST_F(EventsTest, TheWheelGoesToTheViewUnderThePointer) {
-    windows().moveMouse(window->convertBaseToScreen({250, 20}));
+    move(window, 250, 20);
     CGFloat delta = 0;
     right->onMouse = [&](NSEvent* e) { delta = e->scrollingDeltaY(); };
     windows().wheel(0, 2);
@@ -107,46 +101,45 @@ TEST_F(EventsTest, TheWheelGoesToTheViewUnderThePointer) {
 
 TEST_F(EventsTest, MonitorsReplaceDropAndFollowEachOther) {
     Log seen;
-    const auto first = NSEvent::addLocalMonitorForEventsMatchingMask_handler(NSLeftMouseDownMask, [&](NSEvent* e) {
+    NSObject* first = monitor(NSLeftMouseDownMask, [&](NSEvent* e) {
         seen.emplace_back("first");
-        return mouse(NSLeftMouseDown, 250, 10, e->window());
+        return press(250, 10, e->window());
     });
-    const auto second = NSEvent::addLocalMonitorForEventsMatchingMask_handler(NSLeftMouseDownMask, [&](NSEvent* e) {
-        seen.push_back(e->locationInWindow().x == 250 ? "second sees the other event" : "second sees the first event");
+    NSObject* second = monitor(NSLeftMouseDownMask, [&](NSEvent* e) {
+        seen.push_back("second at " + std::to_string(static_cast<int>(e->locationInWindow().x)));
         return Ref<NSEvent>(e);
     });
     click(window, 10, 10);
-    EXPECT_THAT(seen, ElementsAre("first", "second sees the other event"));
+    EXPECT_THAT(seen, ElementsAre("first", "second at 250"));
     EXPECT_THAT(taken(), ElementsAre("right down", "right up"));
 
     NSEvent::removeMonitor(first);
-    const auto third = NSEvent::addLocalMonitorForEventsMatchingMask_handler(NSLeftMouseDownMask,
-                                                                             [&](NSEvent*) { return Ref<NSEvent>(); });
+    NSObject* third = monitor(NSLeftMouseDownMask, [](NSEvent*) { return Ref<NSEvent>(); });
     seen.clear();
     click(window, 10, 10);
-    EXPECT_THAT(seen, ElementsAre("second sees the first event"));
-    EXPECT_TRUE(taken().empty()); // the press was dropped, so nobody has the release
+    EXPECT_THAT(seen, ElementsAre("second at 10"));
+    EXPECT_THAT(taken(), ElementsAre()) << "the press was dropped, so nobody has the release";
     NSEvent::removeMonitor(second);
     NSEvent::removeMonitor(third);
 }
 
 TEST_F(EventsTest, MonitorsMayComeAndGoDuringAnEvent) {
     Log seen;
-    NSObject *self = nullptr, *later = nullptr, *added = nullptr;
-    self = NSEvent::addLocalMonitorForEventsMatchingMask_handler(NSLeftMouseDownMask, [&](NSEvent* e) {
+    NSObject *self = nullptr, *next = nullptr, *added = nullptr;
+    const auto saying = [&](const char* what) {
+        return [&seen, what](NSEvent* e) {
+            seen.emplace_back(what);
+            return Ref<NSEvent>(e);
+        };
+    };
+    self = monitor(NSLeftMouseDownMask, [&](NSEvent* e) {
         seen.emplace_back("self");
         NSEvent::removeMonitor(self);
-        NSEvent::removeMonitor(later);
-        added = NSEvent::addLocalMonitorForEventsMatchingMask_handler(NSLeftMouseDownMask, [&](NSEvent* x) {
-            seen.emplace_back("added");
-            return Ref<NSEvent>(x);
-        });
+        NSEvent::removeMonitor(next);
+        added = monitor(NSLeftMouseDownMask, saying("added"));
         return Ref<NSEvent>(e);
     });
-    later = NSEvent::addLocalMonitorForEventsMatchingMask_handler(NSLeftMouseDownMask, [&](NSEvent* e) {
-        seen.emplace_back("later");
-        return Ref<NSEvent>(e);
-    });
+    next = monitor(NSLeftMouseDownMask, saying("next"));
     click(window, 10, 10);
     EXPECT_THAT(seen, ElementsAre("self"));
     click(window, 10, 10);
@@ -157,55 +150,50 @@ TEST_F(EventsTest, MonitorsMayComeAndGoDuringAnEvent) {
 TEST_F(EventsTest, ATrackingLoopTakesWhatItsMaskAdmitsAndLeavesTheRest) {
     Log tracked;
     left->onMouse = [&](NSEvent* e) {
-        if (e->type() != NSLeftMouseDown) return;
-        for (;;) {
+        while (e->type() == NSLeftMouseDown && (tracked.empty() || tracked.back() != "up")) {
             const Ref<NSEvent> next = window->nextEventMatchingMask(NSLeftMouseDraggedMask | NSLeftMouseUpMask);
-            ASSERT_TRUE(next);
             tracked.push_back(next->type() == NSLeftMouseUp ? "up" : "drag");
-            if (next->type() == NSLeftMouseUp) return;
         }
     };
     right->accepts = YES;
     window->makeFirstResponder(right);
     taken();
-    windows().moveMouse(window->convertBaseToScreen({50, 50}));
-    windows().press();
-    windows().moveMouse(window->convertBaseToScreen({60, 50}));
+    mouse().at(50, 50).down().at(60, 50);
     windows().key(u'k');
-    windows().release();
-    drain();
+    mouse().up().end();
     EXPECT_THAT(tracked, ElementsAre("drag", "up"));
     EXPECT_THAT(taken(), ElementsAre("left down", "right key k"));
 }
 
 TEST_F(EventsTest, NextEventGivesUpAtItsDeadline) {
-    NSRunLoop* loop = NSRunLoop::mainRunLoop();
-    const NSTimeInterval start = loop->now();
-    int fired = 0;
-    NSTimer::scheduledTimerWithTimeInterval_repeats_block(0.4, NO, [&](NSTimer*) { ++fired; });
-    windows().key(u'a'); // not admitted, stays
-    EXPECT_FALSE(NSApp()->nextEventMatchingMask_untilDate_inMode_dequeue(NSLeftMouseDownMask, start + 1,
-                                                                         NSDefaultRunLoopMode, YES));
-    EXPECT_NEAR(loop->now(), start + 1, 1e-6);
-    EXPECT_EQ(fired, 1);
-    EXPECT_TRUE(
-        NSApp()->nextEventMatchingMask_untilDate_inMode_dequeue(NSKeyDownMask, start, NSDefaultRunLoopMode, NO));
-    NSApp()->discardEventsMatchingMask_beforeEvent(NSKeyDownMask, nullptr);
-    EXPECT_FALSE(
-        NSApp()->nextEventMatchingMask_untilDate_inMode_dequeue(NSKeyDownMask, start, NSDefaultRunLoopMode, NO));
-}
-
-TEST_F(EventsTest, DrainingLetsNoTimePass) {
     const NSTimeInterval start = NSRunLoop::mainRunLoop()->now();
     int fired = 0;
-    NSTimer::scheduledTimerWithTimeInterval_repeats_block(0.1, YES, [&](NSTimer* t) {
-        if (++fired == 3) t->invalidate();
-    });
+    later(0.4, [&] { ++fired; });
+    windows().key(u'a'); // not admitted, stays
     drain();
-    EXPECT_EQ(fired, 0);
-    EXPECT_EQ(NSRunLoop::mainRunLoop()->now(), start);
-    pass(1);
-    EXPECT_EQ(fired, 3);
+    EXPECT_EQ(NSRunLoop::mainRunLoop()->now(), start) << "draining lets no time pass";
+    windows().key(u'b');
+    EXPECT_FALSE(nextKey(1, NSLeftMouseDownMask));
+    EXPECT_NEAR(NSRunLoop::mainRunLoop()->now(), start + 1, 1e-6);
+    EXPECT_EQ(fired, 1);
+    EXPECT_TRUE(nextKey(0, NSKeyDownMask, NO));
+    NSApp()->discardEventsMatchingMask_beforeEvent(NSKeyDownMask, nullptr);
+    EXPECT_FALSE(nextKey(0, NSKeyDownMask, NO));
+}
+
+TEST_F(EventsTest, DiscardingStopsAtTheEventThatIsNamed) {
+    for (const char16_t c : {u'a', u'b', u'c'})
+        windows().keyDown(c);
+    const Ref<NSEvent> a = nextKey();
+    windows().advance(1);
+    // The event that is being handled: what came after it stays.
+    NSApp()->discardEventsMatchingMask_beforeEvent(NSKeyDownMask, a);
+    const Ref<NSEvent> b = nextKey(0, NSKeyDownMask, NO);
+    NSApp()->discardEventsMatchingMask_beforeEvent(NSKeyDownMask, b);
+    Log left;
+    while (const Ref<NSEvent> e = nextKey())
+        left.push_back(e->characters()->utf8());
+    EXPECT_THAT(left, ElementsAre("b", "c"));
 }
 
 TEST_F(EventsTest, AModalWindowKeepsTheOthersOut) {
@@ -217,9 +205,8 @@ TEST_F(EventsTest, AModalWindowKeepsTheOthersOut) {
     helper->orderFront(nullptr);
     NSRunLoop::mainRunLoop()->performBlock([&] {
         EXPECT_EQ(NSApp()->modalWindow(), modal.get());
-        EXPECT_TRUE(modal->isKeyWindow());
         click(window, 10, 10);
-        EXPECT_TRUE(taken().empty());
+        EXPECT_THAT(taken(), ElementsAre());
         EXPECT_GT(windows().beeps(), 0u);
         EXPECT_TRUE(modal->isKeyWindow());
         click(modal, 10, 10);
@@ -231,7 +218,6 @@ TEST_F(EventsTest, AModalWindowKeepsTheOthersOut) {
         NSApp()->stopModalWithCode(7);
     });
     EXPECT_EQ(NSApp()->runModalForWindow(modal), 7);
-    EXPECT_EQ(NSApp()->modalWindow(), nullptr);
     modal->makeKeyWindow();
     modal->orderOut(nullptr);
     EXPECT_TRUE(window->isKeyWindow()); // and not the panel, which lies in front
@@ -240,30 +226,36 @@ TEST_F(EventsTest, AModalWindowKeepsTheOthersOut) {
     helper->orderOut(nullptr);
 }
 
-TEST_F(EventsTest, ClosingAModalWindowEndsItsLoop) {
+TEST_F(EventsTest, AModalRunThatIsBrokenOffLeavesTheOthersFree) {
     const Ref<NSWindow> modal = windowAt({{600, 100}, {200, 200}});
     NSRunLoop::mainRunLoop()->performBlock([&] { windows().requestClose(modal->nativeId_()); });
     EXPECT_EQ(NSApp()->runModalForWindow(modal), NSRunAbortedResponse);
+
+    const Ref<LogView> v = viewIn(modal, {{0, 0}, {200, 200}}, "v");
+    v->firstMouse = YES;
+    v->onMouse = [](NSEvent*) { raiseNamed("Test", "out of here"); };
+    modal->orderFront(nullptr);
+    drain();
+    Geste{windows(), modal}.at(5, 5).down();
+    EXPECT_THROW(NSApp()->runModalForWindow(modal), NSExceptionRaised);
+    EXPECT_EQ(NSApp()->modalWindow(), nullptr);
+    v->onMouse = nullptr;
+    release();
 }
 
 TEST_F(EventsTest, TheClickThatBringsAWindowForwardIsForAViewThatWantsIt) {
     const Ref<NSWindow> other = windowAt({{600, 100}, {200, 200}});
-    show(other);
-    log.clear();
-    // Posted by hand: the desktop has not given the focus yet.
-    NSApp()->postEvent_atStart(mouse(NSLeftMouseDown, 10, 10, window), NO);
-    NSApp()->postEvent_atStart(mouse(NSLeftMouseUp, 10, 10, window), NO);
-    drain();
-    EXPECT_TRUE(window->isKeyWindow());
-    EXPECT_TRUE(taken().empty());
-
-    other->makeKeyWindow();
-    left->firstMouse = YES;
-    NSApp()->postEvent_atStart(mouse(NSLeftMouseDown, 10, 10, window), NO);
-    drain();
-    EXPECT_TRUE(window->isKeyWindow());
-    EXPECT_THAT(taken(), ElementsAre("left down"));
-    other->close();
+    for (const BOOL wants : {NO, YES}) {
+        show(other);
+        taken();
+        left->firstMouse = wants;
+        // Posted by hand: the desktop has not given the focus yet.
+        NSApp()->postEvent_atStart(press(10, 10, window), NO);
+        NSApp()->postEvent_atStart(press(10, 10, window, NSLeftMouseUp), NO);
+        drain();
+        EXPECT_TRUE(window->isKeyWindow());
+        EXPECT_EQ(taken(), wants ? (Log{"left down", "left up"}) : Log{});
+    }
 }
 
 TEST_F(EventsTest, KeysAndComposedTextReachTheFirstResponder) {
@@ -277,50 +269,20 @@ TEST_F(EventsTest, KeysAndComposedTextReachTheFirstResponder) {
     EXPECT_THAT(taken(), ElementsAre("left key a", "left preedit ^", "left insert ê"));
 }
 
-TEST_F(EventsTest, DiscardingStopsAtTheEventThatIsNamed) {
-    const auto left = [] {
-        Log keys;
-        while (const Ref<NSEvent> e = NSApp()->nextEventMatchingMask_untilDate_inMode_dequeue(
-                   NSKeyDownMask, NSRunLoop::mainRunLoop()->now(), NSDefaultRunLoopMode, YES))
-            keys.push_back(e->characters()->utf8());
-        return keys;
-    };
-    const auto next = [](BOOL dequeue) {
-        return NSApp()->nextEventMatchingMask_untilDate_inMode_dequeue(NSKeyDownMask, NSRunLoop::mainRunLoop()->now(),
-                                                                       NSDefaultRunLoopMode, dequeue);
-    };
-    for (const char16_t c : {u'a', u'b', u'c'})
-        windows().keyDown(c);
-    const Ref<NSEvent> a = next(YES);
-    windows().advance(1);
-    // The event that is being handled: what came after it stays.
-    NSApp()->discardEventsMatchingMask_beforeEvent(NSKeyDownMask, a);
-    const Ref<NSEvent> b = next(NO);
-    NSApp()->discardEventsMatchingMask_beforeEvent(NSKeyDownMask, b);
-    EXPECT_THAT(left(), ElementsAre("b", "c"));
-}
-
-class Actor : public NSObject {
-public:
-    static void describe(ClassDescription<Actor>& c) { c.answers<&Actor::agit>("agit:"); }
-    void agit(NSObject*) { ++calls; }
-    int calls = 0;
-};
-
 TEST_F(EventsTest, AnActionWithoutATargetGoesUpFromTheKeyWindow) {
-    const SEL action = sel("agit:");
-    const Ref<Actor> ofKey = make<Actor>(), ofMain = make<Actor>(), ofApp = make<Actor>();
+    const SEL action = sel("agir:");
+    const Ref<Cible> ofKey = make<Cible>(), ofMain = make<Cible>(), ofApp = make<Cible>();
+    const auto found = [&] { return NSApp()->targetForAction_to_from(action, nullptr, nullptr); };
     EXPECT_FALSE(NSApp()->sendAction_to_from(action, nullptr, nullptr));
     NSApp()->setDelegate(ofApp);
     EXPECT_TRUE(NSApp()->sendAction_to_from(action, nullptr, nullptr));
-    EXPECT_EQ(ofApp->calls, 1);
+    EXPECT_EQ(ofApp->count, 1);
     const Ref<NSPanel> panel = make<NSPanel>(NSMakeRect(600, 400, 100, 100), NSTitledWindowMask);
     show(panel);
-    ASSERT_TRUE(window->isMainWindow());
     window->setDelegate(ofMain);
-    EXPECT_EQ(NSApp()->targetForAction_to_from(action, nullptr, nullptr), ofMain.get());
+    EXPECT_EQ(found(), ofMain.get());
     panel->setDelegate(ofKey);
-    EXPECT_EQ(NSApp()->targetForAction_to_from(action, nullptr, nullptr), ofKey.get());
+    EXPECT_EQ(found(), ofKey.get());
     EXPECT_FALSE(NSApp()->sendAction_to_from(sel("inconnue:"), ofKey, nullptr));
     panel->orderOut(nullptr);
 }
@@ -330,35 +292,27 @@ public:
     static void describe(ClassDescription<KeyEquivalentView, NSView>&) {}
     using NSView::NSView;
     BOOL performKeyEquivalent(NSEvent* e) override {
-        if (!(e->modifierFlags() & NSControlKeyMask) || !e->charactersIgnoringModifiers()->isEqualToString(u"k"_ns))
-            return NO;
-        ++taken;
-        return YES;
+        return (e->modifierFlags() & NSControlKeyMask) && e->charactersIgnoringModifiers()->isEqualToString(u"k"_ns);
     }
-    int taken = 0;
 };
 
 TEST_F(EventsTest, AShortcutOfAViewIsTakenBeforeTheFirstResponderSeesTheKey) {
-    const Ref<KeyEquivalentView> v = make<KeyEquivalentView>(NSMakeRect(0, 0, 10, 10));
-    window->contentView()->addSubview(v);
+    add<KeyEquivalentView>({{0, 0}, {10, 10}});
     left->accepts = YES;
     window->makeFirstResponder(left);
     taken();
-    windows().key(u'k', backend::modifierControl);
-    drain();
-    EXPECT_EQ(v->taken, 1);
-    EXPECT_TRUE(taken().empty());
-    windows().key(u'j', backend::modifierControl);
-    drain();
+    key(u'k', backend::modifierControl);
+    EXPECT_EQ(taken().size(), 0u);
+    key(u'j', backend::modifierControl);
     EXPECT_EQ(taken().size(), 1u);
 }
 
 class Closer : public NSObject {
 public:
     static void describe(ClassDescription<Closer>& c) {
-        c.answers<&Closer::reste>(op::applicationShouldTerminateAfterLastWindowClosed);
+        c.answers<&Closer::ends>(op::applicationShouldTerminateAfterLastWindowClosed);
     }
-    BOOL reste(NSApplication*) { return end; }
+    BOOL ends(NSApplication*) { return end; }
     BOOL end = NO;
 };
 
@@ -368,63 +322,32 @@ TEST_F(EventsTest, TheLastWindowEndsTheRunUnlessTheDelegateHoldsOn) {
     const Ref<NSPanel> panel = make<NSPanel>(NSMakeRect(600, 400, 100, 100), NSTitledWindowMask);
     panel->orderFront(nullptr);
     int turnsAfter = 0;
-    NSTimer::scheduledTimerWithTimeInterval_repeats_block(1, NO, [&](NSTimer*) { window->close(); });
-    NSTimer::scheduledTimerWithTimeInterval_repeats_block(2, NO, [&](NSTimer*) {
-        ++turnsAfter; // it went on
+    later(1, [&] { window->close(); });
+    // The exception of a handler does not end it either.
+    later(1.5, [&] { (void)window->contentView()->subviews()[99]; });
+    later(2, [&] {
+        ++turnsAfter;
         closer->end = YES;
         window->makeKeyAndOrderFront(nullptr);
         window->close(); // a panel does not keep an application running
     });
-    NSTimer::scheduledTimerWithTimeInterval_repeats_block(3, NO, [&](NSTimer*) { ADD_FAILURE() << "still running"; });
+    later(3, [] { ADD_FAILURE() << "still running"; });
     NSApp()->run();
     EXPECT_EQ(turnsAfter, 1);
     NSRunLoop::mainRunLoop()->cancelAll();
 }
 
-TEST_F(EventsTest, AnExceptionOfOneHandlerDoesNotEndTheRun) {
-    int after = 0;
-    NSTimer::scheduledTimerWithTimeInterval_repeats_block(
-        0.1, NO, [&](NSTimer*) { (void)window->contentView()->subviews()[99]; });
-    NSTimer::scheduledTimerWithTimeInterval_repeats_block(0.2, NO, [&](NSTimer*) {
-        ++after;
-        NSApp()->stop(nullptr);
-    });
-    NSApp()->run();
-    EXPECT_EQ(after, 1);
-}
-
 TEST_F(EventsTest, WindowsOnTheScreenAreUpdatedAfterEachEvent) {
     const Ref<NSWindow> hidden = windowAt({{400, 100}, {200, 200}});
-    auto* centre = NSNotificationCenter::defaultCenter();
-    const auto note = [&](NSNotification* n) {
+    const Ecoute ear(NSWindowDidUpdateNotification, nullptr, [&](NSNotification* n) {
         log.push_back(n->object() == window.get() ? "updated" : "hidden updated");
-    };
-    const Ref<NSObject> observer =
-        centre->addObserverForName_object_queue_usingBlock(NSWindowDidUpdateNotification, nullptr, nullptr, note);
+    });
     move(window, 10, 10);
-    (void)taken();
-    windows().press();
-    windows().release();
-    drain();
+    taken();
+    mouse().down().up().end();
     EXPECT_THAT(taken(), ElementsAre("left down", "updated", "left up", "updated"));
     drain();
     EXPECT_THAT(taken(), ElementsAre()) << "without an event nothing is told";
-    centre->removeObserver(observer);
-}
-
-TEST_F(EventsTest, AModalRunThatAHandlerBreaksOffLeavesTheOthersFree) {
-    const Ref<NSWindow> modal = windowAt({{600, 100}, {200, 200}});
-    const Ref<LogView> v = viewIn(modal, {{0, 0}, {200, 200}}, "v");
-    v->firstMouse = YES;
-    v->onMouse = [](NSEvent*) { raiseNamed("Test", "out of here"); };
-    modal->orderFront(nullptr);
-    drain();
-    windows().moveMouse(modal->convertBaseToScreen({5, 5}));
-    windows().press();
-    EXPECT_THROW(NSApp()->runModalForWindow(modal), NSExceptionRaised);
-    EXPECT_EQ(NSApp()->modalWindow(), nullptr);
-    v->onMouse = nullptr;
-    release();
 }
 
 } // namespace

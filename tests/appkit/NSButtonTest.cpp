@@ -1,69 +1,45 @@
-#include <appkit/Cible.h>
+#include <appkit/WindowFixture.h>
 
-#include <gmock/gmock.h>
-
+#include <graphics/Dessin.h>
 #include <libvue/platform/appkit/NSButton.h>
+#include <libvue/platform/graphics/NSBitmapImageRep.h>
+#include <libvue/platform/graphics/NSColor.h>
+#include <libvue/platform/graphics/NSDrawing.h>
+#include <libvue/platform/graphics/NSImage.h>
 
 using namespace libvue;
 using namespace libvue::test;
-using testing::ElementsAre;
 
 namespace {
 
-class ButtonTest : public AppFixture {
-protected:
-    Ref<NSWindow> window;
-    Ref<Cible> cible;
+struct ButtonTest : WindowFixture {
+    Ref<Cible> cible = make<Cible>();
 
-    void SetUp() override {
-        window = windowAt({{100, 100}, {400, 300}});
-        cible = make<Cible>();
-        show(window);
-    }
-    void TearDown() override {
-        window = nullptr;
-        cible = nullptr;
-        AppFixture::TearDown();
-    }
-    Ref<NSButton> add(const Ref<NSButton>& b, CGFloat x, CGFloat y) {
-        b->setFrame({{x, y}, {100, 24}});
+    Ref<NSButton> button(CGFloat y = 20, NSButtonType type = NSMomentaryPushInButton) const {
+        const auto b = add<NSButton>({{20, y}, {100, 24}});
+        b->setButtonType(type);
         b->setTarget(cible);
         b->setAction(sel("agir:"));
-        window->contentView()->addSubview(b);
         return b;
     }
-    Ref<NSButton> push(CGFloat x = 20, CGFloat y = 20) {
-        return add(NSButton::buttonWithTitle_target_action(u"Ok"_ns, nullptr, nullptr), x, y);
-    }
-    Ref<NSButton> radio(CGFloat y) {
-        return add(NSButton::radioButtonWithTitle_target_action(u"Choix"_ns, nullptr, nullptr), 20, y);
-    }
-    Geste mouse() { return {windows(), window}; }
 };
 
-TEST_F(ButtonTest, APressCountsWhereItIsLetGo) {
-    const auto b = push();
-    mouse().at(30, 30).down().up().end();
+TEST_F(ButtonTest, APressCountsAndShowsWhereItIsLetGo) {
+    const auto b = button();
+    mouse().click(30, 30).end();
     EXPECT_EQ(cible->count, 1);
     EXPECT_EQ(cible->sender, b.get());
-    mouse().at(30, 30).down().at(300, 200).up().end(); // let go outside
+    mouse().at(30, 30).down().at(300, 200).end(); // the loop ends without further events
+    EXPECT_FALSE(b->cell()->isHighlighted());
+    mouse().up().end(); // let go outside
     EXPECT_EQ(cible->count, 1);
     mouse().at(30, 30).down().at(300, 200).at(40, 32).up().end(); // out and in again
     EXPECT_EQ(cible->count, 2);
     mouse().at(300, 200).down().at(30, 30).up().end(); // begun elsewhere
     EXPECT_EQ(cible->count, 2);
-    EXPECT_FALSE(b->cell()->isHighlighted());
     b->setEnabled(NO);
-    mouse().at(30, 30).down().up().end();
+    mouse().click(30, 30).end();
     EXPECT_EQ(cible->count, 2);
-}
-
-TEST_F(ButtonTest, ThePressShowsOnlyUnderThePointer) {
-    const auto b = push();
-    mouse().at(30, 30).down().at(300, 200).end(); // no release yet: the loop ends without events
-    EXPECT_FALSE(b->cell()->isHighlighted());
-    mouse().up().end();
-    EXPECT_EQ(cible->count, 0);
 }
 
 TEST_F(ButtonTest, StatesGoRound) {
@@ -72,115 +48,96 @@ TEST_F(ButtonTest, StatesGoRound) {
         BOOL mixed;
         std::vector<NSInteger> states;
     };
-    const Row rows[] = {
-        {NSSwitchButton, NO, {1, 0, 1}},        {NSSwitchButton, YES, {-1, 1, 0}},
-        {NSPushOnPushOffButton, NO, {1, 0, 1}}, {NSMomentaryPushInButton, NO, {0, 0, 0}},
-        {NSRadioButton, NO, {1, 1, 1}},
-    };
-    for (const Row& row : rows) {
-        const auto b = push();
-        b->setButtonType(row.type);
+    for (const Row& row : {Row{NSSwitchButton, NO, {1, 0, 1}}, Row{NSSwitchButton, YES, {-1, 1, 0}},
+                           Row{NSPushOnPushOffButton, NO, {1, 0, 1}}, Row{NSMomentaryPushInButton, NO, {0, 0, 0}},
+                           Row{NSRadioButton, NO, {1, 1, 1}}}) {
+        const auto b = button(20, row.type);
         b->setAllowsMixedState(row.mixed);
         std::vector<NSInteger> seen;
         for (int i = 0; i < 3; ++i) {
-            mouse().at(30, 30).down().up().end();
+            mouse().click(30, 30).end();
             seen.push_back(b->state());
         }
         EXPECT_EQ(seen, row.states) << row.type;
         b->removeFromSuperview();
     }
-    const auto b = push();
-    b->setState(-1);
-    EXPECT_EQ(b->state(), NSOnState) << "mixed is on where it is not allowed";
-    b->setState(7);
-    EXPECT_EQ(b->state(), NSOnState);
+    const auto b = button();
+    for (const NSInteger strange : {-1, 7}) { // mixed is on where it is not allowed
+        b->setState(strange);
+        EXPECT_EQ(b->state(), NSOnState);
+    }
 }
 
 TEST_F(ButtonTest, RadioButtonsOfOneActionAreAGroup) {
-    const auto a = radio(20), b = radio(50), c = radio(80), other = radio(110);
+    const auto a = button(20, NSRadioButton), b = button(50, NSRadioButton), c = button(80, NSRadioButton),
+               other = button(110, NSRadioButton), alone = button(140, NSRadioButton);
     other->setAction(sel("autre:"));
-    other->setState(NSOnState);
-    a->setState(NSOnState);
-    mouse().at(30, 60).down().up().end();
+    alone->setAction(nullptr);
+    const auto on = [&] {
+        std::string s;
+        for (const auto& r : {a, b, c, other, alone})
+            s += r->state() == NSOnState ? '1' : '0';
+        return s;
+    };
+    for (const auto& r : {a, other, alone})
+        r->setState(NSOnState);
+    mouse().click(30, 60).end();
     EXPECT_EQ(cible->count, 1);
-    EXPECT_EQ(a->state(), NSOffState);
-    EXPECT_EQ(b->state(), NSOnState);
-    EXPECT_EQ(other->state(), NSOnState);
+    EXPECT_EQ(on(), "01011");
     c->setState(NSOnState); // from the program too
-    EXPECT_EQ(b->state(), NSOffState);
+    EXPECT_EQ(on(), "00111");
     window->makeFirstResponder(c);
-    windows().key(NSDownArrowFunctionKey); // round to the first
-    drain();
-    EXPECT_EQ(a->state(), NSOnState);
-    EXPECT_EQ(c->state(), NSOffState);
+    key(NSDownArrowFunctionKey); // round to the first
+    EXPECT_EQ(on(), "10011");
     EXPECT_EQ(window->firstResponder(), a.get());
     b->setEnabled(NO);
-    windows().key(NSDownArrowFunctionKey); // past a disabled one
-    drain();
-    EXPECT_EQ(c->state(), NSOnState);
-}
-
-TEST_F(ButtonTest, RadioButtonsWithoutAnActionAreAGroupToo) {
-    const auto a = radio(20), b = radio(50);
-    a->setAction(nullptr);
-    b->setAction(nullptr);
-    a->setState(NSOnState);
-    mouse().at(30, 60).down().up().end();
-    EXPECT_EQ(a->state(), NSOffState);
-    EXPECT_EQ(b->state(), NSOnState);
+    key(NSDownArrowFunctionKey); // past a disabled one
+    EXPECT_EQ(on(), "00111");
+    other->setAction(nullptr); // without an action they are a group too
+    mouse().click(30, 120).end();
+    EXPECT_EQ(on(), "00110");
 }
 
 TEST_F(ButtonTest, KeysPress) {
-    const auto space = push(20, 20), ret = push(20, 60), ctrl = push(20, 100);
+    const auto space = button(20), ret = button(60), ctrl = button(100);
     ret->setKeyEquivalent(u"\r"_ns);
     ctrl->setKeyEquivalent(u"d"_ns);
     ctrl->setKeyEquivalentModifierMask(NSCommandKeyMask);
-    EXPECT_EQ(window->defaultButtonCell(), ret->buttonCell());
     window->makeFirstResponder(space);
-    windows().key(u' ');
-    drain();
-    EXPECT_EQ(cible->sender, space.get());
-    windows().key(u'\r');
-    drain();
-    EXPECT_EQ(cible->sender, ret.get());
-    windows().key(u'd');
-    drain();
-    EXPECT_EQ(cible->count, 2) << "without its modifier it is no shortcut";
-    windows().key(u'd', NSCommandKeyMask);
-    drain();
-    EXPECT_EQ(cible->sender, ctrl.get());
-    EXPECT_EQ(cible->count, 3);
-    ret->setHidden(YES);
+    struct Row {
+        char16_t key;
+        std::uint32_t modifiers;
+        NSButton* pressed;
+    };
+    const auto press = [&](const Row& row) {
+        cible->sender = nullptr;
+        key(row.key, row.modifiers);
+        EXPECT_EQ(cible->sender, row.pressed) << int{row.key} << " " << row.modifiers;
+    };
+    press({u' ', 0, space});
+    press({u'\r', 0, ret});
+    press({u'd', 0, nullptr});
+    press({u'd', NSCommandKeyMask, ctrl});
     ctrl->setEnabled(NO);
-    windows().key(u'd', NSCommandKeyMask);
-    drain();
-    EXPECT_EQ(cible->count, 3);
+    press({u'd', NSCommandKeyMask, nullptr});
 }
 
-TEST_F(ButtonTest, AnActionMayRemoveTheButton) {
-    Weak<NSButton> weak;
-    {
-        const auto b = push();
-        weak = b.get();
-    }
+TEST_F(ButtonTest, AnActionMayRemoveTheButtonOrAllElse) {
+    const Weak<NSButton> weak(button().get());
     cible->onAction = [&](NSObject* from) { as<NSView>(from)->removeFromSuperview(); };
-    mouse().at(30, 30).down().up().end();
+    mouse().click(30, 30).end();
     EXPECT_EQ(cible->count, 1);
-    drain();
     EXPECT_EQ(weak.get(), nullptr) << "nothing keeps it once its click is over";
-}
 
-TEST_F(ButtonTest, AnActionMayCloseTheWindowOrLoseTheTarget) {
-    const auto b = push();
+    const auto b = button();
     cible->onAction = [&](NSObject*) {
         cible = nullptr;
         window->close();
         window = nullptr;
     };
-    mouse().at(30, 30).down().up().end();
+    mouse().click(30, 30).end();
     EXPECT_EQ(b->target(), nullptr);
     b->performClick(nullptr); // nobody hears
-    window = windowAt({{100, 100}, {200, 100}});
 }
 
 TEST_F(ButtonTest, TheNaturalSizeHoldsTheTitle) {
@@ -192,6 +149,31 @@ TEST_F(ButtonTest, TheNaturalSizeHoldsTheTitle) {
     const NSRect title = check->cell()->titleRectForBounds(check->bounds());
     EXPECT_GE(title.origin.x, NSMaxX(check->buttonCell()->markRectForBounds(check->bounds())));
     EXPECT_LE(NSMaxX(title), NSMaxX(check->bounds()) + 0.01);
+}
+
+TEST_F(ButtonTest, ATemplateTakesTheColourOfTheText) {
+    const auto image = make<NSImage>(NSMakeSize(10, 10));
+    image->addRepresentation(NSBitmapImageRep::initWithPixelsWide_pixelsHigh(10, 10));
+    image->lockFocus();
+    NSColor::colorWithCalibratedRed_green_blue_alpha(1, 0, 0, 1)->setFill();
+    NSRectFill({{0, 0}, {5, 10}});
+    image->unlockFocus();
+    const auto b = make<NSButton>(NSMakeRect(0, 0, 10, 10));
+    b->setBordered(NO);
+    b->setTitle(nullptr);
+    b->setImage(image);
+    const auto shown = [&] {
+        Pixels p;
+        b->drawRect(b->bounds());
+        return p.at(2, 5) + " " + p.at(7, 5);
+    };
+    EXPECT_EQ(shown(), "ff0000ff 00000000");
+    image->setTemplate(YES);
+    const auto ink = NSColor::controlTextColor()->colorUsingColorSpaceName(NSDeviceRGBColorSpace);
+    std::string seen = shown();
+    EXPECT_NEAR(std::stoi(seen.substr(0, 2), nullptr, 16), ink->redComponent() * 255, 8) << seen;
+    EXPECT_NEAR(std::stoi(seen.substr(6, 2), nullptr, 16), ink->alphaComponent() * 255, 8) << seen;
+    EXPECT_EQ(seen.substr(9), "00000000");
 }
 
 } // namespace

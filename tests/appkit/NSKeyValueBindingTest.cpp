@@ -1,7 +1,5 @@
-#include <appkit/Cible.h>
+#include <appkit/WindowFixture.h>
 #include <foundation/Valeurs.h>
-
-#include <gmock/gmock.h>
 
 #include <libvue/platform/appkit/NSButton.h>
 #include <libvue/platform/appkit/NSPopUpButton.h>
@@ -71,86 +69,62 @@ void lie(NSObject* objet, const ConstantString& nom, NSObject* modele, const cha
     bind_toObject_withKeyPath_options(objet, nom, modele, text(chemin), options);
 }
 
-struct BindingTest : AppFixture {
-    Ref<NSWindow> window;
-    Ref<Reglage> modele;
+struct BindingTest : WindowFixture {
+    Ref<Reglage> modele = make<Reglage>();
+    Ref<NSTextField> champ = add<NSTextField>({{20, 200}, {200, 24}}), autre = add<NSTextField>({{20, 100}, {200, 24}});
+    Ref<NSButton> bouton = add<NSButton>({{20, 150}, {200, 24}});
 
-    void SetUp() override {
-        window = windowAt({{100, 100}, {400, 300}});
-        modele = make<Reglage>();
-        show(window);
-    }
-    void TearDown() override {
-        window = nullptr;
-        modele = nullptr;
-        AppFixture::TearDown();
-    }
-    template <class T> Ref<T> pose(CGFloat y) {
-        auto v = make<T>(NSRect{{20, y}, {200, 24}});
-        window->contentView()->addSubview(v);
-        drain();
-        return v;
-    }
-    void clique(CGFloat x, CGFloat y) { Geste{windows(), window}.at(x, y).down().up().end(); }
-    void tape(std::u16string_view s) {
-        windows().typeText(s);
-        drain();
-    }
-    void touche(char16_t c) {
-        windows().key(c, 0);
-        drain();
+    static std::string texte(NSControl* c) { return c->stringValue()->utf8(); }
+    void edite(NSControl* c, std::u16string_view s) const {
+        window->makeFirstResponder(c);
+        type(s);
     }
 };
 
 } // namespace
 
 TEST_F(BindingTest, AControlShowsTheModelAndFollowsIt) {
-    auto curseur = pose<NSSlider>(200);
+    const auto curseur = add<NSSlider>({{20, 250}, {200, 24}});
     curseur->setMaxValue(10);
-    auto bouton = pose<NSButton>(150);
     lie(curseur, NSValueBinding, modele, u"volume");
     lie(curseur, NSHiddenBinding, modele, u"muet");
     lie(bouton, NSEnabledBinding, modele, u"muet",
         option(NSValueTransformerNameBindingOption, text(u"NSNegateBoolean")));
     lie(bouton, NSTitleBinding, modele, u"nom");
-    EXPECT_EQ(curseur->doubleValue(), 3);
-    EXPECT_FALSE(curseur->isHidden());
-    EXPECT_TRUE(bouton->isEnabled());
-    EXPECT_EQ(bouton->title()->utf8(), "radio");
-    modele->setVolume(7.5);
-    modele->setMuet(true);
-    modele->setNom(text(u"télé"));
-    EXPECT_EQ(curseur->doubleValue(), 7.5);
-    EXPECT_TRUE(curseur->isHidden());
-    EXPECT_FALSE(bouton->isEnabled());
-    EXPECT_EQ(bouton->title()->utf8(), "télé");
-    unbind(curseur, NSValueBinding);
-    modele->setVolume(1);
-    EXPECT_EQ(curseur->doubleValue(), 7.5);
-    unbind(curseur, NSValueBinding);
+    for (const bool muet : {false, true}) {
+        modele->setMuet(muet);
+        modele->setVolume(muet ? 7.5 : 3);
+        modele->setNom(text(muet ? u"télé" : u"radio"));
+        EXPECT_EQ(curseur->doubleValue(), muet ? 7.5 : 3);
+        EXPECT_EQ(curseur->isHidden(), muet);
+        EXPECT_EQ(bouton->isEnabled(), !muet);
+        EXPECT_EQ(bouton->title()->utf8(), muet ? "télé" : "radio");
+    }
+    for (int i = 0; i < 2; ++i) {
+        unbind(curseur, NSValueBinding);
+        modele->setVolume(1);
+        EXPECT_EQ(curseur->doubleValue(), 7.5);
+    }
 }
 
 TEST_F(BindingTest, TheModelHearsOfAClickBeforeTheTarget) {
-    auto case_ = pose<NSButton>(150);
-    case_->setButtonType(NSSwitchButton);
-    lie(case_, NSValueBinding, modele, u"muet");
-    auto cible = make<Cible>();
+    bouton->setButtonType(NSSwitchButton);
+    lie(bouton, NSValueBinding, modele, u"muet");
+    const auto cible = make<Cible>();
     bool vu = false;
     cible->onAction = [&](NSObject*) { vu = modele->muet(); };
-    case_->setTarget(cible);
-    case_->setAction(sel("agir:"));
-    clique(30, 162);
+    bouton->setTarget(cible);
+    bouton->setAction(sel("agir:"));
+    mouse().click(30, 162).end();
     EXPECT_TRUE(vu);
-    clique(30, 162);
-    EXPECT_FALSE(modele->muet());
+    mouse().click(30, 162).end();
+    EXPECT_FALSE(vu);
     EXPECT_EQ(cible->count, 2);
     // Set by the program, the control keeps it to itself.
-    case_->setState(NSOnState);
+    bouton->setState(NSOnState);
     EXPECT_FALSE(modele->muet());
-}
 
-TEST_F(BindingTest, AChoiceOfAMenuReachesTheModel) {
-    auto menu = pose<NSPopUpButton>(150);
+    const auto menu = add<NSPopUpButton>({{20, 50}, {200, 24}});
     for (const char16_t* t : {u"zéro", u"un", u"deux", u"trois", u"quatre"})
         menu->addItemWithTitle(text(t));
     lie(menu, NSSelectedIndexBinding, modele, u"volume");
@@ -160,148 +134,139 @@ TEST_F(BindingTest, AChoiceOfAMenuReachesTheModel) {
     EXPECT_EQ(modele->volume(), 1);
 }
 
-TEST_F(BindingTest, AFieldHandsOnWhatWasTypedAtTheEnd) {
-    auto champ = pose<NSTextField>(200);
-    auto autre = pose<NSTextField>(100);
-    lie(champ, NSValueBinding, modele, u"volume");
-    lie(autre, NSValueBinding, modele, u"volume");
-    window->makeFirstResponder(champ);
-    touche(u'\r'); // nothing was changed
-    EXPECT_EQ(modele->sets, 0);
-    tape(u"4.5");
-    EXPECT_EQ(modele->volume(), 3);
-    touche(u'\t');
-    EXPECT_EQ(modele->volume(), 4.5);
-    EXPECT_EQ(autre->stringValue()->utf8(), "4.5");
-    EXPECT_EQ(modele->sets, 1);
+TEST_F(BindingTest, TheModelsOfRadioButtonsThatAChoiceClearsHearOfIt) {
+    const auto second = make<Reglage>();
+    const auto b = add<NSButton>({{20, 50}, {200, 24}});
+    for (NSButton* radio : {bouton.get(), b.get()}) {
+        radio->setButtonType(NSRadioButton);
+        lie(radio, NSValueBinding, radio == b ? second : modele, u"muet");
+    }
+    modele->setMuet(true);
+    mouse().click(30, 62).end();
+    EXPECT_TRUE(second->muet());
+    EXPECT_FALSE(modele->muet());
+    EXPECT_EQ(bouton->state(), NSOffState);
 }
 
-TEST_F(BindingTest, AModelThatKnowsBetterIsShown) {
-    auto champ = pose<NSTextField>(200);
+TEST_F(BindingTest, AFieldHandsOnWhatWasTypedAtTheEnd) {
     lie(champ, NSValueBinding, modele, u"volume");
-    window->makeFirstResponder(champ);
-    tape(u"99");
-    touche(u'\t');
+    lie(autre, NSValueBinding, modele, u"volume");
+    edite(champ, u"\r"); // nothing was changed
+    EXPECT_EQ(modele->sets, 0);
+    edite(champ, u"4.5");
+    EXPECT_EQ(modele->volume(), 3);
+    type(u"\t");
+    EXPECT_EQ(modele->volume(), 4.5);
+    EXPECT_EQ(texte(autre), "4.5");
+    EXPECT_EQ(modele->sets, 1);
+    edite(champ, u"99\t"); // a model that knows better is shown
     EXPECT_EQ(modele->volume(), 10);
-    EXPECT_EQ(champ->stringValue()->utf8(), "10");
+    EXPECT_EQ(texte(champ), "10");
 }
 
 TEST_F(BindingTest, AContinuousFieldHandsOnEachLetterAndGoesOnBeingEdited) {
-    auto champ = pose<NSTextField>(200);
     lie(champ, NSValueBinding, modele, u"nom", option(NSContinuouslyUpdatesValueBindingOption, number(1)));
-    window->makeFirstResponder(champ);
-    tape(u"a");
+    edite(champ, u"a");
     EXPECT_EQ(modele->nom()->utf8(), "a");
-    tape(u"b");
+    type(u"b");
     EXPECT_EQ(modele->nom()->utf8(), "ab");
     ASSERT_NE(champ->currentEditor(), nullptr);
     EXPECT_EQ(champ->currentEditor()->string()->utf8(), "ab");
 }
 
 TEST_F(BindingTest, ATransformerThatDoesNotGoBackIsReadOnly) {
-    auto case_ = pose<NSButton>(150);
-    case_->setButtonType(NSSwitchButton);
-    lie(case_, NSValueBinding, modele, u"nom", option(NSValueTransformerNameBindingOption, text(u"NSIsNil")));
-    EXPECT_EQ(case_->state(), NSOffState);
-    clique(30, 162);
-    EXPECT_EQ(case_->state(), NSOnState);
+    bouton->setButtonType(NSSwitchButton);
+    lie(bouton, NSValueBinding, modele, u"nom", option(NSValueTransformerNameBindingOption, text(u"NSIsNil")));
+    EXPECT_EQ(bouton->state(), NSOffState);
+    mouse().click(30, 162).end();
+    EXPECT_EQ(bouton->state(), NSOnState);
     EXPECT_EQ(modele->nom()->utf8(), "radio");
     modele->setNom(nullptr);
-    EXPECT_EQ(case_->state(), NSOnState);
+    EXPECT_EQ(bouton->state(), NSOnState);
     modele->setNom(text(u"disque"));
-    EXPECT_EQ(case_->state(), NSOffState);
+    EXPECT_EQ(bouton->state(), NSOffState);
 }
 
-TEST_F(BindingTest, PathsFollowTheObjectsOnTheirWay) {
-    auto champ = pose<NSTextField>(200);
+TEST_F(BindingTest, PathsFollowTheObjectsOnTheirWayThroughDictionariesToo) {
     lie(champ, NSValueBinding, modele, u"suivant.nom", option(NSNullPlaceholderBindingOption, text(u"rien")));
-    EXPECT_EQ(champ->stringValue()->utf8(), "rien");
-    auto suivant = make<Reglage>();
+    EXPECT_EQ(texte(champ), "rien");
+    const auto suivant = make<Reglage>();
     modele->setSuivant(suivant);
-    EXPECT_EQ(champ->stringValue()->utf8(), "radio");
+    EXPECT_EQ(texte(champ), "radio");
     suivant->setNom(text(u"disque"));
-    EXPECT_EQ(champ->stringValue()->utf8(), "disque");
-    window->makeFirstResponder(champ);
-    tape(u"bande");
-    touche(u'\t');
+    EXPECT_EQ(texte(champ), "disque");
+    edite(champ, u"bande\t");
     EXPECT_EQ(suivant->nom()->utf8(), "bande");
     modele->setSuivant(nullptr);
-    EXPECT_EQ(champ->stringValue()->utf8(), "rien");
-}
+    EXPECT_EQ(texte(champ), "rien");
 
-TEST_F(BindingTest, DictionariesAreModelsToo) {
-    auto valeurs = NSMutableDictionary::dictionary();
-    auto champ = pose<NSTextField>(200);
-    auto autre = pose<NSTextField>(100);
-    lie(champ, NSValueBinding, valeurs, u"ville");
-    lie(autre, NSValueBinding, valeurs, u"ville");
-    EXPECT_EQ(champ->stringValue()->utf8(), "");
-    valeurs->setValue_forKey(text(u"Lyon"), text(u"ville"));
-    EXPECT_EQ(autre->stringValue()->utf8(), "Lyon");
-    window->makeFirstResponder(champ);
-    tape(u"Nice");
-    touche(u'\t');
-    EXPECT_EQ(described(valeurs->objectForKey(text(u"ville"))), "Nice");
-    EXPECT_EQ(autre->stringValue()->utf8(), "Nice");
+    const auto villes = NSMutableDictionary::dictionary();
+    lie(champ, NSValueBinding, villes, u"ville"); // anew: it replaces
+    lie(autre, NSValueBinding, villes, u"ville");
+    EXPECT_EQ(texte(champ), "");
+    villes->setValue_forKey(text(u"Lyon"), text(u"ville"));
+    EXPECT_EQ(texte(autre), "Lyon");
+    edite(champ, u"Nice\t");
+    EXPECT_EQ(described(villes->objectForKey(text(u"ville"))), "Nice");
+    EXPECT_EQ(texte(autre), "Nice");
+    modele->setSuivant(suivant);
+    EXPECT_EQ(texte(champ), "Nice");
 }
 
 TEST_F(BindingTest, NeitherSideKeepsTheOther) {
-    auto champ = make<NSTextField>();
     const Weak<Reglage> faible = modele;
     lie(champ, NSValueBinding, modele, u"nom");
     lie(champ, NSHiddenBinding, champ, u"enabled",
         option(NSValueTransformerNameBindingOption, text(u"NSNegateBoolean")));
     modele = nullptr;
     EXPECT_FALSE(faible);
-    EXPECT_EQ(champ->stringValue()->utf8(), "radio");
+    EXPECT_EQ(texte(champ), "radio");
     EXPECT_EQ(infoForBinding(champ, NSValueBinding)->objectForKey(NSObservedObjectKey), nullptr);
-    champ->setStringValue(text(u"x"));
     setBoundValue(champ, NSValueBinding, ShowAfterwards::modelValue);
     // And the other way round.
     modele = make<Reglage>();
-    const Weak<NSTextField> champFaible = champ;
-    lie(champ, NSValueBinding, modele, u"nom");
-    champ = nullptr;
+    auto seul = make<NSTextField>();
+    const Weak<NSTextField> champFaible = seul;
+    lie(seul, NSValueBinding, modele, u"nom");
+    seul = nullptr;
     EXPECT_FALSE(champFaible);
     modele->setNom(text(u"y"));
 }
 
 TEST_F(BindingTest, WhatIsWrongBindsNothing) {
-    auto champ = make<NSTextField>();
-    const auto leve = [&](NSObject* o, NSString* nom, NSObject* m, NSString* chemin, NSDictionary* options) {
-        return raised([&] { bind_toObject_withKeyPath_options(o, nom, m, chemin, options); });
+    const Ref<NSDictionary> unknown = option(NSValueTransformerNameBindingOption, text(u"inconnu"));
+    const Ref<NSString> value(NSValueBinding.get()), nom = text(u"nom"), inconnue = text(u"inconnue");
+    const char *argument = "NSInvalidArgumentException", *key = "NSUndefinedKeyException";
+    struct Row {
+        NSObject* objet;
+        NSString* binding;
+        NSObject* modele;
+        NSString* chemin;
+        NSDictionary* options;
+        const char* raised;
     };
-    EXPECT_EQ(leve(nullptr, NSValueBinding, modele, text(u"nom"), nullptr), "NSInvalidArgumentException");
-    EXPECT_EQ(leve(champ, nullptr, modele, text(u"nom"), nullptr), "NSInvalidArgumentException");
-    EXPECT_EQ(leve(champ, NSValueBinding, nullptr, text(u"nom"), nullptr), "NSInvalidArgumentException");
-    EXPECT_EQ(leve(champ, NSValueBinding, modele, nullptr, nullptr), "NSInvalidArgumentException");
-    EXPECT_EQ(leve(champ, NSValueBinding, modele, text(u"nom"),
-                   option(NSValueTransformerNameBindingOption, text(u"inconnu"))),
-              "NSInvalidArgumentException");
-    EXPECT_EQ(leve(champ, NSValueBinding, modele, text(u"inconnue"), nullptr), "NSUndefinedKeyException");
-    EXPECT_EQ(leve(champ, text(u"inconnue"), modele, text(u"nom"), nullptr), "NSUndefinedKeyException");
-    EXPECT_EQ(infoForBinding(champ, NSValueBinding), nullptr);
-    EXPECT_EQ(infoForBinding(champ, text(u"inconnue")), nullptr);
+    for (const Row& r :
+         {Row{nullptr, value, modele, nom, nullptr, argument}, Row{champ, nullptr, modele, nom, nullptr, argument},
+          Row{champ, value, nullptr, nom, nullptr, argument}, Row{champ, value, modele, nullptr, nullptr, argument},
+          Row{champ, value, modele, nom, unknown, argument}, Row{champ, value, modele, inconnue, nullptr, key},
+          Row{champ, inconnue, modele, nom, nullptr, key}})
+        EXPECT_EQ(raised([&] { bind_toObject_withKeyPath_options(r.objet, r.binding, r.modele, r.chemin, r.options); }),
+                  r.raised);
+    EXPECT_EQ(infoForBinding(champ, value), nullptr);
+    EXPECT_EQ(infoForBinding(champ, inconnue), nullptr);
     modele->setNom(text(u"z"));
-    EXPECT_EQ(champ->stringValue()->utf8(), "");
-    unbind(champ, NSValueBinding);
+    EXPECT_EQ(texte(champ), "");
+    unbind(champ, value);
     unbind(nullptr, nullptr);
-    setBoundValue(champ, NSValueBinding, ShowAfterwards::modelValue);
+    setBoundValue(champ, value, ShowAfterwards::modelValue);
 }
 
-TEST_F(BindingTest, BindingAnewReplacesAndIsReadBack) {
-    auto champ = make<NSTextField>();
-    auto second = make<Reglage>();
-    second->setNom(text(u"second"));
-    lie(champ, NSValueBinding, modele, u"nom");
+TEST_F(BindingTest, ABindingIsReadBack) {
     const Ref<NSDictionary> options = option(NSNullPlaceholderBindingOption, text(u"-"));
-    lie(champ, NSValueBinding, second, u"nom", options);
-    EXPECT_EQ(champ->stringValue()->utf8(), "second");
-    modele->setNom(text(u"plus rien"));
-    EXPECT_EQ(champ->stringValue()->utf8(), "second");
+    lie(champ, NSValueBinding, modele, u"nom", options);
     const Ref<NSDictionary> info = infoForBinding(champ, NSValueBinding);
     ASSERT_NE(info, nullptr);
-    EXPECT_EQ(info->objectForKey(NSObservedObjectKey), second.get());
+    EXPECT_EQ(info->objectForKey(NSObservedObjectKey), modele.get());
     EXPECT_EQ(described(info->objectForKey(NSObservedKeyPathKey)), "nom");
     EXPECT_EQ(info->objectForKey(NSOptionsKey), options.get());
     const Ref<NSArray> noms = exposedBindings(champ);
@@ -309,7 +274,6 @@ TEST_F(BindingTest, BindingAnewReplacesAndIsReadBack) {
 }
 
 TEST_F(BindingTest, AnObserverMayUnbindWhileItIsShown) {
-    auto champ = make<NSTextField>();
     // The setter of one binding ends the other, in the middle of the model's notice.
     class Bascule : public NSObject {
     public:
@@ -318,19 +282,17 @@ TEST_F(BindingTest, AnObserverMayUnbindWhileItIsShown) {
         int fois = 0;
         NSString* lu() const { return nullptr; }
         void setLu(NSString*) {
-            ++fois;
-            if (fois == 2) {
-                unbind(champ, NSValueBinding);
-                unbind(this, u"lu"_ns);
-            }
+            if (++fois != 2) return;
+            unbind(champ, NSValueBinding);
+            unbind(this, u"lu"_ns);
         }
     };
-    auto bascule = make<Bascule>();
+    const auto bascule = make<Bascule>();
     bascule->champ = champ;
     bind_toObject_withKeyPath_options(bascule, text(u"lu"), modele, text(u"nom"), nullptr);
     lie(champ, NSValueBinding, modele, u"nom");
     modele->setNom(text(u"un"));
     modele->setNom(text(u"deux"));
     EXPECT_EQ(bascule->fois, 2);
-    EXPECT_EQ(champ->stringValue()->utf8(), "radio");
+    EXPECT_EQ(texte(champ), "radio");
 }

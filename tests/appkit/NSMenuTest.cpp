@@ -1,4 +1,4 @@
-#include <appkit/Cible.h>
+#include <appkit/WindowFixture.h>
 
 #include <gmock/gmock.h>
 
@@ -13,6 +13,9 @@ using namespace libvue::test;
 using testing::ElementsAre;
 
 namespace {
+
+constexpr char16_t down = NSDownArrowFunctionKey, up = NSUpArrowFunctionKey, ret = u'\r', esc = 0x1B,
+                   right = NSRightArrowFunctionKey, left = NSLeftArrowFunctionKey;
 
 /// A delegate and validator.
 class Gardien : public NSObject {
@@ -35,58 +38,52 @@ public:
     void close(NSMenu*) { log.push_back("close"); }
     void agir(NSObject* from) { log.push_back("act " + as<NSMenuItem>(from)->title()->utf8()); }
     BOOL valide(NSMenuItem*) { return valid; }
+    Log taken() { return std::exchange(log, {}); }
 };
 
-class MenuTest : public AppFixture {
-protected:
-    Ref<NSWindow> window;
-    Ref<NSMenu> menu, sub;
-    Ref<Gardien> gardien;
+/// A menu of "Un", a separator, "Deux", "Trois" which nobody answers, and "Sous" with a submenu of two.
+struct MenuTest : WindowFixture {
+    Ref<Gardien> gardien = make<Gardien>();
+    Ref<NSMenu> menu = make<NSMenu>(u"Essai"_ns), sub = make<NSMenu>(u"Sous"_ns);
 
-    void SetUp() override {
-        window = windowAt({{100, 300}, {400, 300}});
-        gardien = make<Gardien>();
-        menu = make<NSMenu>(u"Essai"_ns);
-        sub = make<NSMenu>(u"Sous"_ns);
+    MenuTest() {
         add(menu, u"Un"_ns);
         menu->addItem(NSMenuItem::separatorItem());
         add(menu, u"Deux"_ns);
-        add(menu, u"Trois"_ns)->setTarget(nullptr); // nobody answers: disabled
-        menu->itemAtIndex(3)->setAction(sel("personne:"));
-        auto* holder = menu->addItemWithTitle_action_keyEquivalent(u"Sous"_ns, nullptr, u""_ns);
-        holder->setSubmenu(sub);
+        menu->addItemWithTitle_action_keyEquivalent(u"Trois"_ns, sel("personne:"), u""_ns);
+        menu->addItemWithTitle_action_keyEquivalent(u"Sous"_ns, nullptr, u""_ns)->setSubmenu(sub);
         add(sub, u"Dedans"_ns);
         add(sub, u"Encore"_ns);
-        show(window);
+        window->setFrameOrigin({100, 300});
+        drain();
     }
-    void TearDown() override {
-        window = nullptr;
-        menu = sub = nullptr;
-        gardien = nullptr;
-        AppFixture::TearDown();
-    }
-    NSMenuItem* add(NSMenu* m, NSString* title) {
-        auto* i = m->addItemWithTitle_action_keyEquivalent(title, sel("agir:"), u""_ns);
-        i->setTarget(gardien);
-        return i;
+    using WindowFixture::add;
+    void add(NSMenu* m, NSString* title) const {
+        m->addItemWithTitle_action_keyEquivalent(title, sel("agir:"), u""_ns)->setTarget(gardien);
     }
     /// Opens it with its top left corner there, in the window, after the keys were queued.
-    BOOL open(std::initializer_list<char16_t> keys = {}) {
-        for (const char16_t k : keys)
+    BOOL open(std::initializer_list<char16_t> queued = {}) const {
+        for (const char16_t k : queued)
             windows().key(k);
         return menu->popUpMenuPositioningItem_atLocation_inView(nullptr, {50, 200}, window->contentView());
     }
-    /// The middle of a line of the menu opened by open().
-    static NSPoint line(int i) {
+    /// Moves to the middle of a line of the menu opened by open().
+    Geste on(int line) const {
         const CGFloat middles[] = {11, 26.5, 42, 64, 86};
-        return {90, 195 - middles[i]};
+        return mouse().at(90, 195 - middles[line]);
     }
-    Geste mouse() { return {windows(), window}; }
+    /// What it does with what was queued.
+    void chooses(const char* what, const Log& chosen, std::initializer_list<char16_t> queued = {}) const {
+        gardien->taken();
+        EXPECT_EQ(open(queued), !chosen.empty()) << what;
+        EXPECT_EQ(gardien->taken(), chosen) << what;
+        EXPECT_FALSE(menu->isTracking());
+        EXPECT_EQ(menu->highlightedItem(), nullptr);
+        drain();
+    }
 };
 
 TEST_F(MenuTest, KeysChoose) {
-    constexpr char16_t down = NSDownArrowFunctionKey, up = NSUpArrowFunctionKey, ret = u'\r', esc = 0x1B,
-                       right = NSRightArrowFunctionKey, left = NSLeftArrowFunctionKey;
     struct Row {
         const char* what;
         std::initializer_list<char16_t> keys;
@@ -107,47 +104,25 @@ TEST_F(MenuTest, KeysChoose) {
         {"nothing highlighted", {ret, esc}, {}},
         {"Tab", {down, u'\t'}, {}},
     };
-    for (const Row& row : rows) {
-        gardien->log.clear();
-        EXPECT_EQ(open(row.keys), !row.chosen.empty()) << row.what;
-        EXPECT_EQ(gardien->log, row.chosen) << row.what;
-        EXPECT_FALSE(menu->isTracking());
-        EXPECT_EQ(menu->highlightedItem(), nullptr);
-        drain();
-    }
+    for (const Row& row : rows)
+        chooses(row.what, row.chosen, row.keys);
 }
 
 TEST_F(MenuTest, TheMouseChooses) {
-    const auto press = [&](int i) { mouse().at(line(i).x, line(i).y).down().up(); };
-    press(2);
-    EXPECT_TRUE(open());
-    EXPECT_THAT(gardien->log, ElementsAre("act Deux"));
-    gardien->log.clear();
-    press(1); // on the separator: it stays open
-    press(3); // and on a disabled item
-    press(0);
-    EXPECT_TRUE(open());
-    EXPECT_THAT(gardien->log, ElementsAre("act Un"));
-    gardien->log.clear();
-    mouse().at(390, 10).down().up(); // outside
-    EXPECT_FALSE(open());
-    EXPECT_TRUE(gardien->log.empty());
-}
-
-TEST_F(MenuTest, ADragChooses) {
-    mouse().at(52, 202).down();
-    drain();
-    mouse().at(line(0).x, line(0).y).at(line(2).x, line(2).y).up();
-    EXPECT_TRUE(open());
-    EXPECT_THAT(gardien->log, ElementsAre("act Deux"));
-}
-
-TEST_F(MenuTest, ASubmenuOpensUnderThePointer) {
-    mouse().at(line(4).x, line(4).y).at(line(4).x, line(4).y - 1);
-    windows().key(NSDownArrowFunctionKey); // in the submenu, which is open by then
-    windows().key(u'\r');
-    EXPECT_TRUE(open());
-    EXPECT_THAT(gardien->log, ElementsAre("act Dedans"));
+    on(2).down().up();
+    chooses("a click", {"act Deux"});
+    on(1).down().up(); // on the separator: it stays open
+    on(3).down().up(); // and on a disabled item
+    on(0).down().up();
+    chooses("the third click", {"act Un"});
+    mouse().click(390, 10);
+    chooses("a click outside", {});
+    mouse().at(52, 202).down().end();
+    on(0);
+    on(2).up();
+    chooses("a drag", {"act Deux"});
+    on(4).at(90, 195 - 87); // opens the submenu
+    chooses("in the submenu", {"act Dedans"}, {down, ret});
 }
 
 TEST_F(MenuTest, TheDelegateFillsItIn) {
@@ -156,59 +131,53 @@ TEST_F(MenuTest, TheDelegateFillsItIn) {
         m->removeAllItems();
         add(m, u"Neuf"_ns);
     };
-    EXPECT_TRUE(open({NSDownArrowFunctionKey, u'\r'}));
-    EXPECT_THAT(gardien->log, ElementsAre("update", "open", "close", "act Neuf"));
+    EXPECT_TRUE(open({down, ret}));
+    EXPECT_THAT(gardien->taken(), ElementsAre("update", "open", "close", "act Neuf"));
     gardien->onUpdate = [](NSMenu* m) { m->removeAllItems(); };
-    gardien->log.clear();
     EXPECT_FALSE(open()) << "an empty menu does not open";
-    EXPECT_THAT(gardien->log, ElementsAre("update"));
+    EXPECT_THAT(gardien->taken(), ElementsAre("update"));
 }
 
-TEST_F(MenuTest, LeavingTheApplicationLeavesTheMenu) {
-    NSRunLoop::mainRunLoop()->performBlock([&] {
-        NSNotificationCenter::defaultCenter()->postNotificationName_object(NSApplicationDidResignActiveNotification,
-                                                                           NSApp());
-        // These come too late for the menu.
-        windows().key(NSDownArrowFunctionKey);
-        windows().key(u'\r');
-    });
-    EXPECT_FALSE(open());
-    EXPECT_TRUE(gardien->log.empty());
-    drain();
-}
-
-TEST_F(MenuTest, TrackingIsCancelled) {
+TEST_F(MenuTest, LeavingTheApplicationOrCancellingLeavesTheMenu) {
     const std::size_t before = windows().stacking().size();
-    NSRunLoop::mainRunLoop()->performBlock([&] { menu->cancelTracking(); });
-    EXPECT_FALSE(open());
-    EXPECT_EQ(windows().stacking().size(), before) << "its window is gone";
+    for (const bool leaves : {true, false}) {
+        NSRunLoop::mainRunLoop()->performBlock([&] {
+            if (leaves)
+                NSNotificationCenter::defaultCenter()->postNotificationName_object(
+                    NSApplicationDidResignActiveNotification, NSApp());
+            else
+                menu->cancelTracking();
+            // These come too late for the menu.
+            windows().key(down);
+            windows().key(ret);
+        });
+        chooses("nothing", {});
+        EXPECT_EQ(windows().stacking().size(), before) << "its window is gone";
+    }
     menu->cancelTracking(); // not open: nothing
 }
 
 TEST_F(MenuTest, ItemsAreEnabledByTheirTargets) {
-    menu->update();
-    std::string enabled;
-    for (NSInteger i = 0; i < menu->numberOfItems(); ++i)
-        enabled += menu->itemAtIndex(i)->isEnabled() ? '1' : '0';
-    EXPECT_EQ(enabled[0], '1');
-    EXPECT_EQ(enabled.substr(2), "101");
+    const auto enabled = [&] {
+        std::string s;
+        menu->update();
+        for (const NSInteger i : {0, 2, 3, 4})
+            s += menu->itemAtIndex(i)->isEnabled() ? '1' : '0';
+        return s;
+    };
+    EXPECT_EQ(enabled(), "1101");
     gardien->valid = NO;
-    menu->update();
-    EXPECT_FALSE(menu->itemAtIndex(0)->isEnabled());
+    EXPECT_EQ(enabled(), "0001");
     gardien = nullptr; // the target dies
-    menu->update();
-    EXPECT_FALSE(menu->itemAtIndex(2)->isEnabled());
+    EXPECT_EQ(enabled(), "0001");
     menu->setAutoenablesItems(NO);
     menu->itemAtIndex(2)->setEnabled(YES);
-    menu->update();
-    EXPECT_TRUE(menu->itemAtIndex(2)->isEnabled());
+    EXPECT_EQ(enabled(), "0101");
 }
 
 TEST_F(MenuTest, KeyEquivalents) {
-    auto* lower = menu->itemAtIndex(0);
-    lower->setKeyEquivalent(u"k"_ns);
-    auto* upper = menu->itemAtIndex(2);
-    upper->setKeyEquivalent(u"K"_ns);
+    menu->itemAtIndex(0)->setKeyEquivalent(u"k"_ns);
+    menu->itemAtIndex(2)->setKeyEquivalent(u"K"_ns);
     sub->itemAtIndex(1)->setKeyEquivalent(u"e"_ns);
     NSApp()->setMainMenu(menu);
     struct Row {
@@ -216,26 +185,29 @@ TEST_F(MenuTest, KeyEquivalents) {
         std::uint32_t modifiers;
         Log done;
     };
+    const auto check = [&](const Row& row) {
+        key(row.key, row.modifiers);
+        EXPECT_EQ(gardien->taken(), row.done) << int{row.key} << " " << row.modifiers;
+    };
     for (const Row& row :
          {Row{u'k', NSCommandKeyMask, {"act Un"}}, Row{u'K', NSCommandKeyMask | NSShiftKeyMask, {"act Deux"}},
           Row{u'e', NSCommandKeyMask, {"act Encore"}}, Row{u'k', 0, {}},
-          Row{u'k', NSCommandKeyMask | NSAlternateKeyMask, {}}}) {
-        gardien->log.clear();
-        windows().key(row.key, row.modifiers);
-        drain();
-        EXPECT_EQ(gardien->log, row.done) << int{row.key} << " " << row.modifiers;
-    }
-    lower->setHidden(YES);
-    gardien->log.clear();
-    windows().key(u'k', NSCommandKeyMask);
-    drain();
-    EXPECT_TRUE(gardien->log.empty());
+          Row{u'k', NSCommandKeyMask | NSAlternateKeyMask, {}}})
+        check(row);
+    menu->itemAtIndex(0)->setHidden(YES);
+    check({u'k', NSCommandKeyMask, {}});
 }
 
-TEST_F(MenuTest, ItemsBelongToOneMenu) {
+TEST_F(MenuTest, ItemsBelongToOneMenuAndNoMenuToItself) {
+    const auto loose = make<NSMenuItem>(u"Boucle"_ns.get(), nullptr, nullptr);
+    loose->setSubmenu(menu);
+    EXPECT_THROW(sub->addItem(loose), NSExceptionRaised);
+    EXPECT_THROW(sub->itemAtIndex(0)->setSubmenu(menu), NSExceptionRaised);
+    EXPECT_THROW(sub->itemAtIndex(0)->setSubmenu(sub), NSExceptionRaised);
     EXPECT_THROW(sub->addItem(menu->itemAtIndex(0)), NSExceptionRaised);
     EXPECT_THROW((void)menu->itemAtIndex(99), NSExceptionRaised);
     EXPECT_THROW(menu->addItem(nullptr), NSExceptionRaised);
+    EXPECT_EQ(sub->numberOfItems(), 2);
     EXPECT_EQ(sub->supermenu(), menu.get());
     const Ref<NSMenuItem> holder(menu->itemAtIndex(4));
     menu->removeItem(holder);
@@ -246,118 +218,23 @@ TEST_F(MenuTest, ItemsBelongToOneMenu) {
     EXPECT_EQ(copied->itemAtIndex(0)->menu(), copied.get());
 }
 
-class PopUpTest : public MenuTest {
-protected:
-    Ref<NSPopUpButton> button;
-    Ref<Cible> cible;
-
-    void SetUp() override {
-        MenuTest::SetUp();
-        cible = make<Cible>();
-        button = make<NSPopUpButton>(NSRect{{50, 200}, {120, 24}});
-        for (const char* t : {"un", "deux", "trois"})
-            button->addItemWithTitle(NSString::fromUTF8(t));
-        button->setTarget(cible);
-        button->setAction(sel("agir:"));
-        window->contentView()->addSubview(button);
-    }
-    void TearDown() override {
-        button = nullptr;
-        cible = nullptr;
-        MenuTest::TearDown();
-    }
-};
-
-TEST_F(PopUpTest, KeysChoose) {
-    EXPECT_EQ(button->titleOfSelectedItem()->utf8(), "un");
-    window->makeFirstResponder(button);
-    for (const char16_t k : {char16_t{u' '}, char16_t{NSDownArrowFunctionKey}, char16_t{u'\r'}})
-        windows().key(k);
-    drain();
-    EXPECT_EQ(button->titleOfSelectedItem()->utf8(), "deux");
-    EXPECT_EQ(cible->count, 1);
-    EXPECT_EQ(cible->sender, button.get());
-    EXPECT_EQ(button->itemAtIndex(0)->state(), NSOffState);
-    EXPECT_EQ(button->itemAtIndex(1)->state(), NSOnState);
-    windows().key(NSDownArrowFunctionKey);
-    windows().key(NSDownArrowFunctionKey);
-    windows().key(0x1B);
-    drain();
-    EXPECT_EQ(button->indexOfSelectedItem(), 1) << "Escape leaves it";
-    EXPECT_EQ(cible->count, 1);
-    EXPECT_FALSE(button->cell()->isHighlighted());
-}
-
-TEST_F(PopUpTest, AClickOpensItAndASecondChooses) {
-    mouse().at(100, 212).down().up(); // the chosen item lies under the pointer: it stays open
-    mouse().at(100, 212 - 22).down().up();
-    drain();
-    EXPECT_EQ(button->titleOfSelectedItem()->utf8(), "deux");
-    mouse().at(100, 212).down().at(100, 212 - 22).up(); // a drag from item to item
-    drain();
-    EXPECT_EQ(button->titleOfSelectedItem()->utf8(), "trois");
-    EXPECT_EQ(cible->count, 2);
-}
-
-TEST_F(PopUpTest, APullDownKeepsItsTitle) {
-    button->setPullsDown(YES);
-    window->makeFirstResponder(button);
-    for (const char16_t k : {char16_t{u' '}, char16_t{NSDownArrowFunctionKey}, char16_t{u'\r'}})
-        windows().key(k);
-    drain();
-    EXPECT_EQ(button->indexOfSelectedItem(), 1) << "the first item is the title, and no choice";
-    EXPECT_EQ(button->title()->utf8(), "un");
-    EXPECT_FALSE(button->itemAtIndex(0)->isHidden());
-}
-
-TEST_F(PopUpTest, TheSelectionFollowsTheItems) {
-    button->selectItemAtIndex(2);
-    button->removeItemAtIndex(0);
-    EXPECT_EQ(button->indexOfSelectedItem(), 1);
-    button->removeItemAtIndex(1); // the selected one
-    EXPECT_EQ(button->titleOfSelectedItem()->utf8(), "deux");
-    button->selectItemAtIndex(9);
-    EXPECT_EQ(button->titleOfSelectedItem(), nullptr);
-    EXPECT_EQ(button->indexOfSelectedItem(), -1);
-    button->removeAllItems();
-    EXPECT_EQ(button->titleOfSelectedItem(), nullptr);
-    button->performClick(nullptr); // nothing to open
-    EXPECT_EQ(cible->count, 0);
-}
-
-TEST_F(PopUpTest, ACopyChoosesForItself) {
-    button->selectItemAtIndex(1);
-    const auto copied = button->popUpCell()->copyWithZone();
-    auto* c = as<NSPopUpButtonCell>(copied);
-    ASSERT_TRUE(c);
-    EXPECT_EQ(c->indexOfSelectedItem(), 1);
-    c->selectItemAtIndex(2);
-    EXPECT_EQ(button->indexOfSelectedItem(), 1);
-    EXPECT_EQ(c->popUpMenu()->itemAtIndex(0)->target(), c);
-}
-
-TEST_F(PopUpTest, AnActionMayRemoveTheButton) {
-    Weak<NSPopUpButton> weak(button.get());
-    cible->onAction = [&](NSObject*) {
-        button->removeFromSuperview();
-        button = nullptr;
-    };
-    window->makeFirstResponder(button);
-    for (const char16_t k : {char16_t{u' '}, char16_t{NSDownArrowFunctionKey}, char16_t{u'\r'}})
-        windows().key(k);
-    drain();
-    EXPECT_EQ(cible->count, 1);
-    EXPECT_EQ(weak.get(), nullptr);
+TEST_F(MenuTest, AnItemThatGoesWhileItsSubmenuIsAskedOpensNothing) {
+    sub->setDelegate(gardien);
+    gardien->onUpdate = [&](NSMenu*) { menu->removeItemAtIndex(4); };
+    EXPECT_FALSE(open({NSEndFunctionKey, right, esc}));
+    EXPECT_EQ(menu->numberOfItems(), 4);
+    EXPECT_FALSE(menu->isTracking());
 }
 
 TEST_F(MenuTest, ArchivesKeepMenusAndTheirItems) {
-    menu->itemAtIndex(0)->setKeyEquivalent(u"u"_ns);
-    menu->itemAtIndex(0)->setKeyEquivalentModifierMask(NSAlternateKeyMask);
-    menu->itemAtIndex(0)->setState(NSMixedState);
-    menu->itemAtIndex(2)->setHidden(YES);
-    menu->itemAtIndex(2)->setIndentationLevel(3);
-    menu->itemAtIndex(2)->setTag(-7);
-    menu->itemAtIndex(2)->setRepresentedObject(u"objet"_ns);
+    NSMenuItem &un = *menu->itemAtIndex(0), &deux = *menu->itemAtIndex(2);
+    un.setKeyEquivalent(u"u"_ns);
+    un.setKeyEquivalentModifierMask(NSAlternateKeyMask);
+    un.setState(NSMixedState);
+    deux.setHidden(YES);
+    deux.setIndentationLevel(3);
+    deux.setTag(-7);
+    deux.setRepresentedObject(u"objet"_ns);
     menu->setMinimumWidth(120);
     menu->setAutoenablesItems(NO);
     menu->itemAtIndex(3)->setEnabled(NO);
@@ -367,7 +244,7 @@ TEST_F(MenuTest, ArchivesKeepMenusAndTheirItems) {
     EXPECT_EQ(back->minimumWidth(), 120);
     EXPECT_FALSE(back->autoenablesItems());
     ASSERT_EQ(back->numberOfItems(), 5);
-    const NSMenuItem& first = *back->itemAtIndex(0);
+    const NSMenuItem &first = *back->itemAtIndex(0), &third = *back->itemAtIndex(2);
     EXPECT_EQ(first.menu(), back.get());
     EXPECT_EQ(first.action(), sel("agir:"));
     EXPECT_EQ(first.target(), nullptr) << "a target that the archive does not hold is none";
@@ -375,47 +252,95 @@ TEST_F(MenuTest, ArchivesKeepMenusAndTheirItems) {
     EXPECT_EQ(first.keyEquivalentModifierMask(), NSUInteger{NSAlternateKeyMask});
     EXPECT_EQ(first.state(), NSMixedState);
     EXPECT_TRUE(back->itemAtIndex(1)->isSeparatorItem());
-    const NSMenuItem& third = *back->itemAtIndex(2);
     EXPECT_TRUE(third.isHidden());
     EXPECT_EQ(third.indentationLevel(), 3);
     EXPECT_EQ(third.tag(), -7);
     EXPECT_TRUE(isEqual(third.representedObject(), u"objet"_ns.get()));
     EXPECT_FALSE(back->itemAtIndex(3)->isEnabled());
-    ASSERT_TRUE(back->itemAtIndex(4)->submenu());
-    EXPECT_EQ(back->itemAtIndex(4)->submenu()->supermenu(), back.get());
-    EXPECT_EQ(back->itemAtIndex(4)->submenu()->itemAtIndex(1)->title()->utf8(), "Encore");
+    const NSMenu* submenu = back->itemAtIndex(4)->submenu();
+    ASSERT_TRUE(submenu);
+    EXPECT_EQ(submenu->supermenu(), back.get());
+    EXPECT_EQ(submenu->itemAtIndex(1)->title()->utf8(), "Encore");
 }
 
-TEST_F(MenuTest, APopUpOfAnArchiveHasItsItemsAndItsChoice) {
-    const auto p = make<NSPopUpButton>(NSMakeRect(10, 10, 120, 24));
-    p->addItemWithTitle(u"Un"_ns);
-    p->addItemWithTitle(u"Deux"_ns);
-    p->selectItemAtIndex(1);
-    const auto back = throughKeyedArchive(*p);
+struct PopUpTest : WindowFixture {
+    Ref<Cible> cible = make<Cible>();
+    Ref<NSPopUpButton> button = add<NSPopUpButton>({{50, 200}, {120, 24}});
+
+    PopUpTest() {
+        for (const char* t : {"un", "deux", "trois"})
+            button->addItemWithTitle(NSString::fromUTF8(t));
+        button->setTarget(cible);
+        button->setAction(sel("agir:"));
+        window->makeFirstResponder(button);
+    }
+    std::string chosen() const {
+        NSString* title = button->titleOfSelectedItem();
+        return title ? title->utf8() : "none";
+    }
+};
+
+TEST_F(PopUpTest, KeysAndClicksChoose) {
+    EXPECT_EQ(chosen(), "un");
+    keys({u' ', down, ret});
+    EXPECT_EQ(chosen(), "deux");
+    EXPECT_EQ(cible->sender, button.get());
+    EXPECT_EQ(button->itemAtIndex(0)->state(), NSOffState);
+    EXPECT_EQ(button->itemAtIndex(1)->state(), NSOnState);
+    keys({down, down, esc});
+    EXPECT_EQ(chosen(), "deux") << "Escape leaves it";
+    EXPECT_FALSE(button->cell()->isHighlighted());
+    button->selectItemAtIndex(0);
+    mouse().click(100, 212).click(100, 190).end(); // the chosen item lies under the pointer: it stays open
+    EXPECT_EQ(chosen(), "deux");
+    mouse().at(100, 212).down().at(100, 190).up().end(); // a drag from item to item
+    EXPECT_EQ(chosen(), "trois");
+    EXPECT_EQ(cible->count, 3);
+    button->setPullsDown(YES);
+    keys({u' ', down, ret});
+    EXPECT_EQ(button->indexOfSelectedItem(), 1) << "the first item is the title, and no choice";
+    EXPECT_EQ(button->title()->utf8(), "un");
+}
+
+TEST_F(PopUpTest, TheSelectionFollowsTheItems) {
+    button->selectItemAtIndex(2);
+    button->removeItemAtIndex(0);
+    EXPECT_EQ(button->indexOfSelectedItem(), 1);
+    button->removeItemAtIndex(1); // the selected one
+    EXPECT_EQ(chosen(), "deux");
+    button->selectItemAtIndex(9);
+    EXPECT_EQ(chosen(), "none");
+    EXPECT_EQ(button->indexOfSelectedItem(), -1);
+    button->removeAllItems();
+    EXPECT_EQ(chosen(), "none");
+    button->performClick(nullptr); // nothing to open
+    EXPECT_EQ(cible->count, 0);
+}
+
+TEST_F(PopUpTest, ACopyOrAnArchiveChoosesForItself) {
+    button->selectItemAtIndex(1);
+    const auto back = throughKeyedArchive(*button);
     ASSERT_TRUE(back);
-    EXPECT_EQ(back->numberOfItems(), 2);
-    EXPECT_EQ(back->titleOfSelectedItem()->utf8(), "Deux");
-    // Its items choose in it, not in the one that was written.
-    back->menu()->performActionForItemAtIndex(0);
-    EXPECT_EQ(back->indexOfSelectedItem(), 0);
-    EXPECT_EQ(p->indexOfSelectedItem(), 1);
+    for (const Ref<NSPopUpButtonCell>& c :
+         {Ref<NSPopUpButtonCell>(as<NSPopUpButtonCell>(button->cell()->copyWithZone().get())),
+          Ref<NSPopUpButtonCell>(back->popUpCell())}) {
+        ASSERT_TRUE(c);
+        EXPECT_EQ(c->indexOfSelectedItem(), 1);
+        c->popUpMenu()->performActionForItemAtIndex(0);
+        EXPECT_EQ(c->indexOfSelectedItem(), 0);
+        EXPECT_EQ(chosen(), "deux");
+    }
 }
 
-TEST_F(MenuTest, AMenuDoesNotOpenFromItself) {
-    EXPECT_THROW(sub->itemAtIndex(0)->setSubmenu(menu), NSExceptionRaised);
-    EXPECT_THROW(sub->itemAtIndex(0)->setSubmenu(sub), NSExceptionRaised);
-    const auto loose = make<NSMenuItem>(u"Boucle"_ns.get(), nullptr, nullptr);
-    loose->setSubmenu(menu);
-    EXPECT_THROW(sub->addItem(loose), NSExceptionRaised);
-    EXPECT_EQ(sub->numberOfItems(), 2);
-}
-
-TEST_F(MenuTest, AnItemThatGoesWhileItsSubmenuIsAskedOpensNothing) {
-    sub->setDelegate(gardien);
-    gardien->onUpdate = [&](NSMenu*) { menu->removeItemAtIndex(4); };
-    EXPECT_FALSE(open({NSEndFunctionKey, NSRightArrowFunctionKey, NSEscapeCharacter}));
-    EXPECT_EQ(menu->numberOfItems(), 4);
-    EXPECT_FALSE(menu->isTracking());
+TEST_F(PopUpTest, AnActionMayRemoveTheButton) {
+    const Weak<NSPopUpButton> weak(button.get());
+    cible->onAction = [&](NSObject*) {
+        button->removeFromSuperview();
+        button = nullptr;
+    };
+    keys({u' ', down, ret});
+    EXPECT_EQ(cible->count, 1);
+    EXPECT_EQ(weak.get(), nullptr);
 }
 
 } // namespace

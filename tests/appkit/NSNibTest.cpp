@@ -1,9 +1,5 @@
-#include <filesystem>
-#include <fstream>
-
-#include <unistd.h>
-
 #include <appkit/Cible.h>
+#include <foundation/Valeurs.h>
 #include <gmock/gmock.h>
 #include <support/Silence.h>
 
@@ -17,7 +13,6 @@
 #include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/appkit/NSTextField.h>
 #include <libvue/platform/appkit/NSViewController.h>
-#include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSBundle.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSFont.h>
@@ -73,33 +68,30 @@ private:
     Ref<NSTextField> champ_;
 };
 
-class NibTest : public AppFixture {
-protected:
-    std::filesystem::path dossier =
-        std::filesystem::temp_directory_path() / ("libvue-nib-" + std::to_string(::getpid()));
-    Ref<Proprietaire> proprietaire;
+struct NibTest : AppFixture {
+    const valeurs::Folder dossier;
+    Ref<NSBundle> bundle = NSBundle::bundleWithPath(NSString::fromUTF8(dossier.path.string()));
+    Ref<Proprietaire> proprietaire = make<Proprietaire>();
     std::vector<std::string> reveils;
 
-    void SetUp() override {
-        std::filesystem::create_directories(dossier);
-        proprietaire = make<Proprietaire>();
-        Noeud::reveils = &reveils;
-    }
-    void TearDown() override {
-        std::filesystem::remove_all(dossier);
-        proprietaire = nullptr;
+    NibTest() { Noeud::reveils = &reveils; }
+    ~NibTest() override {
         Noeud::reveils = nullptr;
-        AppFixture::TearDown();
+        proprietaire = nullptr;
+        bundle = nullptr;
+        NSApplication::resetSharedApplication();
+    }
+    void TearDown() override {}
+    Ref<NSNib> nib(const char* nom, const std::string& texte) const {
+        dossier.write(nom + std::string(".nib.json"), texte);
+        return NSNib::initWithNibNamed_bundle(NSString::fromUTF8(nom), bundle);
     }
     /// The top-level objects of a resource with that text; null where it could not be built.
-    Ref<NSArray> charge(const std::string& texte) {
+    [[nodiscard]] Ref<NSArray> charge(const std::string& texte) const {
         static int numero = 0;
-        const std::string nom = "n" + std::to_string(++numero);
-        std::ofstream(dossier / (nom + ".nib.json")) << texte;
-        const Ref<NSBundle> b = NSBundle::bundleWithPath(NSString::fromUTF8(dossier.string()));
         Ref<NSArray> objets;
-        const Ref<NSNib> nib = NSNib::initWithNibNamed_bundle(NSString::fromUTF8(nom), b);
-        return nib && nib->instantiateNibWithOwner_topLevelObjects(proprietaire, &objets) ? objets : nullptr;
+        const Ref<NSNib> n = nib(("n" + std::to_string(++numero)).c_str(), texte);
+        return n && n->instantiateNibWithOwner_topLevelObjects(proprietaire, &objets) ? objets : nullptr;
     }
 };
 
@@ -180,18 +172,16 @@ TEST_F(NibTest, ObjectsWakeInTheirOrderOnceAllIsConnected) {
 }
 
 TEST_F(NibTest, EachInstanceIsFreshAndAChangedFileIsReadAgain) {
-    const Ref<NSBundle> b = NSBundle::bundleWithPath(NSString::fromUTF8(dossier.string()));
     const auto nomme = [&](int n) {
-        const Ref<NSNib> nib = NSNib::initWithNibNamed_bundle(u"f"_ns, b);
-        Ref<NSArray> objets;
-        EXPECT_TRUE(nib->instantiateNibWithOwner_topLevelObjects(nullptr, &objets));
-        EXPECT_EQ(objets->at<Noeud>(0)->quantite(), n);
-        return objets;
+        const Ref<NSNib> f =
+            nib("f", R"({"objects": [{"class": "Noeud", "properties": {"quantite": )" + std::to_string(n) + "}}]}");
+        Ref<NSArray> un, deux;
+        EXPECT_TRUE(f->instantiateNibWithOwner_topLevelObjects(nullptr, &un));
+        EXPECT_TRUE(f->instantiateNibWithOwner_topLevelObjects(nullptr, &deux));
+        EXPECT_EQ(un->at<Noeud>(0)->quantite(), n);
+        EXPECT_NE(un->firstObject(), deux->firstObject());
     };
-    std::ofstream(dossier / "f.nib.json") << R"({"objects": [{"class": "Noeud", "properties": {"quantite": 1}}]})";
-    const auto un = nomme(1), deux = nomme(1);
-    EXPECT_NE(un->firstObject(), deux->firstObject());
-    std::ofstream(dossier / "f.nib.json") << R"({"objects": [{"class": "Noeud", "properties": {"quantite": 222}}]})";
+    nomme(1);
     nomme(222);
 }
 
@@ -202,23 +192,21 @@ TEST_F(NibTest, ABuilderStandsInForAFile) {
         objets->addObject(n);
         return YES;
     });
-    const Ref<NSNib> nib = NSNib::initWithNibNamed_bundle(u"parCode"_ns, nullptr);
-    ASSERT_TRUE(nib);
+    const Ref<NSNib> built = NSNib::initWithNibNamed_bundle(u"parCode"_ns, nullptr);
+    ASSERT_TRUE(built);
     NSNib::registerBuilder(u"parCode"_ns, {});
     const Silence quiet;
     EXPECT_FALSE(NSNib::initWithNibNamed_bundle(u"parCode"_ns, nullptr));
     Ref<NSArray> objets;
-    EXPECT_TRUE(nib->instantiateNibWithOwner_topLevelObjects(proprietaire, &objets));
+    EXPECT_TRUE(built->instantiateNibWithOwner_topLevelObjects(proprietaire, &objets));
     EXPECT_EQ(objets->at<Noeud>(0)->autre(), proprietaire.get());
     EXPECT_THAT(reveils, ElementsAre("?+"));
 }
 
 TEST_F(NibTest, AControllerTakesItsViewFromItsResource) {
-    std::ofstream(dossier / "vue.nib.json")
-        << R"({"objects": [{"id": "v", "class": "Noeud"}], "owner": {"outlets": {"view": "v"}}})";
-    const Ref<NSBundle> b = NSBundle::bundleWithPath(NSString::fromUTF8(dossier.string()));
-    const auto avec = make<NSViewController>(u"vue"_ns.get(), b.get()),
-               sans = make<NSViewController>(u"z"_ns.get(), b.get());
+    (void)nib("vue", R"({"objects": [{"id": "v", "class": "Noeud"}], "owner": {"outlets": {"view": "v"}}})");
+    const auto avec = make<NSViewController>(u"vue"_ns.get(), bundle.get()),
+               sans = make<NSViewController>(u"z"_ns.get(), bundle.get());
     EXPECT_TRUE(as<Noeud>(avec->view()));
     const Silence quiet;
     EXPECT_TRUE(sans->view());

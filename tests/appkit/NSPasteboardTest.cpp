@@ -1,4 +1,4 @@
-#include <appkit/Cible.h>
+#include <appkit/AppFixture.h>
 
 #include <libvue/platform/appkit/NSPasteboard.h>
 #include <libvue/platform/foundation/NSData.h>
@@ -23,88 +23,81 @@ public:
     void changed(NSPasteboard*) { ++lost; }
 };
 
-class PasteboardTest : public AppFixture {
-protected:
-    NSPasteboard* general() { return NSPasteboard::generalPasteboard(); }
-    static Ref<NSArray> strings() { return NSArray::arrayWithObjects({NSStringPboardType.get()}); }
-    std::string onDesktop(const char* mime) {
-        const auto bytes = backend.clipboard().read(mime);
+struct PasteboardTest : AppFixture {
+    NSPasteboard* general = NSPasteboard::generalPasteboard();
+
+    ~PasteboardTest() override { general->clearContents(); }
+    /// Declares strings, and RTF which is never given.
+    static void declare(NSPasteboard* board, NSObject* owner = nullptr) {
+        board->declareTypes_owner(NSArray::arrayWithObjects({NSStringPboardType.get(), NSRTFPboardType.get()}), owner);
+    }
+    static bool write(NSPasteboard* board, NSString* text) {
+        return board->setString_forType(text, NSStringPboardType);
+    }
+    static std::string read(NSPasteboard* board) {
+        const auto s = board->stringForType(NSStringPboardType);
+        return s ? s->utf8() : "nothing";
+    }
+    std::string onDesktop() {
+        const auto bytes = backend.clipboard().read("text/plain");
         return {bytes.begin(), bytes.end()};
     }
     void copyElsewhere(const std::string& text) {
         backend.clipboard().setFromElsewhere({{"text/plain", {text.begin(), text.end()}}});
         drain();
     }
-    void TearDown() override {
-        general()->clearContents();
-        AppFixture::TearDown();
-    }
 };
 
-TEST_F(PasteboardTest, WhatIsCopiedStandsOnTheDesktop) {
-    const NSInteger before = general()->changeCount();
-    general()->declareTypes_owner(NSArray::arrayWithObjects({NSStringPboardType.get(), NSRTFPboardType.get()}),
-                                  nullptr);
-    EXPECT_TRUE(general()->setString_forType(u"été"_ns, NSStringPboardType));
-    EXPECT_FALSE(general()->setString_forType(u"x"_ns, NSHTMLPboardType)) << "not declared";
-    EXPECT_EQ(onDesktop("text/plain"), "été");
-    EXPECT_EQ(general()->stringForType(NSStringPboardType)->utf8(), "été");
-    EXPECT_EQ(general()->dataForType(NSRTFPboardType), nullptr) << "declared, never given";
-    EXPECT_GT(general()->changeCount(), before);
-    EXPECT_EQ(general()->stringForType(nullptr), nullptr);
-}
-
-TEST_F(PasteboardTest, AnotherApplicationTakesOver) {
-    general()->declareTypes_owner(strings(), nullptr);
-    general()->setString_forType(u"à nous"_ns, NSStringPboardType);
-    const NSInteger ours = general()->changeCount();
+TEST_F(PasteboardTest, WhatIsCopiedStandsOnTheDesktopUntilAnotherApplicationTakesOver) {
+    const NSInteger before = general->changeCount();
+    declare(general);
+    EXPECT_TRUE(write(general, u"été"_ns));
+    EXPECT_FALSE(general->setString_forType(u"x"_ns, NSHTMLPboardType)) << "not declared";
+    EXPECT_EQ(onDesktop(), "été");
+    EXPECT_EQ(read(general), "été");
+    EXPECT_EQ(general->dataForType(NSRTFPboardType), nullptr) << "declared, never given";
+    EXPECT_EQ(general->stringForType(nullptr), nullptr);
+    const NSInteger ours = general->changeCount();
+    EXPECT_GT(ours, before);
     copyElsewhere("ailleurs");
-    EXPECT_GT(general()->changeCount(), ours);
-    EXPECT_EQ(general()->stringForType(NSStringPboardType)->utf8(), "ailleurs");
-    EXPECT_FALSE(general()->setString_forType(u"trop tard"_ns, NSStringPboardType));
-    EXPECT_EQ(onDesktop("text/plain"), "ailleurs");
-    const NSInteger theirs = general()->changeCount();
-    EXPECT_EQ(general()->changeCount(), theirs) << "reading is no change";
-    general()->declareTypes_owner(strings(), nullptr);
-    EXPECT_TRUE(general()->setString_forType(u"de nouveau"_ns, NSStringPboardType));
-    EXPECT_EQ(onDesktop("text/plain"), "de nouveau");
+    const NSInteger theirs = general->changeCount();
+    EXPECT_GT(theirs, ours);
+    EXPECT_EQ(read(general), "ailleurs");
+    EXPECT_FALSE(write(general, u"trop tard"_ns));
+    EXPECT_EQ(onDesktop(), "ailleurs");
+    EXPECT_EQ(general->changeCount(), theirs) << "reading is no change";
+    declare(general);
+    EXPECT_TRUE(write(general, u"de nouveau"_ns));
+    EXPECT_EQ(onDesktop(), "de nouveau");
 }
 
 TEST_F(PasteboardTest, PromisesAreKept) {
-    const auto owner = make<Promesse>();
-    general()->declareTypes_owner(strings(), owner);
+    const auto owner = make<Promesse>(), second = make<Promesse>();
+    declare(general, owner);
     EXPECT_EQ(owner->asked, 0);
-    EXPECT_EQ(general()->stringForType(NSStringPboardType)->utf8(), "promis");
-    EXPECT_EQ(general()->stringForType(NSStringPboardType)->utf8(), "promis");
+    EXPECT_EQ(read(general) + read(general), "promispromis");
     EXPECT_EQ(owner->asked, 1);
 
-    const auto second = make<Promesse>();
-    general()->declareTypes_owner(strings(), second);
+    declare(general, second);
     EXPECT_EQ(owner->lost, 1);
     drain(); // other applications see bytes alone
-    EXPECT_EQ(second->asked, 1);
-    EXPECT_EQ(onDesktop("text/plain"), "promis");
-}
+    EXPECT_EQ(onDesktop(), "promis");
 
-TEST_F(PasteboardTest, AnOwnerThatDiedPromisesNothing) {
-    general()->declareTypes_owner(strings(), make<Promesse>());
+    declare(general, make<Promesse>()); // an owner that died promises nothing
     drain();
-    EXPECT_EQ(general()->stringForType(NSStringPboardType), nullptr);
+    EXPECT_EQ(read(general), "nothing");
 }
 
 TEST_F(PasteboardTest, TheFindPasteboardIsOneAndItsOwn) {
     auto* find = NSPasteboard::pasteboardWithName(NSFindPboard);
     EXPECT_EQ(find, NSPasteboard::pasteboardWithName(NSString::fromUTF8("NSFindPboard")));
-    EXPECT_NE(find, general());
-    general()->declareTypes_owner(strings(), nullptr);
-    general()->setString_forType(u"général"_ns, NSStringPboardType);
-    find->declareTypes_owner(strings(), nullptr);
-    find->setString_forType(u"cherché"_ns, NSStringPboardType);
+    EXPECT_NE(find, general);
+    declare(find);
+    write(find, u"cherché"_ns);
     copyElsewhere("ailleurs");
-    EXPECT_EQ(find->stringForType(NSStringPboardType)->utf8(), "cherché");
-    EXPECT_EQ(find->availableTypeFromArray(NSArray::arrayWithObjects({NSRTFPboardType.get(), NSStringPboardType.get()}))
-                  ->utf8(),
-              "NSStringPboardType");
+    EXPECT_EQ(read(find), "cherché");
+    const auto wanted = NSArray::arrayWithObjects({NSHTMLPboardType.get(), NSStringPboardType.get()});
+    EXPECT_EQ(find->availableTypeFromArray(wanted)->utf8(), "NSStringPboardType");
     find->clearContents();
     EXPECT_EQ(find->types()->count(), 0u);
 }

@@ -2,7 +2,8 @@
 #include <limits>
 #include <random>
 
-#include <appkit/Cible.h>
+#include <appkit/WindowFixture.h>
+#include <foundation/Valeurs.h>
 
 #include <libvue/platform/appkit/KnobGeometry.h>
 #include <libvue/platform/appkit/NSClipView.h>
@@ -40,47 +41,23 @@ public:
     }
 };
 
-class Moves : public NSObject {
-public:
-    static void describe(ClassDescription<Moves>&) {}
-    explicit Moves(NSClipView* clip) {
-        NSNotificationCenter::defaultCenter()->addObserver<&Moves::moved>(this, NSViewBoundsDidChangeNotification,
-                                                                          clip);
-    }
-    ~Moves() override { NSNotificationCenter::defaultCenter()->removeObserver(this); }
-    int count = 0;
-    std::vector<CGFloat> tops;
-    NSTimeInterval last = 0;
-    void moved(NSNotification* n) {
-        ++count;
-        tops.push_back(as<NSClipView>(n->object())->bounds().origin.y);
-        last = NSRunLoop::mainRunLoop()->now();
-    }
-};
-
 /// A document of 1000 by 5000 points in a room of 200 by 100.
-class ScrollMotionTest : public AppFixture {
-protected:
-    Ref<NSWindow> window;
-    Ref<NSScrollView> scroll;
-    Ref<Feuille> page;
+struct ScrollMotionTest : WindowFixture {
+    Ref<NSScrollView> scroll = add<NSScrollView>({{0, 0}, {200, 100}});
+    Ref<Feuille> page = make<Feuille>(NSRect{{0, 0}, {1000, 5000}});
+    std::vector<CGFloat> tops; ///< where each move of the document brought it
+    NSTimeInterval lastMove = 0;
+    Ecoute moves{NSViewBoundsDidChangeNotification, scroll->contentView(), [this](NSNotification*) {
+                     tops.push_back(at().y);
+                     lastMove = NSRunLoop::mainRunLoop()->now();
+                 }};
 
-    void SetUp() override {
-        window = windowAt({{100, 100}, {400, 300}});
-        scroll = make<NSScrollView>(NSRect{{0, 0}, {200, 100}});
+    ScrollMotionTest() {
         scroll->setHasVerticalScroller(YES);
         scroll->setHasHorizontalScroller(YES);
-        page = make<Feuille>(NSRect{{0, 0}, {1000, 5000}});
         scroll->setDocumentView(page);
-        window->contentView()->addSubview(scroll);
-        show(window);
+        drain();
         move(window, 50, 50);
-    }
-    void TearDown() override {
-        window = nullptr;
-        scroll = nullptr;
-        page = nullptr;
-        AppFixture::TearDown();
     }
     [[nodiscard]] NSPoint at() const { return scroll->documentVisibleRect().origin; }
     void to(NSPoint p) const {
@@ -93,7 +70,6 @@ protected:
     }
     [[nodiscard]] NSScroller* bar() const { return scroll->verticalScroller(); }
     [[nodiscard]] NSRect knob() const { return bar()->convertRect_toView(bar()->rectForPart(NSScrollerKnob), nullptr); }
-    Geste mouse() { return {windows(), window}; }
 };
 
 TEST_F(ScrollMotionTest, TheWheelScrollsBothAxes) {
@@ -144,8 +120,8 @@ TEST_F(ScrollMotionTest, StepsFinerThanAPixelAddUpAndComeBack) {
         windows().setScale(scale);
         drain();
         to({100, 200});
-        const auto moves = make<Moves>(scroll->contentView());
-        int changes = 0;
+        tops.clear();
+        std::size_t changes = 0;
         NSPoint last = at();
         const auto step = [&](CGFloat dy) {
             wheel(0, dy);
@@ -161,7 +137,7 @@ TEST_F(ScrollMotionTest, StepsFinerThanAPixelAddUpAndComeBack) {
             step(0.3);
         EXPECT_NEAR(at().y, 200, 0.5 / scale + 1e-6);
         EXPECT_EQ(at().x, 100) << "an axis that does not move stays";
-        EXPECT_EQ(moves->count, changes) << "told once for each change";
+        EXPECT_EQ(tops.size(), changes) << "told once for each change";
     }
 }
 
@@ -213,15 +189,15 @@ TEST_F(ScrollMotionTest, TheKnobFollowsTheHandOverABillionPoints) {
     to({0, 123456789.25});
     const NSPoint start{NSMidX(knob()), NSMidY(knob()) + 5};
     const CGFloat way = bar()->bounds().size.height - 4 - 24;
-    const auto moves = make<Moves>(scroll->contentView());
+    tops.clear();
     mouse().at(start.x, start.y).down().at(start.x - 3, start.y).at(start.x, start.y - 1);
     for (int i = 0; i < 50; ++i)
         mouse().at(start.x, start.y - 2 - i % 7);
     mouse().at(start.x, start.y - 500).at(start.x, start.y).up().end();
-    ASSERT_EQ(moves->count, 53) << "caught is not moved";
-    EXPECT_NEAR(moves->tops.front(), 123456789.25 + (1e9 - 100) / way, 1);
-    EXPECT_NEAR(moves->tops.back(), 123456789.25, 1) << "back where it was caught";
-    EXPECT_EQ(moves->tops[51], 1e9 - 100);
+    ASSERT_EQ(tops.size(), 53u) << "caught is not moved";
+    EXPECT_NEAR(tops.front(), 123456789.25 + (1e9 - 100) / way, 1);
+    EXPECT_NEAR(tops.back(), 123456789.25, 1) << "back where it was caught";
+    EXPECT_EQ(tops[51], 1e9 - 100);
     scroll->scrollToEndOfDocument(nullptr);
     EXPECT_EQ(at().y, 1e9 - 100);
     wheel(0, 1);
@@ -232,13 +208,12 @@ TEST_F(ScrollMotionTest, APressInTheSlotPagesUntilTheKnobIsThere) {
     page->setFrameSize({200, 1000});
     const auto* loop = NSRunLoop::mainRunLoop();
     const NSTimeInterval before = loop->now();
-    const auto moves = make<Moves>(scroll->contentView());
     const CGFloat x = NSMidX(knob());
     mouse().at(x, 30).down().end(); // the run ends by itself: nothing is due any more
     EXPECT_TRUE(NSPointInRect({x, 30}, knob()));
     const CGFloat there = at().y;
     EXPECT_EQ(std::fmod(there, 80), 0) << "whole pages";
-    EXPECT_NEAR(moves->last - before, 0.35 + (there / 80 - 2) * 0.05, 1e-6);
+    EXPECT_NEAR(lastMove - before, 0.35 + (there / 80 - 2) * 0.05, 1e-6);
     mouse().up().end();
     pass(1);
     EXPECT_EQ(at().y, there);

@@ -1,6 +1,5 @@
-#include <appkit/Cible.h>
+#include <appkit/WindowFixture.h>
 
-#include <cmath>
 #include <limits>
 
 #include <graphics/Dessin.h>
@@ -11,57 +10,33 @@ using namespace libvue::test;
 
 namespace {
 
-class SliderTest : public AppFixture {
-protected:
-    Ref<NSWindow> window;
-    Ref<NSSlider> slider;
-    Ref<Cible> cible;
+struct SliderTest : WindowFixture {
+    Ref<Cible> cible = make<Cible>();
+    Ref<NSSlider> slider = add<NSSlider>({{20, 20}, {118, 20}}); // a way of 100 points from 29
 
-    void SetUp() override {
-        window = windowAt({{100, 100}, {400, 300}});
-        cible = make<Cible>();
-        slider = make<NSSlider>(NSRect{{20, 20}, {118, 20}}); // a way of 100 points
+    SliderTest() {
         slider->setMaxValue(100);
         slider->setTarget(cible);
         slider->setAction(sel("agir:"));
-        window->contentView()->addSubview(slider);
-        show(window);
     }
-    void TearDown() override {
-        window = nullptr;
-        slider = nullptr;
-        cible = nullptr;
-        AppFixture::TearDown();
-    }
-    Geste mouse() { return {windows(), window}; }
-    void key(char16_t c) {
-        windows().key(c);
-        drain();
+    void expect(double value, int count, const char* what) const {
+        EXPECT_DOUBLE_EQ(slider->doubleValue(), value) << what;
+        EXPECT_EQ(cible->count, count) << what;
     }
 };
 
-TEST_F(SliderTest, AClickOnTheTrackBringsTheKnob) {
-    mouse().at(29 + 40, 30).down().up().end();
-    EXPECT_DOUBLE_EQ(slider->doubleValue(), 40);
-    EXPECT_EQ(cible->count, 1);
-}
-
-TEST_F(SliderTest, ADragKeepsThePlaceOnTheKnobAndStopsAtTheEnds) {
-    slider->setDoubleValue(50);
-    mouse().at(29 + 50 + 5, 30).down().at(29 + 60 + 5, 30).up().end();
-    EXPECT_DOUBLE_EQ(slider->doubleValue(), 60);
-    EXPECT_EQ(cible->count, 1) << "the press alone changes nothing";
+TEST_F(SliderTest, TheMouseBringsTheKnobAndTells) {
+    mouse().click(29 + 40, 30).end();
+    expect(40, 1, "a click on the track");
+    mouse().at(29 + 40 + 5, 30).down().at(29 + 60 + 5, 30).up().end();
+    expect(60, 2, "a drag keeps the place on the knob, and its press changes nothing");
     mouse().at(29 + 60, 30).down().at(900, 30).up().end();
-    EXPECT_DOUBLE_EQ(slider->doubleValue(), 100);
+    expect(100, 3, "up to the end");
     mouse().at(29 + 100, 30).down().at(-50, 200).up().end();
-    EXPECT_DOUBLE_EQ(slider->doubleValue(), 0);
-}
-
-TEST_F(SliderTest, OneThatIsNotContinuousTellsAtTheEnd) {
+    expect(0, 4, "down to the end");
     slider->setContinuous(NO);
     mouse().at(29 + 10, 30).down().at(29 + 20, 30).at(29 + 30, 30).up().end();
-    EXPECT_EQ(cible->count, 1);
-    EXPECT_DOUBLE_EQ(slider->doubleValue(), 30);
+    expect(30, 5, "one that is not continuous tells at the end");
 }
 
 TEST_F(SliderTest, KeysStep) {
@@ -87,11 +62,13 @@ TEST_F(SliderTest, TicksHoldTheValue) {
     EXPECT_DOUBLE_EQ(slider->doubleValue(), 30);
     slider->setAllowsTickMarkValuesOnly(YES);
     EXPECT_DOUBLE_EQ(slider->doubleValue(), 25);
-    mouse().at(29 + 60, 25).down().up().end();
+    mouse().click(29 + 60, 25).end();
     EXPECT_DOUBLE_EQ(slider->doubleValue(), 50);
     window->makeFirstResponder(slider);
     key(NSRightArrowFunctionKey);
     EXPECT_DOUBLE_EQ(slider->doubleValue(), 75);
+    slider->setNumberOfTickMarks(std::numeric_limits<NSInteger>::max());
+    EXPECT_EQ(slider->numberOfTickMarks(), 10000);
 }
 
 TEST_F(SliderTest, LimitsAlwaysHold) {
@@ -127,39 +104,27 @@ TEST_F(SliderTest, TheValueAtTheMiddleOfTheKnobIsTheValue) {
             }
 }
 
-TEST_F(SliderTest, ACopyHasTheSameLimits) {
-    slider->setMinValue(-3);
-    slider->setNumberOfTickMarks(4);
-    slider->setDoubleValue(42);
-    const auto copied = slider->sliderCell()->copyWithZone();
-    const auto* c = as<NSSliderCell>(copied);
-    ASSERT_TRUE(c);
-    EXPECT_DOUBLE_EQ(c->minValue(), -3);
-    EXPECT_DOUBLE_EQ(c->maxValue(), 100);
-    EXPECT_DOUBLE_EQ(c->doubleValue(), 42);
-    EXPECT_EQ(c->numberOfTickMarks(), 4);
-    EXPECT_EQ(c->action(), sel("agir:"));
-}
-
-TEST_F(SliderTest, ArchivesKeepTheLimits) {
-    const auto s = NSSlider::sliderWithValue_minValue_maxValue_target_action(35, -50, 50, nullptr, sel("agir:"));
-    s->setNumberOfTickMarks(11);
-    s->setAllowsTickMarkValuesOnly(YES);
-    s->sliderCell()->setAltIncrementValue(2.5);
-    s->setTag(4);
-    const auto back = throughKeyedArchive(*s);
-    ASSERT_TRUE(back && back->sliderCell());
-    EXPECT_EQ(back->minValue(), -50);
-    EXPECT_EQ(back->maxValue(), 50);
-    EXPECT_EQ(back->doubleValue(), 40) << "held to the ticks";
-    EXPECT_EQ(back->numberOfTickMarks(), 11);
-    EXPECT_TRUE(back->allowsTickMarkValuesOnly());
-    EXPECT_EQ(back->sliderCell()->altIncrementValue(), 2.5);
-    EXPECT_TRUE(back->isContinuous());
-    EXPECT_EQ(back->action(), sel("agir:"));
+TEST_F(SliderTest, ArchivesAndCopiesKeepTheLimits) {
+    slider->setMinValue(-50);
+    slider->setNumberOfTickMarks(16);
+    slider->setAllowsTickMarkValuesOnly(YES);
+    slider->sliderCell()->setAltIncrementValue(2.5);
+    slider->setDoubleValue(43);
+    slider->setTag(4);
+    const auto back = throughKeyedArchive(*slider);
+    ASSERT_TRUE(back);
     EXPECT_EQ(back->tag(), 4);
-    s->setNumberOfTickMarks(std::numeric_limits<NSInteger>::max());
-    EXPECT_EQ(s->numberOfTickMarks(), 10000);
+    for (const Ref<NSSliderCell>& c : {Ref<NSSliderCell>(back->sliderCell()),
+                                       Ref<NSSliderCell>(as<NSSliderCell>(slider->cell()->copyWithZone().get()))}) {
+        ASSERT_TRUE(c);
+        EXPECT_EQ(c->minValue(), -50);
+        EXPECT_EQ(c->maxValue(), 100);
+        EXPECT_EQ(c->doubleValue(), 40) << "held to the ticks";
+        EXPECT_EQ(c->numberOfTickMarks(), 16);
+        EXPECT_TRUE(c->allowsTickMarkValuesOnly() && c->isContinuous());
+        EXPECT_EQ(c->altIncrementValue(), 2.5);
+        EXPECT_EQ(c->action(), sel("agir:"));
+    }
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include <appkit/AppFixture.h>
+#include <appkit/WindowFixture.h>
 
 #include <gmock/gmock.h>
 
@@ -10,82 +10,60 @@ using testing::ElementsAre;
 
 namespace {
 
-class KeyViewsTest : public AppFixture {
-protected:
-    Ref<NSWindow> window;
-    Ref<LogView> a, b, c;
+struct KeyViewsTest : WindowFixture {
+    // In the order of reading: a, b, c.
+    Ref<LogView> c = viewIn(window, {{10, 10}, {50, 20}}, "c"), b = viewIn(window, {{100, 200}, {50, 20}}, "b"),
+                 a = viewIn(window, {{10, 200}, {50, 20}}, "a");
 
-    void SetUp() override {
-        window = windowAt({{100, 100}, {400, 300}});
-        // In the order of reading: a, b, c.
-        c = viewIn(window, {{10, 10}, {50, 20}}, "c");
-        b = viewIn(window, {{100, 200}, {50, 20}}, "b");
-        a = viewIn(window, {{10, 200}, {50, 20}}, "a");
+    KeyViewsTest() {
         for (const auto& v : {a, b, c})
             v->accepts = YES;
-        show(window);
-        log.clear();
     }
-    void TearDown() override {
-        a = b = c = nullptr;
-        window = nullptr;
-        AppFixture::TearDown();
-    }
+    [[nodiscard]] NSResponder* first() const { return window->firstResponder(); }
 };
 
 TEST_F(KeyViewsTest, TheOldResponderIsAskedFirst) {
-    EXPECT_EQ(window->firstResponder(), window.get());
-    EXPECT_TRUE(window->makeFirstResponder(a));
-    EXPECT_TRUE(window->makeFirstResponder(b));
-    EXPECT_TRUE(window->makeFirstResponder(b)); // nothing to do
+    EXPECT_EQ(first(), window.get());
+    for (LogView* v : {a.get(), b.get(), b.get()}) // the last time there is nothing to do
+        EXPECT_TRUE(window->makeFirstResponder(v));
     EXPECT_THAT(taken(), ElementsAre("a become", "a resign", "b become"));
 
     b->resigns = NO;
     EXPECT_FALSE(window->makeFirstResponder(a));
-    EXPECT_EQ(window->firstResponder(), b.get());
+    EXPECT_EQ(first(), b.get());
     EXPECT_THAT(taken(), ElementsAre("b resign"));
 
     b->resigns = YES;
     a->becomes = NO;
     EXPECT_FALSE(window->makeFirstResponder(a));
-    EXPECT_EQ(window->firstResponder(), window.get()); // the old one is gone, the new one would not
+    EXPECT_EQ(first(), window.get()); // the old one is gone, the new one would not
+    EXPECT_FALSE(window->makeFirstResponder(make<LogView>(NSZeroRect, log, "stranger")));
 
-    const Ref<LogView> stranger = make<LogView>(NSZeroRect, log, "stranger");
-    EXPECT_FALSE(window->makeFirstResponder(stranger));
-}
-
-TEST_F(KeyViewsTest, AViewNeedNotAcceptByItselfToBeMadeFirst) {
-    a->accepts = NO;
+    a->becomes = YES;
+    a->accepts = NO; // it need not accept by itself to be made first
     EXPECT_TRUE(window->makeFirstResponder(a));
-    EXPECT_EQ(window->firstResponder(), a.get());
-}
-
-TEST_F(KeyViewsTest, ResigningMayMoveTheFocusElsewhere) {
-    window->makeFirstResponder(a);
     a->onResign = [&] {
         a->onResign = nullptr;
         window->makeFirstResponder(c);
     };
     taken();
     EXPECT_TRUE(window->makeFirstResponder(b));
-    EXPECT_EQ(window->firstResponder(), b.get());
+    EXPECT_EQ(first(), b.get()) << "resigning moved the focus elsewhere";
     EXPECT_EQ(taken().back(), "b become");
 }
 
 TEST_F(KeyViewsTest, AFirstResponderThatLeavesOrDiesLeavesTheWindow) {
-    window->makeFirstResponder(a);
-    a->removeFromSuperview();
-    EXPECT_EQ(window->firstResponder(), window.get());
-    window->makeFirstResponder(b);
-    b->setHidden(YES);
-    EXPECT_EQ(window->firstResponder(), window.get());
-    window->makeFirstResponder(c);
-    c->resigns = NO;
-    c->removeFromSuperview();
-    EXPECT_EQ(window->firstResponder(), window.get()); // it was asked, and is gone nevertheless
-    windows().key(u'x');
-    drain();
-    EXPECT_EQ(std::count(log.begin(), log.end(), "c key x"), 0);
+    c->resigns = NO; // it is asked, and gone nevertheless
+    for (LogView* v : {a.get(), b.get(), c.get()}) {
+        window->makeFirstResponder(v);
+        v == b.get() ? v->setHidden(YES) : v->removeFromSuperview();
+        EXPECT_EQ(first(), window.get());
+    }
+    taken();
+    const auto before = windows().beeps();
+    key(u'x');
+    EXPECT_THAT(taken(), ElementsAre());
+    EXPECT_EQ(windows().beeps(), before + 1) << "a key that nobody wants";
 }
 
 TEST_F(KeyViewsTest, AClickMovesTheFocusUnlessItsHolderRefuses) {
@@ -97,7 +75,7 @@ TEST_F(KeyViewsTest, AClickMovesTheFocusUnlessItsHolderRefuses) {
     b->accepts = NO;
     click(window, 110, 210); // a view without focus gets its click all the same
     EXPECT_THAT(taken(), ElementsAre("b down", "b up"));
-    EXPECT_EQ(window->firstResponder(), a.get());
+    EXPECT_EQ(first(), a.get());
 }
 
 /// Leaves the keys to the window.
@@ -109,17 +87,13 @@ public:
 };
 
 TEST_F(KeyViewsTest, TabWalksTheLoopBothWays) {
-    const Ref<PassingView> x = make<PassingView>(NSMakeRect(10, 100, 20, 20)),
-                           y = make<PassingView>(NSMakeRect(60, 100, 20, 20)),
-                           z = make<PassingView>(NSMakeRect(110, 100, 20, 20));
     for (const auto& v : {a, b, c})
         v->removeFromSuperview();
-    for (NSView* v : {z.get(), x.get(), y.get()})
-        window->contentView()->addSubview(v);
+    const auto z = add<PassingView>({{110, 100}, {20, 20}}), x = add<PassingView>({{10, 100}, {20, 20}}),
+               y = add<PassingView>({{60, 100}, {20, 20}});
     const auto tab = [&](bool back) {
-        windows().key(u'\t', back ? std::uint32_t{backend::modifierShift} : 0u);
-        drain();
-        return window->firstResponder();
+        key(u'\t', back ? std::uint32_t{backend::modifierShift} : 0u);
+        return first();
     };
     window->setInitialFirstResponder(y);
     EXPECT_EQ(tab(false), y.get()); // it starts where the window says
@@ -140,13 +114,6 @@ TEST_F(KeyViewsTest, TabWalksTheLoopBothWays) {
     EXPECT_EQ(tab(false), x.get());
 }
 
-TEST_F(KeyViewsTest, AKeyThatNobodyWantsBeeps) {
-    const auto before = windows().beeps();
-    windows().key(u'q');
-    drain();
-    EXPECT_EQ(windows().beeps(), before + 1);
-}
-
 class CountingController : public NSViewController {
 public:
     static void describe(ClassDescription<CountingController, NSViewController>&) {}
@@ -156,7 +123,6 @@ public:
 
 TEST_F(KeyViewsTest, AViewControllerMakesItsViewOnFirstUse) {
     const Ref<CountingController> controller = make<CountingController>();
-    EXPECT_FALSE(controller->isViewLoaded());
     EXPECT_EQ(controller->loads, 0);
     window->setContentViewController(controller);
     EXPECT_EQ(window->contentView(), controller->view());

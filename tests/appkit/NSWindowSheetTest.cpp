@@ -1,10 +1,9 @@
 #include <appkit/AppFixture.h>
+#include <foundation/Valeurs.h>
 
 #include <gmock/gmock.h>
 
 #include <libvue/platform/appkit/NSPanel.h>
-#include <libvue/platform/foundation/NSArray.h>
-#include <libvue/platform/foundation/NSException.h>
 
 using namespace libvue;
 using namespace libvue::test;
@@ -12,22 +11,25 @@ using testing::ElementsAre;
 
 namespace {
 
-class SheetTest : public AppFixture {
-protected:
-    Ref<NSWindow> owner, sheet;
+struct SheetTest : AppFixture {
+    Ref<NSWindow> owner = windowAt({{200, 300}, {400, 300}}), sheet = panel({300, 120});
     std::vector<NSInteger> codes;
 
-    void SetUp() override {
-        owner = windowAt({{200, 300}, {400, 300}});
-        sheet = panel({300, 120});
-        show(owner);
-    }
-    void TearDown() override {
+    SheetTest() { show(owner); }
+    ~SheetTest() override {
         owner = sheet = nullptr;
-        AppFixture::TearDown();
+        NSApplication::resetSharedApplication();
     }
+    void TearDown() override {}
     static Ref<NSWindow> panel(NSSize size) {
         return make<NSPanel>(NSRect{{0, 0}, size}, NSTitledWindowMask | NSClosableWindowMask);
+    }
+    /// With a view that covers it, and says its name.
+    [[nodiscard]] Ref<NSWindow> panelAt(const NSRect& r, const char* name) {
+        const Ref<NSWindow> p = panel(r.size);
+        p->setFrameOrigin(r.origin);
+        (void)viewIn(p, {{0, 0}, r.size}, name);
+        return p;
     }
     SheetHandler noting() {
         return [this](NSInteger code) { codes.push_back(code); };
@@ -58,21 +60,16 @@ TEST_F(SheetTest, ASheetHangsUnderTheTitleBarAndFollows) {
     EXPECT_EQ(hook(), NSMakePoint(200, 300));
     EXPECT_EQ(native(sheet).content, sheet->frame());
     owner->setContentSize({500, 200});
-    EXPECT_EQ(hook(), NSMakePoint(250, 200));
     sheet->setContentSize({200, 60});
     EXPECT_EQ(hook(), NSMakePoint(250, 200));
     windows().moveByUser(owner->nativeId_(), {10, 20});
+    windows().moveByUser(sheet->nativeId_(), {600, 600}); // a sheet goes nowhere by itself
     drain();
     EXPECT_EQ(hook(), NSMakePoint(250, 200));
-    windows().moveByUser(sheet->nativeId_(), {600, 600});
-    drain();
-    EXPECT_EQ(hook(), NSMakePoint(250, 200)) << "a sheet goes nowhere by itself";
 
     owner->endSheet_returnCode(sheet, 3);
     EXPECT_THAT(codes, ElementsAre(3));
-    EXPECT_FALSE(sheet->isVisible());
-    EXPECT_FALSE(sheet->isSheet());
-    EXPECT_FALSE(owner->attachedSheet());
+    EXPECT_FALSE(sheet->isVisible() || sheet->isSheet() || owner->attachedSheet());
     EXPECT_TRUE(native(sheet).spec.titled);
     EXPECT_EQ(sheet->contentView()->frame().size, NSMakeSize(200, 60));
     EXPECT_EQ(sheet->frame().size, NSMakeSize(200, 82));
@@ -81,18 +78,16 @@ TEST_F(SheetTest, ASheetHangsUnderTheTitleBarAndFollows) {
 }
 
 TEST_F(SheetTest, OnlyTheWindowOfASheetIsBlocked) {
-    const Ref<NSWindow> other = windowAt({{900, 300}, {200, 200}});
     const Ref<LogView> below = viewIn(owner, {{0, 0}, {400, 100}}, "below");
+    const Ref<NSWindow> other = panelAt({{900, 300}, {200, 200}}, "other");
+    sheet = panelAt({{0, 0}, {300, 120}}, "sheet");
     below->accepts = YES;
-    other->contentView()->addSubview(make<LogView>(NSMakeRect(0, 0, 200, 200), log, "other"));
-    sheet->contentView()->addSubview(make<LogView>(NSMakeRect(0, 0, 300, 120), log, "sheet"));
     show(other);
     show(owner);
     owner->makeFirstResponder(below);
     begin(sheet);
-    (void)taken();
-    EXPECT_TRUE(sheet->isKeyWindow());
-    EXPECT_TRUE(owner->isMainWindow());
+    taken();
+    EXPECT_TRUE(sheet->isKeyWindow() && owner->isMainWindow());
 
     const std::size_t quiet = windows().beeps();
     click(owner, 20, 20);
@@ -104,11 +99,9 @@ TEST_F(SheetTest, OnlyTheWindowOfASheetIsBlocked) {
     EXPECT_THAT(taken(), ElementsAre()) << "neither click, wheel nor key reaches the blocked window";
 
     click(sheet, 20, 20);
-    EXPECT_THAT(taken(), ElementsAre("sheet down", "sheet up"));
+    click(other, 20, 20); // brings it forward
     click(other, 20, 20);
-    EXPECT_THAT(taken(), ElementsAre("other down", "other up"));
-    EXPECT_TRUE(other->isKeyWindow());
-
+    EXPECT_THAT(taken(), ElementsAre("sheet down", "sheet up", "other down", "other up"));
     click(owner, 20, 20);
     EXPECT_TRUE(sheet->isKeyWindow()) << "a click on its window raises the sheet";
     const Ref<NSArray> order = NSApp()->orderedWindows();
@@ -116,47 +109,37 @@ TEST_F(SheetTest, OnlyTheWindowOfASheetIsBlocked) {
     EXPECT_EQ(order->objectAtIndex(1), owner.get());
 
     // What hangs on the window waits as well; what hangs on the sheet does not.
-    const Ref<NSWindow> palette = panel({100, 60}), aide = panel({100, 60});
-    palette->contentView()->addSubview(make<LogView>(NSMakeRect(0, 0, 100, 60), log, "palette"));
-    aide->contentView()->addSubview(make<LogView>(NSMakeRect(0, 0, 100, 60), log, "help"));
-    palette->setFrameOrigin({20, 20});
-    aide->setFrameOrigin({150, 20});
+    const Ref<NSWindow> palette = panelAt({{20, 20}, {100, 60}}, "palette"),
+                        help = panelAt({{150, 20}, {100, 60}}, "help");
     owner->addChildWindow_ordered(palette, NSWindowAbove);
-    sheet->addChildWindow_ordered(aide, NSWindowAbove);
-    (void)taken();
+    sheet->addChildWindow_ordered(help, NSWindowAbove);
     click(palette, 20, 20);
-    EXPECT_THAT(taken(), ElementsAre());
-    click(aide, 20, 20); // brings it forward
-    (void)taken();
-    click(aide, 20, 20);
+    click(help, 20, 20); // brings it forward
+    click(help, 20, 20);
     EXPECT_THAT(taken(), ElementsAre("help down", "help up"));
     palette->close();
-    aide->close();
+    help->close();
 
     windows().requestClose(owner->nativeId_());
     drain();
-    EXPECT_TRUE(owner->isVisible());
     owner->performClose(nullptr);
     EXPECT_TRUE(owner->isVisible());
-
     owner->endSheet(sheet);
     drain();
     EXPECT_TRUE(owner->isKeyWindow());
-    (void)taken();
+    taken();
     click(owner, 20, 20);
     EXPECT_THAT(taken(), ElementsAre("below down", "below up"));
 }
 
 TEST_F(SheetTest, SheetsWaitForEachOther) {
     const Ref<NSWindow> second = panel({100, 50}), third = panel({100, 60});
-    begin(sheet);
-    begin(second);
-    begin(third);
+    for (NSWindow* s : {sheet.get(), second.get(), third.get()})
+        begin(s);
     EXPECT_EQ(owner->sheets()->count(), 3u);
     EXPECT_FALSE(second->isVisible());
-    EXPECT_THROW(owner->beginSheet_completionHandler(second, nullptr), NSExceptionRaised);
-    EXPECT_THROW(owner->beginSheet_completionHandler(owner, nullptr), NSExceptionRaised);
-    EXPECT_THROW(sheet->beginSheet_completionHandler(owner, nullptr), NSExceptionRaised);
+    for (NSWindow* wrong : {second.get(), owner.get(), static_cast<NSWindow*>(nullptr)})
+        EXPECT_EQ(valeurs::raised([&] { begin(wrong); }), "NSInvalidArgumentException");
 
     owner->endSheet_returnCode(third, 30); // has never been up
     EXPECT_EQ(owner->attachedSheet(), sheet.get());
@@ -169,9 +152,10 @@ TEST_F(SheetTest, SheetsWaitForEachOther) {
     // A sheet of the sheet has the keys, and goes with it.
     const Ref<NSWindow> inner = panel({80, 40});
     second->beginSheet_completionHandler(inner, noting());
-    EXPECT_TRUE(inner->isKeyWindow());
     owner->makeKeyWindow();
     EXPECT_TRUE(inner->isKeyWindow());
+    EXPECT_EQ(valeurs::raised([&] { inner->beginSheet_completionHandler(owner, nullptr); }),
+              "NSInvalidArgumentException");
     owner->endSheet_returnCode(second, 20);
     EXPECT_THAT(codes, ElementsAre(30, 10, NSRunAbortedResponse, 20));
     EXPECT_FALSE(inner->isVisible());
@@ -189,15 +173,13 @@ TEST_F(SheetTest, ClosingEndsSheets) {
     begin(second);
     owner->close();
     EXPECT_THAT(codes, ElementsAre(NSRunAbortedResponse, NSRunAbortedResponse, NSRunAbortedResponse));
-    EXPECT_FALSE(sheet->isVisible());
-    EXPECT_FALSE(second->isVisible());
+    EXPECT_FALSE(sheet->isVisible() || second->isVisible());
 
     // One that begins on a hidden window comes up with it.
     begin(sheet);
     EXPECT_FALSE(sheet->isVisible());
     show(owner);
-    EXPECT_TRUE(sheet->isVisible());
-    EXPECT_TRUE(sheet->isKeyWindow());
+    EXPECT_TRUE(sheet->isVisible() && sheet->isKeyWindow());
     EXPECT_EQ(hook(), NSMakePoint(200, 300));
     owner->endSheet(sheet);
 }
@@ -212,9 +194,8 @@ public:
     }
     void ended(NSWindow* s, NSInteger c, void* i) {
         sheet = s;
-        code = c;
         info = i;
-        said.push_back("told");
+        said.push_back("told " + std::to_string(c));
     }
     NSRect place(NSWindow*, NSWindow*, NSRect r) {
         EXPECT_EQ(r, NSMakeRect(0, 300, 400, 0));
@@ -224,32 +205,27 @@ public:
     void ends(NSNotification*) { said.push_back("ends"); }
     Log said;
     NSWindow* sheet = nullptr;
-    NSInteger code = 0;
     void* info = nullptr;
 };
 
 TEST_F(SheetTest, ADelegateIsToldByTheSelectorThatItGave) {
-    auto watcher = make<SheetWatcher>();
+    const auto watcher = make<SheetWatcher>();
     owner->setDelegate(watcher);
-    int mark = 0;
-    const auto beginFor = [&](NSObject* delegate) {
-        NSApp()->beginSheet_modalForWindow_modalDelegate_didEndSelector_contextInfo(sheet, owner, delegate,
-                                                                                    sel("fini:code:info:"), &mark);
+    const auto beginFor = [&](NSWindow* s, NSObject* delegate) {
+        NSApp()->beginSheet_modalForWindow_modalDelegate_didEndSelector_contextInfo(s, owner, delegate,
+                                                                                    sel("fini:code:info:"), &codes);
     };
-    beginFor(watcher);
+    beginFor(sheet, watcher);
     EXPECT_EQ(hook(), NSMakePoint(100, 250)) << "the delegate of the window places it";
     NSApp()->endSheet_returnCode(sheet, 42);
-    EXPECT_THAT(watcher->said, ElementsAre("begins", "ends", "told"));
+    EXPECT_THAT(watcher->said, ElementsAre("begins", "ends", "told 42"));
     EXPECT_EQ(watcher->sheet, sheet.get());
-    EXPECT_EQ(watcher->code, 42);
-    EXPECT_EQ(watcher->info, &mark);
+    EXPECT_EQ(watcher->info, &codes);
 
-    beginFor(make<SheetWatcher>());
+    beginFor(sheet, make<SheetWatcher>());
     NSApp()->endSheet(sheet); // its delegate is gone, and nothing is told
     EXPECT_FALSE(sheet->isVisible());
-    EXPECT_THROW(NSApp()->beginSheet_modalForWindow_modalDelegate_didEndSelector_contextInfo(nullptr, owner, nullptr,
-                                                                                             nullptr, nullptr),
-                 NSExceptionRaised);
+    EXPECT_EQ(valeurs::raised([&] { beginFor(nullptr, nullptr); }), "NSInvalidArgumentException");
 }
 
 } // namespace

@@ -1,11 +1,11 @@
-#include <appkit/AppFixture.h>
+#include <appkit/WindowFixture.h>
+#include <foundation/Valeurs.h>
 
 #include <gmock/gmock.h>
 
 #include <libvue/platform/appkit/NSPanel.h>
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/appkit/NSWindowController.h>
-#include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSUserDefaults.h>
 
 using namespace libvue;
@@ -48,31 +48,44 @@ private:
     std::string name_;
 };
 
-class WindowTest : public AppFixture {};
+/// `window` has a content of 400 by 300 points at (100, 100) and is not shown yet.
+struct WindowTest : HiddenWindowFixture {
+    Ref<NSWindow> other = windowAt({{600, 100}, {100, 100}});
+    Ref<Watcher> watcher = make<Watcher>(log, "w");
+
+    WindowTest() { window->setDelegate(watcher); }
+    static Ref<NSWindow> bare(const NSRect& frame) { return windowAt(frame, NSBorderlessWindowMask); }
+    /// From the front to the back.
+    static std::vector<NSWindow*> order() {
+        std::vector<NSWindow*> all;
+        const Ref<NSArray> ordered = NSApp()->orderedWindows();
+        for (NSWindow* w : ordered->as<NSWindow>())
+            all.push_back(w);
+        return all;
+    }
+};
 
 TEST_F(WindowTest, FramesGoRoundTheContent) {
-    const Ref<NSWindow> titled = windowAt({{100, 100}, {300, 200}});
-    EXPECT_EQ(titled->frame(), NSMakeRect(100, 100, 300, 222));
-    EXPECT_EQ(titled->contentView()->frame(), NSMakeRect(0, 0, 300, 200));
-    const Ref<NSWindow> bare = windowAt({{100, 100}, {300, 200}}, NSBorderlessWindowMask);
-    EXPECT_EQ(bare->frame(), NSMakeRect(100, 100, 300, 200));
-    EXPECT_EQ(bare->convertBaseToScreen({5, 6}), NSMakePoint(105, 106));
-    EXPECT_EQ(bare->convertRectFromScreen({{105, 106}, {1, 2}}), NSMakeRect(5, 6, 1, 2));
-    titled->setContentSize({100, 50});
-    EXPECT_EQ(NSMaxY(titled->frame()), 322); // hangs from its top
-    EXPECT_EQ(titled->contentView()->frame().size, NSMakeSize(100, 50));
-    titled->setFrame_display({{0, 0}, {NAN, 10}}, NO);
-    EXPECT_EQ(titled->contentView()->frame().size, NSMakeSize(100, 50));
+    EXPECT_EQ(window->frame(), NSMakeRect(100, 100, 400, 322));
+    EXPECT_EQ(window->contentView()->frame(), NSMakeRect(0, 0, 400, 300));
+    const Ref<NSWindow> borderless = bare({{100, 100}, {300, 200}});
+    EXPECT_EQ(borderless->frame(), NSMakeRect(100, 100, 300, 200));
+    EXPECT_EQ(borderless->convertBaseToScreen({5, 6}), NSMakePoint(105, 106));
+    EXPECT_EQ(borderless->convertRectFromScreen({{105, 106}, {1, 2}}), NSMakeRect(5, 6, 1, 2));
+    window->setContentSize({100, 50});
+    EXPECT_EQ(NSMaxY(window->frame()), 422); // hangs from its top
+    EXPECT_EQ(window->contentView()->frame().size, NSMakeSize(100, 50));
+    window->setFrame_display({{0, 0}, {NAN, 10}}, NO);
+    EXPECT_EQ(window->contentView()->frame().size, NSMakeSize(100, 50));
 }
 
 TEST_F(WindowTest, TheDesktopsDecorationIsTakenOverOnceItIsKnown) {
     windows().setFrameInsets({30, 2, 3, 2});
-    const Ref<NSWindow> w = windowAt({{100, 100}, {300, 200}});
-    show(w);
-    EXPECT_EQ(native(w).content, NSMakeRect(100, 100, 300, 200));
-    EXPECT_EQ(w->frame(), NSMakeRect(98, 97, 304, 233));
-    w->setFrameOrigin({50, 50});
-    EXPECT_EQ(native(w).content, NSMakeRect(52, 53, 300, 200));
+    show(window);
+    EXPECT_EQ(native(window).content, NSMakeRect(100, 100, 400, 300));
+    EXPECT_EQ(window->frame(), NSMakeRect(98, 97, 404, 333));
+    window->setFrameOrigin({50, 50});
+    EXPECT_EQ(native(window).content, NSMakeRect(52, 53, 400, 300));
 }
 
 TEST_F(WindowTest, AStyleChangeLeavesTheContentWhereItIs) {
@@ -86,331 +99,268 @@ TEST_F(WindowTest, AStyleChangeLeavesTheContentWhereItIs) {
     EXPECT_EQ(native(panel).content, content);
     EXPECT_TRUE(native(panel).spec.titled);
     EXPECT_TRUE(panel->canBecomeKeyWindow());
-    panel->close();
 }
 
 TEST_F(WindowTest, MovesAndSizesOfTheUserArriveWithTheirNotifications) {
-    const Ref<NSWindow> w = windowAt({{100, 100}, {300, 200}});
-    const Ref<Watcher> watcher = make<Watcher>(log, "w");
-    show(w);
-    w->setDelegate(watcher);
-    windows().moveByUser(w->nativeId_(), {120, 130});
+    show(window);
+    taken();
+    windows().moveByUser(window->nativeId_(), {120, 130});
     drain();
-    EXPECT_EQ(w->frame().origin, NSMakePoint(120, 130));
+    EXPECT_EQ(window->frame().origin, NSMakePoint(120, 130));
     EXPECT_THAT(taken(), ElementsAre("w moved"));
-    windows().resizeByUser(w->nativeId_(), {{120, 130}, {350, 260}});
+    windows().resizeByUser(window->nativeId_(), {{120, 130}, {350, 260}});
     drain();
-    EXPECT_EQ(w->contentView()->frame().size, NSMakeSize(350, 260));
+    EXPECT_EQ(window->contentView()->frame().size, NSMakeSize(350, 260));
     EXPECT_THAT(taken(), ElementsAre("w resized"));
-    w->setFrame_display(w->frame(), NO);
-    EXPECT_TRUE(taken().empty()); // nothing changed
-    w->setMinSize({300, 200});
-    windows().resizeByUser(w->nativeId_(), {{120, 130}, {10, 10}});
+    window->setFrame_display(window->frame(), NO);
+    EXPECT_THAT(taken(), ElementsAre()) << "nothing changed";
+    window->setMinSize({300, 200});
+    windows().resizeByUser(window->nativeId_(), {{120, 130}, {10, 10}});
     drain();
-    EXPECT_EQ(w->contentView()->frame().size, NSMakeSize(300, 200));
+    EXPECT_EQ(window->contentView()->frame().size, NSMakeSize(300, 200));
 }
 
-TEST_F(WindowTest, ADelegateMayDieInItsOwnNotification) {
-    const Ref<NSWindow> w = windowAt({{100, 100}, {300, 200}});
-    show(w);
-    Ref<Watcher> watcher = make<Watcher>(log, "w");
-    w->setDelegate(watcher);
+TEST_F(WindowTest, DelegateAndWindowMayDieInANotification) {
+    show(window);
+    taken();
     watcher->onSay = [&] { watcher = nullptr; };
-    w->setFrame_display({{150, 150}, {400, 300}}, NO);
+    window->setFrame_display({{150, 150}, {400, 200}}, NO);
     EXPECT_THAT(taken(), ElementsAre("w resized")); // gone before the move is told
-    EXPECT_EQ(w->delegate(), nullptr);
-}
-
-TEST_F(WindowTest, AWindowMayDieInAnObserversCall) {
-    Ref<NSWindow> w = windowAt({{100, 100}, {300, 200}});
-    show(w);
-    Ref<NSObject> token = NSNotificationCenter::defaultCenter()->addObserverForName_object_queue_usingBlock(
-        NSWindowDidMoveNotification, w, nullptr, [&](NSNotification*) {
-            if (!w) return;
-            w->close();
-            w = nullptr;
-        });
-    windows().moveByUser(w->nativeId_(), {1, 1});
+    EXPECT_EQ(window->delegate(), nullptr);
+    other = nullptr;
+    const Ecoute ear(NSWindowDidMoveNotification, window, [&](NSNotification*) {
+        if (const Ref<NSWindow> w = std::exchange(window, nullptr)) w->close();
+    });
+    windows().moveByUser(window->nativeId_(), {1, 1});
     drain();
-    EXPECT_FALSE(w);
+    EXPECT_FALSE(window);
     EXPECT_EQ(NSApp()->windows()->count(), 0u);
-    NSNotificationCenter::defaultCenter()->removeObserver(token);
 }
 
 TEST_F(WindowTest, ChildrenFollowTheirParent) {
-    const Ref<NSWindow> parent = windowAt({{100, 100}, {300, 200}});
-    const Ref<NSWindow> child = windowAt({{150, 150}, {50, 50}}, NSBorderlessWindowMask);
-    const Ref<NSWindow> grandchild = windowAt({{160, 160}, {10, 10}}, NSBorderlessWindowMask);
-    show(parent);
-    parent->addChildWindow_ordered(child, NSWindowAbove);
+    const Ref<NSWindow> child = bare({{150, 150}, {50, 50}}), grandchild = bare({{160, 160}, {10, 10}});
+    show(window);
+    window->addChildWindow_ordered(child, NSWindowAbove);
     child->addChildWindow_ordered(grandchild, NSWindowAbove);
-    EXPECT_TRUE(child->isVisible()); // comes on the screen with the call
-    EXPECT_TRUE(grandchild->isVisible());
-    EXPECT_EQ(native(child).parent, parent->nativeId_());
+    EXPECT_TRUE(child->isVisible() && grandchild->isVisible()); // they come on the screen with the call
+    EXPECT_EQ(native(child).parent, window->nativeId_());
 
-    windows().moveByUser(parent->nativeId_(), {130, 90});
+    windows().moveByUser(window->nativeId_(), {130, 90});
     drain();
     EXPECT_EQ(child->frame().origin, NSMakePoint(180, 140));
-    EXPECT_EQ(grandchild->frame().origin, NSMakePoint(190, 150));
     EXPECT_EQ(native(grandchild).content.origin, NSMakePoint(190, 150));
 
-    parent->orderOut(nullptr);
-    EXPECT_FALSE(child->isVisible());
-    EXPECT_FALSE(grandchild->isVisible());
-    parent->orderFront(nullptr);
+    window->orderOut(nullptr);
+    EXPECT_FALSE(child->isVisible() || grandchild->isVisible());
+    window->orderFront(nullptr);
     EXPECT_TRUE(grandchild->isVisible());
 
-    parent->removeChildWindow(child);
+    window->removeChildWindow(child);
     EXPECT_EQ(child->parentWindow(), nullptr);
     EXPECT_TRUE(child->isVisible());
-    parent->setFrameOrigin({0, 0});
+    window->setFrameOrigin({0, 0});
     EXPECT_EQ(child->frame().origin, NSMakePoint(180, 140));
-
-    // A window is never below itself.
-    grandchild->addChildWindow_ordered(child, NSWindowAbove);
+    grandchild->addChildWindow_ordered(child, NSWindowAbove); // a window is never below itself
     EXPECT_EQ(child->parentWindow(), nullptr);
-}
 
-TEST_F(WindowTest, AParentThatGoesLeavesItsChildrenAlive) {
-    const Ref<NSWindow> child = windowAt({{150, 150}, {50, 50}}, NSBorderlessWindowMask);
-    {
-        const Ref<NSWindow> parent = windowAt({{100, 100}, {300, 200}});
-        show(parent);
-        parent->addChildWindow_ordered(child, NSWindowAbove);
-    }
+    window->addChildWindow_ordered(child, NSWindowAbove);
+    window = nullptr; // a parent that goes leaves its children alive
     EXPECT_EQ(child->parentWindow(), nullptr);
     child->setFrameOrigin({1, 2});
     EXPECT_EQ(native(child).content.origin, NSMakePoint(1, 2));
 }
 
 TEST_F(WindowTest, TheKeyStatusPassesOnWhenAWindowGoes) {
-    const Ref<NSWindow> a = windowAt({{0, 0}, {100, 100}}), b = windowAt({{200, 0}, {100, 100}});
-    const Ref<NSWindow> bare = windowAt({{400, 0}, {100, 100}}, NSBorderlessWindowMask);
-    const Ref<Watcher> ofA = make<Watcher>(log, "a"), ofB = make<Watcher>(log, "b");
-    show(a);
-    show(b);
-    bare->orderFront(nullptr);
+    const Ref<NSWindow> borderless = bare({{400, 0}, {100, 100}});
+    const Ref<Watcher> ofOther = make<Watcher>(log, "o");
+    other->setDelegate(ofOther);
+    show(window);
+    show(other);
+    borderless->orderFront(nullptr);
+    borderless->makeKeyWindow();
     drain();
-    EXPECT_TRUE(b->isKeyWindow() && b->isMainWindow());
-    bare->makeKeyWindow();
-    EXPECT_TRUE(b->isKeyWindow()); // without a title bar it cannot be key
-    a->setDelegate(ofA);
-    b->setDelegate(ofB);
-    b->orderOut(nullptr);
+    EXPECT_TRUE(other->isKeyWindow() && other->isMainWindow()) << "without a title bar it cannot be key";
+    taken();
+    other->orderOut(nullptr);
     drain();
-    EXPECT_TRUE(a->isKeyWindow() && a->isMainWindow());
-    EXPECT_THAT(taken(), ElementsAre("b no key", "a key"));
-    a->orderOut(nullptr);
+    EXPECT_TRUE(window->isKeyWindow() && window->isMainWindow());
+    EXPECT_THAT(taken(), ElementsAre("o no key", "w key"));
+    window->orderOut(nullptr);
     drain();
     EXPECT_EQ(NSApp()->keyWindow(), nullptr);
     EXPECT_EQ(NSApp()->mainWindow(), nullptr);
-    EXPECT_THAT(taken(), ElementsAre("a no key"));
-}
+    EXPECT_THAT(taken(), ElementsAre("w no key"));
 
-TEST_F(WindowTest, AWindowThatIsChosenWhileTheOldOneResignsStaysChosen) {
-    const Ref<NSWindow> a = windowAt({{0, 0}, {100, 100}}), b = windowAt({{200, 0}, {100, 100}}),
-                        c = windowAt({{400, 0}, {100, 100}});
-    show(c);
-    show(b);
-    show(a);
-    const Ref<Watcher> watcher = make<Watcher>(log, "a");
-    watcher->onSay = [&] { c->makeKeyWindow(); };
-    a->setDelegate(watcher);
-    b->makeKeyWindow();
+    // One that is chosen while the old one resigns stays chosen.
+    show(other);
+    show(window);
+    const Ref<NSWindow> third = windowAt({{400, 0}, {100, 100}});
+    third->orderFront(nullptr);
+    watcher->onSay = [&] { third->makeKeyWindow(); };
+    other->makeKeyWindow();
     drain();
-    EXPECT_TRUE(c->isKeyWindow());
+    EXPECT_TRUE(third->isKeyWindow());
 }
 
 TEST_F(WindowTest, LosingTheFocusToAnotherApplicationIsToldAndUndone) {
-    const Ref<NSWindow> w = windowAt({{0, 0}, {100, 100}});
     const Ref<NSPanel> palette = make<NSPanel>(NSMakeRect(300, 0, 50, 50), NSTitledWindowMask);
     palette->setHidesOnDeactivate(YES);
-    show(w);
+    show(window);
     palette->orderFront(nullptr);
     drain();
-    ASSERT_TRUE(NSApp()->isActive());
-    backend::Event out;
-    out.kind = backend::Event::Kind::focusOut;
-    out.window = w->nativeId_();
-    windows().post(out);
-    drain();
-    EXPECT_FALSE(NSApp()->isActive());
-    EXPECT_FALSE(w->isKeyWindow());
-    EXPECT_FALSE(w->isMainWindow());
-    EXPECT_FALSE(palette->isVisible());
-    out.kind = backend::Event::Kind::focusIn;
-    windows().post(out);
-    drain();
-    EXPECT_TRUE(NSApp()->isActive());
-    EXPECT_TRUE(w->isKeyWindow());
-    EXPECT_TRUE(palette->isVisible());
-    palette->orderOut(nullptr);
+    for (const bool active : {false, true}) {
+        backend::Event e;
+        e.kind = active ? backend::Event::Kind::focusIn : backend::Event::Kind::focusOut;
+        e.window = window->nativeId_();
+        windows().post(e);
+        drain();
+        EXPECT_EQ(NSApp()->isActive(), active);
+        EXPECT_EQ(window->isKeyWindow(), active);
+        EXPECT_EQ(window->isMainWindow(), active);
+        EXPECT_EQ(palette->isVisible(), active);
+    }
 }
 
 TEST_F(WindowTest, APanelTakesTheKeysOnlyForAViewThatNeedsThem) {
-    const Ref<NSWindow> w = windowAt({{0, 0}, {100, 100}});
-    const Ref<NSPanel> panel = make<NSPanel>(NSMakeRect(300, 0, 200, 100), NSTitledWindowMask);
+    const Ref<NSPanel> panel = make<NSPanel>(NSMakeRect(600, 0, 200, 100), NSTitledWindowMask);
     panel->setBecomesKeyOnlyIfNeeded(YES);
-    const Ref<LogView> plain = viewIn(panel, {{0, 0}, {100, 100}}, "plain");
-    const Ref<LogView> typing = viewIn(panel, {{100, 0}, {100, 100}}, "typing");
-    typing->accepts = YES;
-    show(w);
+    const Ref<LogView> plain = viewIn(panel, {{0, 0}, {100, 100}}, "plain"),
+                       typing = viewIn(panel, {{100, 0}, {100, 100}}, "typing");
+    typing->accepts = typing->firstMouse = YES;
+    show(window);
     panel->orderFront(nullptr);
     drain();
+    taken();
     EXPECT_FALSE(native(panel).acceptsFocus);
     click(panel, 10, 10);
-    EXPECT_TRUE(w->isKeyWindow());
+    EXPECT_TRUE(window->isKeyWindow());
     EXPECT_THAT(taken(), ElementsAre("plain down", "plain up"));
-    typing->firstMouse = YES;
+    window->setDelegate(nullptr);
     click(panel, 150, 10);
-    EXPECT_TRUE(panel->isKeyWindow());
-    EXPECT_TRUE(w->isMainWindow());
+    EXPECT_TRUE(panel->isKeyWindow() && window->isMainWindow());
     EXPECT_EQ(windows().focusedWindow(), panel->nativeId_());
     EXPECT_THAT(taken(), ElementsAre("typing become", "typing down", "typing up"));
-    click(w, 10, 10);
-    EXPECT_TRUE(w->isKeyWindow());
+    click(window, 10, 10);
+    EXPECT_TRUE(window->isKeyWindow());
     EXPECT_FALSE(native(panel).acceptsFocus);
-    panel->orderOut(nullptr);
 }
 
 TEST_F(WindowTest, ClosingAsksTellsAndLetsGo) {
-    Ref<NSWindow> w = windowAt({{0, 0}, {100, 100}});
-    const Ref<Watcher> watcher = make<Watcher>(log, "w");
-    show(w);
-    w->setDelegate(watcher);
+    show(window);
+    taken();
     watcher->closes = NO;
-    windows().requestClose(w->nativeId_());
+    windows().requestClose(window->nativeId_());
     drain();
     EXPECT_THAT(taken(), ElementsAre("w should close"));
-    EXPECT_TRUE(w->isVisible());
+    EXPECT_TRUE(window->isVisible());
     watcher->closes = YES;
-    watcher->onSay = [&] { w->close(); }; // closing within is no second closing
-    w->performClose(nullptr);
-    EXPECT_FALSE(w->isVisible());
+    watcher->onSay = [&] { window->close(); }; // closing within is no second closing
+    window->performClose(nullptr);
+    EXPECT_FALSE(window->isVisible());
     EXPECT_EQ(std::count(log.begin(), log.end(), "w will close"), 1);
-    EXPECT_EQ(w->parentWindow(), nullptr);
 
-    const Weak<NSWindow> weak(w);
-    w = nullptr;
+    const Weak<NSWindow> weak(window);
+    window = nullptr;
     EXPECT_FALSE(weak);
-}
 
-TEST_F(WindowTest, AWindowMayKeepItselfUntilItIsClosed) {
-    Weak<NSWindow> weak;
-    {
-        const Ref<NSWindow> w = windowAt({{0, 0}, {100, 100}});
-        w->setReleasedWhenClosed(YES);
-        weak = w;
-        show(w);
-    }
-    ASSERT_TRUE(weak);
-    weak->close();
-    EXPECT_FALSE(weak);
+    other->setReleasedWhenClosed(YES);
+    show(other);
+    const Weak<NSWindow> keepsItself(std::exchange(other, nullptr));
+    ASSERT_TRUE(keepsItself);
+    keepsItself->close();
+    EXPECT_FALSE(keepsItself);
 }
 
 TEST_F(WindowTest, DraggingTheBackgroundMovesTheWindowAfterTheDragIsTold) {
-    const Ref<NSWindow> w = windowAt({{100, 100}, {200, 200}}, NSBorderlessWindowMask);
+    const Ref<NSWindow> w = bare({{100, 100}, {200, 200}});
     w->setMovableByWindowBackground(YES);
     const Ref<LogView> v = viewIn(w, {{0, 0}, {100, 100}}, "v");
-    const Ref<Watcher> watcher = make<Watcher>(log, "w");
     w->setDelegate(watcher);
     w->orderFront(nullptr);
     drain();
-    log.clear();
-    windows().moveMouse({110, 110});
-    windows().press();
-    drain();
-    windows().moveMouse({125, 117});
-    drain();
-    windows().moveMouse({130, 120});
-    drain();
-    windows().release();
-    drain();
+    taken();
+    const auto drag = [&](std::initializer_list<NSPoint> way) {
+        windows().moveMouse({110, 110});
+        windows().press();
+        for (const NSPoint& p : way) {
+            drain();
+            windows().moveMouse(p);
+        }
+        drain();
+        release();
+    };
+    drag({{125, 117}, {130, 120}});
     EXPECT_THAT(taken(), ElementsAre("v down", "v drag", "w moved", "v drag", "w moved", "v up"));
     EXPECT_EQ(w->frame().origin, NSMakePoint(120, 110));
     w->setMovable(NO);
-    windows().press();
-    windows().moveMouse({0, 0});
-    windows().release();
-    drain();
+    drag({{0, 0}});
     EXPECT_EQ(w->frame().origin, NSMakePoint(120, 110));
 }
 
 TEST_F(WindowTest, WindowsAreListedFrontToBackByLevel) {
-    const Ref<NSWindow> a = windowAt({{0, 0}, {10, 10}}), b = windowAt({{0, 0}, {10, 10}}),
-                        c = windowAt({{0, 0}, {10, 10}});
+    const Ref<NSWindow> high = windowAt({{0, 0}, {10, 10}});
+    NSWindow *a = window, *b = other, *c = high;
     c->setLevel(NSFloatingWindowLevel);
-    c->orderFront(nullptr);
-    a->orderFront(nullptr);
-    b->orderFront(nullptr);
-    const auto order = [] {
-        std::vector<NSInteger> numbers;
-        const Ref<NSArray> windows = NSApp()->orderedWindows();
-        for (NSWindow* w : windows->as<NSWindow>())
-            numbers.push_back(w->windowNumber());
-        return numbers;
-    };
-    EXPECT_THAT(order(), ElementsAre(c->windowNumber(), b->windowNumber(), a->windowNumber()));
+    for (NSWindow* w : {c, a, b})
+        w->orderFront(nullptr);
+    EXPECT_THAT(order(), ElementsAre(c, b, a));
     b->orderBack(nullptr);
-    EXPECT_THAT(order(), ElementsAre(c->windowNumber(), a->windowNumber(), b->windowNumber()));
+    EXPECT_THAT(order(), ElementsAre(c, a, b));
     a->orderWindow_relativeTo(NSWindowBelow, b->windowNumber());
-    EXPECT_THAT(order(), ElementsAre(c->windowNumber(), b->windowNumber(), a->windowNumber()));
+    EXPECT_THAT(order(), ElementsAre(c, b, a));
     c->orderOut(nullptr);
-    EXPECT_THAT(order(), ElementsAre(b->windowNumber(), a->windowNumber()));
+    EXPECT_THAT(order(), ElementsAre(b, a));
     EXPECT_EQ(NSApp()->windows()->count(), 3u);
 }
 
 TEST_F(WindowTest, MiniaturizingPassesTheKeyStatusAndComesBack) {
-    const Ref<NSWindow> a = windowAt({{0, 0}, {100, 100}}), b = windowAt({{200, 0}, {100, 100}});
-    show(a);
-    show(b);
-    Log told;
-    std::vector<Ref<NSObject>> tokens;
-    for (NSString* name : {NSWindowWillMiniaturizeNotification.get(), NSWindowDidMiniaturizeNotification.get(),
-                           NSWindowDidDeminiaturizeNotification.get()})
-        tokens.push_back(NSNotificationCenter::defaultCenter()->addObserverForName_object_queue_usingBlock(
-            name, b, nullptr, [&](NSNotification* n) { told.push_back(n->name()->utf8()); }));
-    b->miniaturize(nullptr);
+    show(window);
+    show(other);
+    const auto hears = [&](NSString* name) {
+        return std::make_unique<Ecoute>(name, other.get(),
+                                        [&](NSNotification* n) { log.push_back(n->name()->utf8()); });
+    };
+    const auto will = hears(NSWindowWillMiniaturizeNotification.get()),
+               did = hears(NSWindowDidMiniaturizeNotification.get()),
+               back = hears(NSWindowDidDeminiaturizeNotification.get());
+    window->setDelegate(nullptr);
+    taken();
+    other->miniaturize(nullptr);
     drain();
-    EXPECT_TRUE(b->isMiniaturized());
-    EXPECT_FALSE(b->isVisible());
-    EXPECT_TRUE(a->isKeyWindow());
-    b->deminiaturize(nullptr);
+    EXPECT_TRUE(other->isMiniaturized());
+    EXPECT_FALSE(other->isVisible());
+    EXPECT_TRUE(window->isKeyWindow());
+    other->deminiaturize(nullptr);
     drain();
-    EXPECT_TRUE(b->isVisible() && b->isKeyWindow());
-    EXPECT_THAT(told, ElementsAre("NSWindowWillMiniaturizeNotification", "NSWindowDidMiniaturizeNotification",
-                                  "NSWindowDidDeminiaturizeNotification"));
-    for (const auto& t : tokens)
-        NSNotificationCenter::defaultCenter()->removeObserver(t);
+    EXPECT_TRUE(other->isVisible() && other->isKeyWindow());
+    EXPECT_THAT(taken(), ElementsAre("NSWindowWillMiniaturizeNotification", "NSWindowDidMiniaturizeNotification",
+                                     "NSWindowDidDeminiaturizeNotification"));
 }
 
 TEST_F(WindowTest, FramesAreKeptInTheSettings) {
     NSUserDefaults* settings = NSUserDefaults::standardUserDefaults();
-    settings->removeObjectForKey(u"NSWindow Frame essai"_ns);
-    {
-        const Ref<NSWindow> w = windowAt({{100, 100}, {300, 200}});
-        EXPECT_TRUE(w->setFrameAutosaveName(u"essai"_ns));
-        w->setFrame_display({{120, 140}, {320, 240}}, NO);
-        EXPECT_FALSE(settings->objectForKey(u"NSWindow Frame essai"_ns)); // not at each step of a move
-        pass(1);
-        EXPECT_TRUE(settings->objectForKey(u"NSWindow Frame essai"_ns));
-        w->setFrame_display({{120, 150}, {320, 240}}, NO);
-        const Ref<NSWindow> other = windowAt({{0, 0}, {10, 10}});
-        EXPECT_FALSE(other->setFrameAutosaveName(u"essai"_ns)); // one window a name
-    }
-    Ref<NSWindow> again = windowAt({{0, 0}, {10, 10}});
-    EXPECT_TRUE(again->setFrameAutosaveName(u"essai"_ns));
-    EXPECT_EQ(again->frame(), NSMakeRect(120, 150, 320, 240)); // saved at the latest as the window went
+    const Ref<NSString> essai = u"NSWindow Frame essai"_ns, loin = u"NSWindow Frame loin"_ns;
+    settings->removeObjectForKey(essai);
+    EXPECT_TRUE(window->setFrameAutosaveName(u"essai"_ns));
+    window->setFrame_display({{120, 140}, {320, 240}}, NO);
+    EXPECT_FALSE(settings->objectForKey(essai)); // not at each step of a move
+    pass(1);
+    EXPECT_TRUE(settings->objectForKey(essai));
+    window->setFrame_display({{120, 150}, {320, 240}}, NO);
+    EXPECT_FALSE(other->setFrameAutosaveName(u"essai"_ns)); // one window a name
+    window = nullptr;
+    EXPECT_TRUE(other->setFrameAutosaveName(u"essai"_ns));
+    EXPECT_EQ(other->frame(), NSMakeRect(120, 150, 320, 240)); // saved at the latest as the window went
 
     // A frame on a screen that is gone comes back onto one that is there.
-    settings->setObject_forKey(NSStringFromRect({{5000, 5000}, {320, 240}}), u"NSWindow Frame loin"_ns);
-    EXPECT_TRUE(again->setFrameUsingName(u"loin"_ns));
-    EXPECT_TRUE(again->screen());
-    settings->setObject_forKey(u"rien de bon"_ns, u"NSWindow Frame loin"_ns);
-    EXPECT_FALSE(again->setFrameUsingName(u"loin"_ns));
-    again = nullptr;
-    settings->removeObjectForKey(u"NSWindow Frame essai"_ns);
-    settings->removeObjectForKey(u"NSWindow Frame loin"_ns);
+    settings->setObject_forKey(NSStringFromRect({{5000, 5000}, {320, 240}}), loin);
+    EXPECT_TRUE(other->setFrameUsingName(u"loin"_ns));
+    EXPECT_TRUE(other->screen());
+    settings->setObject_forKey(u"rien de bon"_ns, loin);
+    EXPECT_FALSE(other->setFrameUsingName(u"loin"_ns));
+    other = nullptr;
+    settings->removeObjectForKey(essai);
+    settings->removeObjectForKey(loin);
 }
 
 TEST_F(WindowTest, ScreensAreThoseOfTheDesktop) {
@@ -418,18 +368,16 @@ TEST_F(WindowTest, ScreensAreThoseOfTheDesktop) {
                           {{{1000, 0}, {500, 500}}, {{1000, 0}, {500, 500}}, 2, "deux"}});
     drain();
     EXPECT_EQ(NSScreen::screens()->count(), 2u);
-    const Ref<NSWindow> w = windowAt({{950, 100}, {300, 200}});
-    EXPECT_EQ(w->screen()->backingScaleFactor(), 2); // where most of it is
+    window->setFrameOrigin({850, 100});
+    EXPECT_EQ(window->screen()->backingScaleFactor(), 2); // where most of it is
     int told = 0;
-    const Ref<NSObject> token = NSNotificationCenter::defaultCenter()->addObserverForName_object_queue_usingBlock(
-        NSWindowDidChangeScreenNotification, w, nullptr, [&](NSNotification*) { ++told; });
-    show(w);
-    w->setFrameOrigin({10, 10});
+    const Ecoute ear(NSWindowDidChangeScreenNotification, window, [&](NSNotification*) { ++told; });
+    show(window);
+    window->setFrameOrigin({10, 10});
     EXPECT_EQ(told, 1);
-    EXPECT_EQ(w->screen(), NSScreen::mainScreen());
-    w->setFrameOrigin({-5000, 10});
-    EXPECT_EQ(w->screen(), nullptr);
-    NSNotificationCenter::defaultCenter()->removeObserver(token);
+    EXPECT_EQ(window->screen(), NSScreen::mainScreen());
+    window->setFrameOrigin({-5000, 10});
+    EXPECT_EQ(window->screen(), nullptr);
 }
 
 class LoadingController : public NSWindowController {
@@ -444,7 +392,6 @@ public:
 
 TEST_F(WindowTest, AControllerLoadsItsWindowOnceAndStandsBehindIt) {
     Ref<LoadingController> controller = make<LoadingController>();
-    EXPECT_FALSE(controller->isWindowLoaded());
     controller->showWindow(nullptr);
     const Ref<NSWindow> w = controller->window();
     EXPECT_EQ(controller->loads, 1);

@@ -1,10 +1,10 @@
-#include <appkit/AppFixture.h>
+#include <appkit/WindowFixture.h>
+#include <foundation/Valeurs.h>
 
 #include <gmock/gmock.h>
 
 #include <libvue/platform/appkit/NSCursor.h>
 #include <libvue/platform/appkit/NSTrackingArea.h>
-#include <libvue/platform/foundation/NSArray.h>
 
 using namespace libvue;
 using namespace libvue::test;
@@ -12,24 +12,26 @@ using testing::ElementsAre;
 
 namespace {
 
-class TrackingTest : public AppFixture {
-protected:
-    Ref<NSWindow> window;
+struct TrackingTest : WindowFixture {
+    Ref<LogView> v = viewIn(window, {{50, 50}, {100, 100}}, "v");
 
-    void SetUp() override {
-        window = windowAt({{100, 100}, {400, 300}});
-        show(window);
-    }
-    void TearDown() override {
-        window = nullptr;
-        AppFixture::TearDown();
-    }
     /// The window of the tool tip that is shown, or null.
     [[nodiscard]] const backend::MemoryWindow* tip() const {
         for (const backend::WindowId id : windows().stacking())
             if (const auto* w = windows().window(id); w->visible && w->spec.kind == backend::WindowKind::tooltip)
                 return w;
         return nullptr;
+    }
+    /// Whether one shows after a rest there, coming from outside.
+    [[nodiscard]] bool tipAt(CGFloat x, CGFloat y, NSTimeInterval rest = 1) const {
+        move(window, 300, 200);
+        move(window, x, y);
+        pass(rest);
+        return tip();
+    }
+    static void track(NSView* view, NSUInteger options = NSTrackingActiveAlways) {
+        view->addTrackingArea(
+            make<NSTrackingArea>(view->bounds(), NSTrackingMouseEnteredAndExited | options, view, nullptr));
     }
 };
 
@@ -51,11 +53,8 @@ public:
 };
 
 TEST_F(TrackingTest, AToolTipShowsAfterARestAndGoesWithTheNextThing) {
-    const Ref<LogView> v = viewIn(window, {{50, 50}, {100, 100}}, "v");
     v->setToolTip(u"aide"_ns);
-    move(window, 60, 60);
-    pass(0.79);
-    EXPECT_FALSE(tip());
+    EXPECT_FALSE(tipAt(60, 60, 0.79));
     move(window, 70, 70); // moving inside of the same view starts nothing anew
     pass(0.02);
     ASSERT_TRUE(tip());
@@ -69,60 +68,40 @@ TEST_F(TrackingTest, AToolTipShowsAfterARestAndGoesWithTheNextThing) {
     };
     for (const auto& end : endings) {
         window->makeKeyAndOrderFront(nullptr);
-        move(window, 300, 200);
-        move(window, 60, 60);
-        pass(0.81);
-        ASSERT_TRUE(tip());
+        ASSERT_TRUE(tipAt(60, 60, 0.81));
         end();
         drain();
         EXPECT_FALSE(tip());
     }
-    // Nothing comes of a rest that was interrupted.
     window->makeKeyAndOrderFront(nullptr);
-    move(window, 60, 60);
-    pass(0.5);
-    move(window, 300, 200);
-    pass(2);
-    EXPECT_FALSE(tip());
-}
+    EXPECT_FALSE(tipAt(60, 60, 0.5));
+    EXPECT_FALSE(tipAt(300, 200, 2)) << "nothing comes of a rest that was interrupted";
 
-TEST_F(TrackingTest, AToolTipAsksItsOwner) {
-    const Ref<LogView> v = viewIn(window, {{50, 50}, {100, 100}}, "v");
-    Ref<TipOwner> owner = make<TipOwner>();
-    int data = 0;
-    const NSToolTipTag tag = v->addToolTipRect_owner_userData({{10, 10}, {20, 20}}, owner, &data);
-    move(window, 55, 55);
-    pass(1);
-    EXPECT_FALSE(tip());
-    move(window, 65, 66);
-    pass(1);
-    EXPECT_TRUE(tip());
-    EXPECT_EQ(owner->tag, tag);
-    EXPECT_EQ(owner->point, NSMakePoint(15, 16));
-    EXPECT_EQ(owner->userData, &data);
-
-    move(window, 300, 200);
-    owner->answer = nullptr;
-    move(window, 65, 66);
-    pass(1);
-    EXPECT_FALSE(tip());
-
-    move(window, 300, 200);
-    move(window, 65, 66);
-    owner = nullptr; // gone before it is asked
-    pass(1);
-    EXPECT_FALSE(tip());
-    v->removeToolTip(tag);
-}
-
-TEST_F(TrackingTest, AToolTipKeepsToItsScreen) {
-    window->setFrameOrigin({1300, 0});
-    const Ref<LogView> v = viewIn(window, {{0, 0}, {400, 300}}, "v");
+    window->setFrameOrigin({1300, 0}); // over the edge of the screen
+    v->setFrame({{0, 0}, {400, 300}});
     v->setToolTip(u"une explication assez longue pour qu'elle ne tienne pas à droite du pointeur"_ns);
     windows().moveMouse({1430, 3});
     pass(1);
     ASSERT_TRUE(tip());
     EXPECT_TRUE(NSContainsRect({{0, 0}, {1440, 875}}, tip()->content));
+}
+
+TEST_F(TrackingTest, AToolTipAsksItsOwner) {
+    Ref<TipOwner> owner = make<TipOwner>();
+    int data = 0;
+    const NSToolTipTag tag = v->addToolTipRect_owner_userData({{10, 10}, {20, 20}}, owner, &data);
+    EXPECT_FALSE(tipAt(55, 55));
+    EXPECT_TRUE(tipAt(65, 66));
+    EXPECT_EQ(owner->tag, tag);
+    EXPECT_EQ(owner->point, NSMakePoint(15, 16));
+    EXPECT_EQ(owner->userData, &data);
+    owner->answer = nullptr;
+    EXPECT_FALSE(tipAt(65, 66));
+    EXPECT_FALSE(tipAt(65, 66, 0));
+    owner = nullptr; // gone before it is asked
+    pass(1);
+    EXPECT_FALSE(tip());
+    v->removeToolTip(tag);
 }
 
 class CursorView : public NSView {
@@ -138,86 +117,70 @@ public:
 };
 
 TEST_F(TrackingTest, CursorRectanglesRule) {
-    const Ref<CursorView> v = make<CursorView>(NSMakeRect(50, 50, 100, 100));
-    window->contentView()->addSubview(v);
-    const auto cursor = [&] { return native(window).cursor; };
-    move(window, 10, 10);
-    EXPECT_EQ(cursor(), backend::Cursor::arrow);
-    move(window, 60, 60);
-    EXPECT_EQ(cursor(), backend::Cursor::ibeam);
+    using backend::Cursor;
+    const Ref<CursorView> field = add<CursorView>({{50, 50}, {100, 100}});
+    const auto at = [&](CGFloat x, CGFloat y) {
+        move(window, x, y);
+        return native(window).cursor;
+    };
+    EXPECT_EQ(at(10, 10), Cursor::arrow);
+    EXPECT_EQ(at(60, 60), Cursor::ibeam);
     EXPECT_EQ(NSCursor::currentCursor(), NSCursor::IBeamCursor());
-    move(window, 70, 70);
-    EXPECT_EQ(v->resets, 1); // not at each move
-    move(window, 130, 130);
-    EXPECT_EQ(cursor(), backend::Cursor::arrow);
-
-    v->rect = {{0, 0}, {100, 100}};
-    window->invalidateCursorRectsForView(v);
-    move(window, 131, 130);
-    EXPECT_EQ(cursor(), backend::Cursor::ibeam);
-    EXPECT_EQ(v->resets, 2);
+    EXPECT_EQ(at(70, 70), Cursor::ibeam);
+    EXPECT_EQ(field->resets, 1); // not at each move
+    EXPECT_EQ(at(130, 130), Cursor::arrow);
+    field->rect = {{0, 0}, {100, 100}};
+    window->invalidateCursorRectsForView(field);
+    EXPECT_EQ(at(131, 130), Cursor::ibeam);
+    EXPECT_EQ(field->resets, 2);
 
     // A press keeps the pointer as it is; the release sets it right.
     press(window, 60, 60);
-    move(window, 10, 10);
-    EXPECT_EQ(cursor(), backend::Cursor::ibeam);
+    EXPECT_EQ(at(10, 10), Cursor::ibeam);
     release();
-    EXPECT_EQ(cursor(), backend::Cursor::arrow);
-
+    EXPECT_EQ(native(window).cursor, Cursor::arrow);
     NSCursor::waitCursor()->push();
-    EXPECT_EQ(cursor(), backend::Cursor::wait);
+    EXPECT_EQ(native(window).cursor, Cursor::wait);
     NSCursor::popCursor();
-    EXPECT_EQ(cursor(), backend::Cursor::arrow);
+    EXPECT_EQ(native(window).cursor, Cursor::arrow);
 }
 
 TEST_F(TrackingTest, TrackingAreasAreEnteredAndLeft) {
-    const Ref<LogView> outer = viewIn(window, {{0, 0}, {200, 200}}, "outer");
-    const Ref<LogView> inner = make<LogView>(NSMakeRect(50, 50, 50, 50), log, "inner");
-    outer->addSubview(inner);
-    for (LogView* v : {outer.get(), inner.get()})
-        v->addTrackingArea(make<NSTrackingArea>(
-            v->bounds(), NSTrackingMouseEnteredAndExited | NSTrackingActiveInKeyWindow, v, nullptr));
-    move(window, 10, 10);
-    EXPECT_THAT(taken(), ElementsAre("outer entered"));
-    move(window, 60, 60);
-    EXPECT_THAT(taken(), ElementsAre("inner entered"));
-    move(window, 70, 60);
-    EXPECT_TRUE(taken().empty());
-    windows().moveMouse({5, 5}); // out of the window
-    drain();
-    EXPECT_THAT(taken(), ElementsAre("outer exited", "inner exited"));
-
-    move(window, 60, 60);
-    taken();
+    const Ref<LogView> inner = make<LogView>(NSMakeRect(50, 50, 40, 40), log, "inner");
+    v->addSubview(inner);
+    track(v, NSTrackingActiveInKeyWindow);
+    track(inner, NSTrackingActiveInKeyWindow);
+    const auto at = [&](CGFloat x, CGFloat y) {
+        move(window, x, y);
+        return taken();
+    };
+    EXPECT_THAT(at(60, 60), ElementsAre("v entered"));
+    EXPECT_THAT(at(110, 110), ElementsAre("inner entered"));
+    EXPECT_THAT(at(120, 110), ElementsAre());
+    EXPECT_THAT(at(-50, -50), ElementsAre("v exited", "inner exited")); // out of the window
+    at(110, 110);
     inner->setHidden(YES);
-    move(window, 61, 60);
-    EXPECT_THAT(taken(), ElementsAre("inner exited"));
-    outer->removeTrackingArea(outer->trackingAreas()->at<NSTrackingArea>(0));
-    move(window, 300, 250);
-    EXPECT_TRUE(taken().empty()); // what is not installed any more is not left
-    move(window, 10, 10);
-
-    const Ref<NSWindow> other = windowAt({{600, 100}, {100, 100}});
+    EXPECT_THAT(at(111, 110), ElementsAre("inner exited"));
+    v->removeTrackingArea(v->trackingAreas()->at<NSTrackingArea>(0));
+    EXPECT_THAT(at(300, 250), ElementsAre()) << "what is not installed any more is not left";
     inner->setHidden(NO);
+    const Ref<NSWindow> other = windowAt({{600, 100}, {100, 100}});
     show(other);
-    move(window, 60, 60);
-    EXPECT_TRUE(taken().empty()); // in the key window alone
+    EXPECT_THAT(at(110, 110), ElementsAre()) << "in the key window alone";
 }
 
 TEST_F(TrackingTest, AnOwnerMayRemoveTheNextAreaOrItself) {
-    const Ref<LogView> a = viewIn(window, {{0, 0}, {100, 100}}, "a");
     Ref<LogView> b = make<LogView>(NSMakeRect(0, 0, 50, 50), log, "b");
-    a->addSubview(b);
-    for (LogView* v : {a.get(), b.get()})
-        v->addTrackingRect_owner_userData_assumeInside(v->bounds(), v, nullptr, NO);
-    a->onMouse = [&](NSEvent*) {
+    v->addSubview(b);
+    for (LogView* view : {v.get(), b.get()})
+        view->addTrackingRect_owner_userData_assumeInside(view->bounds(), view, nullptr, NO);
+    v->onMouse = [&](NSEvent*) {
         if (b) b->removeFromSuperview();
         b = nullptr;
     };
-    move(window, 10, 10);
-    EXPECT_THAT(taken(), ElementsAre("a entered"));
+    move(window, 60, 60);
     move(window, 300, 250);
-    EXPECT_THAT(taken(), ElementsAre("a exited"));
+    EXPECT_THAT(taken(), ElementsAre("v entered", "v exited"));
 }
 
 /// Keeps an area over its left half, and counts how often it was asked for it.
@@ -240,37 +203,31 @@ private:
 };
 
 TEST_F(TrackingTest, AViewBringsItsAreasUpToDateBeforeThePointerIsTold) {
-    const Ref<NSView> middle = make<NSView>(NSMakeRect(0, 0, 400, 300));
-    const Ref<HalfTracked> v = make<HalfTracked>(NSMakeRect(50, 50, 100, 100), log, "v");
-    middle->addSubview(v);
-    window->contentView()->addSubview(middle);
-    move(window, 60, 60);
-    EXPECT_THAT(taken(), ElementsAre("v entered"));
-    move(window, 70, 70);
-    EXPECT_EQ(v->asked, 1) << "while nothing has changed, it is not asked again";
-
-    v->setFrameSize({30, 100}); // the area ends at 65 now
-    move(window, 70, 71);
-    EXPECT_EQ(v->asked, 2);
-    EXPECT_THAT(taken(), ElementsAre("v exited"));
-
+    const Ref<NSView> middle = add<NSView>({{0, 0}, {400, 300}});
+    const Ref<HalfTracked> half = make<HalfTracked>(NSMakeRect(50, 50, 100, 100), log, "half");
+    middle->addSubview(half);
+    CGFloat y = 60;
+    const auto hears = [&](CGFloat x, int asked, const Log& heard) {
+        move(window, x, ++y);
+        EXPECT_EQ(half->asked, asked) << x;
+        EXPECT_EQ(taken(), heard) << x;
+    };
+    hears(60, 1, {"half entered"});
+    hears(70, 1, {});              // while nothing has changed, it is not asked again
+    half->setFrameSize({30, 100}); // the area ends at 65 now
+    hears(70, 2, {"half exited"});
     middle->setFrameOrigin({20, 0}); // moved by what it stands in
-    move(window, 72, 72);
-    EXPECT_EQ(v->asked, 3);
-    EXPECT_THAT(taken(), ElementsAre("v entered"));
-
+    hears(72, 3, {"half entered"});
     middle->setFrameSize({60, 300}); // cut off at 80
-    move(window, 73, 73);
-    EXPECT_EQ(v->asked, 4);
-    v->removeFromSuperview();
-    move(window, 74, 74);
-    EXPECT_EQ(v->asked, 4);
+    hears(73, 4, {});
+    half->removeFromSuperview();
+    taken();
+    hears(74, 4, {});
 }
 
 TEST_F(TrackingTest, WhatScrollsUnderThePointerIsEntered) {
-    const Ref<LogView> v = viewIn(window, {{200, 50}, {100, 100}}, "v");
-    v->addTrackingArea(make<NSTrackingArea>(
-        NSZeroRect, NSTrackingMouseEnteredAndExited | NSTrackingActiveAlways | NSTrackingInVisibleRect, v, nullptr));
+    v->setFrameOrigin({200, 50});
+    track(v, NSTrackingActiveAlways | NSTrackingInVisibleRect);
     const Ref<LogView> wheel = viewIn(window, {{0, 0}, {150, 300}}, "wheel");
     wheel->onMouse = [&](NSEvent* e) {
         if (e->type() == NSScrollWheel) v->setFrameOrigin({20, 50});

@@ -105,6 +105,8 @@ private:
     [[nodiscard]] bool passesFormatter(std::u16string& proposed, NSRange& selection);
     void changed();
     void endEditing(NSInteger movement);
+    /// Keeps the text for undo, and lets go of what is too old or too much.
+    void remember();
     void restore(const Snapshot& s);
     void select(NSUInteger anchor, NSUInteger caret);
     void selectionChanged();

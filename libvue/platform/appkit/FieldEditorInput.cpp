@@ -10,6 +10,7 @@
 #include <libvue/platform/appkit/NSPasteboard.h>
 #include <libvue/platform/appkit/NSTextField.h>
 #include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/backend/TextEngine.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSAttributedString.h>
@@ -23,7 +24,9 @@ namespace libvue {
 
 namespace {
 
-constexpr std::size_t kUndoDepth = 200;
+/// Of the texts that are kept for undo, and of all their UTF-16 units.
+constexpr std::ptrdiff_t kUndoDepth = 200;
+constexpr std::size_t kUndoUnits = 1 << 20;
 
 /// On one line: line ends and tabs become spaces, other control characters go.
 std::u16string oneLine(std::u16string_view s) {
@@ -133,10 +136,7 @@ void FieldEditor::edit(NSRange range, std::u16string_view with, Edit kind) {
     // A run of typing, or of deleting, is undone as one.
     const bool runsOn = kind == last_ && (kind == Edit::typing || kind == Edit::deleting) && !undo_.empty() &&
                         (kind == Edit::deleting || range.length == 0) && with != u" ";
-    if (!runsOn) {
-        undo_.push_back({text_, caret_, anchor_});
-        if (undo_.size() > kUndoDepth) undo_.erase(undo_.begin());
-    }
+    if (!runsOn) remember();
     redo_.clear();
     text_ = std::move(proposed);
     anchor_ = selection.location;
@@ -152,6 +152,17 @@ void FieldEditor::changed() {
     const auto n = make<NSNotification>(NSTextDidChangeNotification, this, nullptr);
     if (auto tell = op::textDidChange.of(delegate())) tell(n);
     NSNotificationCenter::defaultCenter()->postNotification(n);
+}
+
+void FieldEditor::remember() {
+    undo_.push_back({text_, caret_, anchor_});
+    std::size_t units = 0;
+    std::ptrdiff_t kept = 0;
+    for (auto s = undo_.rbegin(); s != undo_.rend() && kept < kUndoDepth; ++s, ++kept) {
+        units += s->text.size();
+        if (units > kUndoUnits && kept > 0) break;
+    }
+    undo_.erase(undo_.begin(), undo_.end() - kept);
 }
 
 void FieldEditor::restore(const Snapshot& s) {
@@ -174,7 +185,7 @@ void FieldEditor::redo(NSObject*) {
     if (redo_.empty() || !mayEdit()) return;
     const Snapshot s = std::move(redo_.back());
     redo_.pop_back();
-    undo_.push_back({text_, caret_, anchor_});
+    remember();
     restore(s);
 }
 
@@ -233,7 +244,6 @@ void FieldEditor::endEditing(NSInteger movement) {
             selectAll(nullptr);
             return;
         }
-    ending_ = true;
     preedit_.clear();
     const Ref<NSWindow> w(window());
     const auto info =
@@ -243,9 +253,10 @@ void FieldEditor::endEditing(NSInteger movement) {
     stopBlinking();
     if (w) {
         w->setCaretRect_(NO, NSZeroRect);
+        ending_ = true;
+        const ScopeExit over([this] { ending_ = false; });
         if (isActive()) w->makeFirstResponder(nullptr);
     }
-    ending_ = false;
     if (auto tell = op::textDidEndEditing.of(delegate())) tell(n);
     NSNotificationCenter::defaultCenter()->postNotification(n);
 }
@@ -261,9 +272,11 @@ BOOL FieldEditor::resignFirstResponder() {
     stopBlinking();
     if (window()) window()->setCaretRect_(NO, NSZeroRect);
     const auto n = make<NSNotification>(NSTextDidEndEditingNotification, this, nullptr);
-    ending_ = true;
-    if (auto tell = op::textDidEndEditing.of(delegate())) tell(n);
-    ending_ = false;
+    {
+        ending_ = true;
+        const ScopeExit over([this] { ending_ = false; });
+        if (auto tell = op::textDidEndEditing.of(delegate())) tell(n);
+    }
     NSNotificationCenter::defaultCenter()->postNotification(n);
     return YES;
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string>
 
+#include <libvue/platform/appkit/ControlImage.h>
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSMenuItem.h>
 #include <libvue/platform/appkit/ThemeDessin.h>
@@ -168,9 +169,7 @@ void MenuView::drawItem(const NSMenuItem* i, const NSRect& row) const {
     CGFloat x = row.origin.x + kStateColumn + static_cast<CGFloat>(i->indentationLevel()) * kIndent;
     if (NSImage* picture = i->image()) {
         const NSSize s = picture->size();
-        picture->drawInRect_fromRect_operation_fraction_respectFlipped_hints(
-            {{x, std::floor(NSMidY(row) - s.height / 2)}, s}, NSZeroRect, NSCompositeSourceOver,
-            i->isEnabled() ? 1 : 0.4, YES, nullptr);
+        drawControlImage(*picture, {{x, std::floor(NSMidY(row) - s.height / 2)}, s}, i->isEnabled() ? 1 : 0.4, ink);
         x += s.width + kImageGap;
     }
     const auto look = attributes(*menu_, ink);

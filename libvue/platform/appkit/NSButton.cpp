@@ -98,7 +98,7 @@ NSInteger NSButton::state() const { return cell() ? cell()->state() : NSOffState
 void NSButton::setState(NSInteger state) {
     if (!cell()) return;
     cell()->setState(state);
-    if (buttonCell() && buttonCell()->isRadioButton() && this->state() == NSOnState) clearRadioGroup_();
+    if (buttonCell() && buttonCell()->isRadioButton() && this->state() == NSOnState) clearRadioGroup();
 }
 BOOL NSButton::allowsMixedState() const { return cell() && cell()->allowsMixedState(); }
 void NSButton::setAllowsMixedState(BOOL f) {
@@ -258,13 +258,21 @@ void NSButton::viewDidMoveToWindow() {
 
 BOOL NSButton::sendAction_to(SEL action, NSObject* target) {
     const Ref<NSButton> self(this);
-    if (buttonCell() && buttonCell()->isRadioButton() && state() == NSOnState) clearRadioGroup_();
+    if (buttonCell() && buttonCell()->isRadioButton() && state() == NSOnState) {
+        // The choice of one is news for the models of those that it clears, too.
+        const std::vector<Ref<NSButton>> cleared = clearRadioGroup();
+        for (const Ref<NSButton>& b : cleared)
+            setBoundValue(b, NSValueBinding, ShowAfterwards::modelValue);
+    }
     return NSControl::sendAction_to(action, target);
 }
 
-void NSButton::clearRadioGroup_() {
-    for (const Ref<NSButton>& b : radioGroup())
-        if (b != this && b->state() != NSOffState) b->cell()->setState(NSOffState);
+std::vector<Ref<NSButton>> NSButton::clearRadioGroup() {
+    std::vector<Ref<NSButton>> cleared = radioGroup();
+    std::erase_if(cleared, [this](const Ref<NSButton>& b) { return b == this || b->state() == NSOffState; });
+    for (const Ref<NSButton>& b : cleared)
+        b->cell()->setState(NSOffState);
+    return cleared;
 }
 
 NSRect NSButton::focusRingMaskBounds() const {

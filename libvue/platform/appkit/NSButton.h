@@ -73,12 +73,12 @@ public:
     [[nodiscard]] NSRect focusRingMaskBounds() const override;
     [[nodiscard]] CGFloat focusRingRadius() const override;
     [[nodiscard]] AccessibilityDescription accessibilityDescription() const override;
-    /// Turns the other buttons of its group off; a radio button sends it when it comes on.
-    void clearRadioGroup_();
 
 private:
     /// The radio buttons of its superview with its action, itself among them.
     [[nodiscard]] std::vector<Ref<NSButton>> radioGroup() const;
+    /// Turns the other buttons of its group off; answers those that were on.
+    std::vector<Ref<NSButton>> clearRadioGroup();
     /// Goes to the next button of the group that can be used, and presses it.
     void chooseInGroup(std::ptrdiff_t step);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include <libvue/platform/appkit/ControlImage.h>
 #include <libvue/platform/appkit/NSButton.h>
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/appkit/ThemeDessin.h>
@@ -420,8 +421,7 @@ NSRect NSButtonCell::drawTitle_withFrame_inView(NSAttributedString* title, const
 }
 
 void NSButtonCell::drawImage_withFrame_inView(NSImage* picture, const NSRect& frame, NSView*) {
-    picture->drawInRect_fromRect_operation_fraction_respectFlipped_hints(
-        frame, NSZeroRect, NSCompositeSourceOver, isEnabled() || !imageDims_ ? 1.0 : 0.4, YES, nullptr);
+    if (picture) drawControlImage(*picture, frame, isEnabled() || !imageDims_ ? 1.0 : 0.4, effectiveTextColor());
 }
 
 } // namespace libvue

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include <libvue/platform/appkit/ControlImage.h>
 #include <libvue/platform/appkit/NSCell.h>
 #include <libvue/platform/foundation/NSAttributedString.h>
 #include <libvue/platform/foundation/NSDictionary.h>
@@ -77,9 +78,7 @@ void NSCell::drawWithFrame_inView(const NSRect& frame, NSView* view) {
 
 void NSCell::drawInteriorWithFrame_inView(const NSRect& frame, NSView*) {
     if (type_ == NSImageCellType) {
-        if (image_)
-            image_->drawInRect_fromRect_operation_fraction_respectFlipped_hints(
-                imageRectForBounds(frame), NSZeroRect, NSCompositeSourceOver, enabled_ ? 1.0 : 0.5, YES, nullptr);
+        if (image_) drawControlImage(*image_, imageRectForBounds(frame), enabled_ ? 1.0 : 0.5, effectiveTextColor());
         return;
     }
     if (type_ != NSTextCellType) return;

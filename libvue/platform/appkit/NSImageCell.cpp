@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include <libvue/platform/appkit/ControlImage.h>
 #include <libvue/platform/appkit/ThemeDessin.h>
 #include <libvue/platform/foundation/ConstantString.h>
 #include <libvue/platform/foundation/NSCoder.h>
@@ -163,8 +164,7 @@ void NSImageCell::drawInteriorWithFrame_inView(const NSRect& frame, NSView*) {
     const NSRect room = drawingRectForBounds(frame), r = imageRectForBounds(frame);
     const GraphicsStateScope saved;
     if (!NSContainsRect(room, r)) NSRectClip(room);
-    shown->drawInRect_fromRect_operation_fraction_respectFlipped_hints(r, NSZeroRect, NSCompositeSourceOver,
-                                                                       isEnabled() ? 1.0 : 0.5, YES, nullptr);
+    drawControlImage(*shown, r, isEnabled() ? 1.0 : 0.5, effectiveTextColor());
 }
 
 } // namespace libvue
