@@ -85,9 +85,9 @@ void NSView::setNeedsDisplay(BOOL flag) {
         dirty_ = wholeDirty_ = false;
         return;
     }
-    if (superview_ && DrawingScope::draws(superview_, frame_)) return;
     // Where the mark already stands and the way up is marked, the display pass will come by.
     if (wholeDirty_ && superview_ && superview_->subtreeDirty_) return;
+    if (superview_ && DrawingScope::draws(superview_, frame_)) return;
     dirty_ = wholeDirty_ = true;
     if (superview_)
         superview_->markSubtreeDirty();

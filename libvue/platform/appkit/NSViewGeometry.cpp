@@ -37,7 +37,11 @@ CoordinateMap mapBetween(const NSView* from, const NSView* to) {
 
 // Changing.
 
-void NSView::setFrame(const NSRect& frame) { applyFrame_(frame); }
+void NSView::setFrame(const NSRect& frame) {
+    // Layouts set every frame anew, and most of them stay as they were.
+    if (frame == frame_) return;
+    applyFrame_(frame);
+}
 void NSView::setFrameSize(const NSSize& size) { applyFrame_({frame_.origin, size}); }
 void NSView::setFrameOrigin(const NSPoint& origin) { applyFrame_({origin, frame_.size}); }
 
@@ -46,8 +50,11 @@ void NSView::applyFrame_(const NSRect& frame) {
     if (!resized && frame.origin == frame_.origin) return;
     const Ref<NSView> self(this);
     if (!hidden_ && superview_) {
-        if (!DrawingScope::draws(superview_, frame_)) superview_->setNeedsDisplayInRect(frame_);
-        if (!DrawingScope::draws(superview_, frame)) superview_->setNeedsDisplayInRect(frame);
+        NSView* const s = superview_;
+        // Most moves are parts of a layout pass that has marked the whole superview already.
+        const bool marked = s->wholeDirty_ && (s->superview_ ? s->superview_->subtreeDirty_ : !s->window_);
+        if (!marked && !DrawingScope::draws(s, frame_)) s->setNeedsDisplayInRect(frame_);
+        if (!marked && !DrawingScope::draws(s, frame)) s->setNeedsDisplayInRect(frame);
     }
     const NSSize oldFrameSize = frame_.size;
     frame_ = frame;

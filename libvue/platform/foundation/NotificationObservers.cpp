@@ -77,7 +77,7 @@ void NotificationList::tellMany(std::size_t count, NSNotification* notification)
         tellEntry(entries[i], notification);
 }
 
-void NotificationList::tellOtherwise(Entry e, NSNotification* notification) {
+void NotificationList::tellOtherwise(const Entry& e, NSNotification* notification) {
     switch (e.call) {
     case NotificationCall::withNotification:
         break;

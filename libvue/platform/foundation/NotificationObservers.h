@@ -95,7 +95,7 @@ private:
         else
             tellOtherwise(e, notification);
     }
-    static void tellOtherwise(Entry e, NSNotification* notification);
+    static void tellOtherwise(const Entry& e, NSNotification* notification);
     void tellMany(std::size_t count, NSNotification* notification);
     NotificationList(NotificationList* next, NSObject* object, NSString* name);
     ~NotificationList() = default;
