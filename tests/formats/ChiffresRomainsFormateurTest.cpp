@@ -2,8 +2,6 @@
 #include <foundation/Valeurs.h>
 
 #include <libvue/platform/foundation/NSAttributedString.h>
-#include <libvue/platform/foundation/NSData.h>
-#include <libvue/platform/foundation/NSKeyedArchiver.h>
 #include <libvue/text/formats/ChiffresRomainsFormateur.h>
 
 using namespace libvue;
@@ -16,29 +14,26 @@ namespace {
 
 /// The writing, or what is raised instead.
 std::string ecrit(NSObject* valeur) {
-    auto f = make<ChiffresRomainsFormateur>();
     try {
-        return shown(f->stringForObjectValue(valeur));
+        return shown(make<ChiffresRomainsFormateur>()->stringForObjectValue(valeur));
     } catch (const NSExceptionRaised& e) {
         return e.what();
     }
 }
 
-/// The number, "refuse", or the name of what is raised.
+/// The number, "refuse", or what is raised.
 std::string lit(NSString* s) {
-    auto f = make<ChiffresRomainsFormateur>();
     Ref<NSObject> valeur;
     Ref<NSString> erreur = text(u"d’avant");
-    std::string resultat;
     try {
-        resultat =
-            f->getObjectValue_forString_errorDescription(&valeur, s, &erreur) ? valeurs::described(valeur) : "refuse";
+        const BOOL lu =
+            make<ChiffresRomainsFormateur>()->getObjectValue_forString_errorDescription(&valeur, s, &erreur);
+        EXPECT_EQ(erreur, nullptr);
+        EXPECT_EQ(valeur != nullptr, lu == YES);
+        return lu ? valeurs::described(valeur) : "refuse";
     } catch (const NSExceptionRaised& e) {
-        resultat = "raises " + e.exception->name()->utf8();
+        return e.what();
     }
-    EXPECT_EQ(erreur, nullptr);
-    EXPECT_EQ(valeur != nullptr, resultat != "refuse" && !resultat.starts_with("raises"));
-    return resultat;
 }
 
 const char* const kTrop = "Number to large: Le nombre doit être entre 0 et 4000";
@@ -52,21 +47,16 @@ TEST(ChiffresRomainsFormateur, numbersAreWrittenFromOneTo3999) {
     } rows[] = {
         {number(1), "I"},
         {number(4), "IV"},
-        {number(9), "IX"},
-        {number(40), "XL"},
-        {number(90), "XC"},
         {number(444), "CDXLIV"},
         {number(1999), "MCMXCIX"},
         {number(3888), "MMMDCCCLXXXVIII"},
         {number(3999), "MMMCMXCIX"},
         {NSNumber::numberWithDouble(12.9), "XII"},
-        {NSNumber::numberWithBool(YES), "I"},
         {number(0), kTrop},
         {number(4000), kTrop},
         {number(-1), kTrop},
         {NSNumber::numberWithDouble(0.9), kTrop},
         {text(u"12"), ""},
-        {nullptr, ""},
     };
     for (const auto& row : rows)
         EXPECT_EQ(ecrit(row.valeur), row.texte) << valeurs::described(row.valeur);
@@ -75,28 +65,24 @@ TEST(ChiffresRomainsFormateur, numbersAreWrittenFromOneTo3999) {
 TEST(ChiffresRomainsFormateur, onlyTheCanonicalWritingIsRead) {
     const struct {
         const char16_t* texte;
-        const char* resultat;
+        std::string resultat;
     } rows[] = {
         {u"IV", "4"},
         {u"MCMXCIX", "1999"},
-        {u"MMMCMXCIX", "3999"},
         {u"IIII", "refuse"},
         {u"IIV", "refuse"},
         {u"VX", "refuse"},
-        {u"IM", "refuse"},
         {u"XIIa", "refuse"},
-        {u" X", "refuse"},
         {u"xX", "refuse"},
         // Nothing that adds up to a number is an exception, and not a refusal.
-        {u"", "raises Number to large"},
-        {u"xii", "raises Number to large"},
-        {u"12", "raises Number to large"},
-        {u"MMMM", "raises Number to large"},
+        {u"", kTrop},
+        {u"xii", kTrop},
+        {u"MMMM", kTrop},
     };
     for (const auto& row : rows)
         EXPECT_EQ(lit(text(row.texte)), row.resultat) << shown(row.texte);
     EXPECT_EQ(lit(textes::wideText(u"XIV")), "14");
-    EXPECT_EQ(lit(nullptr), "raises Number to large");
+    EXPECT_EQ(lit(nullptr), kTrop);
     EXPECT_TRUE(
         make<ChiffresRomainsFormateur>()->getObjectValue_forString_errorDescription(nullptr, text(u"X"), nullptr));
 }
@@ -106,17 +92,6 @@ TEST(ChiffresRomainsFormateur, eachWritingReadsBack) {
         ASSERT_EQ(lit(text(NSString::fromUTF8(ecrit(number(n)))->utf16())), std::to_string(n));
 }
 
-TEST(ChiffresRomainsFormateur, copiesAndArchivesStayRoman) {
-    auto f = make<ChiffresRomainsFormateur>();
-    const Ref<NSObject> copie = f->copyWithZone();
-    const Ref<NSObject> lu = NSKeyedUnarchiver::unarchiveObjectWithData(NSKeyedArchiver::archivedDataWithRootObject(f));
-    for (NSObject* o : {copie.get(), lu.get()}) {
-        auto* romain = as<ChiffresRomainsFormateur>(o);
-        ASSERT_NE(romain, nullptr);
-        EXPECT_EQ(shown(romain->stringForObjectValue(number(14))), "XIV");
-    }
-}
-
 using ChampRomain = ChampFixture;
 
 TEST_F(ChampRomain, aFieldShowsLettersAndHoldsTheNumber) {
@@ -124,28 +99,20 @@ TEST_F(ChampRomain, aFieldShowsLettersAndHoldsTheNumber) {
     champ->setObjectValue(number(1999));
     EXPECT_EQ(champ->stringValue()->utf8(), "MCMXCIX");
     window->makeFirstResponder(champ);
-    tape(u"XIV");
-    touche(u'\r');
-    EXPECT_TRUE(isEqual(champ->cell()->objectValue(), number(14)));
-    EXPECT_EQ(champ->cell()->attributedStringValue()->string()->utf8(), "XIV");
-}
-
-TEST_F(ChampRomain, aTextThatIsNoNumberKeepsTheFieldInEditing) {
-    champ->setFormatter(make<ChiffresRomainsFormateur>());
-    champ->setObjectValue(number(3));
-    window->makeFirstResponder(champ);
+    // What is refused stays in editing.
     tape(u"IIII");
     touche(u'\r');
     EXPECT_EQ(affiche(), "IIII");
-    // The formatter raises: the key is lost, and what was begun is as it was.
+    // Where the formatter raises the key is lost, and what was begun is as it was.
     editeur()->selectAll(nullptr);
     tape(u"abc");
     EXPECT_EQ(valeurs::raised([&] { touche(u'\r'); }), "Number to large");
     EXPECT_EQ(affiche(), "abc");
     editeur()->selectAll(nullptr);
-    tape(u"XX");
+    tape(u"XIV");
     touche(u'\r');
-    EXPECT_TRUE(isEqual(champ->cell()->objectValue(), number(20)));
+    EXPECT_TRUE(isEqual(champ->cell()->objectValue(), number(14)));
+    EXPECT_EQ(champ->cell()->attributedStringValue()->string()->utf8(), "XIV");
 }
 
 TEST_F(ChampRomain, aNumberThatCannotBeWrittenDoesNotStopTheWindow) {

@@ -60,17 +60,6 @@ TEST_F(KURLTextFieldCellTest, ReleasedOutsideNothingOpens) {
     EXPECT_THAT(ouverts(), ElementsAre("http://exemple.org"));
 }
 
-TEST_F(KURLTextFieldCellTest, APlainLabelLeavesTheClickToWhatLiesBehind) {
-    const Ref<LogView> fond = viewIn(window, {{0, 0}, {400, 100}}, "fond");
-    const Ref<NSTextField> etiquette = NSTextField::labelWithString(text(u"http://exemple.org"));
-    etiquette->setFrame({{10, 10}, {200, 24}});
-    fond->addSubview(etiquette);
-    drain();
-    souris().at(20, 20).down().up().end();
-    EXPECT_THAT(ouverts(), IsEmpty());
-    EXPECT_THAT(log, testing::Contains("fond down"));
-}
-
 TEST_F(KURLTextFieldCellTest, ThePointingHandStandsOverIt) {
     champ->setStringValue(text(u"http://exemple.org"));
     drain();

@@ -1,10 +1,13 @@
 #include "Json.h"
 
 #include <algorithm>
+#include <iterator>
 #include <random>
+#include <sstream>
 #include <string>
 
 #include <libvue/text/json/SBJsonParser.h>
+#include <libvue/text/json/SBJsonWriter.h>
 
 using namespace libvue;
 using namespace libvue::json;
@@ -101,46 +104,37 @@ private:
 
 } // namespace
 
-TEST(SBJsonParserNumbers, areWhatExactArithmeticMakesOfThem) {
+TEST(JsonNumbers, areReadAndWrittenAsExactArithmeticSays) {
     const auto parser = make<SBJsonParser>();
-    std::vector<std::string> tokens = {"0",
-                                       "-0",
-                                       "0e99999999999",
-                                       "9999999999999999999",
-                                       "10000000000000000000",
-                                       "18446744073709551615",
-                                       "18446744073709551616",
-                                       "99999999999999999999999999999999999999e127",
-                                       "999999999999999999999999999999999999995e126",
-                                       "1e165",
-                                       "1e-128",
-                                       "5e-129",
-                                       "4.9e-129",
-                                       "0.1e-127",
-                                       "99999999999999999999999999999999999999.5",
-                                       "288230376151711743",
-                                       "288230376151711744",
-                                       "1e31",
-                                       "1e32",
-                                       "1e-32",
-                                       "1e-33",
-                                       "17592186044416e100",
-                                       "17592186044416e101"};
+    const char* const edges =
+        "0 -0 0e99999999999 9999999999999999999 10000000000000000000 18446744073709551615 "
+        "18446744073709551616 99999999999999999999999999999999999999e127 "
+        "999999999999999999999999999999999999995e126 1e165 1e-128 5e-129 4.9e-129 0.1e-127 "
+        "99999999999999999999999999999999999999.5 288230376151711743 288230376151711744 1e31 1e32 1e-32 1e-33 "
+        "17592186044416e100 17592186044416e101 -99999999999999999999999999999999999999e-128 "
+        "99999999999999999999999999999999999999e-37 99999999999999999999999999999999999999e-38 "
+        "99999999999999999999999999999999999999e-39 1000000000000000000000000 100000001 288230376151711743000";
+    std::istringstream in(edges);
+    std::vector<std::string> tokens{std::istream_iterator<std::string>(in), {}};
+    const auto writer = make<SBJsonWriter>();
     Tokens random;
     for (int i = 0; i < 20000; ++i)
         tokens.push_back(random.next());
-    std::string together;
+    std::string together, written;
     for (const std::string& token : tokens) {
         const auto value = parser->fragmentWithString(NSString::fromLatin1(token));
         ASSERT_TRUE(value) << token << trace(*parser);
         ASSERT_EQ(typeid(*value), typeid(NSDecimalNumber));
-        ASSERT_EQ(as<NSDecimalNumber>(value)->stringValue()->utf8(), exact(token)) << token;
-        together += together.empty() ? "[" : ",";
-        together += token;
+        const std::string expected = exact(token);
+        ASSERT_EQ(as<NSDecimalNumber>(value)->stringValue()->utf8(), expected) << token;
+        ASSERT_EQ(writer->stringWithFragment(value)->utf8(), expected) << token;
+        together += "," + token;
+        written += "," + expected;
     }
-    // In one document equal ones may be one object.
-    const auto all = parser->objectWithString(NSString::fromLatin1(together + "]"));
-    ASSERT_TRUE(all);
-    for (std::size_t i = 0; i < tokens.size(); ++i)
-        ASSERT_EQ(as<NSArray>(all)->at<NSDecimalNumber>(i)->stringValue()->utf8(), exact(tokens[i])) << tokens[i];
+    // In one document equal ones may be one object, and what is written may be stored wide.
+    for (const std::string beside : {"[\"a\"", "[\"\u4E00\""}) {
+        const auto all = parser->objectWithString(NSString::fromUTF8(beside + together + "]"));
+        ASSERT_TRUE(all);
+        ASSERT_TRUE(writer->stringWithObject(all)->utf8() == beside + written + "]") << beside;
+    }
 }

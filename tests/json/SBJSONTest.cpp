@@ -1,5 +1,7 @@
 #include "Json.h"
 
+#include <libvue/text/json/NSObjectSBJSON.h>
+#include <libvue/text/json/NSStringSBJSON.h>
 #include <libvue/text/json/SBJSON.h>
 
 using namespace libvue;
@@ -59,4 +61,30 @@ TEST(SBJSON, theLimitOfNestingReachesBoth) {
     json->setMaxDepth(0);
     EXPECT_TRUE(json->objectWithString(u"[[]]"_ns));
     EXPECT_TRUE(json->stringWithObject(nested(2)));
+}
+
+TEST(JsonConveniences, logWhyTheyFail) {
+    valeurs::Log log;
+    EXPECT_EQ(JSONFragment(text(u"a"))->utf8(), "\"a\"");
+    EXPECT_EQ(JSONRepresentation(list({decimal("1")}))->utf8(), "[1]");
+    EXPECT_TRUE(JSONValue(u"[1]"_ns)->isEqual(list({decimal("1")})));
+    EXPECT_TRUE(JSONFragmentValue(u"1"_ns)->isEqual(decimal("1")));
+    EXPECT_FALSE(JSONFragment(nullptr) || JSONRepresentation(nullptr) || JSONValue(nullptr) ||
+                 JSONFragmentValue(nullptr));
+    EXPECT_TRUE(log.lines.empty());
+    EXPECT_FALSE(JSONFragment(make<SBJsonBase>()) || JSONRepresentation(text(u"a")) || JSONValue(u"1"_ns) ||
+                 JSONFragmentValue(u"x"_ns));
+    const struct {
+        std::string operation, reason;
+    } rows[] = {
+        {"JSONFragment", "JSON serialisation not supported for SBJsonBase"},
+        {"JSONRepresentation", "Not valid type for JSON"},
+        {"JSONValue", "Valid fragment, but not JSON"},
+        {"JSONFragmentValue", "Unrecognised leading character"},
+    };
+    ASSERT_EQ(log.lines.size(), std::size(rows));
+    for (std::size_t i = 0; i < std::size(rows); ++i) {
+        EXPECT_TRUE(log.lines[i].starts_with("-" + rows[i].operation + " failed. Error trace is: (")) << log.lines[i];
+        EXPECT_NE(log.lines[i].find(rows[i].reason), std::string::npos) << log.lines[i];
+    }
 }

@@ -2,6 +2,8 @@
 
 #include <foundation/Valeurs.h>
 
+#include <set>
+
 #include <libvue/platform/coredata/NSManagedObject.h>
 #include <libvue/platform/coredata/NSManagedObjectContext.h>
 #include <libvue/platform/coredata/NSManagedObjectModel.h>
@@ -34,12 +36,12 @@ public:
     }
     void willChangeValueForKey_withSetMutation_usingObjects(NSString* key, NSKeyValueSetMutationKind kind,
                                                             const NSSet* objects) override {
-        dit("willSet" + std::to_string(kind) + "x" + std::to_string(objects->count()), key);
+        ditEnsemble("willSet", key, kind, objects);
         NSManagedObject::willChangeValueForKey_withSetMutation_usingObjects(key, kind, objects);
     }
     void didChangeValueForKey_withSetMutation_usingObjects(NSString* key, NSKeyValueSetMutationKind kind,
                                                            const NSSet* objects) override {
-        dit("didSet" + std::to_string(kind) + "x" + std::to_string(objects->count()), key);
+        ditEnsemble("didSet", key, kind, objects);
         NSManagedObject::didChangeValueForKey_withSetMutation_usingObjects(key, kind, objects);
     }
     Ref<NSObject> primitiveValueForKey(NSString* key) const override {
@@ -52,6 +54,9 @@ public:
     }
 
 private:
+    void ditEnsemble(const char* quoi, NSString* key, NSKeyValueSetMutationKind kind, const NSSet* objects) const {
+        dit(quoi + std::to_string(kind) + "x" + std::to_string(objects->count()), key);
+    }
     void dit(const std::string& quoi, NSString* key) const {
         if (!journal) return;
         Journal* j = std::exchange(journal, nullptr);
@@ -79,15 +84,17 @@ public:
         auto client = entite(u"Client", classe), commande = entite(u"Commande", classe),
              ligne = entite(u"Ligne", classe), facture = entite(u"Facture", classe),
              produit = entite(u"Produit", classe);
-        auto commandes = NSRelationshipDescription::toMany(text(u"commandes"), commande);
-        auto sonClient = NSRelationshipDescription::toOne(text(u"client"), client);
-        auto lignes = NSRelationshipDescription::toMany(text(u"lignes"), ligne);
-        auto saCommande = NSRelationshipDescription::toOne(text(u"commande"), commande);
-        auto facturee = NSRelationshipDescription::toOne(text(u"facture"), facture);
-        auto factureDe = NSRelationshipDescription::toOne(text(u"commande"), commande);
-        auto article = NSRelationshipDescription::toOne(text(u"produit"), produit);
-        auto articles = NSRelationshipDescription::toMany(text(u"produits"), produit);
-        auto amis = NSRelationshipDescription::toMany(text(u"amis"), client);
+        const auto un = [](const char16_t* nom, NSEntityDescription* vers) {
+            return NSRelationshipDescription::toOne(text(nom), vers);
+        };
+        const auto plusieurs = [](const char16_t* nom, NSEntityDescription* vers) {
+            return NSRelationshipDescription::toMany(text(nom), vers);
+        };
+        auto commandes = plusieurs(u"commandes", commande), lignes = plusieurs(u"lignes", ligne),
+             articles = plusieurs(u"produits", produit), amis = plusieurs(u"amis", client);
+        auto sonClient = un(u"client", client), saCommande = un(u"commande", commande),
+             facturee = un(u"facture", facture), factureDe = un(u"commande", commande),
+             article = un(u"produit", produit);
         NSRelationshipDescription::makeInverse(commandes, sonClient);
         NSRelationshipDescription::makeInverse(lignes, saCommande);
         NSRelationshipDescription::makeInverse(facturee, factureDe);
@@ -125,17 +132,16 @@ inline Ref<NSSet> ensemble(std::initializer_list<NSObject*> objets) { return NSS
 
 /// The names of what is under a key, in order of the alphabet; "-" for nothing.
 inline std::string noms(NSManagedObject* o, const char16_t* cle) {
+    const auto nom = [](const NSManagedObject* objet) {
+        return described(objet->NSManagedObject::primitiveValueForKey(u"nom"_ns));
+    };
     const Ref<NSObject> v = o->NSManagedObject::primitiveValueForKey(text(cle));
-    std::vector<std::string> tous;
-    if (auto* s = as<NSSet>(v)) {
-        for (auto* e : s->as<NSManagedObject>())
-            tous.push_back(described(e->NSManagedObject::primitiveValueForKey(u"nom"_ns)));
-    } else if (auto* un = as<NSManagedObject>(v)) {
-        tous.push_back(described(un->NSManagedObject::primitiveValueForKey(u"nom"_ns)));
-    } else if (v) {
-        tous.push_back(described(v));
-    }
-    std::sort(tous.begin(), tous.end());
+    if (auto* un = as<NSManagedObject>(v)) return nom(un);
+    auto* ensemble = as<NSSet>(v);
+    if (!ensemble) return v ? described(v) : "-";
+    std::set<std::string> tous;
+    for (auto* e : ensemble->as<NSManagedObject>())
+        tous.insert(nom(e));
     std::string s;
     for (const std::string& n : tous)
         s += (s.empty() ? "" : " ") + n;

@@ -115,11 +115,6 @@ TEST_F(DeepCopyAdditions, sharedOnesOfASetPointAtTheCopyAlone) {
     EXPECT_EQ(noms(l, u"lignes"), "X Y");
     EXPECT_EQ(noms(k, u"lignes"), "X Y"); // the source still names them
     EXPECT_EQ(noms(x, u"commande"), "L"); // and they have left it
-    // What the destination had stays.
-    auto z = m.fait(u"Ligne", u"Z");
-    pose(z, u"commande", k);
-    plusieurs(l, u"lignes", k, YES);
-    EXPECT_EQ(noms(l, u"lignes"), "X Y Z");
 }
 
 TEST_F(DeepCopyAdditions, manyToManyAndNoInverse) {

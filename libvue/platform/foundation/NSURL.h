@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include <libvue/platform/foundation/NSObject.h>
@@ -81,11 +82,15 @@ private:
     NSInteger port_ = -1;
 };
 
+/// The numbers that the operations below go by for encodings, which are others than NSString's.
+enum CFStringEncoding : std::uint32_t { kCFStringEncodingUTF8 = 0x8000100 };
+
 /// Escapes what a URL may not hold, in the bytes of `encoding`. Characters of `leave` (may be null) stay as they are,
-/// those of `alsoEscape` (may be null) are escaped although they are legal. Null where the text has no such bytes.
+/// those of `alsoEscape` (may be null) are escaped although they are legal. Null where the text has no such bytes, and
+/// for an encoding that is not named above.
 [[nodiscard]] LIBVUE_API Ref<NSString> CFURLCreateStringByAddingPercentEscapes(const NSString* s, const NSString* leave,
                                                                                const NSString* alsoEscape,
-                                                                               NSStringEncoding encoding);
+                                                                               CFStringEncoding encoding);
 /// Takes the escapes away, but those of the ASCII characters of `leaveEscaped`: "" takes all away, null none. Null
 /// where an escape is broken or the bytes are no UTF-8.
 [[nodiscard]] LIBVUE_API Ref<NSString> CFURLCreateStringByReplacingPercentEscapes(const NSString* s,

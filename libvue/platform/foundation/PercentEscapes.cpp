@@ -81,10 +81,9 @@ bool detail::unescape(std::string_view s, std::string& bytes) {
     return true;
 }
 
-Ref<NSString> CFURLCreateStringByAddingPercentEscapes(const NSString* s, const NSString* leave,
-                                                      const NSString* alsoEscape, NSStringEncoding encoding) {
-    if (!s) return nullptr;
-    const detail::WideUnits units(*s);
+static Ref<NSString> escaped(const NSString& s, const NSString* leave, const NSString* alsoEscape,
+                             NSStringEncoding encoding) {
+    const detail::WideUnits units(s);
     StringBuilder out(units.size());
     for (std::size_t i = 0; i < units.size();) {
         const std::size_t from = i;
@@ -104,6 +103,12 @@ Ref<NSString> CFURLCreateStringByAddingPercentEscapes(const NSString* s, const N
         out.append(std::string_view(escapes));
     }
     return out.build();
+}
+
+Ref<NSString> CFURLCreateStringByAddingPercentEscapes(const NSString* s, const NSString* leave,
+                                                      const NSString* alsoEscape, CFStringEncoding encoding) {
+    if (!s || encoding != kCFStringEncodingUTF8) return nullptr;
+    return escaped(*s, leave, alsoEscape, NSUTF8StringEncoding);
 }
 
 Ref<NSString> CFURLCreateStringByReplacingPercentEscapes(const NSString* s, const NSString* leaveEscaped) {
@@ -129,7 +134,7 @@ Ref<NSString> CFURLCreateStringByReplacingPercentEscapes(const NSString* s, cons
 }
 
 Ref<NSString> NSString::stringByAddingPercentEscapesUsingEncoding(NSStringEncoding encoding) const {
-    return CFURLCreateStringByAddingPercentEscapes(this, nullptr, nullptr, encoding);
+    return escaped(*this, nullptr, nullptr, encoding);
 }
 
 Ref<NSString> NSString::stringByReplacingPercentEscapesUsingEncoding(NSStringEncoding encoding) const {

@@ -1,8 +1,19 @@
 #include <libvue/text/copie/NSManagedObjectDeepCopyAdditions.h>
 
+#include <libvue/platform/foundation/ClassExtension.h>
+
 namespace libvue {
 
 namespace {
+
+const ClassExtension<NSManagedObject> extension([](ClassExtension<NSManagedObject>::Description& c) {
+    c.answers<&copyAttributesFromObject>("copyAttributesFromObject:");
+    c.answers<&addObject_toToManyRelationshipForKey>("addObject:toToManyRelationshipForKey:");
+    c.answers<&copyToOneRelationshipForKey_fromObject_useExisting>(
+        "copyToOneRelationshipForKey:fromObject:useExisting:");
+    c.answers<&copyToManyRelationshipForKey_fromObject_useExisting>(
+        "copyToManyRelationshipForKey:fromObject:useExisting:");
+});
 
 Ref<NSRelationshipDescription> inverse(const NSManagedObject* object, NSString* cle) {
     const Ref<NSEntityDescription> entite = object->entity();

@@ -1,8 +1,13 @@
 #include <libvue/text/formats/NSCountedSetKerlanAdditions.h>
 
+#include <libvue/platform/foundation/ClassExtension.h>
 #include <libvue/platform/foundation/NSArray.h>
 
 namespace libvue {
+
+static const ClassExtension<NSCountedSet> extension([](ClassExtension<NSCountedSet>::Description& c) {
+    c.answers<&objectsByOcccurence>("objectsByOcccurence");
+});
 
 Ref<NSArray> objectsByOcccurence(const NSCountedSet* set) {
     if (!set) return nullptr;

@@ -2,7 +2,13 @@
 
 #include <vector>
 
+#include <libvue/platform/foundation/ClassExtension.h>
+
 namespace libvue {
+
+static const ClassExtension<NSDictionary> extension([](ClassExtension<NSDictionary>::Description& c) {
+    c.answers<&dictionaryByMergingWith>("dictionaryByMergingWith:");
+});
 
 Ref<NSDictionary> dictionaryByMergingWith(const NSDictionary* a, const NSDictionary* b) {
     if (!a) return nullptr;

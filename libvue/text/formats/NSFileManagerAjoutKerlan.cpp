@@ -1,10 +1,15 @@
 #include <libvue/text/formats/NSFileManagerAjoutKerlan.h>
 
+#include <libvue/platform/foundation/ClassExtension.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSError.h>
 #include <libvue/platform/foundation/NSString.h>
 
 namespace libvue {
+
+static const ClassExtension<NSFileManager> extension([](ClassExtension<NSFileManager>::Description& c) {
+    c.answers<&attributesOfItemAtPath_traverseLink_error>("attributesOfItemAtPath:traverseLink:error:");
+});
 
 Ref<NSDictionary> attributesOfItemAtPath_traverseLink_error(const NSFileManager* manager, const NSString* path,
                                                             BOOL traverse, Ref<NSError>* error) {

@@ -41,7 +41,8 @@ NSObject* SBJsonParser::Engine::scanRestOfStringInPieces(Role role) {
             ++c;
             return textOfUnits(role);
         }
-        // A control character, the end of the input; or ill-formed bytes, which no text gives as its UTF-8.
+        // A control character or the end of the input. A run is left where it is no UTF-8, which no text gives.
+        if (static_cast<signed char>(b) >= ' ') NSLog(u"should not be able to get here"_ns);
         char text[48];
         std::snprintf(text, sizeof text, "Unescaped control character '0x%x'",
                       static_cast<unsigned>(static_cast<unsigned char>(b)));

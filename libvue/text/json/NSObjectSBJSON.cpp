@@ -1,9 +1,15 @@
 #include <libvue/text/json/NSObjectSBJSON.h>
 
+#include <libvue/platform/foundation/ClassExtension.h>
 #include <libvue/platform/foundation/NSString.h>
 #include <libvue/text/json/SBJsonWriter.h>
 
 namespace libvue {
+
+static const ClassExtension<NSObject> extension([](ClassExtension<NSObject>::Description& c) {
+    c.answers<&JSONFragment>("JSONFragment");
+    c.answers<&JSONRepresentation>("JSONRepresentation");
+});
 
 Ref<NSString> JSONFragment(NSObject* value) {
     if (!value) return nullptr;

@@ -1,9 +1,15 @@
 #include <libvue/text/json/NSStringSBJSON.h>
 
+#include <libvue/platform/foundation/ClassExtension.h>
 #include <libvue/platform/foundation/NSString.h>
 #include <libvue/text/json/SBJsonParser.h>
 
 namespace libvue {
+
+static const ClassExtension<NSString> extension([](ClassExtension<NSString>::Description& c) {
+    c.answers<&JSONFragmentValue>("JSONFragmentValue");
+    c.answers<&JSONValue>("JSONValue");
+});
 
 Ref<NSObject> JSONFragmentValue(const NSString* text) {
     if (!text) return nullptr;

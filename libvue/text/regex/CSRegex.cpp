@@ -7,6 +7,7 @@
 #include <vector>
 
 #include <libvue/platform/foundation/NSException.h>
+#include <libvue/text/regex/LimitesRegex.h>
 #include <libvue/text/regex/PlagesRegex.h>
 
 namespace libvue {
@@ -16,10 +17,6 @@ static const ClassRegistration<CSRegex> enregistrement;
 namespace {
 
 constexpr std::size_t kLongueurMessage = 256;
-// The C library's compiler calls itself for each open parenthesis, and its walk through what it made for each
-// alternative and repetition. It does not watch its stack; so many fit into that of any thread.
-constexpr std::size_t kImbricationMax = 2000;
-constexpr std::size_t kOperateursMax = 20000;
 
 /// The C library reads characters of several bytes only in a locale that has them, and asks for the locale both when
 /// it compiles and when it matches. A process that never calls setlocale runs in "C", where "é" would be two
@@ -56,37 +53,6 @@ private:
     NSException::raise_format(CSRegexException, u"Could not compile regex \"%@\": %s"_ns, pattern, message);
 }
 
-/// Whether the C library can compile it without running out of stack. A parenthesis between brackets counts, though it
-/// opens nothing: the limits are far above what anyone writes.
-bool estRaisonnable(const char* motif) noexcept {
-    std::size_t ouvertes = 0, operateurs = 0;
-    for (const char* c = motif; *c; ++c) {
-        switch (*c) {
-        case '\\':
-            if (c[1]) ++c;
-            break;
-        case '(':
-            if (++ouvertes > kImbricationMax) return false;
-            break;
-        case ')':
-            if (ouvertes > 0) --ouvertes;
-            break;
-        case '|':
-        case '*':
-        case '+':
-        case '?':
-        case '{':
-        case '^':
-        case '$':
-            ++operateurs;
-            break;
-        default:
-            break;
-        }
-    }
-    return operateurs <= kOperateursMax;
-}
-
 Ref<NSString> partie(const char* texte, const regmatch_t& m) {
     return NSString::fromUTF8({texte + m.rm_so, static_cast<std::size_t>(m.rm_eo - m.rm_so)});
 }
@@ -98,7 +64,7 @@ void CSRegex::describe(ClassDescription<CSRegex>&) {}
 CSRegex::CSRegex(const NSString* pattern, int options) {
     if (!pattern) raiseNamed(NSInvalidArgumentException, "CSRegex: a pattern is needed");
     const char* const motif = pattern->UTF8String();
-    if (!estRaisonnable(motif)) refuse(pattern, REG_ESPACE, nullptr);
+    if (!detail::estRaisonnable(motif)) refuse(pattern, REG_ESPACE, nullptr);
     int code;
     {
         const LocaleUTF8 utf8;

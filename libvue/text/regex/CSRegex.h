@@ -22,8 +22,8 @@ inline constexpr ConstantString CSRegexException{u"CSRegexException"};
 class LIBVUE_API CSRegex : public NSObject {
 public:
     static void describe(ClassDescription<CSRegex>& c);
-    /// Raises CSRegexException for a pattern that the C library refuses, or that is nested more deeply than it can
-    /// bear; NSInvalidArgumentException for null.
+    /// Raises CSRegexException for a pattern that the C library refuses, or that is nested more deeply, or repeats more
+    /// often, than it can bear; NSInvalidArgumentException for null.
     CSRegex(const NSString* pattern, int options);
     ~CSRegex() override;
     [[nodiscard]] static Ref<CSRegex> regexWithPattern_options(const NSString* pattern, int options);

@@ -2,12 +2,23 @@
 
 #include <string_view>
 
+#include <libvue/platform/foundation/ClassExtension.h>
 #include <libvue/platform/foundation/StringUnits.h>
 #include <libvue/text/regex/CSRegex.h>
 
 namespace libvue {
 
 namespace {
+
+const ClassExtension<NSString> extension([](ClassExtension<NSString>::Description& c) {
+    c.answers<&matchedByPattern_options>("matchedByPattern:options:");
+    c.answers<&matchedByPattern>("matchedByPattern:");
+    c.answers<&substringMatchedByPattern_options>("substringMatchedByPattern:options:");
+    c.answers<&substringMatchedByPattern>("substringMatchedByPattern:");
+    c.answers<&substringsCapturedByPattern_options>("substringsCapturedByPattern:options:");
+    c.answers<&substringsCapturedByPattern>("substringsCapturedByPattern:");
+    c.answers<&escapedPattern>("escapedPattern");
+});
 
 /// ] and } mean nothing by themselves, so they are not among them.
 constexpr std::u16string_view kSpeciaux = u"$()*+.?[\\^{|";
