@@ -1,7 +1,6 @@
 #include <libvue/platform/graphics/NSLayoutManager.h>
 
 #include <algorithm>
-#include <utility>
 
 #include <libvue/platform/backend/Canvas.h>
 #include <libvue/platform/foundation/NSArray.h>
@@ -57,7 +56,6 @@ NSLayoutManager::~NSLayoutManager() = default;
 void NSLayoutManager::setTextStorage_(NSTextStorage* storage) {
     storage_ = storage;
     forget(0);
-    former_.clear();
 }
 
 // Containers.
@@ -110,11 +108,7 @@ void NSLayoutManager::textStorage_edited_range_changeInLength(NSTextStorage*, NS
 }
 
 void NSLayoutManager::forget(std::size_t first) {
-    if (first >= laid_.size()) return;
-    former_.resize(laid_.size());
-    for (std::size_t i = first; i < laid_.size(); ++i)
-        former_[i] = std::move(laid_[i].layout);
-    laid_.resize(first);
+    if (first < laid_.size()) laid_.resize(first);
 }
 
 // Layout.
@@ -138,9 +132,7 @@ void NSLayoutManager::layOutThrough(std::size_t last) {
         builder.setWidth(size.width > 0 ? std::max(size.width - 2 * padding, hair) : 0);
         builder.setHeight(size.height);
         Laid l;
-        if (former_.size() <= laid_.size()) former_.resize(laid_.size() + 1);
-        // Taken out first: what measures an attachment may ask again.
-        l.layout = builder.layoutAgain(std::exchange(former_[laid_.size()], nullptr).get());
+        l.layout = builder.layout();
         // The storage changes, and holds this: what is drawn later is a copy.
         if (builder.hasAttachments()) l.text = make<NSAttributedString>(text);
         l.padding = padding;

@@ -111,8 +111,6 @@ private:
     NSTextStorage* storage_ = nullptr;
     std::vector<Ref<NSTextContainer>> containers_;
     std::vector<Laid> laid_; ///< of the first containers
-    /// What stood in the containers before it was forgotten: most of it will be there again.
-    std::vector<std::shared_ptr<const backend::TextLayout>> former_;
     Weak<NSObject> delegate_;
 };
 

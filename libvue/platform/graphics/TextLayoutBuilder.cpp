@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include <libvue/platform/backend/Backend.h>
-#include <libvue/platform/backend/TextRelayout.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSAttributedString.h>
 #include <libvue/platform/foundation/NSDictionary.h>
@@ -128,12 +127,10 @@ void TextLayoutBuilder::takeText(const NSString* text) {
 }
 
 void TextLayoutBuilder::appendParagraphs(NSRange range, const NSParagraphStyle* style) {
-    backend::TextParagraph paragraph = paragraphWithStyle(style, {});
     std::size_t from = range.location;
     while (from < NSMaxRange(range)) {
         const std::size_t end = endOfParagraph(text_, from);
-        paragraph.range = {from, end - from};
-        paragraphs_.push_back(paragraph);
+        paragraphs_.push_back(paragraphWithStyle(style, {from, end - from}));
         from = end;
     }
 }
@@ -199,13 +196,6 @@ std::shared_ptr<const backend::TextLayout> TextLayoutBuilder::layout() const {
 
 std::shared_ptr<const backend::TextLayout> TextLayoutBuilder::layoutUncached() const {
     return backend::Backend::current().text->layout(input());
-}
-
-std::shared_ptr<const backend::TextLayout> TextLayoutBuilder::layoutAgain(const backend::TextLayout* former) const {
-    if (text_.size() > TextLayoutCache::longestText)
-        if (auto* engine = dynamic_cast<backend::TextRelayout*>(backend::Backend::current().text.get()))
-            return engine->layoutAgain(input(), former);
-    return layout();
 }
 
 void drawTextAttachments(NSAttributedString* text, const backend::TextLayout& layout, NSPoint origin) {

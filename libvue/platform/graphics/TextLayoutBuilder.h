@@ -33,9 +33,6 @@ public:
     [[nodiscard]] std::shared_ptr<const backend::TextLayout> layout() const;
     /// Laid out anew and not kept: for long texts that change.
     [[nodiscard]] std::shared_ptr<const backend::TextLayout> layoutUncached() const;
-    /// The same as layout(); of a long text only the paragraphs that are others than in `former`, what this answered
-    /// before its last change, are laid out. `former` may be null.
-    [[nodiscard]] std::shared_ptr<const backend::TextLayout> layoutAgain(const backend::TextLayout* former) const;
 
     [[nodiscard]] bool hasAttachments() const noexcept { return hasAttachments_; }
     [[nodiscard]] const std::vector<backend::TextRun>& runs() const noexcept { return runs_; }

@@ -207,26 +207,24 @@ inline const char* SBJsonParser::Engine::scanNumber(const char* p, NSObject*& va
     return p;
 }
 
-[[gnu::always_inline]] inline NSObject* SBJsonParser::Engine::number(std::uint64_t mantissa, int exponent,
-                                                                     bool negative) {
-    // Numbers cannot change, so that equal ones may be one object. Long ones come again soon or hardly ever.
+inline NSObject* SBJsonParser::Engine::number(std::uint64_t mantissa, int exponent, bool negative) {
+    // Numbers cannot change, so that equal ones may be one object. Long ones seldom come again.
     constexpr std::uint64_t longOne = std::uint64_t(1) << 44;
-    const bool isLong = mantissa >= longOne;
+    if (mantissa >= longOne) {
+        if (NSObject* made = Decimal::inOneWord(mantissa, exponent, negative)) return made;
+        return inManyWords(mantissa, exponent, negative);
+    }
     const int sign = exponent * 2 + negative;
     KnownNumber& known =
-        isLong ? recent_[mantissa % recent_.size()]
-               : numbers_[((mantissa ^ static_cast<std::uint64_t>(sign) << 48) * 0x9E3779B97F4A7C15u >> 40) &
-                          (known_ - 1)];
+        numbers_[((mantissa ^ static_cast<std::uint64_t>(sign) << 48) * 0x9E3779B97F4A7C15u >> 40) & (known_ - 1)];
     if (known.number && known.mantissa == mantissa && known.sign == sign) {
         known.number->retain();
         return known.number;
     }
     NSObject* made = Decimal::inOneWord(mantissa, exponent, negative);
     if (!made) made = inManyWords(mantissa, exponent, negative);
-    if (!isLong) {
-        made->retain();
-        if (known.number) detail::DocumentObjects::release(known.number);
-    }
+    made->retain();
+    if (known.number) detail::DocumentObjects::release(known.number);
     known = {mantissa, sign, made};
     return made;
 }
@@ -266,11 +264,7 @@ inline NSObject* SBJsonParser::Engine::closed() {
         made = detail::DocumentObjects::array(first, count);
     else {
         const std::size_t firstHash = keyHashes_.size() - count / 2;
-        NSMutableDictionary* const d =
-            detail::DocumentObjects::dictionary(first, keyHashes_.data() + firstHash, count / 2);
-        // A key that came twice has given a value up.
-        if (d->count() != count / 2) recent_ = {};
-        made = d;
+        made = detail::DocumentObjects::dictionary(first, keyHashes_.data() + firstHash, count / 2);
         keyHashes_.resize(firstHash);
     }
     top_ = first;

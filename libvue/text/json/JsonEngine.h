@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -41,7 +40,7 @@ private:
     struct KnownNumber {
         std::uint64_t mantissa;
         int sign;         // and exponent
-        NSObject* number; // counted, but for recent ones
+        NSObject* number; // counted
     };
 
     [[nodiscard]] const char* afterSpace(const char* p) const noexcept;
@@ -107,7 +106,6 @@ private:
     std::size_t known_; // a power of two
     std::unique_ptr<KnownKey[]> keys_;
     std::unique_ptr<KnownNumber[]> numbers_;
-    std::array<KnownNumber, 128> recent_{}; // long ones, not counted: they live while the reading goes on
 };
 
 } // namespace libvue

@@ -1,5 +1,4 @@
 #include <libvue/platform/backend/Backend.h>
-#include <libvue/platform/backend/TextRelayout.h>
 #include <libvue/platform/backend/qt/QtApplication.h>
 #include <libvue/platform/backend/qt/RasterTextLayout.h>
 #include <libvue/platform/backend/qt/TextFonts.h>
@@ -11,7 +10,7 @@ namespace libvue::backend {
 
 namespace {
 
-class RasterText final : public TextEngine, public TextRelayout {
+class RasterText final : public TextEngine {
 public:
     RasterText() { ensureQtApplication(); }
 
@@ -23,9 +22,6 @@ public:
     std::string systemFontFamily() override { return fonts::systemFamily(); }
     std::shared_ptr<const TextLayout> layout(const TextInput& input) override {
         return std::make_shared<RasterTextLayout>(input);
-    }
-    std::shared_ptr<const TextLayout> layoutAgain(const TextInput& input, const TextLayout* former) override {
-        return std::make_shared<RasterTextLayout>(input, dynamic_cast<const RasterTextLayout*>(former));
     }
     double advance(std::u16string_view text, const FontFace& font) override {
         if (text.empty()) return 0;

@@ -13,27 +13,13 @@ namespace libvue::backend {
 
 RasterTextLayout::RasterTextLayout(const TextInput& input)
     : text_(input.text), runs_(input.runs.begin(), input.runs.end()) {
-    readLooks();
-    TextBuilder(*this, input, nullptr).build();
-}
-
-RasterTextLayout::RasterTextLayout(const TextInput& input, const RasterTextLayout* former)
-    : text_(input.text), runs_(input.runs.begin(), input.runs.end()), lasting_(true), brokenAt_(input.width) {
-    readLooks();
-    for (const TextParagraph& p : input.paragraphs)
-        if (styles_.empty() || !TextBuilder::sameStyle(styles_.back(), p)) styles_.push_back(p);
-    const bool comparable =
-        former != nullptr && former->lasting_ && former->brokenAt_ == brokenAt_ && former->oneLook_ == oneLook_;
-    TextBuilder(*this, input, comparable ? former : nullptr).build();
-}
-
-void RasterTextLayout::readLooks() {
     for (const TextRun& run : runs_) {
         largestFont_ = std::max(largestFont_, rasterFace(run.font.get()).pointSize());
         hasRunShadow_ = hasRunShadow_ || run.shadow.has_value();
     }
     if (runs_.empty()) largestFont_ = rasterFace(nullptr).pointSize();
     oneLook_ = runs_.size() <= 1;
+    TextBuilder(*this, input).build();
 }
 
 int RasterTextLayout::Block::toShaped(std::size_t index) const {
@@ -52,7 +38,7 @@ std::size_t RasterTextLayout::Block::toText(int position) const {
 QTextLayout* RasterTextLayout::shapedOf(const Block& block) const {
     if (!block.shaped && block.isPlain) {
         const RasterFontFace& face = rasterFace(runs_.empty() ? nullptr : runs_[0].font.get());
-        block.shaped = std::make_shared<QTextLayout>(block.string, face.font());
+        block.shaped = std::make_unique<QTextLayout>(block.string, face.font());
         block.shaped->setCacheEnabled(true);
         QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
         option.setWrapMode(QTextOption::ManualWrap);

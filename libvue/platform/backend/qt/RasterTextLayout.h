@@ -28,8 +28,6 @@ public:
     enum class Shadows : unsigned char { cast, leave, alone };
 
     explicit RasterTextLayout(const TextInput& input);
-    /// One that a later layout can take paragraphs over from, as this one does from `former` (which may be null).
-    RasterTextLayout(const TextInput& input, const RasterTextLayout* former);
     RasterTextLayout(const RasterTextLayout&) = delete;
     RasterTextLayout& operator=(const RasterTextLayout&) = delete;
     ~RasterTextLayout() override;
@@ -67,7 +65,7 @@ private:
 
     /// A paragraph, or what truncation made of it: `head` units, "…", then `tail` units of its end.
     struct Block {
-        mutable std::shared_ptr<QTextLayout> shaped; // null where there is nothing to shape
+        mutable std::unique_ptr<QTextLayout> shaped; // null where there is nothing to shape
         QString string;                              // what is shaped; most often without a copy of the text
         std::size_t start = 0, length = 0;           // in the text, without the line end
         std::size_t end = 0;                         // with the line end
@@ -96,7 +94,6 @@ private:
         bool isLine; // as high at every place
     };
     struct DrawnLine {
-        bool ready = false;
         std::vector<Glyphs> glyphs;
         std::vector<Bar> bars;
     };
@@ -117,10 +114,6 @@ private:
     double width_ = 0;       // between the margins of the container
     double largestFont_ = 0; // points
     bool clips_ = false, hasRunShadow_ = false, oneLook_ = false;
-    // Of a layout that paragraphs are taken over from: its shapes stand on texts of their own.
-    bool lasting_ = false;
-    double brokenAt_ = 0;                  // the width that was given
-    std::vector<TextParagraph> styles_;    // each from its range on
     mutable std::vector<DrawnLine> drawn_; // empty until the first drawing
     mutable Kept kept_;
     mutable std::list<const RasterTextLayout*>::iterator keptAt_; // among those whose pixels are kept
@@ -132,8 +125,7 @@ private:
     [[nodiscard]] std::size_t runAt(std::size_t index) const;
     [[nodiscard]] std::size_t visibleEnd(std::size_t line) const;
     [[nodiscard]] double xOf(std::size_t line, std::size_t index) const;
-    void readLooks();
-    void prepareDrawing(std::size_t line) const;
+    void prepareDrawing() const;
     void addDrawn(DrawnLine& out, std::size_t line, int from, int length, std::size_t run) const;
     void paintLine(QPainter& painter, std::size_t line, double alpha) const;
     void paintGlyphs(QPainter& painter, const std::vector<Glyphs>& glyphs, double alpha) const;

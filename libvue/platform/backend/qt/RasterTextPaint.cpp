@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <cmath>
 #include <list>
-#include <utility>
 
 #include <QPainter>
 
@@ -136,38 +135,38 @@ bool RasterTextLayout::addPlain(DrawnLine& out, std::size_t line) const {
     return true;
 }
 
-void RasterTextLayout::prepareDrawing(std::size_t line) const {
-    if (drawn_.empty()) drawn_.resize(lines_.size());
-    DrawnLine& out = drawn_[line];
-    if (std::exchange(out.ready, true)) return;
-    const Block& block = blocks_[places_[line].block];
-    if (block.isPlain && addPlain(out, line)) return;
-    const QTextLayout* layout = shapedOf(block);
-    if (layout == nullptr || places_[line].line < 0) return;
-    const QTextLine shaped = layout->lineAt(places_[line].line);
-    const int first = shaped.textStart();
-    const int last = first + shaped.textLength();
-    if (oneLook_) {
-        addDrawn(out, line, first, last - first, 0);
-        return;
-    }
-    const auto addRange = [&](int from, int to) {
-        for (std::size_t run = runAt(block.toText(from)); run < runs_.size() && from < to; ++run) {
-            const int end = std::min(to, block.toShaped(NSMaxRange(runs_[run].range)));
-            addDrawn(out, line, from, end - from, run);
-            from = std::max(from, end);
+void RasterTextLayout::prepareDrawing() const {
+    drawn_.resize(lines_.size());
+    for (std::size_t i = 0; i < lines_.size(); ++i) {
+        const Block& block = blocks_[places_[i].block];
+        if (block.isPlain && addPlain(drawn_[i], i)) continue;
+        const QTextLayout* layout = shapedOf(block);
+        if (layout == nullptr || places_[i].line < 0) continue;
+        const QTextLine shaped = layout->lineAt(places_[i].line);
+        const int first = shaped.textStart();
+        const int last = first + shaped.textLength();
+        if (oneLook_) {
+            addDrawn(drawn_[i], i, first, last - first, 0);
+            continue;
         }
-    };
-    if (!block.truncated) {
-        addRange(first, last);
-        return;
+        const auto addRange = [&](int from, int to) {
+            for (std::size_t run = runAt(block.toText(from)); run < runs_.size() && from < to; ++run) {
+                const int end = std::min(to, block.toShaped(NSMaxRange(runs_[run].range)));
+                addDrawn(drawn_[i], i, from, end - from, run);
+                from = std::max(from, end);
+            }
+        };
+        if (!block.truncated) {
+            addRange(first, last);
+            continue;
+        }
+        const int head = static_cast<int>(block.head);
+        addRange(first, head);
+        const std::size_t neighbour =
+            block.head > 0 ? block.start + block.head - 1 : block.start + block.length - block.tail;
+        addDrawn(drawn_[i], i, head, 1, runAt(std::min(neighbour, block.start + block.length - 1)));
+        addRange(head + 1, last);
     }
-    const int head = static_cast<int>(block.head);
-    addRange(first, head);
-    const std::size_t neighbour =
-        block.head > 0 ? block.start + block.head - 1 : block.start + block.length - block.tail;
-    addDrawn(out, line, head, 1, runAt(std::min(neighbour, block.start + block.length - 1)));
-    addRange(head + 1, last);
 }
 
 void RasterTextLayout::paintGlyphs(QPainter& painter, const std::vector<Glyphs>& glyphs, double alpha) const {
@@ -213,6 +212,7 @@ void RasterTextLayout::paintShadows(QPainter& painter, std::size_t line, double 
 }
 
 void RasterTextLayout::paint(QPainter& painter, const NSRect& visible, double alpha, Shadows shadows) const {
+    if (drawn_.empty()) prepareDrawing();
     const double margin = largestFont_ * 0.6 + 1;
     const double top = NSMinY(visible) - margin;
     const double bottom = NSMaxY(visible) + margin;
@@ -222,8 +222,6 @@ void RasterTextLayout::paint(QPainter& painter, const NSRect& visible, double al
     std::size_t end = begin;
     while (end < lines_.size() && lines_[end].rect.origin.y <= bottom)
         ++end;
-    for (std::size_t i = begin; i < end; ++i)
-        prepareDrawing(i);
 
     const QTransform device = painter.worldTransform();
     const auto paintBars = [&](std::size_t line, bool behind) {

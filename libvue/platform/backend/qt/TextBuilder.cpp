@@ -49,8 +49,7 @@ QString shapeable(std::u16string_view text) {
 
 } // namespace
 
-TextBuilder::TextBuilder(RasterTextLayout& layout, const TextInput& input, const RasterTextLayout* former)
-    : to_(layout), in_(input), former_(former) {
+TextBuilder::TextBuilder(RasterTextLayout& layout, const TextInput& input) : to_(layout), in_(input) {
     width_ = std::isnan(input.width) ? unbounded : std::clamp(input.width, 0.0, unbounded);
     height_ = input.height > 0 ? input.height : 1e300;
     bounded_ = width_ < noRoom;
@@ -60,7 +59,6 @@ void TextBuilder::build() {
     const std::size_t length = to_.text_.size();
     std::size_t start = 0;
     bool first = true;
-    if (former_ != nullptr) compareTexts();
     while (start < length) {
         Paragraph p{};
         start = paragraphAt(start, p);
@@ -68,7 +66,7 @@ void TextBuilder::build() {
         if (!first) y_ += std::max(0.0, style_->paragraphSpacingBefore);
         first = false;
         if (isFull()) break;
-        if (former_ == nullptr || !takeOver(p)) addParagraph(p);
+        addParagraph(p);
         if (start < length) y_ += std::max(0.0, style_->paragraphSpacing);
     }
     // Behind a last line end, and in an empty text, stands one more line for the caret.
@@ -272,8 +270,6 @@ QList<QTextLayout::FormatRange> TextBuilder::formats(const Block& block) const {
 
 QString TextBuilder::stringOf(std::size_t from, std::size_t to) const {
     QString string = shapeable(std::u16string_view(to_.text_).substr(from, to - from));
-    // A later layout may take it over, and this text be gone.
-    if (to_.lasting_) string.detach();
     for (std::size_t i = to_.runAt(from); i < to_.runs_.size(); ++i) {
         const TextRun& run = to_.runs_[i];
         if (run.range.location >= to) break;
@@ -289,110 +285,12 @@ QString TextBuilder::stringOf(std::size_t from, std::size_t to) const {
 void TextBuilder::shape(Block& block) const {
     const std::size_t run = to_.runAt(block.start);
     const RasterFontFace& face = rasterFace(to_.runs_.empty() ? nullptr : to_.runs_[run].font.get());
-    block.shaped = std::make_shared<QTextLayout>(block.string, face.font());
+    block.shaped = std::make_unique<QTextLayout>(block.string, face.font());
     block.isMixed = style_->rightToLeft || std::any_of(block.string.cbegin(), block.string.cend(), mayTurn);
     block.shaped->setCacheEnabled(true);
     block.shaped->setTextOption(option());
     if (to_.runs_.size() > 1 || (to_.runs_.size() == 1 && (to_.runs_[0].kern != 0 || to_.runs_[0].attachment)))
         if (auto ranges = formats(block); !ranges.isEmpty()) block.shaped->setFormats(ranges);
-}
-
-bool TextBuilder::sameStyle(const TextParagraph& a, const TextParagraph& b) {
-    return a.alignment == b.alignment && a.lineBreak == b.lineBreak && a.firstLineHeadIndent == b.firstLineHeadIndent &&
-           a.headIndent == b.headIndent && a.tailIndent == b.tailIndent && a.lineSpacing == b.lineSpacing &&
-           a.paragraphSpacing == b.paragraphSpacing && a.paragraphSpacingBefore == b.paragraphSpacingBefore &&
-           a.minimumLineHeight == b.minimumLineHeight && a.maximumLineHeight == b.maximumLineHeight &&
-           a.lineHeightMultiple == b.lineHeightMultiple && a.defaultTabInterval == b.defaultTabInterval &&
-           a.tabStops == b.tabStops && a.rightToLeft == b.rightToLeft;
-}
-
-void TextBuilder::compareTexts() {
-    const std::u16string &now = to_.text_, &then = former_->text_;
-    const std::size_t shorter = std::min(now.size(), then.size());
-    sameHead_ = static_cast<std::size_t>(
-        std::mismatch(now.begin(), now.begin() + static_cast<std::ptrdiff_t>(shorter), then.begin()).first -
-        now.begin());
-    const auto rest = static_cast<std::ptrdiff_t>(shorter - sameHead_);
-    sameTail_ =
-        static_cast<std::size_t>(std::mismatch(now.rbegin(), now.rbegin() + rest, then.rbegin()).first - now.rbegin());
-}
-
-bool TextBuilder::sameLooks(const Paragraph& p, std::size_t at) const {
-    const std::vector<TextRun>&now = to_.runs_, &then = former_->runs_;
-    const std::size_t end = p.start + p.length;
-    std::size_t i = to_.runAt(p.start), k = former_->runAt(at);
-    // The parts of two lists of runs, each cut where the other one is.
-    for (std::size_t done = p.start; done < end;) {
-        if (i >= now.size() || k >= then.size()) return now.empty() && then.empty();
-        const TextRun &a = now[i], &b = then[k];
-        if (a.font != b.font || a.kern != b.kern || a.baselineOffset != b.baselineOffset ||
-            a.attachment != b.attachment)
-            return false;
-        const std::size_t aEnd = NSMaxRange(a.range), bEnd = NSMaxRange(b.range) - at + p.start;
-        if (std::min(aEnd, end) != std::min(bEnd, end)) return false;
-        done = aEnd;
-        ++i;
-        ++k;
-    }
-    return true;
-}
-
-bool TextBuilder::takeOver(const Paragraph& p) {
-    // What is cut short or clipped, and what is empty, is made anew.
-    if (p.length == 0 || style_->lineBreak > LineBreak::charWrapping) return false;
-    const std::size_t now = to_.text_.size(), then = former_->text_.size();
-    std::size_t at = p.start;
-    if (p.end > sameHead_) {
-        if (p.start < now - sameTail_) return false;
-        at = p.start - now + then;
-    }
-    const auto found = std::lower_bound(former_->blocks_.begin(), former_->blocks_.end(), at,
-                                        [](const Block& b, std::size_t start) { return b.start < start; });
-    if (found == former_->blocks_.end() || found->start != at || found->length != p.length ||
-        found->end - at != p.end - p.start || found->truncated)
-        return false;
-    static const TextParagraph standard;
-    const auto style =
-        std::upper_bound(former_->styles_.begin(), former_->styles_.end(), at,
-                         [](std::size_t start, const TextParagraph& s) { return start < s.range.location; });
-    if (!sameStyle(*style_, style == former_->styles_.begin() ? standard : *std::prev(style)) || !sameLooks(p, at))
-        return false;
-    const auto index = static_cast<std::uint32_t>(found - former_->blocks_.begin());
-    const std::size_t first = former_->lineOf(at);
-    std::size_t last = first;
-    while (last + 1 < former_->lines_.size() && former_->places_[last + 1].block == index)
-        ++last;
-    if (former_->places_[first].block != index || NSMaxRange(former_->lines_[last].range) != found->end) return false;
-
-    Block block;
-    block.start = p.start;
-    block.length = p.length;
-    block.end = p.end;
-    block.isPlain = found->isPlain;
-    block.isMixed = found->isMixed;
-    if (block.isPlain)
-        block.string = QString::fromRawData(reinterpret_cast<const QChar*>(to_.text_.data() + p.start),
-                                            static_cast<qsizetype>(p.length));
-    else {
-        block.string = found->string;
-        block.shaped = found->shaped;
-    }
-    const auto here = static_cast<std::uint32_t>(to_.blocks_.size());
-    to_.blocks_.push_back(std::move(block));
-    const double tail = style_->tailIndent;
-    const double right = tail > 0 ? std::min(tail, width_) : std::max(0.0, width_ + tail);
-    for (std::size_t i = first; i <= last; ++i) {
-        if (i != first && isFull()) break;
-        const TextLine& line = former_->lines_[i];
-        const int number = former_->places_[i].line;
-        const double indent = std::max(0.0, i == first ? style_->firstLineHeadIndent : style_->headIndent);
-        const NSRange range{line.range.location - at + p.start, line.range.length};
-        placeLine(measure(range.location, std::min<std::size_t>(NSMaxRange(range), p.start + p.length)), range, indent,
-                  std::max(0.0, right - indent),
-                  {here, number, found->isPlain ? 0 : -found->shaped->lineAt(number).naturalTextRect().x()},
-                  line.used.size.width, false);
-    }
-    return true;
 }
 
 void TextBuilder::addParagraph(const Paragraph& p) {

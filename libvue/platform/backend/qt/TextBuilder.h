@@ -17,12 +17,8 @@ public:
     /// The shaper's lengths are fixed-point numbers; this much is wider than any text and within them.
     static constexpr double unbounded = 4e6;
 
-    /// `former`, which may be null: a layout of the same width whose paragraphs may be taken over.
-    TextBuilder(RasterTextLayout& layout, const TextInput& input, const RasterTextLayout* former);
+    TextBuilder(RasterTextLayout& layout, const TextInput& input);
     void build();
-
-    /// Whatever their ranges are.
-    [[nodiscard]] static bool sameStyle(const TextParagraph& a, const TextParagraph& b);
 
 private:
     struct Paragraph {
@@ -35,8 +31,6 @@ private:
 
     RasterTextLayout& to_;
     const TextInput& in_;
-    const RasterTextLayout* former_;
-    std::size_t sameHead_ = 0, sameTail_ = 0; // units that both texts begin and end with
     double width_, height_;
     bool bounded_; // whether the width is one that lines can be aligned in
     double y_ = 0;
@@ -46,11 +40,6 @@ private:
     [[nodiscard]] std::size_t paragraphAt(std::size_t start, Paragraph& out) const;
     [[nodiscard]] const TextParagraph& styleAt(std::size_t index);
     [[nodiscard]] bool isFull() const;
-    void compareTexts();
-    /// Takes the paragraph over from the former layout; false where it is another one there.
-    [[nodiscard]] bool takeOver(const Paragraph& p);
-    /// Whether nothing that shapes and measures differs between a paragraph and its like at `at` in the former text.
-    [[nodiscard]] bool sameLooks(const Paragraph& p, std::size_t at) const;
     void addParagraph(const Paragraph& p);
     void addShaped(const Paragraph& p);
     /// What is known of plain words, where the paragraph is one line of them; null otherwise.
