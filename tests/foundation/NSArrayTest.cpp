@@ -1,5 +1,6 @@
 #include "Valeurs.h"
 
+#include <libvue/platform/foundation/NSAttributedString.h>
 #include <libvue/platform/foundation/NSDecimalNumber.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSIndexSet.h>
@@ -173,9 +174,14 @@ TEST(NSArray, sortsByDescriptors) {
 
 TEST(NSArray, aListWithinItselfIsDescribedOnce) {
     auto list = NSMutableArray::array();
-    for (int i = 0; i < 3; ++i)
-        list->addObject(list);
-    EXPECT_EQ(described(list), "(\\u000A    ...,\\u000A    ...,\\u000A    ...\\u000A)");
+    list->addObject(list);
+    list->addObject(list);
+    EXPECT_EQ(described(list), "(\\u000A    ...,\\u000A    ...\\u000A)");
+    // Also by way of an object that describes what it holds.
+    auto attributes = NSDictionary::dictionaryWithObject_forKey(list, text(u"k"));
+    list->removeLastObject();
+    list->replaceObjectAtIndex_withObject(0, NSAttributedString::initWithString_attributes(text(u"a"), attributes));
+    EXPECT_EQ(described(list), "(\\u000A    a{\\u000A    k = ...;\\u000A}\\u000A)");
     list->removeAllObjects();
 }
 

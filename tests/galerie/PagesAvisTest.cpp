@@ -3,7 +3,6 @@
 
 #include <libvue/alerts/KAlerteEphemere.h>
 #include <libvue/panels/KCConteneurDePanneauxGlissants.h>
-#include <libvue/platform/foundation/NSUserDefaults.h>
 
 namespace galerie {
 namespace {
@@ -119,7 +118,6 @@ TEST_F(PagesAvisTest, AnAlertIsAskedAnsweredRememberedAndForgotten) {
     NSRunLoop::mainRunLoop()->performBlock(quandModale);
     touche(u'\r');
     EXPECT_TRUE(dit(u"5.  Alerte : Annuler (2)"));
-    NSUserDefaults::resetStandardUserDefaults();
 }
 
 } // namespace

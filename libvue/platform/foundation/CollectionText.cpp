@@ -21,16 +21,35 @@ bool isPlainWord(const NSString* s) {
     return s->length() > 0;
 }
 
+/// What is being described, from the outermost on. A collection may hold itself, also by way of an object that
+/// describes what it holds with a text of its own; so all such texts share one list.
+class Open {
+public:
+    explicit Open(const NSObject& o) { all().push_back(&o); }
+    ~Open() { all().pop_back(); }
+    Open(const Open&) = delete;
+    Open& operator=(const Open&) = delete;
+    static bool admits(const NSObject& o) {
+        constexpr std::size_t deepest = 32;
+        const auto& open = all();
+        return open.size() < deepest && std::find(open.begin(), open.end(), &o) == open.end();
+    }
+
+private:
+    static std::vector<const NSObject*>& all() {
+        static std::vector<const NSObject*> open;
+        return open;
+    }
+};
+
 class Writer {
 public:
     void append(const NSObject& o) {
-        // A collection may hold itself.
-        constexpr std::size_t deepest = 32;
-        if (open_.size() == deepest || std::find(open_.begin(), open_.end(), &o) != open_.end()) {
+        if (!Open::admits(o)) {
             text.append("...");
             return;
         }
-        open_.push_back(&o);
+        const Open open(o);
         ++depth_;
         if (auto* a = dynamic_cast<const NSArray*>(&o))
             appendList(*a, "(", ")");
@@ -43,7 +62,6 @@ public:
         else
             text.append(o.description());
         --depth_;
-        open_.pop_back();
     }
     StringBuilder text;
 
@@ -92,7 +110,6 @@ private:
         text.append(close);
         ++depth_;
     }
-    std::vector<const NSObject*> open_; ///< what is being written, from the outermost one on
     int depth_ = 0;
 };
 
