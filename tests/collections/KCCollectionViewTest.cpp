@@ -287,7 +287,7 @@ TEST_F(GrilleTest, ViewsRemovedOrHiddenBehindItsBackComeBack) {
     grille->ajusteContenu();
     EXPECT_EQ(retiree->superview(), grille.get());
     EXPECT_FALSE(cachee->isHidden());
-    EXPECT_NE(numero(cachee), 77);
+    EXPECT_NE(cachee->numero(), 77);
     EXPECT_GE(cachee->frame().origin.x, 10);
 }
 

@@ -72,9 +72,7 @@ struct ExportTest : AppFixture {
         cacheDisplayInRect_toBitmapImageRep(vue, partie, pixels);
         return pixels;
     }
-    static std::string en(const NSBitmapImageRep* pixels, int x, int y) {
-        return Pixels::hex(*pixels->picture(1), x, y);
-    }
+    static std::string en(NSBitmapImageRep* pixels, int x, int y) { return Pixels::hex(*pixels->picture(1), x, y); }
 };
 
 TEST_F(ExportTest, theTextOfAPageStaysText) {

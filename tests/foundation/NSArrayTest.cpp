@@ -9,6 +9,7 @@
 #include <libvue/platform/foundation/NSSortDescriptor.h>
 
 using namespace libvue;
+using namespace libvue::textes;
 using namespace libvue::valeurs;
 
 namespace {

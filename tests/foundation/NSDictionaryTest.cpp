@@ -5,6 +5,7 @@
 #include <libvue/platform/foundation/NSDictionary.h>
 
 using namespace libvue;
+using namespace libvue::textes;
 using namespace libvue::valeurs;
 
 namespace {

@@ -148,7 +148,7 @@ TEST(NSURLTest, percentEscapes) {
     EXPECT_EQ(text(u"50%")->stringByReplacingPercentEscapesUsingEncoding(NSUTF8StringEncoding), nullptr);
 
     EXPECT_EQ(
-        shown(CFURLCreateStringByAddingPercentEscapes(text(u"a#b c/d"), text(u"#"), text(u"/"), NSUTF8StringEncoding)),
+        shown(CFURLCreateStringByAddingPercentEscapes(text(u"a#b c/d"), text(u"#"), text(u"/"), kCFStringEncodingUTF8)),
         "a#b%20c%2Fd");
     EXPECT_EQ(shown(CFURLCreateStringByReplacingPercentEscapes(text(u"a%20b%2F%C3%A9"), text(u""))), "a b/\\u00E9");
     EXPECT_EQ(shown(CFURLCreateStringByReplacingPercentEscapes(text(u"a%20b%2F"), text(u"/"))), "a b%2F");

@@ -53,8 +53,8 @@ public:
     static void describe(ClassDescription<NSNib>& c);
     ~NSNib() override;
 
-    /// Null, and logged, where neither the bundle (null: the application's, then the library's) nor a builder has it, or
-    /// where the file is no JSON. The bundle's file is asked for first.
+    /// Null, and logged, where neither the bundle (null: the application's, then the library's) nor a builder has it,
+    /// or where the file is no JSON. The bundle's file is asked for first.
     [[nodiscard]] static Ref<NSNib> initWithNibNamed_bundle(const NSString* name, NSBundle* bundle);
 
     /// One fresh graph, connected to the owner (may be null; not kept). The caller owns it by `topLevelObjects`, which

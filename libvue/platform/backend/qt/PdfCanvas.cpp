@@ -33,8 +33,8 @@ constexpr double unitsAPoint = resolution / 72.0;
 /// Of pixels beside a page: three a point, fewer on a page so large that they would not stay within reason.
 double pixelsAPointOf(NSSize page) {
     constexpr double usual = 3, mostPixels = 36e6, longestSide = 32767;
-    return std::min({usual, std::sqrt(mostPixels / (page.width * page.height)),
-                     longestSide / std::max(page.width, page.height)});
+    return std::min(
+        {usual, std::sqrt(mostPixels / (page.width * page.height)), longestSide / std::max(page.width, page.height)});
 }
 
 /// Whether it lies over what is there without reading it, as a page can.
