@@ -239,7 +239,7 @@ TEST_F(KCHistogrammeTest, settersAskForARedrawWhereTheyShould) {
     const Ref<NSWindow> w = windowAt({{100, 100}, {400, 200}});
     w->contentView()->addSubview(h);
     show(w);
-    const std::pair<NSString*, bool> cas[] = {
+    const std::pair<Ref<NSString>, bool> cas[] = {
         {u"donnees"_ns, true},
         {u"couleurs"_ns, true},
         {u"ombrage"_ns, true},

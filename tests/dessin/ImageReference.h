@@ -19,8 +19,8 @@ namespace libvue::test {
 /// What two pictures that look alike may differ by: other smoothing stays far below, a letter that is another one does
 /// not.
 inline constexpr double kEcartMax = 12;
-/// The largest difference between the mean colours of a small square of both pictures, on white, 0 to 255; of pictures
-/// of different sizes 255.
+/// The largest mean difference of a small square of both pictures, on white, 0 to 255; of pictures of different sizes
+/// 255.
 [[nodiscard]] double ecart(const backend::Picture& a, const backend::Picture& b);
 
 } // namespace libvue::test

@@ -10,6 +10,7 @@
 #include <dossier/ImagesDeDossier.h>
 #include <libvue/collections/KCCollectionView.h>
 #include <libvue/platform/appkit/NSScrollView.h>
+#include <libvue/platform/foundation/NSData.h>
 #include <support/Silence.h>
 
 namespace galerie {

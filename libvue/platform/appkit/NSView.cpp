@@ -172,10 +172,10 @@ void NSView::viewDidMoveToWindow() {}
 void NSView::moveToWindow_(NSWindow* window) {
     const Ref<NSView> self(this);
     viewWillMoveToWindow(window);
-    if (window_ && window_ != window) {
-        // The focus does not stay on a view that leaves.
-        if (window_->firstResponder() == this) window_->makeFirstResponder(nullptr);
-        if (extras_) window_->invalidateCursorRectsForView(this);
+    if (const Ref<NSWindow> former = window_; former && former != window) {
+        // The focus does not stay on a view that leaves. Whoever hears of that may take the view elsewhere.
+        if (former->firstResponder() == this) former->makeFirstResponder(nullptr);
+        if (extras_) former->invalidateCursorRectsForView(this);
     }
     window_ = window;
     for (std::size_t i = 0; i < subviews_.views_.size(); ++i) {
