@@ -173,7 +173,7 @@ TEST_F(KCHistogrammeTest, aBandOfAnyPositiveTotalIsTwoPointsLong) {
     for (const auto& l : dessine(h))
         if (l.starts_with("fill")) pleins.push_back(l);
     EXPECT_THAT(pleins, ElementsAre("fill 0 5 to 387.5 17 #ff0000ff", "fill 0 22 to 0.5 34 #ff0000ff",
-                                    "fill 0.5 22 to 2 34 #00ff00ff", "fill 0 56 to 3.4875 68 #00ff00ff"));
+                                    "fill 0.5 22 to 2 34 #00ff00ff", "fill 0 56 to 4.5 68 #00ff00ff"));
 }
 
 TEST_F(KCHistogrammeTest, labelsAreGroupedAndMeasuredWithoutGroups) {

@@ -1,9 +1,11 @@
 #include <limits>
-#include <numeric>
 
-#include <collections/GrilleEssai.h>
+#include "appkit/Impression.h"
 
 #include <libvue/collections/DecoupePages.h>
+#include <libvue/collections/KCCollectionView.h>
+#include <libvue/platform/appkit/NSNib.h>
+#include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/foundation/NSTimer.h>
 
 using namespace libvue;
@@ -11,57 +13,138 @@ using namespace libvue::test;
 
 namespace {
 
+class Mot : public NSObject {
+public:
+    static void describe(ClassDescription<Mot>& c) { c.answers<&Mot::setSelected>(op::setSelected); }
+    explicit Mot(int n) : numero(n) {}
+    const int numero;
+    std::vector<bool> dit;
+    void setSelected(BOOL f) { dit.push_back(f); }
+};
+
+/// An item of 100 by `hauteur` with the number of its object.
+class CarteMot : public NSView, public KCCollectionItemView {
+public:
+    static void describe(ClassDescription<CarteMot, NSView>& c) { decritVueItem(c); }
+    static inline CGFloat hauteur = 100;
+    static NSSize taille() { return {100, hauteur}; }
+    CarteMot() : NSView({{0, 0}, taille()}) {}
+    [[nodiscard]] NSObject* collectionView() const override { return grille_; }
+    void setCollectionView(NSObject* g) override { grille_ = g; }
+    [[nodiscard]] NSObject* objetConnectay() const override { return objet_; }
+    void setObjetConnectay(NSObject* o) override { objet_ = o; }
+    void drawRect(const NSRect&) override {
+        if (const auto* mot = as<Mot>(objet_.get()))
+            drawAtPoint_withAttributes(NSString::stringWithFormat(u"mot%d"_ns, mot->numero),
+                                       {10, bounds().size.height / 2 - 8}, nullptr);
+    }
+
+private:
+    Weak<NSObject> grille_;
+    Ref<NSObject> objet_;
+};
+
+class DelegueImpression : public NSObject {
+public:
+    static void describe(ClassDescription<DelegueImpression>& c) {
+        c.answers<&DelegueImpression::entete>(op::collectionViewTailleEntete);
+        c.answers<&DelegueImpression::dessineEntete>(op::collectionView_drawEntete);
+        c.answers<&DelegueImpression::pied>(op::collectionViewTaillePiedDePage);
+        c.answers<&DelegueImpression::dessinePied>(op::collectionView_drawPiedDePage);
+    }
+    CGFloat hauteurEntete = 0, hauteurPied = 0;
+    std::vector<NSRect> pieds;
+    CGFloat entete(KCCollectionView*) { return hauteurEntete; }
+    void dessineEntete(KCCollectionView*, NSRect) { drawAtPoint_withAttributes(u"entete"_ns, {10, 4}, nullptr); }
+    CGFloat pied(KCCollectionView*) { return hauteurPied; }
+    void dessinePied(KCCollectionView*, NSRect r) {
+        pieds.push_back(r);
+        drawAtPoint_withAttributes(u"pied"_ns, r.origin, nullptr);
+    }
+};
+
+std::vector<NSRect> pages(std::initializer_list<NSRect> r) { return r; }
+
 TEST(DecoupePagesTest, pagesHoldWholeRows) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     struct Row {
         const char* what;
         RangeesAImprimer r;
-        std::vector<std::pair<CGFloat, CGFloat>> pages; ///< tops and heights
+        std::vector<NSRect> pages;
     };
     const Row rows[] = {
-        {"ten rows that lap over", {{552, 717}, 910, 0, 100, -10, 10}, {{0, 640}, {630, 640}}},
-        {"just one page", {{552, 717}, 640, 0, 100, -10, 7}, {{0, 640}}},
-        {"a row more", {{552, 717}, 730, 0, 100, -10, 8}, {{0, 640}, {630, 640}}},
-        {"a header on the first", {{552, 717}, 1300, 60, 100, 20, 10}, {{0, 640}, {660, 700}}},
+        {"ten rows that lap over",
+         {{552, 717}, 910, 0, 100, -10, 10},
+         pages({{{0, 0}, {552, 640}}, {{0, 630}, {552, 640}}})},
+        {"just one page", {{552, 717}, 640, 0, 100, -10, 7}, pages({{{0, 0}, {552, 640}}})},
+        {"a row more", {{552, 717}, 730, 0, 100, -10, 8}, pages({{{0, 0}, {552, 640}}, {{0, 630}, {552, 640}}})},
+        {"a header on the first",
+         {{552, 717}, 1300, 60, 100, 20, 10},
+         pages({{{0, 0}, {552, 640}}, {{0, 660}, {552, 700}}})},
         {"a header that leaves no room for a row",
          {{552, 717}, 1700, 650, 100, 10, 9},
-         {{0, 640}, {650, 650}, {1310, 650}}},
-        {"the grid is higher than its rows", {{552, 717}, 3000, 0, 100, 0, 3}, {{0, 700}}},
-        {"the foot of the grid makes no page", {{552, 717}, 790, 0, 100, 0, 7}, {{0, 700}}},
+         pages({{{0, 0}, {552, 640}}, {{0, 650}, {552, 650}}, {{0, 1310}, {552, 650}}})},
+        {"the grid is higher than its rows", {{552, 717}, 3000, 0, 100, 0, 3}, pages({{{0, 0}, {552, 700}}})},
+        {"the foot of the grid makes no page", {{552, 717}, 790, 0, 100, 0, 7}, pages({{{0, 0}, {552, 700}}})},
         {"no row", {{552, 717}, 717, 0, 100, 0, 0}, {}},
         {"less high than one item", {{552, 717}, 80, 0, 100, 0, 5}, {}},
-        {"items higher than the page: one each", {{552, 90}, 290, 0, 100, -5, 3}, {{0, 100}, {95, 100}, {190, 100}}},
-        {"and the header before them", {{552, 90}, 240, 40, 100, 0, 2}, {{0, 40}, {40, 100}, {140, 100}}},
-        {"margins that leave nothing", {{552, -50}, 200, 0, 100, 0, 2}, {{0, 100}, {100, 100}}},
-        {"rows over one another", {{552, 717}, 700, 0, 100, -100, 9}, {{0, 717}}},
-        {"no number", {{552, 717}, 700, 0, 100, nan, 9}, {{0, 717}}},
-        {"a paper of no height known", {{552, nan}, 200, 0, 100, 0, 2}, {{0, 100}, {100, 100}}},
+        {"items higher than the page: one each",
+         {{552, 90}, 290, 0, 100, -5, 3},
+         pages({{{0, 0}, {552, 100}}, {{0, 95}, {552, 100}}, {{0, 190}, {552, 100}}})},
+        {"and the header before them",
+         {{552, 90}, 240, 40, 100, 0, 2},
+         pages({{{0, 0}, {552, 40}}, {{0, 40}, {552, 100}}, {{0, 140}, {552, 100}}})},
+        {"margins that leave nothing",
+         {{552, -50}, 200, 0, 100, 0, 2},
+         pages({{{0, 0}, {552, 100}}, {{0, 100}, {552, 100}}})},
+        {"rows over one another", {{552, 717}, 700, 0, 100, -100, 9}, pages({{{0, 0}, {552, 717}}})},
+        {"no number", {{552, 717}, 700, 0, 100, nan, 9}, pages({{{0, 0}, {552, 717}}})},
+        {"a paper of no height known",
+         {{552, nan}, 200, 0, 100, 0, 2},
+         pages({{{0, 0}, {552, 100}}, {{0, 100}, {552, 100}}})},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.what);
         const auto cut = decoupePages(row.r);
         ASSERT_EQ(cut.size(), row.pages.size());
         for (std::size_t i = 0; i < cut.size(); ++i)
-            EXPECT_EQ(cut[i], (NSRect{{0, row.pages[i].first}, {552, row.pages[i].second}}));
+            EXPECT_TRUE(NSEqualRects(cut[i], row.pages[i])) << NSStringFromRect(cut[i])->utf8();
     }
     EXPECT_LE(decoupePages({{552, 717}, 1e300, 1e299, 100, 0, 5}).size(), 1000000u);
 }
 
-struct KCCollectionViewImpressionTest : GrilleEssai {
+struct KCCollectionViewImpressionTest : ImpressionFixture {
+    Ref<KCCollectionView> grille = make<KCCollectionView>(NSRect{{0, 0}, {400, 300}});
+    Ref<NSScrollView> defilement = make<NSScrollView>(NSRect{{0, 0}, {400, 300}});
+    Ref<DelegueImpression> delegue = make<DelegueImpression>();
+    Ref<NSMutableArray> mots = NSMutableArray::array();
+
     void SetUp() override {
-        GrilleEssai::SetUp();
-        Vignette::cote = {100, 100};
+        CarteMot::hauteur = 100;
+        NSNib::registerBuilder(u"mot"_ns, [](NSObject*, NSMutableArray* objets) -> BOOL {
+            objets->addObject(make<CarteMot>());
+            return YES;
+        });
         printing().addPrinter({"bureau", "Bureau", true, true});
         const auto letter = make<NSPrintInfo>();
         letter->setPaperSize({612, 792});
         NSPrintInfo::setSharedPrintInfo(letter);
+        defilement->setDocumentView(grille);
+    }
+    void TearDown() override {
+        NSNib::registerBuilder(u"mot"_ns, {});
+        ImpressionFixture::TearDown();
     }
     void montre(int n) {
-        grille->setClasseVueItem(&classOf<Vignette>());
-        grille->setDonnees(objets(n));
+        for (int i = 0; i < n; ++i)
+            mots->addObject(make<Mot>(i));
+        grille->setClasseVueItem(&classOf<CarteMot>());
+        grille->setNomNib(u"mot"_ns);
+        grille->setDelegate(delegue);
+        grille->setDonnees(mots);
     }
     /// What print: sends to the printer once Return is pressed in its panel.
-    std::vector<MotPDF> imprime() {
+    std::string imprime() {
         const auto timer = NSTimer::timerWithTimeInterval_repeats_block(0, NO, [&](NSTimer*) { windows().key(u'\r'); });
         NSRunLoop::mainRunLoop()->addTimer_forMode(timer, NSModalPanelRunLoopMode.get());
         const auto avant = printing().jobs().size();
@@ -71,8 +154,9 @@ struct KCCollectionViewImpressionTest : GrilleEssai {
             return {};
         }
         const auto& octets = printing().jobs().back().bytes;
-        return motsDuPDF({reinterpret_cast<const char*>(octets.data()), octets.size()});
+        return {octets.begin(), octets.end()};
     }
+    [[nodiscard]] Mot* mot(NSUInteger i) const { return mots->at<Mot>(i); }
 };
 
 TEST_F(KCCollectionViewImpressionTest, printHasEachRowOnOnePageWithItsBorder) {
@@ -86,19 +170,22 @@ TEST_F(KCCollectionViewImpressionTest, printHasEachRowOnOnePageWithItsBorder) {
                         {40, 700, 20, 100, 3, 0, 6}, {3, 0, 0, 100, 1, 7, 7},    {12, 0, 0, 900, 3, 1, 1}};
     for (const Row& row : rows) {
         SCOPED_TRACE(std::to_string(row.mots) + " words, header " + std::to_string(row.entete));
-        Vignette::cote.height = row.hauteur;
+        CarteMot::hauteur = row.hauteur;
         delegue->hauteurEntete = row.entete;
         delegue->hauteurPied = row.pied;
+        mots->removeAllObjects();
         montre(row.mots);
         grille->setNomApp_etCopyright(u"Lexique"_ns, u"Droits"_ns);
-        const auto lus = imprime();
+        const auto lus = motsDuPDF(imprime());
+        const int colonnes = 5;
         for (int i = 0; i < row.mots; ++i) {
-            const int rangee = i / 5;
+            const int rangee = i / colonnes;
             const int page = rangee < row.premiere ? 1 : 2 + (rangee - row.premiere) / row.suivantes;
             ASSERT_EQ(pagesDuMot(lus, "mot" + std::to_string(i)), std::vector<int>{page}) << "mot" << i;
         }
-        std::vector<int> toutes(static_cast<std::size_t>(row.pages));
-        std::iota(toutes.begin(), toutes.end(), 1);
+        std::vector<int> toutes;
+        for (int p = 1; p <= row.pages; ++p)
+            toutes.push_back(p);
         for (const char* bord : {"Zerlanto", "Lexique", "Droits", "Page", "pied"})
             EXPECT_EQ(pagesDuMot(lus, bord), toutes) << bord;
         EXPECT_EQ(pagesDuMot(lus, "entete"), row.entete > 0 ? std::vector<int>{1} : std::vector<int>{});
@@ -125,12 +212,12 @@ TEST_F(KCCollectionViewImpressionTest, printBuildsAGridOfItsOwn) {
     delegue->hauteurPied = 25;
     grille->setEspacement({33, 33});
     montre(20);
-    objet(0)->dit.clear();
+    mot(0)->dit.clear();
     const NSRect avant = grille->frame();
     (void)imprime();
-    EXPECT_EQ(grille->frame(), avant);
-    EXPECT_EQ(grille->espacement(), (NSSize{33, 33}));
-    EXPECT_EQ(objet(0)->dit, std::vector<bool>{false}) << "the other grid deselects its first object";
+    EXPECT_TRUE(NSEqualRects(grille->frame(), avant));
+    EXPECT_TRUE(NSEqualSizes(grille->espacement(), {33, 33}));
+    EXPECT_EQ(mot(0)->dit, std::vector<bool>{false}) << "the other grid deselects its first object";
     const NSPrintInfo* partage = NSPrintInfo::sharedPrintInfo();
     EXPECT_EQ(partage->leftMargin(), 30);
     EXPECT_EQ(partage->rightMargin(), 30);
@@ -139,7 +226,7 @@ TEST_F(KCCollectionViewImpressionTest, printBuildsAGridOfItsOwn) {
     EXPECT_FALSE(partage->isHorizontallyCentered());
     EXPECT_EQ(printing().jobs().back().job.title, "Zerlanto - Dictionnaires");
     ASSERT_FALSE(delegue->pieds.empty());
-    EXPECT_EQ(delegue->pieds.back(), (NSRect{{30, 792 - 25 - 25}, {552, 25}}));
+    EXPECT_TRUE(NSEqualRects(delegue->pieds.back(), {{30, 792 - 25 - 25}, {552, 25}}));
 }
 
 TEST_F(KCCollectionViewImpressionTest, onlyAGridFromAResourceHasItsRectangles) {
@@ -152,12 +239,12 @@ TEST_F(KCCollectionViewImpressionTest, onlyAGridFromAResourceHasItsRectangles) {
         EXPECT_TRUE(grille->knowsPageRange(&range));
         NSPrintOperation::setCurrentOperation(nullptr);
         // 540 wide: five columns, forty rows of a hundred points; seven on a page.
-        const NSRect deuxieme{{0, 700}, {540, 700}};
-        EXPECT_EQ(range, NSMakeRange(1, 6));
-        EXPECT_EQ(grille->rectForPage(2), eveille ? deuxieme : NSZeroRect);
+        EXPECT_EQ(range.location, 1u);
+        EXPECT_EQ(range.length, 6u);
+        EXPECT_TRUE(NSEqualRects(grille->rectForPage(2), eveille ? NSRect{{0, 700}, {540, 700}} : NSZeroRect));
         for (const NSInteger page : {NSInteger{0}, NSInteger{-1}, NSInteger{7}, NSInteger{NSNotFound}})
-            EXPECT_EQ(grille->rectForPage(page), NSZeroRect);
-        EXPECT_EQ(grille->divisionForPage_(2), deuxieme);
+            EXPECT_TRUE(NSEqualRects(grille->rectForPage(page), NSZeroRect));
+        EXPECT_TRUE(NSEqualRects(grille->divisionForPage_(2), {{0, 700}, {540, 700}}));
         const auto pdf = printed(grille);
         EXPECT_EQ(nombreDePages(pdf->view()), 6);
         EXPECT_EQ(pagesDuMot(motsDuPDF(pdf->view()), "mot40"), std::vector<int>{2});
@@ -179,13 +266,14 @@ TEST_F(KCCollectionViewImpressionTest, aPageEndsWithTheLastRowThatFits) {
 TEST_F(KCCollectionViewImpressionTest, nothingToPrintIsOneSheetWithItsBorder) {
     montre(0);
     delegue->hauteurEntete = 30;
-    const auto lus = imprime();
+    const auto lus = motsDuPDF(imprime());
     EXPECT_EQ(pagesDuMot(lus, "Zerlanto"), std::vector<int>{1});
     EXPECT_EQ(pagesDuMot(lus, "entete"), std::vector<int>{1});
     // Margins that leave no room for a column.
     montre(5);
     info->setLeftMargin(500);
-    EXPECT_EQ(pagesDuMot(motsDuPDF(printed(grille)->view()), "Zerlanto"), std::vector<int>{1});
+    const auto pdf = printed(grille);
+    EXPECT_EQ(pagesDuMot(motsDuPDF(pdf->view()), "Zerlanto"), std::vector<int>{1});
 }
 
 } // namespace

@@ -124,7 +124,7 @@ TEST_F(ImagesTest, derivedImagesLeaveTheirSourceAsItIs) {
         int x, y;
         const char* attendu;
     } const lignes[] = {
-        {"half as strong", imageWithAlpha(source, 0.5), 0, 0, "ff80007f"},
+        {"half as strong", imageWithAlpha(source, 0.5), 0, 0, "ff81007f"},
         {"still nothing", imageWithAlpha(source, 0.5), 0, 19, "00000000"},
         {"not at all", imageWithAlpha(source, 0), 0, 0, "00000000"},
         {"no strength", imageWithAlpha(source, std::nan("")), 0, 0, "00000000"},

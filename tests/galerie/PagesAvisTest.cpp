@@ -2,7 +2,9 @@
 #include "PageFixture.h"
 
 #include <libvue/alerts/KAlerteEphemere.h>
+#include <libvue/alerts/ReponseAlerte.h>
 #include <libvue/panels/KCConteneurDePanneauxGlissants.h>
+#include <libvue/platform/foundation/NSUserDefaults.h>
 
 namespace galerie {
 namespace {
@@ -118,6 +120,7 @@ TEST_F(PagesAvisTest, AnAlertIsAskedAnsweredRememberedAndForgotten) {
     NSRunLoop::mainRunLoop()->performBlock(quandModale);
     touche(u'\r');
     EXPECT_TRUE(dit(u"5.  Alerte : Annuler (2)"));
+    NSUserDefaults::standardUserDefaults()->removeObjectForKey(kPrefsAlertes);
 }
 
 } // namespace
