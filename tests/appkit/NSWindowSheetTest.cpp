@@ -26,7 +26,7 @@ struct SheetTest : AppFixture {
     }
     /// With a view that covers it, and says its name.
     [[nodiscard]] Ref<NSWindow> panelAt(const NSRect& r, const char* name) {
-        const Ref<NSWindow> p = panel(r.size);
+        Ref<NSWindow> p = panel(r.size);
         p->setFrameOrigin(r.origin);
         (void)viewIn(p, {{0, 0}, r.size}, name);
         return p;

@@ -89,7 +89,7 @@ struct ImagesDeReferenceTest : AppFixture {
                        ocre = teinte(0.86, 0.51, 0.14), pale = teinte(0.72, 0.82, 0.93);
 
     [[nodiscard]] Ref<KCTarte> tarte(NSUInteger etiquette = KCPointeDeTarteEtiquetteChaineEtPourcentage) const {
-        const Ref<KCTarte> t = make<KCTarte>(NSRect{{0, 0}, {104, 104}});
+        Ref<KCTarte> t = make<KCTarte>(NSRect{{0, 0}, {104, 104}});
         const Part parts[] = {{u"Noms"_ns, 26, bleu}, {u"Verbes"_ns, 40, vert}, {u"Été"_ns, 18, ocre}};
         for (const Part& part : parts) {
             const Ref<KCPointeDeTarte> p = make<KCPointeDeTarte>();
@@ -103,7 +103,7 @@ struct ImagesDeReferenceTest : AppFixture {
         return t;
     }
     [[nodiscard]] Ref<KCHistogramme> histogramme(BOOL absolues) const {
-        const Ref<KCHistogramme> h = make<KCHistogramme>(NSRect{{0, 0}, {150, 84}});
+        Ref<KCHistogramme> h = make<KCHistogramme>(NSRect{{0, 0}, {150, 84}});
         const Ref<NSMutableArray> donnees = NSMutableArray::array();
         for (const int v : {120, 60, 90, 210, 45, 30, 0, 150})
             donnees->addObject(NSNumber::numberWithInteger(v));
@@ -120,7 +120,7 @@ struct ImagesDeReferenceTest : AppFixture {
         return h;
     }
     [[nodiscard]] Ref<NSImage> remplissages() const {
-        const Ref<NSImage> image = make<NSImage>(NSSize{124, 44});
+        Ref<NSImage> image = make<NSImage>(NSSize{124, 44});
         image->lockFocus();
         bilinearGradientFillWithOuterColor_innerColor(bezierPathWithRoundedRect_radius({{2, 2}, {56, 40}}, 9), bleu,
                                                       ocre);

@@ -36,6 +36,7 @@ struct PageFixture : libvue::test::AppFixture {
 
     [[nodiscard]] NSWindow* fenetre() const { return galerie->fenetre(); }
     template <class T> static void rassemble(NSView* dans, std::vector<T*>& toutes) {
+        if (!dans) return;
         if (auto* t = as<T>(dans)) toutes.push_back(t);
         for (NSView* v : dans->subviews())
             rassemble(v, toutes);
