@@ -122,7 +122,7 @@ TEST_F(DossierTest, TheReserveForgetsTheOldest) {
 
 TEST_F(DossierTest, APageOnPaperHasItsPictures) {
     const Silence silence;
-    (void)grille->dataWithPDFInsideRect(grille->visibleRect());
+    (void)grille->dataWithPDFInsideRect(grille->bounds());
     const NSUInteger enVue = grille->mesVignettesAffichees().length;
     EXPECT_EQ(nombre(FichierImage::Etat::attendue), 0u);
     EXPECT_EQ(nombre(FichierImage::Etat::prete), enVue - 1) << "all but the torn one";
