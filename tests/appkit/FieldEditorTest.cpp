@@ -11,6 +11,7 @@
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSFormatter.h>
 #include <libvue/platform/foundation/NSNumber.h>
+#include <libvue/platform/graphics/NSFont.h>
 
 using namespace libvue;
 using namespace libvue::test;
@@ -119,7 +120,12 @@ TEST_F(FieldEditorTest, ComposedTextShowsAndIsReplaced) {
     drain();
     EXPECT_EQ(editor()->preedit(), u"");
     EXPECT_EQ(text(), "abê");
-    windows().preedit(u"x", {1, 0});
+    windows().preedit(u"MM", {2, 0});
+    drain();
+    editor()->setSelectedRange({0, 0});
+    EXPECT_NEAR(NSMinX(editor()->caretRect()), editor()->font()->widthOfString(u"MM"_ns), 1)
+        << "it goes with the caret";
+    editor()->setSelectedRange({3, 0});
     windows().preedit(u"", {0, 0}); // given up
     drain();
     EXPECT_EQ(text(), "abê");

@@ -117,9 +117,13 @@ TEST_F(PageJSONTest, TextGoesThroughThePasteboard) {
 TEST_F(PageJSONTest, DeadKeysAndInputMethodsGiveTheirText) {
     ecris(u"[\"");
     windows().commit(u"ê"); // a dead key and the key after it
+    drain();
+    // What is being composed shows behind the text, with the caret behind it, and is no part of it yet.
+    const CGFloat avant = NSMinX(saisie()->caretRect());
     windows().preedit(u"か", {1, 0});
     drain();
     EXPECT_EQ(texte(), "[\"ê");
+    EXPECT_GT(NSMinX(saisie()->caretRect()), avant);
     windows().commit(u"漢字");
     drain();
     tape(u"\"]");

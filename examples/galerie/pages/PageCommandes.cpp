@@ -1,7 +1,6 @@
 // Every control in every state.
 #include <Composition.h>
-#include <PageGalerie.h>
-#include <libvue/layout/KCFlippedView.h>
+#include <PageComposee.h>
 #include <libvue/platform/appkit/NSBox.h>
 #include <libvue/platform/appkit/NSButton.h>
 #include <libvue/platform/appkit/NSMenu.h>
@@ -21,7 +20,7 @@ namespace galerie {
 
 namespace {
 
-constexpr CGFloat kColonne = 232;
+constexpr CGFloat kColonne = 232, kGouttiere = 22;
 
 Ref<NSTextField> champ(NSString* texte, CGFloat largeur = kColonne) {
     return large(NSTextField::textFieldWithString(texte), largeur);
@@ -249,33 +248,21 @@ Ref<NSView> defilements() {
 
 } // namespace
 
-class PageCommandes : public PageGalerie {
+class PageCommandes : public PageComposee {
 public:
-    static void describe(ClassDescription<PageCommandes, PageGalerie>&) {}
+    static void describe(ClassDescription<PageCommandes, PageComposee>&) {}
     [[nodiscard]] Ref<NSString> nom() const override { return u"Commandes"_ns; }
     [[nodiscard]] Ref<NSString> resume() const override {
         return u"Chaque commande dans chacun de ses états. Tab passe de l’une à l’autre, l’espace appuie."_ns;
     }
-    [[nodiscard]] NSSize tailleMin() const override { return {kMarge * 2 + kColonne * 3 + kGouttiere * 2, hauteur_}; }
 
 protected:
-    Ref<NSView> construitVue() override {
-        const auto page = make<KCFlippedView>(NSZeroRect);
-        const auto colonnes =
-            rangee({pile({textes(), boutons(), tailles()}, kGroupe),
-                    pile({cases(), radios(), menus(), curseurs()}, kGroupe), pile({boites(), defilements()}, kGroupe)},
-                   kGouttiere);
-        for (NSView* c : colonnes->subviews())
-            c->setFrameOrigin({c->frame().origin.x, 0});
-        colonnes->setFrameOrigin({kMarge, 4});
-        hauteur_ = 4 + colonnes->frame().size.height + kMarge;
-        page->addSubview(colonnes);
-        return page;
+    Ref<KCLayoutView> compose() override {
+        return colonnes({pile({textes(), boutons(), tailles()}, kGroupe),
+                         pile({cases(), radios(), menus(), curseurs()}, kGroupe),
+                         pile({boites(), defilements()}, kGroupe)},
+                        kGouttiere);
     }
-
-private:
-    static constexpr CGFloat kGouttiere = 22;
-    CGFloat hauteur_ = 560;
 };
 
 namespace {

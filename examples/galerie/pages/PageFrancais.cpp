@@ -3,15 +3,14 @@
 #include <cmath>
 
 #include <Composition.h>
-#include <PageGalerie.h>
+#include <PageComposee.h>
 #include <francais/BandeauMots.h>
 #include <francais/ListeMots.h>
-#include <libvue/layout/KCFlippedView.h>
-#include <libvue/platform/appkit/FieldEditor.h>
 #include <libvue/platform/appkit/NSPopUpButton.h>
 #include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/appkit/NSSlider.h>
 #include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/appkit/PlainTextEditor.h>
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/platform/foundation/NSNumber.h>
@@ -96,10 +95,8 @@ private:
 };
 
 Francais::Francais() {
-    vue_ = rangee({construitListe(), pile({construitMots(), construitRomains(), construitEspaces()}, kGroupe)},
-                  kGouttiere);
-    for (NSView* c : vue_->subviews())
-        c->setFrameOrigin({c->frame().origin.x, 0});
+    vue_ = colonnes({construitListe(), pile({construitMots(), construitRomains(), construitEspaces()}, kGroupe)},
+                    kGouttiere);
     NSNotificationCenter::defaultCenter()->addObserver<&Francais::selectionChange>(
         this, NSTextViewDidChangeSelectionNotification, nullptr);
     trie();
@@ -257,28 +254,13 @@ void Francais::controlTextDidEndEditing(NSNotification* n) {
 
 } // namespace
 
-class PageFrancais : public PageGalerie {
+class PageFrancais : public PageDe<Francais> {
 public:
-    static void describe(ClassDescription<PageFrancais, PageGalerie>&) {}
+    static void describe(ClassDescription<PageFrancais, PageComposee>&) {}
     [[nodiscard]] Ref<NSString> nom() const override { return u"Français"_ns; }
     [[nodiscard]] Ref<NSString> resume() const override {
         return u"L’ordre des dictionnaires, les mots et leurs apostrophes, les chiffres romains, les espaces."_ns;
     }
-    [[nodiscard]] NSSize tailleMin() const override { return {2 * kMarge + 2 * kColonne + kGouttiere, hauteur_}; }
-
-protected:
-    Ref<NSView> construitVue() override {
-        francais_ = make<Francais>();
-        const auto page = make<KCFlippedView>(NSZeroRect);
-        francais_->vue()->setFrameOrigin({kMarge, 4});
-        hauteur_ = 4 + francais_->vue()->frame().size.height + kMarge;
-        page->addSubview(francais_->vue());
-        return page;
-    }
-
-private:
-    Ref<Francais> francais_;
-    CGFloat hauteur_ = 480;
 };
 
 namespace {

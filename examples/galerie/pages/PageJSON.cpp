@@ -62,6 +62,7 @@ public:
         c.answers<&VueJSON::ecritIndente>("ecritIndente:");
         c.answers<&VueJSON::exempleChoisi>("exempleChoisi:");
         c.answers<&VueJSON::relit>("relit:");
+        c.answers<&VueJSON::texteChange>(op::textDidChange);
     }
 
     VueJSON()
@@ -88,7 +89,7 @@ public:
             exemples_->addItemWithTitle(NSString::from(e.nom));
         exemples_->setTarget(this);
         exemples_->setAction(sel("exempleChoisi:"));
-        saisie_->surChangement = [this] { relit(nullptr); };
+        saisie_->setDelegate(this);
         for (NSView* v : std::initializer_list<NSView*>{titreTexte_, exemples_, gauche_, compact_, indente_, trie_,
                                                         titreArbre_, etat_, droite_, seule_})
             addSubview(v);
@@ -143,6 +144,8 @@ private:
         saisie_->setString(NSString::from(exemples()[static_cast<std::size_t>(i)].texte));
         relit(nullptr);
     }
+
+    void texteChange(NSNotification*) { relit(nullptr); }
 
     /// Reads the text, and shows what came of it.
     void relit(NSObject*) {
