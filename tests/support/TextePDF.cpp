@@ -65,4 +65,9 @@ int nombreDePages(std::string_view octets) {
     return ou == std::string::npos ? 0 : std::atoi(texte.c_str() + ou + 6);
 }
 
+std::vector<std::uint8_t> imageDuPDF(std::string_view octets, int pixelsAPoint) {
+    const std::string png = sortie("pdftoppm -png -singlefile -r " + std::to_string(72 * pixelsAPoint), octets, "");
+    return {png.begin(), png.end()};
+}
+
 } // namespace libvue::test

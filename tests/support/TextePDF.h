@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,5 +20,8 @@ struct MotPDF {
 [[nodiscard]] std::vector<int> pagesDuMot(const std::vector<MotPDF>& mots, std::string_view mot);
 /// The number of pages, by pdfinfo; 0 for none.
 [[nodiscard]] int nombreDePages(std::string_view octets);
+
+/// A picture file (PNG) of its first page, at that many pixels a point.
+[[nodiscard]] std::vector<std::uint8_t> imageDuPDF(std::string_view octets, int pixelsAPoint);
 
 } // namespace libvue::test

@@ -5,15 +5,10 @@
 #include <optional>
 #include <utility>
 
-#include <QBuffer>
-#include <QByteArray>
-#include <QMarginsF>
-#include <QPageSize>
 #include <QPainter>
 #include <QPainterPath>
-#include <QPdfWriter>
-#include <QString>
 
+#include <libvue/platform/backend/qt/PdfPage.h>
 #include <libvue/platform/backend/qt/PdfSide.h>
 #include <libvue/platform/backend/qt/QtConvert.h>
 #include <libvue/platform/backend/qt/RasterCanvas.h>
@@ -26,9 +21,6 @@
 namespace libvue::backend {
 
 namespace {
-
-constexpr int resolution = 1440;
-constexpr double unitsAPoint = resolution / 72.0;
 
 /// Of pixels beside a page: three a point, fewer on a page so large that they would not stay within reason.
 double pixelsAPointOf(NSSize page) {
@@ -60,41 +52,12 @@ NSRect boxOf(const Path& path, double margin) {
 
 } // namespace
 
-/// Where drawing is cut beside the box of the clip, in the writer's units.
-struct PdfCanvas::ClipShape {
-    QPainterPath path;
-    std::shared_ptr<const ClipShape> outer;
-};
-
-struct PdfCanvas::Page {
-    NSSize size;
+struct PdfCanvas::Page : PdfPage {
     double pixelsAPoint; ///< of what is drawn in pixels
-    QByteArray bytes;
-    QBuffer buffer{&bytes};
-    QPdfWriter writer;
-    QPainter painter;
-    Transform base; // points of the page to the writer's units
-    /// What the painter clips to; nothing where it does not. It is set when something is drawn that needs it: each
-    /// change costs a page more than most drawings.
-    std::optional<Clip> clip;
     std::optional<PdfSide> side;
 
-    Page(NSSize wanted, std::string_view title, QIODevice* device)
-        : size(wanted),
-          pixelsAPoint(pixelsAPointOf(wanted)),
-          writer(device                              ? device
-                 : buffer.open(QIODevice::WriteOnly) ? &buffer
-                                                     : nullptr) {
-        writer.setResolution(resolution);
-        writer.setPageSize(
-            QPageSize(QSizeF(size.width, size.height), QPageSize::Point, QString(), QPageSize::ExactMatch));
-        writer.setPageMargins(QMarginsF());
-        writer.setTitle(QString::fromUtf8(title.data(), static_cast<qsizetype>(title.size())));
-        base = {unitsAPoint, 0, 0, -unitsAPoint, 0, size.height * unitsAPoint};
-        painter.begin(&writer);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setRenderHint(QPainter::LosslessImageRendering); // so that patches do not stand out
-    }
+    Page(NSSize size, std::string_view title, QIODevice* device)
+        : PdfPage(size, title, device), pixelsAPoint(pixelsAPointOf(size)) {}
 };
 
 PdfCanvas::PdfCanvas(NSSize page, std::string_view title, QIODevice* device)
@@ -104,25 +67,20 @@ PdfCanvas::PdfCanvas(NSSize page, std::string_view title, QIODevice* device)
 PdfCanvas::~PdfCanvas() = default;
 
 void PdfCanvas::resetPage() {
-    page_->side.emplace(page_->size, page_->pixelsAPoint);
+    page_->side.emplace(page_->size(), page_->pixelsAPoint);
     state_ = {};
-    state_.clip = {{{0, 0}, page_->size}, nullptr};
+    state_.clip = {{{0, 0}, page_->size()}, nullptr};
     saved_.clear();
     layers_.clear();
     layerInk_ = {};
 }
 
 void PdfCanvas::beginPage() {
-    clipNothing();
-    page_->writer.newPage();
+    page_->startNext();
     resetPage();
 }
 
-std::vector<std::uint8_t> PdfCanvas::finish() {
-    if (page_->painter.isActive()) page_->painter.end();
-    page_->buffer.close();
-    return {page_->bytes.begin(), page_->bytes.end()};
-}
+std::vector<std::uint8_t> PdfCanvas::finish() { return page_->finish(); }
 
 void PdfCanvas::save() {
     saved_.push_back(state_);
@@ -142,9 +100,7 @@ void PdfCanvas::concat(const Transform& t) {
     page_->side->draw([t](RasterCanvas& c) { c.concat(t); });
 }
 
-void PdfCanvas::useTransform(const Transform& toUser) {
-    page_->painter.setWorldTransform(toQt(toUser.then(state_.user).then(page_->base)));
-}
+Transform PdfCanvas::toShared() const { return state_.user.then(page_->fromUpward()); }
 
 void PdfCanvas::clip(const Path& path, FillRule rule) {
     page_->side->draw([path, rule](RasterCanvas& c) { c.clip(path, rule); });
@@ -163,7 +119,7 @@ bool PdfCanvas::narrowToBox(const NSRect& rect) {
 void PdfCanvas::narrow(const NSRect& box, const QPainterPath& shape) {
     state_.clip.box = NSIntersectionRect(state_.clip.box, state_.user.apply(box));
     state_.clip.shape =
-        std::make_shared<const ClipShape>(ClipShape{toQt(state_.user.then(page_->base)).map(shape), state_.clip.shape});
+        std::make_shared<const PdfClipShape>(PdfClipShape{toQt(toShared()).map(shape), state_.clip.shape});
 }
 
 void PdfCanvas::clip(const NSRect& rect) { clip(&rect, 1); }
@@ -182,29 +138,7 @@ void PdfCanvas::clip(const NSRect* rects, std::size_t count) {
     narrow(box, converted);
 }
 
-void PdfCanvas::clipNothing() {
-    if (!page_->clip) return;
-    page_->painter.setClipping(false);
-    page_->clip.reset();
-}
-
-bool PdfCanvas::useClip(const NSRect& ink) { return clipFor(state_.user.apply(ink)); }
-
-bool PdfCanvas::clipFor(const NSRect& box) {
-    const Clip& needed = state_.clip;
-    if (NSIsEmptyRect(needed.box)) return false;
-    if (!needed.shape && isFinite(box) && NSContainsRect(needed.box, box)) {
-        if (page_->clip && (page_->clip->shape || !NSContainsRect(page_->clip->box, box))) clipNothing();
-        return true;
-    }
-    if (page_->clip && page_->clip->shape == needed.shape && NSEqualRects(page_->clip->box, needed.box)) return true;
-    page_->painter.resetTransform();
-    page_->painter.setClipRect(toQt(page_->base.apply(needed.box)), Qt::ReplaceClip);
-    for (const ClipShape* s = needed.shape.get(); s != nullptr; s = s->outer.get())
-        page_->painter.setClipPath(s->path, Qt::IntersectClip);
-    page_->clip = needed;
-    return true;
-}
+bool PdfCanvas::useClip(const NSRect& ink) { return page_->clipFor(state_.user.apply(ink), state_.clip); }
 
 NSRect PdfCanvas::clipBounds() const {
     const NSRect& box = state_.clip.box;
@@ -283,7 +217,7 @@ struct PdfCanvas::Pixels {
 
 void PdfCanvas::castShadow(const NSRect& bounds, const Drawing& again) {
     const Shadow& s = state_.shadow;
-    const NSRect casting = NSOffsetRect({{}, page_->size}, -s.offset.width, -s.offset.height);
+    const NSRect casting = NSOffsetRect({{}, page_->size()}, -s.offset.width, -s.offset.height);
     const double pixelsAPoint = page_->pixelsAPoint;
     const Pixels pixels(state_.user.apply(bounds), NSInsetRect(casting, -2 * s.blur, -2 * s.blur), pixelsAPoint);
     if (pixels.size.isEmpty()) return;
@@ -304,7 +238,7 @@ void PdfCanvas::castShadow(const NSRect& bounds, const Drawing& again) {
 
 void PdfCanvas::castRunShadows(const RasterTextLayout& layout, const Transform& toUser, const NSRect& ink) {
     const double pixelsAPoint = page_->pixelsAPoint;
-    const Pixels pixels(state_.user.apply(toUser.apply(ink)), {{}, page_->size}, pixelsAPoint);
+    const Pixels pixels(state_.user.apply(toUser.apply(ink)), {{}, page_->size()}, pixelsAPoint);
     if (pixels.size.isEmpty()) return;
     QImage image = pixels.blank();
     {
@@ -321,14 +255,9 @@ void PdfCanvas::castRunShadows(const RasterTextLayout& layout, const Transform& 
 
 void PdfCanvas::place(const QImage& pixels, NSPoint corner) {
     const double pixelsAPoint = page_->pixelsAPoint;
-    const double units = unitsAPoint / pixelsAPoint;
     const NSSize size{pixels.width() / pixelsAPoint, pixels.height() / pixelsAPoint};
-    if (!clipFor({corner, size})) return;
-    page_->painter.resetTransform();
-    page_->painter.drawImage(QRectF(corner.x * unitsAPoint,
-                                    (page_->size.height - corner.y) * unitsAPoint - pixels.height() * units,
-                                    pixels.width() * units, pixels.height() * units),
-                             pixels);
+    if (!page_->clipFor({corner, size}, state_.clip)) return;
+    page_->painter().drawImage(toQt(page_->fromUpward().apply(NSRect{corner, size})), pixels);
 }
 
 void PdfCanvas::patch(const NSRect& bounds) {
@@ -343,13 +272,11 @@ void PdfCanvas::patch(const NSRect& bounds) {
     QImage image(area.size(), QImage::Format_RGB32);
     image.fill(Qt::white);
     QPainter(&image).drawImage(QPoint(), pixels.image(), area);
-    QPainter& painter = page_->painter;
-    clipNothing();
-    painter.resetTransform();
-    const double units = unitsAPoint / pixelsAPoint;
+    page_->clipNothing();
     // The lower edge of the pixels is that of the page, whose height may be no whole number of them.
-    const double top = page_->size.height * unitsAPoint - (height - area.top()) * units;
-    painter.drawImage(QRectF(area.left() * units, top, area.width() * units, area.height() * units), image);
+    const double top = page_->size().height - (height - area.top()) / pixelsAPoint;
+    page_->painter().drawImage(
+        QRectF(area.left() / pixelsAPoint, top, area.width() / pixelsAPoint, area.height() / pixelsAPoint), image);
 }
 
 void PdfCanvas::fill(const Path& path, FillRule rule, const Color& color) {
@@ -357,9 +284,8 @@ void PdfCanvas::fill(const Path& path, FillRule rule, const Color& color) {
     if (!isPlain(state_.op, color.alpha * state_.alpha, boxOf(path, 1), [&](Canvas& c) { c.fill(path, rule, color); }))
         return;
     QPainterPath converted;
-    if (!convertPath(path, {}, rule, converted) || !useClip(boxOf(path, 0))) return;
-    useTransform({});
-    page_->painter.fillPath(converted, toQt(color, state_.alpha));
+    if (!convertPath(path, toShared(), rule, converted) || !useClip(boxOf(path, 0))) return;
+    page_->fill(converted, toQt(color, state_.alpha));
 }
 
 void PdfCanvas::fillRect(const NSRect& rect, const Color& color, Compositing op) {
@@ -369,8 +295,13 @@ void PdfCanvas::fillRect(const NSRect& rect, const Color& color, Compositing op)
                  [&](Canvas& c) { c.fillRect(rect, color); }) ||
         !useClip(rect))
         return;
-    useTransform({});
-    page_->painter.fillRect(toQt(rect), toQt(color, state_.alpha));
+    const QColor ink = toQt(color, state_.alpha);
+    const Transform shared = toShared();
+    if (shared.b == 0 && shared.c == 0) return page_->fill(mapRect(rect, shared), ink);
+    QPainterPath turned;
+    turned.addPolygon(toQt(shared).map(QPolygonF(toQt(rect))));
+    turned.closeSubpath();
+    page_->fill(turned, ink);
 }
 
 void PdfCanvas::stroke(const Path& path, const Stroke& stroke, const Color& color) {
@@ -378,12 +309,18 @@ void PdfCanvas::stroke(const Path& path, const Stroke& stroke, const Color& colo
     if (!isPlain(state_.op, color.alpha * state_.alpha, boxOf(path, reach(stroke) + 1),
                  [&](Canvas& c) { c.stroke(path, stroke, color); }))
         return;
+    // A pen that is deformed draws in its own space.
+    const double scale = similarity(state_.user);
     QPainterPath converted;
-    if (!convertPath(path, {}, FillRule::nonZero, converted) || !useClip(boxOf(path, reach(stroke)))) return;
-    QPen pen = makePen(stroke, 1);
+    if (!convertPath(path, scale > 0 ? toShared() : Transform{}, FillRule::nonZero, converted) ||
+        !useClip(boxOf(path, reach(stroke))))
+        return;
+    QPen pen = makePen(stroke, scale > 0 ? scale : 1);
     pen.setColor(toQt(color, state_.alpha));
-    useTransform({});
-    page_->painter.strokePath(converted, pen);
+    if (scale > 0)
+        page_->stroke(converted, pen);
+    else
+        page_->painter(state_.user).strokePath(converted, pen);
 }
 
 void PdfCanvas::strokeLine(NSPoint from, NSPoint to, const Stroke& line, const Color& color) {
@@ -401,8 +338,7 @@ void PdfCanvas::drawGradient(const AxialGradient& gradient) {
     const auto strip = brush ? gradientStrip(gradient, bounds) : std::nullopt;
     QPainterPath converted;
     if (!strip || !convertPath(*strip, {}, FillRule::nonZero, converted) || !useClip(boxOf(*strip, 0))) return;
-    useTransform({});
-    page_->painter.fillPath(converted, *brush);
+    page_->painter(state_.user).fillPath(converted, *brush);
 }
 
 void PdfCanvas::drawPicture(const Picture& picture, const NSRect& source, const NSRect& destination, Compositing op,
@@ -419,11 +355,11 @@ void PdfCanvas::drawPicture(const Picture& picture, const NSRect& source, const 
         return;
     const QImage image = pixelsOf(picture);
     if (image.isNull() || opacity <= 0 || !useClip(destination)) return;
-    page_->painter.setRenderHint(QPainter::SmoothPixmapTransform, state_.smooth);
-    useTransform(placement->toUser);
-    page_->painter.setOpacity(opacity);
-    page_->painter.drawImage(placement->pixels, image, placement->pixels);
-    page_->painter.setOpacity(1);
+    QPainter& painter = page_->painter(placement->toUser.then(state_.user));
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, state_.smooth);
+    painter.setOpacity(opacity);
+    painter.drawImage(placement->pixels, image, placement->pixels);
+    painter.setOpacity(1);
 }
 
 void PdfCanvas::drawText(const TextLayout& text, NSPoint origin, YAxis axis) {
@@ -439,7 +375,7 @@ void PdfCanvas::drawText(const TextLayout& text, NSPoint origin, YAxis axis) {
     if (!NSIntersectsRect(state_.clip.box, state_.user.apply(toUser.apply(ink)))) return;
     if (!isPlain(state_.op, 0, toUser.apply(ink), [&](Canvas& c) { c.drawText(text, origin, axis); })) return;
     if (layout->hasShadows()) castRunShadows(*layout, toUser, ink);
-    const Clip before = state_.clip;
+    const PdfClip before = state_.clip;
     if (const auto clipped = layout->clippedTo()) {
         const NSRect box = toUser.apply(*clipped);
         QPainterPath outline;
@@ -447,8 +383,12 @@ void PdfCanvas::drawText(const TextLayout& text, NSPoint origin, YAxis axis) {
         if (!narrowToBox(box)) narrow(box, outline);
     }
     if (useClip(toUser.apply(ink))) {
-        useTransform(toUser);
-        layout->paint(page_->painter, ink, state_.alpha, RasterTextLayout::Shadows::leave);
+        const Transform toPage = toUser.then(state_.user), shared = toUser.then(toShared());
+        // Of a long text only what this page shows.
+        const NSRect visible = NSIntersectionRect(ink, toPage.inverted().apply(state_.clip.box));
+        const bool isMoved = shared.a == 1 && shared.b == 0 && shared.c == 0 && shared.d == 1;
+        if (!isMoved || !layout->paintBareGlyphs(page_->painter(), {shared.tx, shared.ty}, visible, state_.alpha))
+            layout->paint(page_->painter(toPage), visible, state_.alpha, RasterTextLayout::Shadows::leave);
     }
     state_.clip = before;
 }

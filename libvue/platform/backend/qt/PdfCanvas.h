@@ -7,6 +7,7 @@
 #include <vector>
 
 #include <libvue/platform/backend/GraphicsEngine.h>
+#include <libvue/platform/backend/qt/PdfPage.h>
 
 class QImage;
 class QIODevice;
@@ -58,12 +59,6 @@ public:
 private:
     struct Page;
     struct Pixels;
-    struct ClipShape;
-    /// A rectangle in points of the page, and the shapes inside of it, if any.
-    struct Clip {
-        NSRect box;
-        std::shared_ptr<const ClipShape> shape;
-    };
     struct State {
         Transform user;
         Compositing op = Compositing::sourceOver;
@@ -71,7 +66,7 @@ private:
         Shadow shadow;
         bool hasShadow = false;
         bool smooth = true;
-        Clip clip;
+        PdfClip clip;
     };
     std::unique_ptr<Page> page_;
     State state_;
@@ -79,16 +74,14 @@ private:
     std::vector<std::size_t> layers_; // how many states were saved at the start of each
     NSRect layerInk_;                 // what was drawn in the outermost layer, in points of the page
 
-    void useTransform(const Transform& toUser);
+    /// From user space to the page's shared transform.
+    [[nodiscard]] Transform toShared() const;
     /// Cuts what follows to a shape in user space with that box.
     void narrow(const NSRect& box, const QPainterPath& shape);
     /// Cuts what follows to a rectangle in user space, where that is one on the page too; else false.
     [[nodiscard]] bool narrowToBox(const NSRect& rect);
     /// Has the painter clip as it must for what inks `ink`, in user space. False where nothing of it can show.
     [[nodiscard]] bool useClip(const NSRect& ink);
-    /// The same for a box in points of the page.
-    [[nodiscard]] bool clipFor(const NSRect& box);
-    void clipNothing();
     void resetPage();
     /// What is drawn, once more: for its shadow.
     using Drawing = std::function<void(Canvas&)>;

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <QGlyphRun>
@@ -52,6 +53,9 @@ public:
     /// Draws what lies near `visible` (this layout's coordinates), which the painter maps to its device. Colours are
     /// multiplied with `alpha`.
     void paint(QPainter& painter, const NSRect& visible, double alpha, Shadows shadows = Shadows::cast) const;
+    /// Draws the glyphs that lie near `visible` with its upper left corner at that point of the painter's. Casts no
+    /// shadows. False, and nothing drawn, where there is more to draw than glyphs.
+    [[nodiscard]] bool paintBareGlyphs(QPainter& painter, QPointF corner, const NSRect& visible, double alpha) const;
     /// Finished pixels and where they stand on the device, for a layout that is short enough to be kept.
     struct Rendered {
         QImage image;
@@ -126,9 +130,11 @@ private:
     [[nodiscard]] std::size_t visibleEnd(std::size_t line) const;
     [[nodiscard]] double xOf(std::size_t line, std::size_t index) const;
     void prepareDrawing() const;
+    /// The lines that may show in `visible`, from the first to one beyond the last, ready to be drawn.
+    [[nodiscard]] std::pair<std::size_t, std::size_t> linesNear(const NSRect& visible) const;
     void addDrawn(DrawnLine& out, std::size_t line, int from, int length, std::size_t run) const;
     void paintLine(QPainter& painter, std::size_t line, double alpha) const;
-    void paintGlyphs(QPainter& painter, const std::vector<Glyphs>& glyphs, double alpha) const;
+    void paintGlyphs(QPainter& painter, const std::vector<Glyphs>& glyphs, double alpha, QPointF at = {}) const;
     void paintShadows(QPainter& painter, std::size_t line, double alpha) const;
 };
 

@@ -169,14 +169,15 @@ void RasterTextLayout::prepareDrawing() const {
     }
 }
 
-void RasterTextLayout::paintGlyphs(QPainter& painter, const std::vector<Glyphs>& glyphs, double alpha) const {
+void RasterTextLayout::paintGlyphs(QPainter& painter, const std::vector<Glyphs>& glyphs, double alpha,
+                                   QPointF at) const {
     std::uint32_t look = UINT32_MAX;
     for (const Glyphs& g : glyphs) {
         if (g.look != look) {
             look = g.look;
             painter.setPen(toQt(look < runs_.size() ? runs_[look].color : Color{}, alpha));
         }
-        painter.drawGlyphRun(QPointF(), g.run);
+        painter.drawGlyphRun(at, g.run);
     }
 }
 
@@ -211,7 +212,7 @@ void RasterTextLayout::paintShadows(QPainter& painter, std::size_t line, double 
     }
 }
 
-void RasterTextLayout::paint(QPainter& painter, const NSRect& visible, double alpha, Shadows shadows) const {
+std::pair<std::size_t, std::size_t> RasterTextLayout::linesNear(const NSRect& visible) const {
     if (drawn_.empty()) prepareDrawing();
     const double margin = largestFont_ * 0.6 + 1;
     const double top = NSMinY(visible) - margin;
@@ -222,7 +223,11 @@ void RasterTextLayout::paint(QPainter& painter, const NSRect& visible, double al
     std::size_t end = begin;
     while (end < lines_.size() && lines_[end].rect.origin.y <= bottom)
         ++end;
+    return {begin, end};
+}
 
+void RasterTextLayout::paint(QPainter& painter, const NSRect& visible, double alpha, Shadows shadows) const {
+    const auto [begin, end] = linesNear(visible);
     const QTransform device = painter.worldTransform();
     const auto paintBars = [&](std::size_t line, bool behind) {
         for (const Bar& bar : drawn_[line].bars) {
@@ -250,6 +255,15 @@ void RasterTextLayout::paint(QPainter& painter, const NSRect& visible, double al
         paintGlyphs(painter, drawn_[i].glyphs, alpha);
         paintBars(i, false);
     }
+}
+
+bool RasterTextLayout::paintBareGlyphs(QPainter& painter, QPointF corner, const NSRect& visible, double alpha) const {
+    const auto [begin, end] = linesNear(visible);
+    for (std::size_t i = begin; i < end; ++i)
+        if (!drawn_[i].bars.empty()) return false;
+    for (std::size_t i = begin; i < end; ++i)
+        paintGlyphs(painter, drawn_[i].glyphs, alpha, corner);
+    return true;
 }
 
 namespace {
