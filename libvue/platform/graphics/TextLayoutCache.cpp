@@ -1,9 +1,12 @@
 #include <libvue/platform/graphics/TextLayoutCache.h>
 
 #include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdint>
 #include <functional>
-#include <list>
-#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include <libvue/platform/backend/Backend.h>
 
@@ -45,36 +48,71 @@ std::size_t hashOf(const TextInput& input) {
     return h;
 }
 
-struct Entry {
-    std::size_t hash;
-    std::u16string text;
-    std::vector<TextRun> runs;
-    std::vector<TextParagraph> paragraphs;
-    double width, height;
-    NSUInteger maximumLines;
-    std::shared_ptr<const backend::TextLayout> layout;
-
-    [[nodiscard]] bool is(const TextInput& i) const {
-        const auto equal = [](const auto& x, const auto& y) { return same(x, y); };
-        return text == i.text && width == i.width && height == i.height && maximumLines == i.maximumLines &&
-               std::equal(runs.begin(), runs.end(), i.runs.begin(), i.runs.end(), equal) &&
-               std::equal(paragraphs.begin(), paragraphs.end(), i.paragraphs.begin(), i.paragraphs.end(), equal);
-    }
-};
-
 } // namespace
 
+/// Entries in places that are used again, chained by hash and in the order of their last use.
 struct TextLayoutCache::Table {
-    std::list<Entry> entries; // the one used last in front
-    std::unordered_multimap<std::size_t, std::list<Entry>::iterator> byHash;
+    using Place = std::uint32_t;
+    static constexpr Place none = UINT32_MAX;
+    static constexpr std::size_t chains = std::bit_ceil(2 * capacity);
+
+    struct Entry {
+        std::size_t hash;
+        double width, height;
+        NSUInteger maximumLines;
+        std::vector<TextParagraph> paragraphs;
+        std::shared_ptr<const backend::TextLayout> layout; // has the text and its runs
+        Place next;                                        // of those of one chain
+        Place newer, older;
+
+        [[nodiscard]] bool is(const TextInput& i) const {
+            const auto equal = [](const auto& x, const auto& y) { return same(x, y); };
+            const auto runs = layout->runs();
+            return layout->text() == i.text && width == i.width && height == i.height &&
+                   maximumLines == i.maximumLines &&
+                   std::equal(runs.begin(), runs.end(), i.runs.begin(), i.runs.end(), equal) &&
+                   std::equal(paragraphs.begin(), paragraphs.end(), i.paragraphs.begin(), i.paragraphs.end(), equal);
+        }
+    };
+    std::vector<Entry> entries;
+    std::array<Place, chains> first;
+    Place newest = none, oldest = none;
     std::size_t hits = 0;
 
-    void dropLast() {
-        const auto last = std::prev(entries.end());
-        const auto [low, high] = byHash.equal_range(last->hash);
-        const auto found = std::find_if(low, high, [&](const auto& e) { return e.second == last; });
-        byHash.erase(found);
-        entries.erase(last);
+    Table() { first.fill(none); }
+    void clear() {
+        entries.clear();
+        first.fill(none);
+        newest = oldest = none;
+    }
+
+    Place& chainOf(std::size_t hash) { return first[hash % chains]; }
+
+    void unlink(Place p) {
+        const Entry& e = entries[p];
+        (e.newer == none ? newest : entries[e.newer].older) = e.older;
+        (e.older == none ? oldest : entries[e.older].newer) = e.newer;
+    }
+    void linkAsNewest(Place p) {
+        Entry& e = entries[p];
+        e.newer = none;
+        e.older = newest;
+        (newest == none ? oldest : entries[newest].newer) = p;
+        newest = p;
+    }
+    /// A place for a new entry, in no list: the one that was not used for the longest time where all are taken.
+    Place freePlace() {
+        if (entries.size() < capacity) {
+            entries.emplace_back();
+            return static_cast<Place>(entries.size() - 1);
+        }
+        const Place p = oldest;
+        unlink(p);
+        Place* at = &chainOf(entries[p].hash);
+        while (*at != p)
+            at = &entries[*at].next;
+        *at = entries[p].next;
+        return p;
     }
 };
 
@@ -92,31 +130,30 @@ std::shared_ptr<const backend::TextLayout> TextLayoutCache::layout(const backend
     if (input.text.size() > longestText) return engine.layout(input);
     Table& t = *table_;
     const std::size_t hash = hashOf(input);
-    const auto [low, high] = t.byHash.equal_range(hash);
-    for (auto i = low; i != high; ++i) {
-        if (!i->second->is(input)) continue;
+    for (Table::Place p = t.chainOf(hash); p != Table::none; p = t.entries[p].next) {
+        if (t.entries[p].hash != hash || !t.entries[p].is(input)) continue;
         ++t.hits;
-        t.entries.splice(t.entries.begin(), t.entries, i->second);
-        return i->second->layout;
+        t.unlink(p);
+        t.linkAsNewest(p);
+        return t.entries[p].layout;
     }
+    const Table::Place p = t.freePlace();
+    // What goes makes room for what comes.
+    t.entries[p].layout = nullptr;
     auto made = engine.layout(input);
-    if (t.entries.size() >= capacity) t.dropLast();
-    t.entries.push_front({hash,
-                          std::u16string(input.text),
-                          {input.runs.begin(), input.runs.end()},
-                          {input.paragraphs.begin(), input.paragraphs.end()},
-                          input.width,
-                          input.height,
-                          input.maximumLines,
-                          made});
-    t.byHash.emplace(hash, t.entries.begin());
-    return made;
+    Table::Entry& e = t.entries[p];
+    e.layout = std::move(made);
+    e.hash = hash;
+    e.width = input.width;
+    e.height = input.height;
+    e.maximumLines = input.maximumLines;
+    e.paragraphs.assign(input.paragraphs.begin(), input.paragraphs.end());
+    e.next = std::exchange(t.chainOf(hash), p);
+    t.linkAsNewest(p);
+    return e.layout;
 }
 
-void TextLayoutCache::clear() {
-    table_->byHash.clear();
-    table_->entries.clear();
-}
+void TextLayoutCache::clear() { table_->clear(); }
 
 std::size_t TextLayoutCache::count() const noexcept { return table_->entries.size(); }
 

@@ -8,7 +8,6 @@ namespace libvue::backend {
 namespace {
 
 constexpr double parts = 64;
-constexpr std::size_t longest = 64;
 
 std::int32_t inParts(double x) { return static_cast<std::int32_t>(std::lround(x * parts)); }
 
@@ -21,27 +20,39 @@ bool areSame(const QRawFont& a, const QRawFont& b) {
 } // namespace
 
 std::size_t PlainGlyphs::kindOf(char16_t c) noexcept {
-    if (c >= u'a' && c <= u'z') return static_cast<std::size_t>(c - u'a');
-    if (c >= u'A' && c <= u'Z') return static_cast<std::size_t>(26 + c - u'A');
-    if (c >= u'0' && c <= u'9') return static_cast<std::size_t>(52 + c - u'0');
-    return c == u' ' ? kinds - 1 : kinds;
+    constexpr std::u16string_view others = u"\u00AB\u00B0\u00BB\u0152\u0153\u0178\u2013\u2014\u2019";
+    static_assert(kinds == ascii + accented + others.size());
+    if (c >= u' ' && c <= u'~') return static_cast<std::size_t>(c - u' ');
+    if (c >= 0xC0 && c <= 0xFF) return ascii + static_cast<std::size_t>(c - 0xC0);
+    const std::size_t other = others.find(c);
+    return other == others.npos ? kinds : ascii + accented + other;
 }
 
 bool PlainGlyphs::isPlain(std::u16string_view text) noexcept {
     // Blanks at the edges of a line have rules of their own.
-    return !text.empty() && text.size() <= longest && text.front() != u' ' && text.back() != u' ' &&
-           std::all_of(text.begin(), text.end(), [](char16_t c) { return kindOf(c) < kinds; });
+    if (text.empty() || text.size() > longest || text.front() == u' ' || text.back() == u' ') return false;
+    // Punctuation takes the script of the letters around it, and may be set in another way where there are none.
+    bool hasLetter = false, hasPunctuation = false;
+    for (const char16_t c : text) {
+        if (kindOf(c) == kinds) return false;
+        const bool isSign = c == u'\u00D7' || c == u'\u00F7';
+        const bool isLetter = (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
+        const bool isAccented = c >= 0xC0 && c <= 0xFF && !isSign;
+        hasLetter = hasLetter || isLetter;
+        hasPunctuation = hasPunctuation || !(isLetter || isAccented || (c >= u'0' && c <= u'9') || c == u' ');
+    }
+    return hasLetter || !hasPunctuation;
 }
 
 double PlainGlyphs::advance(std::u16string_view text) const noexcept {
-    if (unfit_ || steps_.empty()) return -1;
+    if (unfit_ || !knowsFont_) return -1;
     std::size_t kind = kindOf(text[0]);
     std::int32_t x = 0;
     for (std::size_t i = 1; i < text.size(); ++i) {
         const std::size_t next = kindOf(text[i]);
-        const std::int32_t step = steps_[kind * kinds + next];
-        if (step == unknown) return -1;
-        x += step;
+        const Steps* steps = steps_[kind].get();
+        if (!steps || (*steps)[next] == unknown) return -1;
+        x += (*steps)[next];
         kind = next;
     }
     const std::int32_t last = glyphs_[kind].advance;
@@ -56,14 +67,10 @@ QGlyphRun PlainGlyphs::run(std::u16string_view text, double x, double baseline) 
     const double y = y_ + (baseline - ascent_);
     quint32* index = indexes.data();
     QPointF* position = positions.data();
-    std::int32_t at = 0;
-    for (std::size_t i = 0, before = 0; i < text.size(); ++i) {
-        const std::size_t kind = kindOf(text[i]);
-        if (i > 0) at += steps_[before * kinds + kind];
+    eachGlyph(text, [&](std::size_t kind, std::int32_t at) {
         *index++ = glyphs_[kind].glyph;
         *position++ = {at / parts + x, y};
-        before = kind;
-    }
+    });
     QGlyphRun out;
     out.setRawFont(font_);
     out.setGlyphIndexes(indexes);
@@ -71,9 +78,22 @@ QGlyphRun PlainGlyphs::run(std::u16string_view text, double x, double baseline) 
     return out;
 }
 
+std::optional<GlyphMasks::Ink> PlainGlyphs::draw(std::u16string_view text, double x, double baseline,
+                                                 const QTransform& transform, QRgb ink, QSize size) const {
+    const double scale = transform.m11();
+    if (!GlyphMasks::serves(font_, scale)) return std::nullopt;
+    std::array<GlyphMasks::Placed, longest> placed;
+    std::size_t count = 0;
+    const double y = y_ + (baseline - ascent_);
+    eachGlyph(text, [&](std::size_t kind, std::int32_t at) {
+        placed[count++] = {kind, glyphs_[kind].glyph, transform.map(QPointF(at / parts + x, y))};
+    });
+    return masks_.draw(font_, scale, {placed.data(), count}, ink, size);
+}
+
 bool PlainGlyphs::accepts(std::u16string_view text, const QTextLine& line, const QGlyphRun& run, double y) {
-    if (steps_.empty()) {
-        steps_.assign(kinds * kinds, unknown);
+    if (!knowsFont_) {
+        knowsFont_ = true;
         font_ = run.rawFont();
         ascent_ = line.ascent();
         y_ = y;
@@ -112,10 +132,15 @@ void PlainGlyphs::learn(std::u16string_view text, const QTextLine& line) {
         const std::size_t kind = kindOf(text[i]);
         glyphs_[kind].glyph = indexes[at];
         glyphs_[kind].known = true;
-        if (i + 1 < text.size())
-            agree(steps_[kind * kinds + kindOf(text[i + 1])], inParts(positions[at + 1].x() - positions[at].x()));
-        else
+        if (i + 1 < text.size()) {
+            if (!steps_[kind]) {
+                steps_[kind] = std::make_unique<Steps>();
+                steps_[kind]->fill(unknown);
+            }
+            agree((*steps_[kind])[kindOf(text[i + 1])], inParts(positions[at + 1].x() - positions[at].x()));
+        } else {
             agree(glyphs_[kind].advance, inParts(line.horizontalAdvance() - positions[at].x()));
+        }
     }
 }
 

@@ -199,11 +199,11 @@ bool RasterCanvas::drawCachedText(const RasterTextLayout& text, const Transform&
     if (state_.alpha < 1 ? !takesOpacity(state_.op) : !keepsUncovered(state_.op)) return false;
     const auto rendered = text.rendered(toDevice.a, {toDevice.tx, toDevice.ty});
     if (!rendered) return false;
-    if (rendered->image.isNull()) return true;
-    const QRect area(rendered->at, rendered->image.size());
+    if (rendered->part.isEmpty()) return true;
+    const QRect area(rendered->at, rendered->part.size());
     if (isDirect(state_.op) && !area.intersects(state_.clip.rect)) return true;
     render(area, state_.op, false, state_.alpha,
-           [&](QPainter& p, RasterTarget&) { p.drawImage(rendered->at, rendered->image); });
+           [&](QPainter& p, RasterTarget&) { p.drawImage(rendered->at, *rendered->image, rendered->part); });
     return true;
 }
 

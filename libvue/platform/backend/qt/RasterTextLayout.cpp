@@ -12,7 +12,11 @@
 namespace libvue::backend {
 
 RasterTextLayout::RasterTextLayout(const TextInput& input)
-    : text_(input.text), runs_(input.runs.begin(), input.runs.end()) {
+    : text_(input.text, &near_),
+      runs_(input.runs.begin(), input.runs.end(), &near_),
+      blocks_(&near_),
+      lines_(&near_),
+      places_(&near_) {
     for (const TextRun& run : runs_) {
         largestFont_ = std::max(largestFont_, rasterFace(run.font.get()).pointSize());
         hasRunShadow_ = hasRunShadow_ || run.shadow.has_value();
@@ -38,7 +42,10 @@ std::size_t RasterTextLayout::Block::toText(int position) const {
 QTextLayout* RasterTextLayout::shapedOf(const Block& block) const {
     if (!block.shaped && block.isPlain) {
         const RasterFontFace& face = rasterFace(runs_.empty() ? nullptr : runs_[0].font.get());
-        block.shaped = std::make_unique<QTextLayout>(block.string, face.font());
+        const std::u16string_view text = textOf(block);
+        const auto string =
+            QString::fromRawData(reinterpret_cast<const QChar*>(text.data()), static_cast<qsizetype>(text.size()));
+        block.shaped = std::make_unique<QTextLayout>(string, face.font());
         block.shaped->setCacheEnabled(true);
         QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
         option.setWrapMode(QTextOption::ManualWrap);

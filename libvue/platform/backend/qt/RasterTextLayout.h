@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <list>
 #include <memory>
+#include <memory_resource>
 #include <optional>
 #include <string>
 #include <utility>
@@ -16,13 +17,17 @@
 #include <QTextLayout>
 
 #include <libvue/platform/backend/TextEngine.h>
+#include <libvue/platform/backend/qt/GlyphMasks.h>
+#include <libvue/platform/backend/qt/NearMemory.h>
 
 class QPainter;
 
 namespace libvue::backend {
 
-/// Lines of shaped text. Glyphs are taken from the shaper at the first drawing, and the pixels of a short text are kept
-/// for the next one.
+class PlainGlyphs;
+
+/// Lines of shaped text. Glyphs are taken from the shaper at the first drawing. The pixels of a short text are kept for
+/// the next one: at once, or where they can be had from the masks of plain glyphs, when they are drawn again.
 class RasterTextLayout final : public TextLayout, public std::enable_shared_from_this<RasterTextLayout> {
 public:
     /// Whether a painting casts the shadows of its runs, leaves them to whoever has them already, or is of them alone.
@@ -56,11 +61,9 @@ public:
     /// Draws the glyphs that lie near `visible` with its upper left corner at that point of the painter's. Casts no
     /// shadows. False, and nothing drawn, where there is more to draw than glyphs.
     [[nodiscard]] bool paintBareGlyphs(QPainter& painter, QPointF corner, const NSRect& visible, double alpha) const;
-    /// Finished pixels and where they stand on the device, for a layout that is short enough to be kept.
-    struct Rendered {
-        QImage image;
-        QPoint at;
-    };
+    /// Finished pixels and where they stand on the device, for a layout that is short enough to be kept. Good until the
+    /// next one is asked for.
+    using Rendered = GlyphMasks::Ink;
     [[nodiscard]] std::optional<Rendered> rendered(double scale, NSPoint origin) const;
 
 private:
@@ -106,25 +109,34 @@ private:
         QPoint at; // from the whole pixel of the origin
         double scale = 0;
         int phase = -1;
-        double rise = 0;
     };
 
-    std::u16string text_;
-    std::vector<TextRun> runs_;
-    std::vector<Block> blocks_;
-    std::vector<TextLine> lines_;
-    std::vector<Place> places_;
+    NearMemory<512> near_; // what one line in one look needs
+    std::pmr::u16string text_;
+    std::pmr::vector<TextRun> runs_;
+    std::pmr::vector<Block> blocks_;
+    std::pmr::vector<TextLine> lines_;
+    std::pmr::vector<Place> places_;
     NSSize size_;
     double width_ = 0;       // between the margins of the container
     double largestFont_ = 0; // points
     bool clips_ = false, hasRunShadow_ = false, oneLook_ = false;
     mutable std::vector<DrawnLine> drawn_; // empty until the first drawing
+    mutable bool wasDrawn_ = false;        // from masks of its glyphs
     mutable Kept kept_;
     mutable std::list<const RasterTextLayout*>::iterator keptAt_; // among those whose pixels are kept
 
     /// The shaper's side of a block; null where there is nothing to shape.
     [[nodiscard]] QTextLayout* shapedOf(const Block& block) const;
+    /// What its font knows of a block of plain glyphs; null where it must be drawn in the long way.
+    [[nodiscard]] const PlainGlyphs* plainGlyphsOf(const Block& block) const;
+    [[nodiscard]] std::u16string_view textOf(const Block& block) const {
+        return std::u16string_view(text_).substr(block.start, block.length);
+    }
     [[nodiscard]] bool addPlain(DrawnLine& out, std::size_t line) const;
+    /// The ink of one line of plain glyphs, for a painter with that transform over an image of that size.
+    [[nodiscard]] std::optional<GlyphMasks::Ink> plainInk(const QTransform& transform, QSize size) const;
+    void keep(QImage&& image, QPoint at, double scale, int phase) const;
     [[nodiscard]] std::size_t lineOf(std::size_t index) const;
     [[nodiscard]] std::size_t runAt(std::size_t index) const;
     [[nodiscard]] std::size_t visibleEnd(std::size_t line) const;

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 #include <list>
+#include <utility>
 
 #include <QPainter>
 
@@ -121,17 +122,22 @@ void RasterTextLayout::addDrawn(DrawnLine& out, std::size_t line, int from, int 
     if (look.strikethrough) bar(baseline - face.xHeight() / 2 - thickness / 2, thickness, look.color, false);
 }
 
+const PlainGlyphs* RasterTextLayout::plainGlyphsOf(const Block& block) const {
+    if (!block.isPlain) return nullptr;
+    if (!runs_.empty() && (runs_[0].background || (runs_[0].underline & 0x0F) != 0 || runs_[0].strikethrough))
+        return nullptr;
+    const PlainGlyphs* glyphs = rasterFace(runs_.empty() ? nullptr : runs_[0].font.get()).plainGlyphs();
+    // The font may have turned out unfit since.
+    return glyphs != nullptr && glyphs->advance(textOf(block)) >= 0 ? glyphs : nullptr;
+}
+
 bool RasterTextLayout::addPlain(DrawnLine& out, std::size_t line) const {
-    static const TextRun plain;
-    const TextRun& look = runs_.empty() ? plain : runs_[0];
-    if (look.background || (look.underline & 0x0F) != 0 || look.strikethrough) return false;
     const Place& place = places_[line];
     const Block& block = blocks_[place.block];
-    const std::u16string_view text = std::u16string_view(text_).substr(block.start, block.length);
-    const PlainGlyphs* glyphs = rasterFace(look.font.get()).plainGlyphs();
-    // The font may have turned out unfit since.
-    if (glyphs == nullptr || glyphs->advance(text) < 0) return false;
-    out.glyphs.push_back({glyphs->run(text, place.x, lines_[line].baseline - look.baselineOffset), 0});
+    const PlainGlyphs* glyphs = plainGlyphsOf(block);
+    if (glyphs == nullptr) return false;
+    const double offset = runs_.empty() ? 0 : runs_[0].baselineOffset;
+    out.glyphs.push_back({glyphs->run(textOf(block), place.x, lines_[line].baseline - offset), 0});
     return true;
 }
 
@@ -139,7 +145,7 @@ void RasterTextLayout::prepareDrawing() const {
     drawn_.resize(lines_.size());
     for (std::size_t i = 0; i < lines_.size(); ++i) {
         const Block& block = blocks_[places_[i].block];
-        if (block.isPlain && addPlain(drawn_[i], i)) continue;
+        if (addPlain(drawn_[i], i)) continue;
         const QTextLayout* layout = shapedOf(block);
         if (layout == nullptr || places_[i].line < 0) continue;
         const QTextLine shaped = layout->lineAt(places_[i].line);
@@ -303,10 +309,27 @@ QRect inked(const QImage& image) {
 
 } // namespace
 
+std::optional<GlyphMasks::Ink> RasterTextLayout::plainInk(const QTransform& transform, QSize size) const {
+    if (lines_.size() != 1 || hasRunShadow_) return std::nullopt;
+    const Block& block = blocks_[places_[0].block];
+    const PlainGlyphs* glyphs = plainGlyphsOf(block);
+    if (glyphs == nullptr) return std::nullopt;
+    const Color color = runs_.empty() ? Color{} : runs_[0].color;
+    const double offset = runs_.empty() ? 0 : runs_[0].baselineOffset;
+    return glyphs->draw(textOf(block), places_[0].x, lines_[0].baseline - offset, transform, toPremultiplied(color),
+                        size);
+}
+
+void RasterTextLayout::keep(QImage&& image, QPoint at, double scale, int phase) const {
+    if (kept_.phase >= 0) RenderedTexts::shared().remove(*this);
+    kept_ = {std::move(image), at, scale, phase};
+    RenderedTexts::shared().add(*this);
+}
+
 std::optional<RasterTextLayout::Rendered> RasterTextLayout::rendered(double scale, NSPoint origin) const {
     constexpr double largestArea = 1 << 16;
     constexpr double far = 1e6;
-    if (lines_.empty() || text_.empty()) return Rendered{};
+    if (lines_.empty() || text_.empty()) return Rendered{&kept_.image, {}, {}};
     if (!(std::abs(origin.x) < far) || !(std::abs(origin.y) < far)) return std::nullopt;
     // The first baseline is on a whole pixel, as each line's is; across, glyphs stand at quarters.
     const double rise = lines_.front().baseline * scale;
@@ -314,28 +337,35 @@ std::optional<RasterTextLayout::Rendered> RasterTextLayout::rendered(double scal
     const double wholeX = std::floor(quarters / 4);
     const int phase = static_cast<int>(quarters - wholeX * 4);
     const QPoint base(static_cast<int>(wholeX), static_cast<int>(std::floor(origin.y + rise + 0.5)));
+    const auto finished = [&] { return Rendered{&kept_.image, kept_.image.rect(), base + kept_.at}; };
     if (kept_.phase == phase && kept_.scale == scale) {
         RenderedTexts::shared().touch(*this);
-        return Rendered{kept_.image, base + kept_.at};
+        return finished();
     }
 
     const NSRect ink = inkBounds();
     if (!(ink.size.width * scale * ink.size.height * scale <= largestArea)) return std::nullopt;
     const QRect area = outward(QRectF(ink.origin.x * scale + phase / 4.0, ink.origin.y * scale - rise,
                                       ink.size.width * scale, ink.size.height * scale));
+    const QTransform transform(scale, 0, 0, scale, phase / 4.0 - area.left(), -rise - area.top());
+    if (auto drawn = plainInk(transform, area.size())) {
+        drawn->at += area.topLeft();
+        // Most labels of a list that scrolls far show only once.
+        if (!std::exchange(wasDrawn_, true)) return Rendered{drawn->image, drawn->part, base + drawn->at};
+        keep(drawn->part.isEmpty() ? QImage() : drawn->image->copy(drawn->part), drawn->at, scale, phase);
+        return finished();
+    }
     QImage image(area.size(), QImage::Format_ARGB32_Premultiplied);
     if (image.isNull()) return std::nullopt;
     image.fill(0);
     {
         QPainter painter(&image);
-        painter.setWorldTransform(QTransform(scale, 0, 0, scale, phase / 4.0 - area.left(), -rise - area.top()));
+        painter.setWorldTransform(transform);
         paint(painter, ink, 1);
     }
     const QRect used = inked(image);
-    if (kept_.phase >= 0) RenderedTexts::shared().remove(*this);
-    kept_ = {used.isEmpty() ? QImage() : image.copy(used), area.topLeft() + used.topLeft(), scale, phase, rise};
-    RenderedTexts::shared().add(*this);
-    return Rendered{kept_.image, base + kept_.at};
+    keep(used.isEmpty() ? QImage() : image.copy(used), area.topLeft() + used.topLeft(), scale, phase);
+    return finished();
 }
 
 } // namespace libvue::backend

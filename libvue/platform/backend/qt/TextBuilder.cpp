@@ -79,7 +79,7 @@ void TextBuilder::build() {
 }
 
 std::size_t TextBuilder::paragraphAt(std::size_t start, Paragraph& out) const {
-    const std::u16string& text = to_.text_;
+    const std::u16string_view text = to_.text_;
     std::size_t i = start;
     while (i < text.size() && !endsParagraph(text[i]))
         ++i;
@@ -325,8 +325,6 @@ bool TextBuilder::addPlain(const Paragraph& p, const PlainGlyphs& glyphs) {
     block.length = p.length;
     block.end = p.end;
     block.isPlain = true;
-    block.string = QString::fromRawData(reinterpret_cast<const QChar*>(to_.text_.data() + p.start),
-                                        static_cast<qsizetype>(p.length));
     const auto index = static_cast<std::uint32_t>(to_.blocks_.size());
     to_.blocks_.push_back(std::move(block));
     placeLine(measure(p.start, p.start + p.length), {p.start, p.end - p.start}, indent, available, {index, 0, 0},

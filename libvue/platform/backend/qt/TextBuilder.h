@@ -8,6 +8,7 @@
 
 #include <libvue/platform/backend/qt/RasterTextLayout.h>
 #include <libvue/platform/backend/qt/TextFonts.h>
+#include <libvue/platform/foundation/InlineVector.h>
 
 namespace libvue::backend {
 
@@ -76,7 +77,7 @@ private:
         TextAlignment alignment;
         bool rightToLeft;
     };
-    std::vector<Pending> pending_;
+    InlineVector<Pending, 4> pending_;
 };
 
 } // namespace libvue::backend

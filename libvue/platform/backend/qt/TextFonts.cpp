@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <optional>
+#include <typeinfo>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -254,7 +255,7 @@ PlainGlyphs* RasterFontFace::plainGlyphs() const {
 }
 
 const RasterFontFace& rasterFace(const FontFace* face) {
-    if (const auto* ours = dynamic_cast<const RasterFontFace*>(face)) return *ours;
+    if (face != nullptr && typeid(*face) == typeid(RasterFontFace)) return *static_cast<const RasterFontFace*>(face);
     static const std::shared_ptr<const RasterFontFace> fallback = fonts::find({}, defaultSize, 0);
     return *fallback;
 }
