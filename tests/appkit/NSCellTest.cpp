@@ -5,7 +5,7 @@
 #include <libvue/platform/appkit/NSButton.h>
 #include <libvue/platform/appkit/NSTextField.h>
 #include <libvue/platform/appkit/NSTextFieldCell.h>
-#include <libvue/platform/appkit/ThemeDessin.h>
+#include <libvue/platform/appkit/ThemeDrawing.h>
 #include <libvue/platform/graphics/NSColor.h>
 
 using namespace libvue;

@@ -318,16 +318,19 @@ TEST_F(NSPrintOperationTest, aLongJobShowsHowFarItIsAndIsCancelledByEscape) {
 }
 
 TEST_F(NSPrintOperationTest, aCopyIsThatPartAlone) {
-    const auto view = make<Lignes>(NSSize{300, 200}, YES);
-    view->border = YES;
-    const auto copy = NSPrintOperation::PDFOperationWithView_insideRect(view, {{0, 40}, {150, 60}});
-    ASSERT_TRUE(copy->runOperation());
-    const Ref<NSData> data = copy->data();
-    const auto mots = motsDuPDF(data->view());
-    ASSERT_EQ(mots.size(), 3u);
-    EXPECT_EQ(mots[0].mot, "ligne2");
-    EXPECT_NEAR(mots[0].x, 4, 1.5);
-    EXPECT_NEAR(mots[0].y, 2, 3);
+    for (const CGFloat scrolled : {0.0, 40.0}) {
+        const auto view = make<Lignes>(NSSize{300, 200}, YES);
+        view->border = YES;
+        view->setBoundsOrigin({0, scrolled});
+        const auto copy = NSPrintOperation::PDFOperationWithView_insideRect(view, {{0, 40}, {150, 60}});
+        ASSERT_TRUE(copy->runOperation());
+        const Ref<NSData> data = copy->data();
+        const auto mots = motsDuPDF(data->view());
+        ASSERT_EQ(mots.size(), 3u);
+        EXPECT_EQ(mots[0].mot, "ligne2");
+        EXPECT_NEAR(mots[0].x, 4, 1.5);
+        EXPECT_NEAR(mots[0].y, 2, 3);
+    }
 }
 
 } // namespace

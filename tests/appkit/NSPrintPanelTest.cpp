@@ -1,3 +1,5 @@
+#include <stdexcept>
+
 #include "appkit/Impression.h"
 
 #include <libvue/platform/appkit/NSButton.h>
@@ -115,6 +117,16 @@ TEST_F(NSPrintPanelTest, escapeLeavesThePrintInfoAsItWas) {
     EXPECT_EQ(code, NSPrintPanelCancelled);
     const Ref<NSDictionary> after = o->printInfo()->dictionary();
     EXPECT_TRUE(after->isEqual(before));
+}
+
+TEST_F(NSPrintPanelTest, aPanelThatWasThrownOutOfComesUpAgain) {
+    const auto o = operation(view);
+    view->pages = [](NSRange*) -> BOOL { throw std::runtime_error("no pages"); };
+    NSPrintOperation::setCurrentOperation(o);
+    EXPECT_THROW(o->printPanel()->runModal(), std::runtime_error);
+    EXPECT_EQ(o->printPanel()->window_(), nullptr);
+    view->pages = nullptr;
+    EXPECT_EQ(panel(o, [&](NSWindow*) { windows().key(u'\r'); }), NSPrintPanelAccepted);
 }
 
 TEST_F(NSPrintPanelTest, whatIsWrongIsSaidAndNotAccepted) {

@@ -76,7 +76,13 @@ TEST_F(WindowTest, FramesGoRoundTheContent) {
     EXPECT_EQ(NSMaxY(window->frame()), 422); // hangs from its top
     EXPECT_EQ(window->contentView()->frame().size, NSMakeSize(100, 50));
     window->setFrame_display({{0, 0}, {NAN, 10}}, NO);
+    window->setMinSize({NAN, -5});
+    window->setMaxSize({NAN, INFINITY});
+    window->setContentSize({NAN, 10});
     EXPECT_EQ(window->contentView()->frame().size, NSMakeSize(100, 50));
+    EXPECT_EQ(window->minSize(), NSZeroSize);
+    EXPECT_EQ(window->maxSize(), NSMakeSize(NSWindow::unlimited, NSWindow::unlimited));
+    EXPECT_EQ(bare({{NAN, 10}, {INFINITY, 50}})->frame(), NSMakeRect(0, 10, 0, 50));
 }
 
 TEST_F(WindowTest, TheDesktopsDecorationIsTakenOverOnceItIsKnown) {

@@ -173,7 +173,8 @@ TEST_F(TrackingTest, AnOwnerMayRemoveTheNextAreaOrItself) {
     Ref<LogView> b = make<LogView>(NSMakeRect(0, 0, 50, 50), log, "b");
     v->addSubview(b);
     for (LogView* view : {v.get(), b.get()})
-        view->addTrackingRect_owner_userData_assumeInside(view->bounds(), view, nullptr, NO);
+        view->addTrackingArea(make<NSTrackingArea>(
+            view->bounds(), NSTrackingMouseEnteredAndExited | NSTrackingActiveAlways, view, nullptr));
     v->onMouse = [&](NSEvent*) {
         if (b) b->removeFromSuperview();
         b = nullptr;

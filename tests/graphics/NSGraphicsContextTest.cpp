@@ -156,6 +156,37 @@ TEST(NSGraphicsContextTest, aPatternIsTiledFromTheOrigin) {
     EXPECT_EQ(p.at(0, 0), "0000ffff") << "a plain colour again";
 }
 
+TEST(NSGraphicsContextTest, aPatternOfSmallTilesFillsALargeAreaInFewDrawings) {
+    const Ref<NSImage> tile = make<NSImage>(NSMakeSize(3, 2));
+    tile->lockFocus();
+    NSColor::redColor()->set();
+    NSRectFill({{0, 0}, {1, 1}});
+    tile->unlockFocus();
+    for (const BOOL flipped : {NO, YES}) {
+        Pixels p(700, 500);
+        if (flipped) p.context->canvas().concat({1, 0, 0, -1, 0, 500});
+        p.context->setFlipped(flipped);
+        p.context->setPatternPhase({1, 0});
+        NSColor::colorWithPatternImage(tile)->set();
+        NSRectFill({{0, 0}, {700, 500}});
+        for (const int x : {1, 256, 259, 697})
+            for (const int y : {0, 254, 498}) {
+                // Upright: the lower pixel of a tile is red.
+                EXPECT_EQ(p.at(x, y), x % 3 == 1 ? "ff0000ff" : "00000000") << flipped << ' ' << x << ' ' << y;
+                EXPECT_EQ(p.at(x, y + 1), "00000000") << flipped << ' ' << x << ' ' << y;
+            }
+    }
+    const Ref<NSImage> point = make<NSImage>(NSMakeSize(1, 1));
+    point->lockFocus();
+    NSRectFill({{0, 0}, {1, 1}});
+    point->unlockFocus();
+    Enregistrement r({3000, 2000});
+    NSColor::colorWithPatternImage(point)->set();
+    NSRectFill({{0, 0}, {3000, 2000}});
+    EXPECT_GT(r.canvas.operations().size(), 0U);
+    EXPECT_LT(r.canvas.operations().size(), 200U);
+}
+
 namespace {
 
 struct Fonction {

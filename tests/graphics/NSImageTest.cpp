@@ -133,14 +133,14 @@ TEST(NSImageTest, imagesStandUprightAtTheirLowerEdgeAsSeen) {
     const Row rows[] = {
         {NO,
          [&] {
-             image->compositeToPoint_operation({10, 20}, NSCompositeSourceOver);
+             image->dissolveToPoint_fraction({10, 20}, 1);
          },
          {{10, 20}, {4, 6}},
          {{0, 0}, {4, 6}},
          up},
         {YES,
          [&] {
-             image->compositeToPoint_operation({10, 20}, NSCompositeSourceOver);
+             image->dissolveToPoint_fraction({10, 20}, 1);
          },
          {{10, 14}, {4, 6}},
          {{0, 0}, {4, 6}},
@@ -215,7 +215,8 @@ TEST(NSImageTest, compositingOperationsKeepTheirNumbers) {
         Pixels p(2, 1);
         NSColor::blueColor()->set();
         NSRectFill({{0, 0}, {1, 1}});
-        source->compositeToPoint_operation({0, 0}, static_cast<NSCompositingOperation>(row.operation));
+        source->drawAtPoint_fromRect_operation_fraction({0, 0}, NSZeroRect,
+                                                        static_cast<NSCompositingOperation>(row.operation), 1);
         EXPECT_TRUE(near(p.at(0, 0), row.overBlue)) << row.operation << ": " << p.at(0, 0);
         EXPECT_TRUE(near(p.at(1, 0), row.overNothing)) << row.operation << ": " << p.at(1, 0);
     }

@@ -1,3 +1,5 @@
+#include <functional>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -110,13 +112,43 @@ TEST(NSLayoutManager, placesAndPointsAgree) {
     EXPECT_DOUBLE_EQ(t.manager->extraLineFragmentRect().origin.y, 2 * t.line);
 }
 
+/// A delegate of managers that does something on hearing of a container.
+class Intrus : public NSObject {
+public:
+    static void describe(ClassDescription<Intrus>& c) {
+        c.answers<&Intrus::fini>(op::layoutManager_didCompleteLayoutForTextContainer_atEnd);
+    }
+    std::function<void()> agit;
+    void fini(NSLayoutManager*, NSTextContainer*, BOOL) {
+        if (const auto f = std::exchange(agit, nullptr)) f();
+    }
+};
+
+TEST(NSLayoutManager, theDelegateMayTakeTextAndContainersAwayAmidTheLayout) {
+    const auto intrus = make<Intrus>();
+    for (int what = 0; what < 3; ++what) {
+        Texte t(u"un\ndeux\ntrois"_ns, {1000, 1});
+        t.container->setContainerSize({1000, t.line});
+        const auto second = t.add({1000, 0});
+        intrus->agit = [&] {
+            if (what == 0) t.storage->removeLayoutManager(t.manager);
+            if (what == 1) t.storage->replaceCharactersInRange_withString({1, 12}, nullptr);
+            if (what == 2) t.manager->removeTextContainerAtIndex(1);
+        };
+        t.manager->setDelegate(intrus);
+        EXPECT_EQ(t.manager->glyphRangeForTextContainer(second).length, 0U) << what;
+    }
+}
+
 class Oreille : public NSObject {
 public:
     static void describe(ClassDescription<Oreille>& c) {
         c.answers<&Oreille::traite>(op::textStorageDidProcessEditing);
     }
     std::vector<std::string> dit;
+    BOOL proteste = NO;
     void traite(NSNotification* n) {
+        if (std::exchange(proteste, NO)) raiseNamed(NSGenericException, "not this text");
         const auto* s = as<NSTextStorage>(n->object());
         dit.push_back(std::to_string(s->editedMask()) + " " + std::to_string(s->editedRange().location) + "+" +
                       std::to_string(s->editedRange().length) + " " + std::to_string(s->changeInLength()));
@@ -138,6 +170,12 @@ TEST(NSTextStorage, tellsWhatWasEditedAndHasItLaidOutAnew) {
     t.storage->endEditing();
     EXPECT_THAT(oreille->dit, ElementsAre("2 3+3 -1", "1 0+1 0", "2 0+13 3"));
     EXPECT_EQ(t.range().length, t.storage->length());
+    // Layouts follow the text, whatever an observer thinks of it.
+    oreille->proteste = YES;
+    EXPECT_EQ(raised([&] { t.storage->replaceCharactersInRange_withString({0, 13}, nullptr); }), "NSGenericException");
+    EXPECT_EQ(t.range().length, t.storage->length());
+    t.storage->replaceCharactersInRange_withString({0, 0}, u"un\nde plus\n"_ns);
+    EXPECT_EQ(t.range().length, t.storage->length());
 }
 
 TEST(NSTextStorage, handsAManagerOverAndLetsItGo) {
@@ -158,12 +196,18 @@ TEST(NSLayoutManager, drawsTheLinesOfARange) {
     t.manager->drawGlyphsForGlyphRange_atPoint({0, 13}, {10, 20});
     t.manager->drawGlyphsForGlyphRange_atPoint({4, 2}, {10, 20});
     t.manager->drawGlyphsForGlyphRange_atPoint({40, 2}, {10, 20});
+    t.container->setContainerSize({1000, t.line});
+    for (int i = 0; i < 20; ++i)
+        (void)t.add({1000, t.line});
+    t.manager->drawGlyphsForGlyphRange_atPoint({0, 13}, {0, 0}); // the others are laid out for it
     const auto& ops = e.canvas.operations();
-    ASSERT_EQ(ops.size(), 2U);
+    ASSERT_EQ(ops.size(), 3U);
     EXPECT_EQ(ops[0].rect.origin, (NSPoint{10, 20}));
     EXPECT_EQ(ops[0].clip, NSMakeRect(0, 0, 200, 100));
     EXPECT_NEAR(NSMaxY(ops[1].clip), 80 - t.line, 0.01);
     EXPECT_NEAR(ops[1].clip.size.height, t.line, 0.01);
+    EXPECT_EQ(ops[2].rect.origin, NSZeroPoint);
+    EXPECT_NEAR(ops[2].clip.size.height, t.line, 0.01);
 }
 
 } // namespace

@@ -233,7 +233,7 @@ TEST(NSStringDrawingTest, attributesReachTheRuns) {
     const Ref<NSMutableDictionary> a = attributes(20);
     a->setObject_forKey(NSColor::redColor(), NSForegroundColorAttributeName);
     a->setObject_forKey(NSColor::yellowColor(), NSBackgroundColorAttributeName);
-    a->setObject_forKey(NSNumber::numberWithInt(9), NSUnderlineStyleAttributeName);
+    a->setObject_forKey(NSNumber::numberWithInt(0x109), NSUnderlineStyleAttributeName);
     a->setObject_forKey(NSNumber::numberWithInt(1), NSStrikethroughStyleAttributeName);
     a->setObject_forKey(NSColor::blueColor(), NSUnderlineColorAttributeName);
     a->setObject_forKey(NSNumber::numberWithDouble(2.5), NSBaselineOffsetAttributeName);
@@ -241,7 +241,7 @@ TEST(NSStringDrawingTest, attributesReachTheRuns) {
     const backend::TextRun run = TextLayoutBuilder::runWithAttributes(a, {0, 3});
     EXPECT_EQ(run.color, (backend::Color{1, 0, 0, 1}));
     EXPECT_EQ(run.background, (backend::Color{1, 1, 0, 1}));
-    EXPECT_EQ(run.underline, 9);
+    EXPECT_EQ(run.underline, 9) << "a line whose pattern is not drawn";
     EXPECT_TRUE(run.strikethrough);
     EXPECT_EQ(run.underlineColor, (backend::Color{0, 0, 1, 1}));
     EXPECT_EQ(run.baselineOffset, 2.5);

@@ -196,6 +196,10 @@ TEST(PathGeometryTest, flatteningStaysNearTheCurve) {
     std::vector<NSPoint> polygon = flat.points;
     for (int k = 0; k <= 100; ++k)
         EXPECT_LE(distanceToSides(polygon, onCurve(p, k / 100.0)), 0.1);
+    // Differences that overflow are no reason to walk for ever.
+    const Path huge = curve({-1e308, 0}, {1e308, 1e308}, {-1e308, 1e308}, {1e308, 0});
+    EXPECT_LE(outline::flattened(huge, 0.1).points.size(), 1001u);
+    EXPECT_FALSE(outline::contains(huge, {0, -1}, FillRule::nonZero));
     // A loop that comes back to its start keeps its last side.
     const Path loop = outline::flattened(curve({0, 0}, {50, 50}, {-50, 50}, {0, 0}), 0.1);
     EXPECT_EQ(loop.points.back(), (NSPoint{0, 0}));

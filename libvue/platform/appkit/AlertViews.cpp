@@ -5,7 +5,7 @@
 
 #include <libvue/platform/appkit/AlertPanel.h>
 #include <libvue/platform/appkit/NSScrollView.h>
-#include <libvue/platform/appkit/ThemeDessin.h>
+#include <libvue/platform/appkit/ThemeDrawing.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/NSColor.h>

@@ -10,7 +10,7 @@
 #include <libvue/platform/appkit/NSMenuItem.h>
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/appkit/NSWindow.h>
-#include <libvue/platform/appkit/ThemeDessin.h>
+#include <libvue/platform/appkit/ThemeDrawing.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>

@@ -7,7 +7,7 @@
 #include <libvue/platform/appkit/ControlImage.h>
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSMenuItem.h>
-#include <libvue/platform/appkit/ThemeDessin.h>
+#include <libvue/platform/appkit/ThemeDrawing.h>
 #include <libvue/platform/foundation/NSAttributedString.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/graphics/NSBezierPath.h>

@@ -12,7 +12,7 @@
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/appkit/NSScroller.h>
-#include <libvue/platform/appkit/ThemeDessin.h>
+#include <libvue/platform/appkit/ThemeDrawing.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSBundle.h>
 #include <libvue/platform/foundation/NSException.h>

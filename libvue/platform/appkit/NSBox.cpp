@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include <libvue/platform/appkit/NSTextFieldCell.h>
-#include <libvue/platform/appkit/ThemeDessin.h>
+#include <libvue/platform/appkit/ThemeDrawing.h>
 #include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/graphics/HeldEnum.h>
 #include <libvue/platform/graphics/NSBezierPath.h>

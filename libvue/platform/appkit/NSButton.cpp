@@ -6,7 +6,7 @@
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSTrackingArea.h>
 #include <libvue/platform/appkit/NSWindow.h>
-#include <libvue/platform/appkit/ThemeDessin.h>
+#include <libvue/platform/appkit/ThemeDrawing.h>
 #include <libvue/platform/foundation/NSAttributedString.h>
 #include <libvue/platform/foundation/NSKeyValueBinding.h>
 #include <libvue/platform/graphics/NSImage.h>

@@ -6,7 +6,7 @@
 #include <libvue/platform/appkit/NSControl.h>
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/appkit/ScopeExit.h>
-#include <libvue/platform/appkit/ThemeDessin.h>
+#include <libvue/platform/appkit/ThemeDrawing.h>
 #include <libvue/platform/foundation/NSAttributedString.h>
 #include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSDictionary.h>

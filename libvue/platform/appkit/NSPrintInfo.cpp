@@ -29,11 +29,11 @@ const backend::Paper* paperNamed(std::string_view name) {
     return found == papers.end() ? nullptr : &*found;
 }
 
-/// The sheet of that size, in either orientation; papers are cut to half a millimetre.
+/// The sheet of that size, in either orientation.
 const backend::Paper* paperOfSize(NSSize size) {
     if (size.width > size.height) std::swap(size.width, size.height);
     for (const backend::Paper& p : backend::PrintService::usualPapers())
-        if (std::abs(p.size.width - size.width) < 1.5 && std::abs(p.size.height - size.height) < 1.5) return &p;
+        if (p.isOfSize(size)) return &p;
     return nullptr;
 }
 
@@ -137,7 +137,7 @@ void NSPrintInfo::setJobDisposition(NSString* disposition) {
 
 void NSPrintInfo::setJobSavingURL(NSURL* url) { savingURL_ = url; }
 
-void NSPrintInfo::setCopies(NSInteger n) { copies_ = std::clamp<NSInteger>(n, 1, 999); }
+void NSPrintInfo::setCopies(NSInteger n) { copies_ = std::clamp<NSInteger>(n, 1, mostCopies); }
 
 void NSPrintInfo::setFirstPage_lastPage(NSInteger first, NSInteger last) {
     firstPage_ = std::max<NSInteger>(1, std::min(first, last));

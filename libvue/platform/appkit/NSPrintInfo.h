@@ -106,7 +106,8 @@ public:
     [[nodiscard]] NSURL* jobSavingURL() const noexcept { return savingURL_; }
     void setJobSavingURL(NSURL* url);
     [[nodiscard]] NSInteger copies() const noexcept { return copies_; }
-    /// From 1 to 999.
+    static constexpr NSInteger mostCopies = 999;
+    /// Held between 1 and mostCopies.
     void setCopies(NSInteger n);
     /// YES unless a range of pages is asked for.
     [[nodiscard]] BOOL printsAllPages() const noexcept { return allPages_; }

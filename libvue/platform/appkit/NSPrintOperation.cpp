@@ -56,7 +56,7 @@ std::string previewFile(const std::string& title) {
 void NSPrintOperation::describe(ClassDescription<NSPrintOperation>&) {}
 
 NSPrintOperation::NSPrintOperation(NSView* view, NSPrintInfo* info) : state_(std::make_unique<State>()) {
-    if (!view) raiseNamed("NSInvalidArgumentException", "a print operation without a view");
+    if (!view) raiseNamed(NSInvalidArgumentException, "a print operation without a view");
     state_->view = view;
     state_->info = make<NSPrintInfo>();
     state_->info->takeFrom_(info ? *info : *NSPrintInfo::sharedPrintInfo());
@@ -81,8 +81,9 @@ Ref<NSPrintOperation> NSPrintOperation::PDFOperationWithView_insideRect_toPath_p
     state.copied = r;
     state.showsPanel = state.showsProgress = false;
     for (const auto set : {&NSPrintInfo::setLeftMargin, &NSPrintInfo::setRightMargin, &NSPrintInfo::setTopMargin,
-                           &NSPrintInfo::setBottomMargin, &NSPrintInfo::setScalingFactor})
-        (state.info.get()->*set)(set == &NSPrintInfo::setScalingFactor ? 1 : 0);
+                           &NSPrintInfo::setBottomMargin})
+        (state.info.get()->*set)(0);
+    state.info->setScalingFactor(1);
     state.info->setPaperSize(r.size);
     state.info->setJobDisposition(NSPrintSaveJob.get());
     const Ref<NSURL> url = path ? NSURL::fileURLWithPath(path) : nullptr;

@@ -2,6 +2,7 @@
 
 #include <libvue/platform/appkit/NSPrintOperation.h>
 #include <libvue/platform/appkit/PrintPanelWindow.h>
+#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/foundation/NSString.h>
 
 namespace libvue {
@@ -31,9 +32,8 @@ NSInteger NSPrintPanel::runModal() {
     if (!operation || open_) return NSPrintPanelCancelled;
     open_ = make<PrintPanelWindow>(operation, options_, buttonTitle_.get());
     const Ref<PrintPanelWindow> window = open_;
-    const BOOL accepted = window->ask();
-    open_ = nullptr;
-    return accepted ? NSPrintPanelAccepted : NSPrintPanelCancelled;
+    const ScopeExit closed([this] { open_ = nullptr; });
+    return window->ask() ? NSPrintPanelAccepted : NSPrintPanelCancelled;
 }
 
 } // namespace libvue

@@ -18,13 +18,13 @@ struct Known {
     bool valid = false;
 };
 
-const std::vector<Ref<NSScreen>>& known(bool invalidate = false) {
+Known& lastKnown() {
     static Known& k = *new Known;
-    if (invalidate) {
-        k.valid = false;
-        if (!NSApplication::sharedIfAny_()) k.screens.clear();
-        return k.screens;
-    }
+    return k;
+}
+
+const std::vector<Ref<NSScreen>>& known() {
+    Known& k = lastKnown();
     if (k.valid) return k.screens;
     std::vector<Ref<NSScreen>> now;
     for (const backend::Screen& s : backend::Backend::current().windows->screens()) {
@@ -83,6 +83,10 @@ NSScreen* NSScreen::screenForRect_(const NSRect& rect) {
     return nullptr;
 }
 
-void NSScreen::invalidate_() { (void)known(true); }
+void NSScreen::invalidate_() {
+    Known& k = lastKnown();
+    k.valid = false;
+    if (!NSApplication::sharedIfAny_()) k.screens.clear();
+}
 
 } // namespace libvue

@@ -7,7 +7,7 @@
 #include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSClipView.h>
 #include <libvue/platform/appkit/ScopeExit.h>
-#include <libvue/platform/appkit/ThemeDessin.h>
+#include <libvue/platform/appkit/ThemeDrawing.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/Palette.h>

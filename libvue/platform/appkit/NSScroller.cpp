@@ -11,7 +11,7 @@
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/appkit/ScrollerFade.h>
-#include <libvue/platform/appkit/ThemeDessin.h>
+#include <libvue/platform/appkit/ThemeDrawing.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSNumber.h>
 #include <libvue/platform/foundation/NSRunLoop.h>

@@ -1,7 +1,7 @@
 #include <libvue/platform/appkit/NSSlider.h>
 
 #include <libvue/platform/appkit/NSEvent.h>
-#include <libvue/platform/appkit/ThemeDessin.h>
+#include <libvue/platform/appkit/ThemeDrawing.h>
 
 namespace libvue {
 

@@ -6,7 +6,7 @@
 #include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSSlider.h>
-#include <libvue/platform/appkit/ThemeDessin.h>
+#include <libvue/platform/appkit/ThemeDrawing.h>
 #include <libvue/platform/foundation/ConstantString.h>
 #include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/graphics/NSBezierPath.h>

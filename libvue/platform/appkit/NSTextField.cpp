@@ -18,12 +18,12 @@ namespace libvue {
 static const ClassRegistration<NSTextField> registration;
 
 namespace {
-NSTextFieldCell* textCell(const NSTextField* f) { return as<NSTextFieldCell>(f->cell()); }
-} // namespace
 
-namespace {
 const ExposedBinding exposed{&classOf<NSTextField>, NSEditableBinding};
-}
+
+NSTextFieldCell* textCell(const NSTextField* f) { return as<NSTextFieldCell>(f->cell()); }
+
+} // namespace
 
 void NSTextField::describe(ClassDescription<NSTextField, NSControl>& c) {
     c.answers<&NSTextField::selectText>("selectText:");

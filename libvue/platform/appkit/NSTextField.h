@@ -45,10 +45,11 @@ public:
     void setBordered(BOOL f);
     [[nodiscard]] BOOL drawsBackground() const;
     void setDrawsBackground(BOOL f);
-    /// Null for the colour of the theme.
     [[nodiscard]] NSColor* textColor() const;
+    /// Null for the colour of the theme.
     void setTextColor(NSColor* c);
     [[nodiscard]] NSColor* backgroundColor() const;
+    /// Null for the colour of the theme.
     void setBackgroundColor(NSColor* c);
     /// Shown, pale, while the field is empty; null for none.
     [[nodiscard]] NSString* placeholderString() const;

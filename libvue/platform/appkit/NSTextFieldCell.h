@@ -16,11 +16,14 @@ public:
     [[nodiscard]] Ref<NSObject> copyWithZone() const override;
 
     [[nodiscard]] NSColor* textColor() const noexcept;
+    /// Null for the colour of the theme.
     virtual void setTextColor(NSColor* c);
     [[nodiscard]] NSColor* backgroundColor() const noexcept;
+    /// Null for the colour of the theme. It is drawn only where drawsBackground, and not under a bezel.
     virtual void setBackgroundColor(NSColor* c);
     [[nodiscard]] BOOL drawsBackground() const noexcept { return drawsBackground_; }
     virtual void setDrawsBackground(BOOL f);
+    /// Shown, pale, while the text is empty; null for none.
     [[nodiscard]] NSString* placeholderString() const noexcept;
     void setPlaceholderString(NSString* s);
 

@@ -41,6 +41,7 @@ public:
 private:
     NSUserNotificationCenter();
     ~NSUserNotificationCenter() override;
+    /// What became of a delivery; `outcome` is one of the backend's NotificationService::Outcome.
     void heard(NSUInteger number, int outcome);
     void withdraw(NSUInteger number) const;
 

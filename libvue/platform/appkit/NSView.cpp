@@ -72,9 +72,8 @@ NSView::Extras& NSView::extras() {
 void NSView::addSubview(NSView* view) { addSubview_positioned_relativeTo(view, NSWindowAbove, nullptr); }
 
 void NSView::addSubview_positioned_relativeTo(NSView* view, NSWindowOrderingMode place, NSView* other) {
-    if (!view) raiseNamed("NSInvalidArgumentException", "addSubview: of no view");
-    if (isDescendantOf(view))
-        raiseNamed("NSInvalidArgumentException", "addSubview: of the view itself or one above it");
+    if (!view) raiseNamed(NSInvalidArgumentException, "addSubview: of no view");
+    if (isDescendantOf(view)) raiseNamed(NSInvalidArgumentException, "addSubview: of the view itself or one above it");
     const Ref<NSView> kept(view), self(this);
     if (view->superview_) view->unlink(YES);
     std::size_t index = place == NSWindowBelow ? 0 : subviews_.size();
@@ -127,10 +126,10 @@ void NSView::removeFromSuperviewWithoutNeedingDisplay() { unlink(NO); }
 
 void NSView::replaceSubview_with(NSView* old, NSView* replacement) {
     if (subviews_.indexOfObject(old) == NSUInteger{NSNotFound})
-        raiseNamed("NSInvalidArgumentException", "replaceSubview: of a view that is none");
+        raiseNamed(NSInvalidArgumentException, "replaceSubview: of a view that is none");
     if (old == replacement) return;
     if (replacement && isDescendantOf(replacement))
-        raiseNamed("NSInvalidArgumentException", "replaceSubview: with a view above it");
+        raiseNamed(NSInvalidArgumentException, "replaceSubview: with a view above it");
     const Ref<NSView> keptOld(old), kept(replacement), self(this);
     // The replacement leaves first: where it stood before the old one, the place moves down by one.
     if (replacement && replacement->superview_) replacement->unlink(YES);
@@ -192,24 +191,11 @@ BOOL NSView::isDescendantOf(const NSView* view) const noexcept {
     return NO;
 }
 
-NSView* NSView::ancestorSharedWithView(NSView* view) noexcept {
-    for (NSView* v = this; v; v = v->superview_)
-        if (view && view->isDescendantOf(v)) return v;
-    return nullptr;
-}
-
 NSView* NSView::viewWithTag(NSInteger tag) {
     if (this->tag() == tag) return this;
     for (NSView* v : subviews_)
         if (NSView* found = v->viewWithTag(tag)) return found;
     return nullptr;
-}
-
-NSView* NSView::opaqueAncestor() noexcept {
-    NSView* v = this;
-    while (!v->isOpaque() && v->superview_)
-        v = v->superview_;
-    return v;
 }
 
 NSScrollView* NSView::enclosingScrollView() const {

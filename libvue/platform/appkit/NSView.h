@@ -39,7 +39,6 @@ inline constexpr ConstantString NSViewFrameDidChangeNotification{u"NSViewFrameDi
 inline constexpr ConstantString NSViewBoundsDidChangeNotification{u"NSViewBoundsDidChangeNotification"};
 
 using NSToolTipTag = NSInteger;
-using NSTrackingRectTag = NSInteger;
 
 namespace op {
 /// The text of a tool tip; absent or empty for none. The last argument is what addToolTipRect was given.
@@ -114,8 +113,6 @@ public:
     [[nodiscard]] NSSize convertSize_fromView(NSSize s, const NSView* view) const;
     [[nodiscard]] NSRect convertRect_toView(const NSRect& r, const NSView* view) const;
     [[nodiscard]] NSRect convertRect_fromView(const NSRect& r, const NSView* view) const;
-    /// Rounded outward to the pixels of the window.
-    [[nodiscard]] NSRect centerScanRect(const NSRect& r) const;
 
     // The tree.
 
@@ -144,15 +141,11 @@ public:
     virtual void viewWillMoveToWindow(NSWindow* window);
     virtual void viewDidMoveToWindow();
     [[nodiscard]] BOOL isDescendantOf(const NSView* view) const noexcept;
-    /// The nearest view that holds both, either of them among the answers; null where there is none.
-    [[nodiscard]] NSView* ancestorSharedWithView(NSView* view) noexcept;
     /// The view itself or the first one below it with that tag; null for none.
     [[nodiscard]] NSView* viewWithTag(NSInteger tag);
     [[nodiscard]] virtual NSInteger tag() const { return -1; }
     /// The nearest one above; null for none.
     [[nodiscard]] NSScrollView* enclosingScrollView() const;
-    /// The smallest opaque view that holds this one.
-    [[nodiscard]] NSView* opaqueAncestor() noexcept;
     [[nodiscard]] NSString* identifier() const;
     void setIdentifier(NSString* identifier);
 
@@ -182,18 +175,17 @@ public:
     /// unlockFocus.
     virtual void lockFocus();
     virtual void unlockFocus();
-    [[nodiscard]] BOOL canDraw() const noexcept;
     /// The part of the bounds that can be seen.
     [[nodiscard]] virtual NSRect visibleRect() const;
     /// Scrolls the clip views above by the shortest way; NO where nothing moved.
     virtual BOOL scrollRectToVisible(const NSRect& r);
-    /// Brings the point to the corner of the nearest clip view.
-    virtual void scrollPoint(NSPoint p);
-    [[nodiscard]] BOOL needsToDrawRect(const NSRect& r) const;
-    /// Draws the view and its subviews into the current context, its bounds origin at the context's origin.
+    /// Draws that part of the view and of what is below it into the context (null: nothing), hidden or not, in the
+    /// view's coordinates; in a context that is not flipped as the view is, y is mirrored within the height of the
+    /// bounds.
     void displayRectIgnoringOpacity_inContext(const NSRect& r, NSGraphicsContext* context);
+    /// A PDF of one page, as large as that part; null where it is empty or too large.
     [[nodiscard]] Ref<NSData> dataWithPDFInsideRect(const NSRect& r);
-    /// PNG bytes of the view at `scale` pixels a point.
+    /// PNG bytes of that part at `scale` pixels a point; null where it is empty or too large.
     [[nodiscard]] Ref<NSData> pngDataInsideRect_scale(const NSRect& r, CGFloat scale);
     [[nodiscard]] Ref<NSImage> imageInsideRect_scale(const NSRect& r, CGFloat scale);
 
@@ -274,9 +266,6 @@ public:
     /// pointer, to the views under it that stand, or show, elsewhere than at the last time.
     virtual void updateTrackingAreas();
     [[nodiscard]] Ref<NSArray> trackingAreas() const;
-    NSTrackingRectTag addTrackingRect_owner_userData_assumeInside(const NSRect& r, NSObject* owner, void* data,
-                                                                  BOOL inside);
-    void removeTrackingRect(NSTrackingRectTag tag);
     [[nodiscard]] NSString* toolTip() const;
     /// Over the whole view; null for none.
     void setToolTip(NSString* text);

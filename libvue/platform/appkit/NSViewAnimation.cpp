@@ -64,7 +64,7 @@ void NSViewAnimation::read() {
     }
 }
 
-void NSViewAnimation::show(Target& t, double value, bool atEnd) {
+void NSViewAnimation::show(const Target& t, double value, bool atEnd) {
     if (t.moves) {
         const NSRect frame = atEnd ? t.to : between(t.from, t.to, value);
         if (t.window)
@@ -85,7 +85,7 @@ void NSViewAnimation::animationBegins() {
     read();
     ended_ = false;
     const std::vector<Target> targets = targets_;
-    for (Target t : targets) {
+    for (const Target& t : targets) {
         if (t.effect == Effect::fadeOut && t.window) t.window->beginFadeOut_();
         show(t, static_cast<double>(currentValue()), false);
         if (t.effect != Effect::fadeIn) continue;
@@ -104,7 +104,7 @@ void NSViewAnimation::setCurrentProgress(NSAnimationProgress progress) {
     const bool atEnd = currentProgress() >= 1 && value == 1;
     // By value: whoever hears of a move may start or stop animations.
     const std::vector<Target> targets = targets_;
-    for (Target t : targets)
+    for (const Target& t : targets)
         show(t, value, atEnd);
 }
 

@@ -51,7 +51,7 @@ private:
         Effect effect = Effect::none;
     };
     void read();
-    void show(Target& t, double value, bool atEnd);
+    static void show(const Target& t, double value, bool atEnd);
 
     Ref<NSArray> entries_;
     std::vector<Target> targets_; ///< while it runs

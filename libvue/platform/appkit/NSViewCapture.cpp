@@ -1,6 +1,6 @@
 #include <libvue/platform/appkit/NSViewCapture.h>
 
-#include <libvue/platform/appkit/NSView.h>
+#include <libvue/platform/appkit/NSViewExtras.h>
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/graphics/NSBitmapImageRep.h>
@@ -24,8 +24,7 @@ void cacheDisplayInRect_toBitmapImageRep(NSView* view, const NSRect& rect, NSBit
     if (!canvas) return;
     const NSSize points = picture->size();
     canvas->concat(backend::Transform::scaling(points.width / rect.size.width, points.height / rect.size.height));
-    const CGFloat bottom = view->isFlipped() ? view->bounds().size.height - NSMaxY(rect) : rect.origin.y;
-    canvas->concat(backend::Transform::translation(-rect.origin.x, -bottom));
+    bringToOrigin(*canvas, view, rect);
     view->displayRectIgnoringOpacity_inContext(rect, make<NSGraphicsContext>(std::move(canvas), NO, picture));
 }
 

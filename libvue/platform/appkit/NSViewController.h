@@ -10,7 +10,8 @@ class LIBVUE_API NSViewController : public NSResponder {
 public:
     static void describe(ClassDescription<NSViewController, NSResponder>& c);
     NSViewController();
-    /// The names are kept for loadView overrides; either may be null.
+    /// The interface resource that loadView takes the view from; a null bundle is NSNib's choice, a null name means
+    /// none.
     NSViewController(NSString* nibName, NSBundle* bundle);
     ~NSViewController() override;
 
@@ -18,7 +19,8 @@ public:
     [[nodiscard]] virtual NSView* view();
     virtual void setView(NSView* view);
     [[nodiscard]] BOOL isViewLoaded() const noexcept { return view_ != nullptr; }
-    /// The base makes an empty view. An override gives one to setView:.
+    /// The base takes the view from the interface resource, to which the controller is the owner; without one, or where
+    /// that gives none, it makes an empty view. An override gives one to setView:.
     virtual void loadView();
     virtual void viewDidLoad() {}
 

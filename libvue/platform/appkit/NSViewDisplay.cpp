@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <limits>
 
-#include <libvue/platform/appkit/CoordinateMap.h>
 #include <libvue/platform/appkit/NSView.h>
 #include <libvue/platform/appkit/NSViewExtras.h>
 #include <libvue/platform/appkit/NSWindow.h>
@@ -137,11 +136,7 @@ void NSView::collectDirty_(DirtySink& sink, const NSRect& visibleInBase) {
                     go(v->subviews_.views_[i].get(), map, flipped, seen);
         }
     };
-    CoordinateMap toBase;
-    for (const NSView* s = superview_; s; s = s->superview_)
-        toBase = toBase.then(CoordinateMap::toSuperview(s->frame_, s->bounds_, s->isFlipped(),
-                                                        s->superview_ && s->superview_->isFlipped()));
-    Walk{sink}.go(this, toBase, superview_ && superview_->isFlipped(), visibleInBase);
+    Walk{sink}.go(this, mapToBase(superview_), superview_ && superview_->isFlipped(), visibleInBase);
 }
 
 // Drawing.
@@ -162,16 +157,14 @@ void NSView::drawTree_(NSGraphicsContext* context, const NSRect& clipInSuperview
 
     const Ref<NSView> self(this);
     if (ViewPicture::any_() && ViewPicture::draw_(this, context)) return;
-    const bool flipped = isFlipped();
-    const CoordinateMap map =
-        CoordinateMap::toSuperview(frame_, bounds_, flipped, superview_ && superview_->isFlipped());
+    const CoordinateMap map = mapToSuperview(this);
     const NSRect clip = NSIntersectionRect(map.inverted().apply(inSuper), bounds_);
     backend::Canvas& canvas = context->canvas();
 
     context->saveState();
     canvas.concat(transformOf(map));
     canvas.clip(clip);
-    context->setFlipped(flipped);
+    context->setFlipped(isFlipped());
     const bool layered = alpha < 1;
     if (layered) {
         canvas.setAlpha(alpha);
@@ -210,13 +203,6 @@ void NSView::displayIfNeeded() {
     if (window_) window_->displayIfNeeded();
 }
 
-BOOL NSView::canDraw() const noexcept { return window_ && window_->isVisible() && !isHiddenOrHasHiddenAncestor(); }
-
-BOOL NSView::needsToDrawRect(const NSRect& r) const {
-    const auto* context = NSGraphicsContext::currentContext();
-    return context && !NSIsEmptyRect(NSIntersectionRect(r, context->canvas().clipBounds()));
-}
-
 void NSView::lockFocus() {
     NSGraphicsContext::saveGraphicsState();
     Ref<NSGraphicsContext> context = PrintFocus::contextFor(this);
@@ -225,11 +211,7 @@ void NSView::lockFocus() {
         if (auto surface = server.surface(window_->nativeId_()))
             if (auto canvas = backend::Backend::current().graphics->canvasOn(surface)) {
                 context = make<NSGraphicsContext>(std::move(canvas), isFlipped(), surface);
-                CoordinateMap m;
-                for (const NSView* v = this; v; v = v->superview_)
-                    m = m.then(CoordinateMap::toSuperview(v->frame_, v->bounds_, v->isFlipped(),
-                                                          v->superview_ && v->superview_->isFlipped()));
-                context->canvas().concat(transformOf(m));
+                context->canvas().concat(transformOf(mapToBase(this)));
                 context->canvas().clip(visibleRect());
             }
     }
@@ -252,8 +234,7 @@ void NSView::displayRectIgnoringOpacity_inContext(const NSRect& r, NSGraphicsCon
     const GraphicsContextScope scope(context);
     context->saveState();
     // drawTree_ starts in the superview's space: undo the way from here to there.
-    const CoordinateMap map =
-        CoordinateMap::toSuperview(frame_, bounds_, isFlipped(), superview_ && superview_->isFlipped());
+    const CoordinateMap map = mapToSuperview(this);
     if (isFlipped() != context->isFlipped()) context->canvas().concat({1, 0, 0, -1, 0, bounds_.size.height});
     context->canvas().concat(transformOf(map.inverted()));
     const ScopeExit asBefore([this, hidden = bool{hidden_}, kept = Ref<NSGraphicsContext>(context)] {
@@ -264,15 +245,10 @@ void NSView::displayRectIgnoringOpacity_inContext(const NSRect& r, NSGraphicsCon
     drawTree_(context, map.apply(NSIntersectionRect(r, bounds_)));
 }
 
-namespace {
-
-/// Moves the part that is drawn to the origin of a page or picture whose y runs upward.
-void bringToOrigin(backend::Canvas& canvas, const NSRect& r, const NSRect& bounds, bool flipped) {
-    const CGFloat bottom = flipped ? bounds.size.height - NSMaxY(r) : r.origin.y;
-    canvas.concat(backend::Transform::translation(-r.origin.x, -bottom));
+void bringToOrigin(backend::Canvas& canvas, const NSView* view, const NSRect& part) {
+    const CGFloat bottom = view->isFlipped() ? view->bounds().size.height - NSMaxY(part) : part.origin.y;
+    canvas.concat(backend::Transform::translation(-part.origin.x, -bottom));
 }
-
-} // namespace
 
 Ref<NSData> NSView::dataWithPDFInsideRect(const NSRect& r) {
     auto& graphics = *backend::Backend::current().graphics;
@@ -280,7 +256,7 @@ Ref<NSData> NSView::dataWithPDFInsideRect(const NSRect& r) {
     if (!pdf.canvas) return nullptr;
     {
         const auto context = make<NSGraphicsContext>(*pdf.canvas);
-        bringToOrigin(*pdf.canvas, r, bounds_, isFlipped());
+        bringToOrigin(*pdf.canvas, this, r);
         displayRectIgnoringOpacity_inContext(r, context);
     }
     const auto bytes = graphics.finish(pdf);
@@ -293,7 +269,7 @@ Ref<NSImage> NSView::imageInsideRect_scale(const NSRect& r, CGFloat scale) {
     if (!picture) return nullptr;
     {
         const auto context = make<NSGraphicsContext>(graphics.canvasOn(picture), NO, picture);
-        bringToOrigin(context->canvas(), r, bounds_, isFlipped());
+        bringToOrigin(context->canvas(), this, r);
         displayRectIgnoringOpacity_inContext(r, context);
     }
     auto image = make<NSImage>(r.size);

@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include <libvue/platform/appkit/CoordinateMap.h>
 #include <libvue/platform/appkit/NSCursor.h>
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSMenu.h>
@@ -16,9 +15,7 @@ namespace libvue {
 
 NSView* NSView::hitTest(NSPoint p) {
     if (hidden_ || !NSPointInRect(p, frame_)) return nullptr;
-    const NSPoint own = CoordinateMap::toSuperview(frame_, bounds_, isFlipped(), superview_ && superview_->isFlipped())
-                            .inverted()
-                            .apply(p);
+    const NSPoint own = mapToSuperview(this).inverted().apply(p);
     // Front to back; by index, since an override may change the list.
     for (std::size_t i = subviews_.size(); i-- > 0;) {
         if (i >= subviews_.size()) continue;
@@ -52,72 +49,7 @@ void NSView::rightMouseDown(NSEvent* e) {
         NSResponder::rightMouseDown(e);
 }
 
-// The loop of key views: links where they were set, else the order of the tree.
-
-NSView* NSView::nextKeyView() const { return extras_ ? extras_->nextKeyView.get() : nullptr; }
-NSView* NSView::previousKeyView() const { return extras_ ? extras_->previousKeyView.get() : nullptr; }
-
-void NSView::setNextKeyView(NSView* view) {
-    if (NSView* old = nextKeyView(); old && old->previousKeyView() == this) old->extras().previousKeyView = nullptr;
-    extras().nextKeyView = view;
-    if (view) view->extras().previousKeyView = this;
-}
-
-BOOL NSView::canBecomeKeyView() { return window_ && acceptsFirstResponder() && !isHiddenOrHasHiddenAncestor(); }
-
-namespace {
-
-void appendInTreeOrder(NSView* v, std::vector<NSView*>& out) {
-    out.push_back(v);
-    // Reading order: rows from the top, each from the left; equal places keep the order of the list.
-    std::vector<NSView*> children;
-    for (NSView* c : v->subviews())
-        if (!c->isHidden()) children.push_back(c);
-    const bool down = v->isFlipped();
-    const auto top = [&](const NSView* c) { return down ? NSMinY(c->frame()) : -NSMaxY(c->frame()); };
-    std::stable_sort(children.begin(), children.end(), [&](NSView* a, NSView* b) { return top(a) < top(b); });
-    // Of one row are those that hold each other's middle line: neighbours differ a little in height.
-    const auto holdsMiddle = [](const NSView* a, const NSView* b) {
-        const CGFloat middle = NSMidY(b->frame());
-        return NSMinY(a->frame()) <= middle && middle <= NSMaxY(a->frame());
-    };
-    for (auto row = children.begin(); row != children.end();) {
-        const auto end = std::find_if(row + 1, children.end(),
-                                      [&](const NSView* c) { return !holdsMiddle(*row, c) || !holdsMiddle(c, *row); });
-        std::stable_sort(row, end, [](NSView* a, NSView* b) { return NSMinX(a->frame()) < NSMinX(b->frame()); });
-        row = end;
-    }
-    for (NSView* c : children)
-        appendInTreeOrder(c, out);
-}
-
-NSView* neighbour(NSView* from, bool forward) {
-    // Links that were set lead first.
-    std::vector<NSView*> seen;
-    for (NSView* v = forward ? from->nextKeyView() : from->previousKeyView(); v && v != from;
-         v = forward ? v->nextKeyView() : v->previousKeyView()) {
-        if (std::find(seen.begin(), seen.end(), v) != seen.end()) break;
-        if (v->canBecomeKeyView()) return v;
-        seen.push_back(v);
-    }
-    NSView* root = from;
-    while (root->superview())
-        root = root->superview();
-    std::vector<NSView*> all;
-    appendInTreeOrder(root, all);
-    const auto at = std::find(all.begin(), all.end(), from);
-    const std::size_t n = all.size(), start = at == all.end() ? 0 : static_cast<std::size_t>(at - all.begin());
-    for (std::size_t k = 1; k <= n; ++k) {
-        NSView* v = all[(start + (forward ? k : n - k)) % n];
-        if (v != from && v->canBecomeKeyView()) return v;
-    }
-    return from->canBecomeKeyView() ? from : nullptr;
-}
-
-} // namespace
-
-NSView* NSView::nextValidKeyView() { return neighbour(this, true); }
-NSView* NSView::previousValidKeyView() { return neighbour(this, false); }
+// The focus ring.
 
 void NSView::setFocusRingType(NSFocusRingType t) {
     if (focusRing_ == t) return;
@@ -156,29 +88,13 @@ Ref<NSArray> NSView::trackingAreas() const {
 }
 
 namespace {
-NSInteger nextTag() {
-    static NSInteger last = 0;
+
+NSToolTipTag nextTag() {
+    static NSToolTipTag last = 0;
     return ++last;
 }
+
 } // namespace
-
-NSTrackingRectTag NSView::addTrackingRect_owner_userData_assumeInside(const NSRect& r, NSObject* owner, void*, BOOL) {
-    const auto area = make<NSTrackingArea>(r, NSTrackingMouseEnteredAndExited | NSTrackingActiveAlways, owner, nullptr);
-    addTrackingArea(area);
-    const NSTrackingRectTag tag = nextTag();
-    extras().trackingRects.emplace_back(tag, Ref<NSObject>(area));
-    return tag;
-}
-
-void NSView::removeTrackingRect(NSTrackingRectTag tag) {
-    if (!extras_) return;
-    auto& rects = extras_->trackingRects;
-    const auto at = std::find_if(rects.begin(), rects.end(), [&](const auto& r) { return r.first == tag; });
-    if (at == rects.end()) return;
-    const Ref<NSObject> area = at->second;
-    rects.erase(at);
-    removeTrackingArea(as<NSTrackingArea>(area));
-}
 
 NSString* NSView::toolTip() const { return extras_ ? extras_->toolTip.get() : nullptr; }
 

@@ -2,10 +2,21 @@
 
 #include <vector>
 
+#include <libvue/platform/appkit/CoordinateMap.h>
 #include <libvue/platform/appkit/NSMenu.h>
 #include <libvue/platform/appkit/NSView.h>
+#include <libvue/platform/graphics/Forward.h>
 
 namespace libvue {
+
+/// From a view's own coordinates to those that its frame is in.
+[[nodiscard]] CoordinateMap mapToSuperview(const NSView* view);
+/// To the coordinates that the frame of the topmost view is in; of a view in a window, its base coordinates. Null maps
+/// nothing.
+[[nodiscard]] CoordinateMap mapToBase(const NSView* view);
+/// Moves that part of the view, as displayRectIgnoringOpacity_inContext draws it, to the origin of a page or picture
+/// whose y runs upward.
+void bringToOrigin(backend::Canvas& canvas, const NSView* view, const NSRect& part);
 
 /// The dirty rectangles of a display pass, in base coordinates. Few: those that come too close are united.
 struct NSView::DirtySink {
@@ -87,7 +98,6 @@ struct NSView::Extras {
     std::vector<CursorRect> cursorRects;
     std::vector<ToolTipRect> toolTips;
     std::vector<Ref<NSObject>> trackingAreas; ///< NSTrackingArea
-    std::vector<std::pair<NSTrackingRectTag, Ref<NSObject>>> trackingRects;
     Ref<NSString> toolTip;
     Ref<NSString> identifier;
     Ref<NSString> accessibilityLabel;

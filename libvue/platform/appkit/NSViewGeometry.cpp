@@ -1,9 +1,7 @@
 #include <libvue/platform/appkit/NSView.h>
 
 #include <algorithm>
-#include <cmath>
 
-#include <libvue/platform/appkit/CoordinateMap.h>
 #include <libvue/platform/appkit/NSClipView.h>
 #include <libvue/platform/appkit/NSViewExtras.h>
 #include <libvue/platform/appkit/NSWindow.h>
@@ -11,20 +9,19 @@
 
 namespace libvue {
 
-namespace {
-
-CoordinateMap mapToSuperview(const NSView* v) {
-    const NSView* s = v->superview();
-    return CoordinateMap::toSuperview(v->frame(), v->bounds(), v->isFlipped(), s && s->isFlipped());
+CoordinateMap mapToSuperview(const NSView* view) {
+    const NSView* s = view->superview();
+    return CoordinateMap::toSuperview(view->frame(), view->bounds(), view->isFlipped(), s && s->isFlipped());
 }
 
-/// To the coordinates that the frame of the topmost view is in; of a view in a window, its base coordinates.
-CoordinateMap mapToBase(const NSView* v) {
+CoordinateMap mapToBase(const NSView* view) {
     CoordinateMap m;
-    for (; v; v = v->superview())
-        m = m.then(mapToSuperview(v));
+    for (; view; view = view->superview())
+        m = m.then(mapToSuperview(view));
     return m;
 }
+
+namespace {
 
 CoordinateMap mapBetween(const NSView* from, const NSView* to) {
     if (from == to) return {};
@@ -134,15 +131,6 @@ NSRect NSView::convertRect_fromView(const NSRect& r, const NSView* view) const {
     return mapBetween(this, view).inverted().apply(r);
 }
 
-NSRect NSView::centerScanRect(const NSRect& r) const {
-    const CGFloat scale = window_ ? window_->backingScaleFactor() : 1;
-    NSRect b = convertRect_toView(r, nullptr);
-    const CGFloat right = std::round(NSMaxX(b) * scale) / scale, top = std::round(NSMaxY(b) * scale) / scale;
-    b.origin = {std::round(b.origin.x * scale) / scale, std::round(b.origin.y * scale) / scale};
-    b.size = {right - b.origin.x, top - b.origin.y};
-    return convertRect_fromView(b, nullptr);
-}
-
 // What can be seen.
 
 NSRect NSView::visibleRect() const {
@@ -161,14 +149,6 @@ BOOL NSView::scrollRectToVisible(const NSRect& r) {
     for (NSView* v = superview_; v; v = v->superview_)
         if (auto* clip = as<NSClipView>(v)) return clip->scrollRectToVisible_ofView(r, this);
     return NO;
-}
-
-void NSView::scrollPoint(NSPoint p) {
-    for (NSView* v = superview_; v; v = v->superview_)
-        if (auto* clip = as<NSClipView>(v)) {
-            clip->scrollToPoint(clip->convertPoint_fromView(p, this));
-            return;
-        }
 }
 
 } // namespace libvue

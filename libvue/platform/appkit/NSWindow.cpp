@@ -50,8 +50,10 @@ NSWindow::NSWindow() : NSWindow(NSMakeRect(100, 100, 100, 100), NSTitledWindowMa
 
 NSWindow::NSWindow(const NSRect& contentRect, NSUInteger styleMask, NSBackingStoreType, BOOL)
     : title_(NSString::string()), style_(styleMask), number_(++lastNumber) {
-    NSRect content = contentRect;
-    content.size = {std::max(content.size.width, 0.0), std::max(content.size.height, 0.0)};
+    const auto finite = [](CGFloat v) { return std::isfinite(v) ? v : 0; };
+    const NSRect content{
+        {finite(contentRect.origin.x), finite(contentRect.origin.y)},
+        {std::max(finite(contentRect.size.width), 0.0), std::max(finite(contentRect.size.height), 0.0)}};
     frame_ = frameRectForContentRect(content);
     root_ = make<WindowFrameView>(NSRect{{0, 0}, content.size});
     root_->setNextResponder(this);
@@ -235,7 +237,7 @@ void NSWindow::ensureNative() {
     auto& s = windowServer();
     native_ = s.create(specOf(*this, nativeKind_(), acceptsNativeFocus_()));
     if (!native_) return;
-    if (minSize_ != NSSize{0, 0} || maxSize_.width < 1e7 || maxSize_.height < 1e7)
+    if (minSize_ != NSSize{0, 0} || maxSize_.width < unlimited || maxSize_.height < unlimited)
         s.setLimits(native_, minSize_, maxSize_);
     if (level_ != NSNormalWindowLevel) s.setLevel(native_, static_cast<int>(level_));
     if (alpha_ < 1) s.setOpacity(native_, alpha_);

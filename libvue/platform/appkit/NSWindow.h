@@ -100,7 +100,8 @@ class LIBVUE_API NSWindow : public NSResponder {
 public:
     static void describe(ClassDescription<NSWindow, NSResponder>& c);
     NSWindow();
-    /// `contentRect` in screen coordinates. The native window is made when it is first ordered in.
+    /// `contentRect` in screen coordinates; what of it is no finite number counts as 0. The native window is made when
+    /// it is first ordered in, whatever `backing` and `defer` say.
     NSWindow(const NSRect& contentRect, NSUInteger styleMask, NSBackingStoreType backing = NSBackingStoreBuffered,
              BOOL defer = YES);
     ~NSWindow() override;
@@ -129,7 +130,6 @@ public:
     /// Kept and answered; the desktop's compositor decides on shadows.
     [[nodiscard]] BOOL hasShadow() const noexcept { return hasShadow_; }
     void setHasShadow(BOOL flag);
-    void invalidateShadow() {}
     [[nodiscard]] CGFloat alphaValue() const noexcept { return alpha_; }
     /// Held to 0 … 1, of the whole window; reaches the screen at once.
     virtual void setAlphaValue(CGFloat alpha);
@@ -154,11 +154,13 @@ public:
     void center();
     [[nodiscard]] virtual NSRect frameRectForContentRect(const NSRect& content) const;
     [[nodiscard]] virtual NSRect contentRectForFrameRect(const NSRect& frame) const;
-    /// Of the content, for the user and setContentSize:.
+    /// Of the content, for the user and setContentSize:. (0, 0) at the start; a NaN counts as 0.
     [[nodiscard]] NSSize minSize() const noexcept { return minSize_; }
     void setMinSize(NSSize s);
+    /// The same; `unlimited` each way at the start, and for a NaN.
     [[nodiscard]] NSSize maxSize() const noexcept { return maxSize_; }
     void setMaxSize(NSSize s);
+    static constexpr CGFloat unlimited = 1e7;
     /// Base coordinates are those of the content, from its lower left corner.
     [[nodiscard]] NSPoint convertBaseToScreen(NSPoint p) const;
     [[nodiscard]] NSPoint convertScreenToBase(NSPoint p) const;
@@ -209,7 +211,6 @@ public:
     void setAcceptsMouseMovedEvents(BOOL flag) noexcept { acceptsMouseMoved_ = flag; }
     [[nodiscard]] BOOL isReleasedWhenClosed() const noexcept { return releasedWhenClosed_; }
     void setReleasedWhenClosed(BOOL flag) noexcept { releasedWhenClosed_ = flag; }
-    [[nodiscard]] BOOL preventsApplicationTerminationWhenModal() const noexcept { return NO; }
     /// Gets events while another window is modal.
     [[nodiscard]] virtual BOOL worksWhenModal() const noexcept { return NO; }
     /// Shown on every desktop of a window manager that has several.
@@ -454,7 +455,7 @@ private:
     NSRect frame_;
     NSEdgeInsets insets_; ///< what the desktop draws round the content
     NSSize minSize_{0, 0};
-    NSSize maxSize_{1e7, 1e7};
+    NSSize maxSize_{unlimited, unlimited};
     NSUInteger style_ = NSTitledWindowMask;
     NSInteger number_;
     NSInteger level_ = NSNormalWindowLevel;

@@ -32,6 +32,14 @@ NSRect toPixels(const NSRect& r, CGFloat scale, const NSRect& bounds) {
 
 } // namespace
 
+void NSWindow::Display::moveRing(const NSRect& to, CGFloat radius, const NSRect& bounds, NSView::DirtySink& dirty) {
+    if (to == ring && radius == ringRadius) return;
+    for (const NSRect& r : {ring, to})
+        if (!NSIsEmptyRect(r)) dirty.add(NSIntersectionRect(focusRingBounds(r), bounds));
+    ring = to;
+    ringRadius = radius;
+}
+
 NSWindow::Display& NSWindow::displayState() {
     if (!display_) display_ = std::make_unique<Display>();
     return *display_;
@@ -75,13 +83,7 @@ void NSWindow::displayIfNeeded() {
             const NSView* ringed = focusRingView();
             const NSRect ring =
                 ringed ? ringed->convertRect_toView(ringed->focusRingMaskBounds(), nullptr) : NSZeroRect;
-            const CGFloat radius = ringed ? ringed->focusRingRadius() : 0;
-            if (ring != d.ring || radius != d.ringRadius) {
-                if (!NSIsEmptyRect(d.ring)) dirty.add(NSIntersectionRect(focusRingBounds(d.ring), bounds));
-                if (!NSIsEmptyRect(ring)) dirty.add(NSIntersectionRect(focusRingBounds(ring), bounds));
-                d.ring = ring;
-                d.ringRadius = radius;
-            }
+            d.moveRing(ring, ringed ? ringed->focusRingRadius() : 0, bounds, dirty);
             const CGFloat scale = server.scale(native_);
             for (NSRect& r : dirty.rects)
                 r = toPixels(r, scale, bounds);

@@ -134,12 +134,14 @@ void NSWindow::center() {
 }
 
 void NSWindow::setMinSize(NSSize s) {
-    minSize_ = s;
+    const auto held = [](CGFloat v) { return v > 0 ? std::min(v, unlimited) : 0; };
+    minSize_ = {held(s.width), held(s.height)};
     if (native_) windowServer().setLimits(native_, minSize_, maxSize_);
 }
 
 void NSWindow::setMaxSize(NSSize s) {
-    maxSize_ = s;
+    const auto held = [](CGFloat v) { return v < unlimited ? std::max(0.0, v) : unlimited; };
+    maxSize_ = {held(s.width), held(s.height)};
     if (native_) windowServer().setLimits(native_, minSize_, maxSize_);
 }
 

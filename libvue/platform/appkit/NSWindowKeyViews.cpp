@@ -132,9 +132,8 @@ void NSWindow::setDefaultButtonCell(NSButtonCell* cell) { defaultButton_ = cell;
 
 BOOL NSWindow::performDefaultButton() {
     const Ref<NSButtonCell> cell = defaultButton_.ref();
-    static const SEL click = sel("performClick:");
-    if (!cell || !cell->isEnabled() || !cell->respondsToSelector(click)) return NO;
-    (void)cell->performSelector_withObject(click, this);
+    if (!cell || !cell->isEnabled()) return NO;
+    cell->performClick(this);
     return YES;
 }
 

@@ -75,6 +75,9 @@ struct NSWindow::Display {
     Weak<NSScreen> screen; ///< that it was told to be on
     bool screenKnown = false;
     bool whole = true; ///< nothing on the surface is good
+
+    /// The ring is to be round there (empty: nowhere) from now on: what it leaves and what it comes to is dirty.
+    void moveRing(const NSRect& to, CGFloat radius, const NSRect& bounds, NSView::DirtySink& dirty);
 };
 
 } // namespace libvue

@@ -14,7 +14,7 @@ void NSWindow::beginSheet_completionHandler(NSWindow* sheet, SheetHandler handle
     bool inUse = !sheet || sheet->sheetParent_ || (sheets_ && sheets_->find(sheet) != sheets_->sessions.end());
     for (const NSWindow* w = this; w && !inUse; w = w->sheetParent_)
         inUse = w == sheet;
-    if (inUse) raiseNamed("NSInvalidArgumentException", "beginSheet: of no window, or of one that is in use");
+    if (inUse) raiseNamed(NSInvalidArgumentException, "beginSheet: of no window, or of one that is in use");
     if (!sheets_) sheets_ = std::make_unique<Sheets>();
     sheets_->sessions.push_back({Ref<NSWindow>(sheet), std::move(handler)});
     presentNextSheet();

@@ -141,7 +141,7 @@ template <auto Set> constexpr Property property(std::string_view key, Words word
 }
 
 /// One whose setter takes more than the value.
-template <class C, class V> constexpr Property special(std::string_view key, bool (*put)(NSObject*, NSObject*)) {
+template <class C> constexpr Property special(std::string_view key, bool (*put)(NSObject*, NSObject*)) {
     return {key, &isOf<C>, put, {}};
 }
 
@@ -200,9 +200,9 @@ constexpr Property kProperties[] = {
     property<&NSControl::setRefusesFirstResponder>("refusesFirstResponder"),
     property<&NSControl::setStringValue>("stringValue"),
     property<&NSControl::setTarget>("target"),
-    special<NSControl, NSString>("lineBreakMode", &putLineBreak),
-    special<NSControl, NSNumber>("wraps", &putWraps),
-    special<NSTextField, NSString>("label", &putLabel),
+    special<NSControl>("lineBreakMode", &putLineBreak),
+    special<NSControl>("wraps", &putWraps),
+    special<NSTextField>("label", &putLabel),
     property<&NSTextField::setEditable>("editable"),
     property<&NSTextField::setSelectable>("selectable"),
     property<&NSTextField::setBezeled>("bezeled"),
@@ -252,7 +252,7 @@ constexpr Property kProperties[] = {
     property<&NSWindow::setTitle>("title"),
     property<&NSWindow::setDelegate>("delegate"),
     property<&NSWindow::setInitialFirstResponder>("initialFirstResponder"),
-    special<NSWindow, NSButton>("defaultButton", &putDefaultButton),
+    special<NSWindow>("defaultButton", &putDefaultButton),
     property<&NSWindow::setBackgroundColor>("backgroundColor"),
     property<&NSWindow::setHasShadow>("hasShadow"),
     property<&NSWindow::setOpaque>("opaque"),
@@ -270,6 +270,7 @@ struct NamedColor {
     std::string_view name;
     NSColor* (*get)();
 };
+/// Beside those of the palette.
 constexpr NamedColor kColors[] = {
     {"blackColor", &NSColor::blackColor},
     {"whiteColor", &NSColor::whiteColor},
@@ -278,29 +279,12 @@ constexpr NamedColor kColors[] = {
     {"lightGrayColor", &NSColor::lightGrayColor},
     {"clearColor", &NSColor::clearColor},
     {"redColor", &NSColor::redColor},
-    {"systemRedColor", [] { return NSColor::systemColor(SystemColor::danger); }},
-    {"labelColor", &NSColor::labelColor},
-    {"secondaryLabelColor", &NSColor::secondaryLabelColor},
-    {"tertiaryLabelColor", &NSColor::tertiaryLabelColor},
-    {"quaternaryLabelColor", &NSColor::quaternaryLabelColor},
-    {"textColor", &NSColor::textColor},
-    {"textBackgroundColor", &NSColor::textBackgroundColor},
-    {"controlColor", &NSColor::controlColor},
-    {"controlTextColor", &NSColor::controlTextColor},
-    {"disabledControlTextColor", &NSColor::disabledControlTextColor},
-    {"controlBackgroundColor", &NSColor::controlBackgroundColor},
-    {"controlAccentColor", &NSColor::controlAccentColor},
-    {"placeholderTextColor", &NSColor::placeholderTextColor},
-    {"separatorColor", &NSColor::separatorColor},
-    {"linkColor", &NSColor::linkColor},
-    {"gridColor", &NSColor::gridColor},
-    {"windowBackgroundColor", &NSColor::windowBackgroundColor},
-    {"underPageBackgroundColor", &NSColor::underPageBackgroundColor},
 };
 
 Ref<NSColor> colorNamed(const std::string& name) {
     for (const NamedColor& c : kColors)
         if (c.name == name) return c.get();
+    if (const SystemColor role = paletteRole(name); role != SystemColor::count) return NSColor::systemColor(role);
     if ((name.size() != 7 && name.size() != 9) || name[0] != '#') return nullptr;
     char* end = nullptr;
     unsigned long n = std::strtoul(name.c_str() + 1, &end, 16);
@@ -327,11 +311,8 @@ Ref<NSObject> valueOf(NSDictionary* d, NSBundle* bundle) {
     if (auto* name = d->get<NSString>(u"color"_ns)) return colorNamed(name->utf8());
     if (auto* name = d->get<NSString>(u"font"_ns)) return fontFrom(name, d);
     if (auto* name = d->get<NSString>(u"image"_ns)) {
-        for (const char* type : {"png", "svg", ""}) {
-            const Ref<NSString> path =
-                bundle ? bundle->pathForResource_ofType(name, NSString::fromUTF8(type)) : nullptr;
-            if (const Ref<NSImage> image = path ? NSImage::initWithContentsOfFile(path) : nullptr) return image;
-        }
+        const Ref<NSString> path = pathForImageResource(bundle, name);
+        if (const Ref<NSImage> image = NSImage::initWithContentsOfFile(path)) return image;
         return NSImage::imageNamed(name);
     }
     if (auto* key = d->get<NSString>(u"localized"_ns))

@@ -40,13 +40,13 @@ public:
             curve({centre + a, 0}, {centre + t + 1.5, -l + t}, {centre + a * 0.45, 0});
         }
         path_->lineToPoint(at(w - r, 0));
-        corner({w, r}, {w - r + r * kRound, 0}, {w, r - r * kRound});
+        curve({w, r}, {w - r + r * kRound, 0}, {w, r - r * kRound});
         path_->lineToPoint(at(w, h - r));
-        corner({w - r, h}, {w, h - r + r * kRound}, {w - r + r * kRound, h});
+        curve({w - r, h}, {w, h - r + r * kRound}, {w - r + r * kRound, h});
         path_->lineToPoint(at(r, h));
-        corner({0, h - r}, {r - r * kRound, h}, {0, h - r + r * kRound});
+        curve({0, h - r}, {r - r * kRound, h}, {0, h - r + r * kRound});
         path_->lineToPoint(at(0, r));
-        corner({r, 0}, {0, r - r * kRound}, {r - r * kRound, 0});
+        curve({r, 0}, {0, r - r * kRound}, {r - r * kRound, 0});
         path_->closePath();
         return path_;
     }
@@ -70,7 +70,6 @@ private:
     void curve(NSPoint end, NSPoint c1, NSPoint c2) {
         path_->curveToPoint_controlPoint1_controlPoint2(at(end.x, end.y), at(c1.x, c1.y), at(c2.x, c2.y));
     }
-    void corner(NSPoint end, NSPoint c1, NSPoint c2) { curve(end, c1, c2); }
 
     NSRect body_;
     NSRectEdge edge_;

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include <libvue/platform/appkit/NSPrintOperation.h>
+#include <libvue/platform/appkit/NSViewExtras.h>
 #include <libvue/platform/appkit/PrintFocus.h>
 #include <libvue/platform/appkit/PrintState.h>
 #include <libvue/platform/appkit/ScopeExit.h>
@@ -175,15 +176,11 @@ void PrintPages::drawCopy(NSPrintOperation& operation, const NSRect& part, backe
 
 void PrintPages::drawContent(NSView* view, const NSRect& part, NSPoint place, CGFloat scale,
                              NSGraphicsContext* context) {
-    const bool flipped = view->isFlipped();
     context->saveState();
     const ScopeExit asBefore([context] { context->restoreState(); });
     context->canvas().concat(backend::Transform::translation(place.x, place.y));
     context->canvas().concat(backend::Transform::scaling(scale, scale));
-    const NSRect whole = view->bounds();
-    // From the lower left corner of the view, where drawing it starts.
-    const CGFloat bottom = flipped ? whole.size.height - (NSMaxY(part) - whole.origin.y) : part.origin.y;
-    context->canvas().concat(backend::Transform::translation(-part.origin.x, -bottom));
+    bringToOrigin(context->canvas(), view, part);
     view->displayRectIgnoringOpacity_inContext(part, context);
 }
 

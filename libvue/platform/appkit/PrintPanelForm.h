@@ -5,13 +5,12 @@
 #include <libvue/platform/appkit/NSButton.h>
 #include <libvue/platform/appkit/NSPopUpButton.h>
 #include <libvue/platform/appkit/NSTextField.h>
-#include <libvue/platform/appkit/PrintPanelWindow.h>
 
 namespace libvue {
 
 /// The controls of a print panel: labels in a column that ends at one edge, controls in one that starts at another, the
 /// preview beside them.
-class PrintPanelForm : public NSView {
+class PrintPanelForm final : public NSView {
 public:
     enum class Tone { note, warning };
 
@@ -42,12 +41,6 @@ private:
     Ref<NSTextField> destinationLabel_, fileLabel_, copiesLabel_, pagesLabel_, paperLabel_, orientationLabel_,
         scaleLabel_;
     Ref<NSTextField> toLabel_, percentLabel_, message_;
-};
-
-class PrintPanelWindow::Form final : public PrintPanelForm {
-public:
-    static void describe(ClassDescription<Form, PrintPanelForm>&) {}
-    using PrintPanelForm::PrintPanelForm;
 };
 
 } // namespace libvue

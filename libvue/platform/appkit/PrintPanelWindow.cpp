@@ -65,7 +65,7 @@ PrintPanelWindow::PrintPanelWindow(NSPrintOperation* operation, NSUInteger optio
       operation_(operation),
       options_(options),
       buttonTitle_(buttonTitle),
-      form_(make<Form>(options)) {
+      form_(make<PrintPanelForm>(options)) {
     setTitle(u"Imprimer"_ns);
     setReleasedWhenClosed(NO);
     const NSPrintInfo& info = *operation->printInfo();
@@ -154,10 +154,7 @@ void PrintPanelWindow::fillPapers() {
     papers_ = backend::Backend::current().printing->papers(printer);
     NSSize upright = info.paperSize();
     if (upright.width > upright.height) std::swap(upright.width, upright.height);
-    const auto same = [&](const backend::Paper& p) {
-        return std::abs(p.size.width - upright.width) < 1.5 && std::abs(p.size.height - upright.height) < 1.5;
-    };
-    auto at = std::ranges::find_if(papers_, same);
+    auto at = std::ranges::find_if(papers_, [&](const backend::Paper& p) { return p.isOfSize(upright); });
     if (at == papers_.end()) at = papers_.insert(papers_.end(), {"", "Personnalisé", upright});
     form_->paper->removeAllItems();
     for (const auto& p : papers_)
@@ -208,7 +205,9 @@ Ref<NSString> PrintPanelWindow::fault() const {
     }
     if (destination() == Destination::printer && (options_ & NSPrintPanelShowsCopies)) {
         const auto copies = wholeNumber(form_->copies);
-        if (!copies || *copies < 1 || *copies > 999) return u"Indiquez de 1 à 999 copies."_ns;
+        if (!copies || *copies < 1 || *copies > NSPrintInfo::mostCopies)
+            return NSString::stringWithFormat(u"Indiquez de 1 à %ld copies."_ns,
+                                              static_cast<long>(NSPrintInfo::mostCopies));
     }
     if ((options_ & NSPrintPanelShowsPageRange) && form_->somePages->state() == NSOnState) {
         const auto first = wholeNumber(form_->first), last = wholeNumber(form_->last);

@@ -8,13 +8,14 @@
 
 namespace libvue {
 
+class PrintPanelForm;
 class PrintPreviewView;
 
 /// The window of a print panel.
 class PrintPanelWindow final : public NSPanel {
 public:
     static void describe(ClassDescription<PrintPanelWindow, NSPanel>& c);
-    /// `options` as for NSPrintPanel; a null title for the usual ones. The operation is borrowed.
+    /// `options` as for NSPrintPanel; a null title for the usual ones.
     PrintPanelWindow(NSPrintOperation* operation, NSUInteger options, NSString* buttonTitle);
     ~PrintPanelWindow() override;
 
@@ -35,7 +36,6 @@ public:
     void cancelOperation(NSObject* sender) override;
 
 private:
-    class Form;
     enum class Destination { printer, file, viewer };
 
     void fillDestinations();
@@ -50,12 +50,12 @@ private:
     [[nodiscard]] Destination destination() const;
     [[nodiscard]] Ref<NSString> savingPath() const;
 
-    NSPrintOperation* operation_;
+    Ref<NSPrintOperation> operation_;
     NSUInteger options_;
     Ref<NSString> buttonTitle_;
     std::vector<backend::Printer> printers_;
     std::vector<backend::Paper> papers_;
-    Ref<Form> form_;
+    Ref<PrintPanelForm> form_;
     Ref<PrintPreviewView> preview_;
     NSInteger page_ = 1;
     bool accepted_ = false;

@@ -10,7 +10,6 @@ namespace libvue {
 class PrintPreviewView final : public NSView {
 public:
     static void describe(ClassDescription<PrintPreviewView, NSView>& c);
-    /// The operation is borrowed.
     PrintPreviewView(const NSRect& frame, NSPrintOperation* operation);
     ~PrintPreviewView() override;
 
@@ -24,7 +23,7 @@ public:
 private:
     [[nodiscard]] NSRect sheet() const;
 
-    NSPrintOperation* operation_;
+    Ref<NSPrintOperation> operation_;
     Ref<NSImage> picture_;
     NSInteger page_ = 0;
     CGFloat wheel_ = 0;

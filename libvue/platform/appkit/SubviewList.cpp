@@ -11,7 +11,7 @@ namespace libvue {
 
 NSView* SubviewList::objectAtIndex(NSUInteger i) const {
     if (i >= views_.size())
-        raiseNamed("NSRangeException", "subview " + std::to_string(i) + " of " + std::to_string(views_.size()));
+        raiseNamed(NSRangeException, "subview " + std::to_string(i) + " of " + std::to_string(views_.size()));
     return views_[i].get();
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <vector>
 
 #include <libvue/platform/appkit/NSView.h>
 #include <libvue/platform/appkit/NSViewExtras.h>
@@ -56,18 +55,12 @@ std::size_t ViewPicture::count_ = 0;
 
 namespace {
 
-/// A few at a time: searched from end to end.
-template <class Kept> std::vector<Kept*>& all() {
-    static std::vector<Kept*> kept;
-    return kept;
-}
-
 bool isWhole(CGFloat v) noexcept { return std::abs(v - std::round(v)) < 1e-6; }
 
 /// Half a pixel goes the same way on both sides of 0: what stands side by side stays so.
 CGFloat toPixel(CGFloat v, CGFloat scale) noexcept { return std::floor(v * scale + 0.5) / scale; }
 
-/// What of `r` lies outside of `hole`, as up to four rectangles.
+/// Leaves what of the rectangles lies outside of `hole`: up to four for each that it cuts.
 void cutOut(std::vector<NSRect>& rects, const NSRect& hole) {
     std::vector<NSRect> left;
     const auto keep = [&left](CGFloat x, CGFloat y, CGFloat toX, CGFloat toY) {
@@ -94,24 +87,29 @@ NSRect toPixels(const NSRect& r, CGFloat scale) noexcept {
 
 } // namespace
 
+std::vector<ViewPicture::Kept*>& ViewPicture::all() {
+    static auto& kept = *new std::vector<Kept*>;
+    return kept;
+}
+
 ViewPicture::ViewPicture(NSView* view) {
     if (!view || of(view)) return;
     kept_ = std::make_unique<Kept>(view);
-    all<Kept>().push_back(kept_.get());
-    count_ = all<Kept>().size();
+    all().push_back(kept_.get());
+    count_ = all().size();
 }
 
 ViewPicture::ViewPicture(ViewPicture&& other) noexcept = default;
 
 ViewPicture::~ViewPicture() {
     if (!kept_) return;
-    std::erase(all<Kept>(), kept_.get());
-    count_ = all<Kept>().size();
+    std::erase(all(), kept_.get());
+    count_ = all().size();
 }
 
 ViewPicture::Kept* ViewPicture::of(const NSView* view) noexcept {
     if (!any_()) return nullptr;
-    const std::vector<Kept*>& kept = all<Kept>();
+    const std::vector<Kept*>& kept = all();
     const auto found = std::find_if(kept.begin(), kept.end(), [view](const Kept* k) { return k->view == view; });
     return found == kept.end() ? nullptr : *found;
 }
@@ -141,7 +139,7 @@ bool ViewPicture::draw_(NSView* view, NSGraphicsContext* context) {
 bool ViewPicture::cover_(const NSWindow* window, const NSRect& rect) {
     const CGFloat scale = window->backingScaleFactor();
     std::vector<NSRect> bare{rect};
-    for (const Kept* k : all<Kept>()) {
+    for (const Kept* k : all()) {
         const NSView* v = k->view;
         const NSView* parent = v->superview();
         if (!k->opaque || k->stale || v->window() != window || !parent || k->size != v->frame().size ||

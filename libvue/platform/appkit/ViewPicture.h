@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include <libvue/platform/appkit/Forward.h>
 #include <libvue/platform/foundation/Export.h>
@@ -35,6 +36,8 @@ public:
 
 private:
     struct Kept;
+    /// A few at a time: searched from end to end.
+    static std::vector<Kept*>& all();
     static Kept* of(const NSView* view) noexcept;
     static std::size_t count_;
     std::unique_ptr<Kept> kept_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -19,6 +20,11 @@ struct Paper {
     NSSize size;       ///< points
 
     bool operator==(const Paper&) const = default;
+    /// Whether a sheet of that size, upright, is this one: papers are cut to half a millimetre.
+    [[nodiscard]] bool isOfSize(NSSize upright) const noexcept {
+        constexpr double cut = 1.5;
+        return std::abs(size.width - upright.width) < cut && std::abs(size.height - upright.height) < cut;
+    }
 };
 
 struct Printer {

@@ -6,7 +6,6 @@
 
 #include <libvue/platform/backend/Canvas.h>
 #include <libvue/platform/graphics/ColorConversion.h>
-#include <libvue/platform/graphics/NSColor.h>
 
 namespace libvue {
 
@@ -24,54 +23,6 @@ void CGContextTranslateCTM(CGContextRef context, CGFloat tx, CGFloat ty) {
 
 void CGContextScaleCTM(CGContextRef context, CGFloat sx, CGFloat sy) {
     if (context) context->canvas().concat(backend::Transform::scaling(sx, sy));
-}
-
-void CGContextRotateCTM(CGContextRef context, CGFloat angle) {
-    if (context) context->canvas().concat(backend::Transform::rotation(angle));
-}
-
-void CGContextClipToRect(CGContextRef context, const CGRect& rect) {
-    if (context) context->canvas().clip(rect);
-}
-
-void CGContextClipToRects(CGContextRef context, const CGRect* rects, NSUInteger count) {
-    if (context && (rects || count == 0)) context->canvas().clip(rects, count);
-}
-
-CGRect CGContextGetClipBoundingBox(CGContextRef context) {
-    return context ? context->canvas().clipBounds() : NSZeroRect;
-}
-
-void CGContextFillRect(CGContextRef context, const CGRect& rect) {
-    if (context) context->fillRects(&rect, 1);
-}
-
-void CGContextClearRect(CGContextRef context, const CGRect& rect) {
-    if (context) context->canvas().fillRect(rect, {0, 0, 0, 0}, backend::Compositing::clear);
-}
-
-void CGContextSetAlpha(CGContextRef context, CGFloat alpha) {
-    if (context) context->canvas().setAlpha(unitInterval(alpha));
-}
-
-void CGContextSetShouldAntialias(CGContextRef context, BOOL on) {
-    if (context) context->setShouldAntialias(on);
-}
-
-void CGContextSetRGBFillColor(CGContextRef context, CGFloat r, CGFloat g, CGFloat b, CGFloat a) {
-    if (context) context->setFillColor(NSColor::colorWithDeviceRed_green_blue_alpha(r, g, b, a));
-}
-
-void CGContextSetRGBStrokeColor(CGContextRef context, CGFloat r, CGFloat g, CGFloat b, CGFloat a) {
-    if (context) context->setStrokeColor(NSColor::colorWithDeviceRed_green_blue_alpha(r, g, b, a));
-}
-
-void CGContextBeginTransparencyLayer(CGContextRef context) {
-    if (context) context->canvas().beginLayer();
-}
-
-void CGContextEndTransparencyLayer(CGContextRef context) {
-    if (context) context->canvas().endLayer();
 }
 
 Ref<CGFunction> CGFunctionCreate(void* info, NSUInteger inputs, const CGFloat* domain, NSUInteger outputs,

@@ -18,21 +18,6 @@ LIBVUE_API void CGContextSaveGState(CGContextRef context);
 LIBVUE_API void CGContextRestoreGState(CGContextRef context);
 LIBVUE_API void CGContextTranslateCTM(CGContextRef context, CGFloat tx, CGFloat ty);
 LIBVUE_API void CGContextScaleCTM(CGContextRef context, CGFloat sx, CGFloat sy);
-/// Radians, counter-clockwise where y is upward.
-LIBVUE_API void CGContextRotateCTM(CGContextRef context, CGFloat angle);
-LIBVUE_API void CGContextClipToRect(CGContextRef context, const CGRect& rect);
-/// Clips to the union.
-LIBVUE_API void CGContextClipToRects(CGContextRef context, const CGRect* rects, NSUInteger count);
-[[nodiscard]] LIBVUE_API CGRect CGContextGetClipBoundingBox(CGContextRef context);
-LIBVUE_API void CGContextFillRect(CGContextRef context, const CGRect& rect);
-LIBVUE_API void CGContextClearRect(CGContextRef context, const CGRect& rect);
-LIBVUE_API void CGContextSetAlpha(CGContextRef context, CGFloat alpha);
-LIBVUE_API void CGContextSetShouldAntialias(CGContextRef context, BOOL on);
-LIBVUE_API void CGContextSetRGBFillColor(CGContextRef context, CGFloat r, CGFloat g, CGFloat b, CGFloat a);
-LIBVUE_API void CGContextSetRGBStrokeColor(CGContextRef context, CGFloat r, CGFloat g, CGFloat b, CGFloat a);
-/// Until the end, drawing goes apart and is then composed as one with the state's operation, alpha and shadow.
-LIBVUE_API void CGContextBeginTransparencyLayer(CGContextRef context);
-LIBVUE_API void CGContextEndTransparencyLayer(CGContextRef context);
 
 /// Which components a shading's colours have, before alpha.
 enum class CGColorSpace : unsigned char { deviceGray, deviceRGB };

@@ -100,9 +100,4 @@ std::string fullFontName(std::string_view family, NSUInteger traits) {
     return suffix.empty() ? name : name + "-" + suffix;
 }
 
-void forgetFontFamilies() {
-    spacedFamilies().clear();
-    parsedNames().clear();
-}
-
 } // namespace libvue

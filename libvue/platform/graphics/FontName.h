@@ -15,12 +15,9 @@ struct FontName {
 };
 
 /// A suffix that names no trait belongs to the family. A family that is installed under the same name with spaces gets
-/// them
-/// ("DejaVuSans" is "DejaVu Sans"). Good until the next call.
+/// them ("DejaVuSans" is "DejaVu Sans"); the installed families are remembered. Good until the next call.
 [[nodiscard]] const FontName& parseFontName(const std::string& name);
 /// The other way: without spaces, traits behind a hyphen.
 [[nodiscard]] std::string fullFontName(std::string_view family, NSUInteger traits);
-/// The installed families are remembered; this forgets them.
-void forgetFontFamilies();
 
 } // namespace libvue

@@ -23,9 +23,9 @@ bool hasFiniteSides(const NSRect& r) { return isFinite(r.origin) && isFinite({r.
 
 } // namespace
 
-NSBezierPath::State& NSBezierPath::State::defaults() {
-    static State s;
-    return s;
+backend::Stroke& NSBezierPath::defaultStroke() {
+    static backend::Stroke stroke;
+    return stroke;
 }
 
 void NSBezierPath::State::findStart() {
@@ -57,12 +57,7 @@ void NSBezierPath::describe(ClassDescription<NSBezierPath>& c) {
         "bezierPathWithRoundedRect:xRadius:yRadius:");
 }
 
-NSBezierPath::NSBezierPath() : s_(std::make_unique<State>()) {
-    const State& d = State::defaults();
-    s_->stroke = d.stroke;
-    s_->rule = d.rule;
-    s_->flatness = d.flatness;
-}
+NSBezierPath::NSBezierPath() : s_(std::make_unique<State>()) { s_->stroke = defaultStroke(); }
 
 NSBezierPath::~NSBezierPath() = default;
 
@@ -149,17 +144,6 @@ void NSBezierPath::appendBezierPathWithRect(const NSRect& rect) {
     s_->start = rect.origin;
 }
 
-void NSBezierPath::appendBezierPathWithPoints_count(const NSPoint* points, NSInteger count) {
-    if (!points) return;
-    for (NSInteger i = 0; i < count; ++i) {
-        if (!isFinite(points[i])) continue;
-        if (s_->hasCurrentPoint())
-            s_->line(points[i]);
-        else
-            s_->move(points[i]);
-    }
-}
-
 void NSBezierPath::appendBezierPathWithOvalInRect(const NSRect& rect) {
     if (!hasFiniteSides(rect)) return;
     outline::appendOval(s_->path, rect);
@@ -223,23 +207,12 @@ NSBezierPathElement NSBezierPath::elementAtIndex_associatedPoints(NSInteger inde
     return static_cast<NSBezierPathElement>(verb);
 }
 
-void NSBezierPath::setAssociatedPoints_atIndex(const NSPoint* points, NSInteger index) {
-    backend::Path& p = s_->path;
-    const std::size_t at = s_->placeOf(index).point;
-    const int n = outline::pointsOf(p.verbs[static_cast<std::size_t>(index)]);
-    if (!points || !std::all_of(points, points + n, [](NSPoint q) { return isFinite(q); })) return;
-    std::copy_n(points, n, p.points.begin() + static_cast<std::ptrdiff_t>(at));
-    s_->findStart();
-}
-
 NSPoint NSBezierPath::currentPoint() const {
     requireCurrentPoint("currentPoint");
     return s_->current();
 }
 
 NSRect NSBezierPath::bounds() const { return outline::bounds(s_->path); }
-
-NSRect NSBezierPath::controlPointBounds() const { return outline::controlBounds(s_->path); }
 
 BOOL NSBezierPath::containsPoint(NSPoint p) const {
     return outline::contains(s_->path, p, static_cast<backend::FillRule>(s_->rule));
@@ -255,7 +228,7 @@ void NSBezierPath::transformUsingAffineTransform(const NSAffineTransform* t) {
 Ref<NSBezierPath> NSBezierPath::bezierPathByFlatteningPath() const {
     Ref<NSBezierPath> p = make<NSBezierPath>();
     *p->s_ = *s_;
-    p->s_->path = outline::flattened(s_->path, std::max(s_->flatness, 0.01));
+    p->s_->path = outline::flattened(s_->path, s_->flatness);
     return p;
 }
 
@@ -278,7 +251,10 @@ void NSBezierPath::setMiterLimit(CGFloat limit) { s_->stroke.miterLimit = limit;
 NSWindingRule NSBezierPath::windingRule() const { return s_->rule; }
 void NSBezierPath::setWindingRule(NSWindingRule rule) { s_->rule = rule; }
 CGFloat NSBezierPath::flatness() const { return s_->flatness; }
-void NSBezierPath::setFlatness(CGFloat flatness) { s_->flatness = flatness; }
+void NSBezierPath::setFlatness(CGFloat flatness) {
+    constexpr CGFloat finest = 0.01;
+    s_->flatness = flatness > finest ? flatness : finest;
+}
 
 void NSBezierPath::getLineDash_count_phase(CGFloat* pattern, NSInteger* count, CGFloat* phase) const {
     if (pattern) std::copy(s_->stroke.dash.begin(), s_->stroke.dash.end(), pattern);
@@ -297,24 +273,8 @@ void NSBezierPath::setLineDash_count_phase(const CGFloat* pattern, NSInteger cou
     s_->stroke.dash.assign(pattern, pattern + count);
 }
 
-void NSBezierPath::setDefaultLineWidth(CGFloat width) { State::defaults().stroke.width = width > 0 ? width : 0; }
-CGFloat NSBezierPath::defaultLineWidth() { return State::defaults().stroke.width; }
-void NSBezierPath::setDefaultLineCapStyle(NSLineCapStyle style) {
-    State::defaults().stroke.cap = static_cast<backend::LineCap>(style);
-}
-NSLineCapStyle NSBezierPath::defaultLineCapStyle() { return static_cast<NSLineCapStyle>(State::defaults().stroke.cap); }
-void NSBezierPath::setDefaultLineJoinStyle(NSLineJoinStyle style) {
-    State::defaults().stroke.join = static_cast<backend::LineJoin>(style);
-}
-NSLineJoinStyle NSBezierPath::defaultLineJoinStyle() {
-    return static_cast<NSLineJoinStyle>(State::defaults().stroke.join);
-}
-void NSBezierPath::setDefaultMiterLimit(CGFloat limit) { State::defaults().stroke.miterLimit = limit; }
-CGFloat NSBezierPath::defaultMiterLimit() { return State::defaults().stroke.miterLimit; }
-void NSBezierPath::setDefaultWindingRule(NSWindingRule rule) { State::defaults().rule = rule; }
-NSWindingRule NSBezierPath::defaultWindingRule() { return State::defaults().rule; }
-void NSBezierPath::setDefaultFlatness(CGFloat flatness) { State::defaults().flatness = flatness; }
-CGFloat NSBezierPath::defaultFlatness() { return State::defaults().flatness; }
+void NSBezierPath::setDefaultLineWidth(CGFloat width) { defaultStroke().width = width > 0 ? width : 0; }
+CGFloat NSBezierPath::defaultLineWidth() { return defaultStroke().width; }
 
 BOOL NSBezierPath::isEqual(const NSObject* other) const {
     if (this == other) return YES;

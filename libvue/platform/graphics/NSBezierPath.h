@@ -43,20 +43,9 @@ public:
     static void clipRect(const NSRect& rect);
     static void strokeLineFromPoint_toPoint(NSPoint from, NSPoint to);
 
-    // The look that new paths start with, and that the operations above use.
-
+    /// The line width that new paths start with, and that the operations above use; 1 at the start.
     static void setDefaultLineWidth(CGFloat width);
     [[nodiscard]] static CGFloat defaultLineWidth();
-    static void setDefaultLineCapStyle(NSLineCapStyle style);
-    [[nodiscard]] static NSLineCapStyle defaultLineCapStyle();
-    static void setDefaultLineJoinStyle(NSLineJoinStyle style);
-    [[nodiscard]] static NSLineJoinStyle defaultLineJoinStyle();
-    static void setDefaultMiterLimit(CGFloat limit);
-    [[nodiscard]] static CGFloat defaultMiterLimit();
-    static void setDefaultWindingRule(NSWindingRule rule);
-    [[nodiscard]] static NSWindingRule defaultWindingRule();
-    static void setDefaultFlatness(CGFloat flatness);
-    [[nodiscard]] static CGFloat defaultFlatness();
 
     // Building. What starts from the current point raises NSGenericException while there is none.
 
@@ -71,7 +60,6 @@ public:
     void relativeCurveToPoint_controlPoint1_controlPoint2(NSPoint end, NSPoint c1, NSPoint c2);
     void appendBezierPath(const NSBezierPath* path);
     void appendBezierPathWithRect(const NSRect& rect);
-    void appendBezierPathWithPoints_count(const NSPoint* points, NSInteger count);
     void appendBezierPathWithOvalInRect(const NSRect& rect);
     void appendBezierPathWithRoundedRect_xRadius_yRadius(const NSRect& rect, CGFloat xRadius, CGFloat yRadius);
     /// Degrees, counter-clockwise from the positive x axis; a line joins the current point to the start of the arc.
@@ -94,12 +82,10 @@ public:
     [[nodiscard]] NSBezierPathElement elementAtIndex(NSInteger index) const {
         return elementAtIndex_associatedPoints(index, nullptr);
     }
-    void setAssociatedPoints_atIndex(const NSPoint* points, NSInteger index);
     /// Raises NSGenericException where the path is empty.
     [[nodiscard]] NSPoint currentPoint() const;
     /// What the outline covers, exact on curves, without the stroke. NSZeroRect where the path is empty.
     [[nodiscard]] NSRect bounds() const;
-    [[nodiscard]] NSRect controlPointBounds() const;
     /// By the winding rule; open subpaths count as closed.
     [[nodiscard]] BOOL containsPoint(NSPoint p) const;
 
@@ -113,15 +99,18 @@ public:
     // The stroke and the rule.
 
     [[nodiscard]] CGFloat lineWidth() const;
+    /// Points; what is negative counts as 0, the thinnest line that there is.
     void setLineWidth(CGFloat width);
     [[nodiscard]] NSLineCapStyle lineCapStyle() const;
     void setLineCapStyle(NSLineCapStyle style);
     [[nodiscard]] NSLineJoinStyle lineJoinStyle() const;
     void setLineJoinStyle(NSLineJoinStyle style);
+    /// How many line widths a pointed corner may reach out before it is cut; 10 at the start.
     [[nodiscard]] CGFloat miterLimit() const;
     void setMiterLimit(CGFloat limit);
     [[nodiscard]] NSWindingRule windingRule() const;
     void setWindingRule(NSWindingRule rule);
+    /// How far the lines of bezierPathByFlatteningPath may lie from the curves, in points; at least 0.01.
     [[nodiscard]] CGFloat flatness() const;
     void setFlatness(CGFloat flatness);
     /// Any pointer may be null. Points on, off, on…
@@ -133,9 +122,8 @@ public:
 
     void fill() const;
     void stroke() const;
+    /// Clips to what both this path and the former clip hold; an empty path clips everything away.
     void addClip() const;
-    /// Clips to this path; the former clip still bounds it.
-    void setClip() const;
 
     [[nodiscard]] BOOL isEqual(const NSObject* other) const override;
     [[nodiscard]] NSUInteger hash() const override;
@@ -148,6 +136,8 @@ public:
 
 private:
     struct State;
+    /// What new paths are stroked with.
+    [[nodiscard]] static backend::Stroke& defaultStroke();
     void requireCurrentPoint(const char* operation) const;
     std::unique_ptr<State> s_;
 };

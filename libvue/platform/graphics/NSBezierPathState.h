@@ -48,9 +48,6 @@ struct NSBezierPath::State {
         NSPoint start;
     };
     [[nodiscard]] Place placeOf(NSInteger index) const;
-
-    /// The look that new paths start with.
-    [[nodiscard]] static State& defaults();
 };
 
 } // namespace libvue

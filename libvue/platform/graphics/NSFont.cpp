@@ -93,11 +93,6 @@ Ref<NSFont> NSFont::shared(const NSString* family, NSUInteger traits, CGFloat si
     return font;
 }
 
-void NSFont::forgetFonts() {
-    Table::shared().fonts.clear();
-    forgetFontFamilies();
-}
-
 Ref<NSFont> NSFont::system(CGFloat size, CGFloat standard, NSUInteger traits) {
     return shared(nullptr, traits, goodSize(size, standard), Kind::system);
 }
@@ -116,13 +111,8 @@ Ref<NSFont> NSFont::fontWithFamily_traits_size(const NSString* family, NSUIntege
 Ref<NSFont> NSFont::systemFontOfSize(CGFloat size) { return system(size, systemFontSize(), 0); }
 Ref<NSFont> NSFont::boldSystemFontOfSize(CGFloat size) { return system(size, systemFontSize(), NSBoldFontMask); }
 Ref<NSFont> NSFont::menuFontOfSize(CGFloat size) { return system(size, systemFontSize(), 0); }
-Ref<NSFont> NSFont::menuBarFontOfSize(CGFloat size) { return system(size, systemFontSize(), 0); }
-Ref<NSFont> NSFont::messageFontOfSize(CGFloat size) { return system(size, systemFontSize(), 0); }
-Ref<NSFont> NSFont::titleBarFontOfSize(CGFloat size) { return system(size, systemFontSize(), NSBoldFontMask); }
 Ref<NSFont> NSFont::toolTipsFontOfSize(CGFloat size) { return system(size, smallSystemFontSize(), 0); }
-Ref<NSFont> NSFont::paletteFontOfSize(CGFloat size) { return system(size, smallSystemFontSize(), 0); }
 Ref<NSFont> NSFont::labelFontOfSize(CGFloat size) { return system(size, labelFontSize(), 0); }
-Ref<NSFont> NSFont::controlContentFontOfSize(CGFloat size) { return system(size, systemFontSize(), 0); }
 
 Ref<NSFont> NSFont::userFontOfSize(CGFloat size) { return fontWithName_size(u"Helvetica"_ns, size); }
 
@@ -161,7 +151,6 @@ CGFloat NSFont::descender() const { return face_->descender(); }
 CGFloat NSFont::leading() const { return face_->leading(); }
 CGFloat NSFont::xHeight() const { return face_->xHeight(); }
 CGFloat NSFont::capHeight() const { return face_->capHeight(); }
-CGFloat NSFont::italicAngle() const { return traits_ & NSItalicFontMask ? -12 : 0; }
 CGFloat NSFont::underlinePosition() const { return face_->underlinePosition(); }
 CGFloat NSFont::underlineThickness() const { return face_->underlineThickness(); }
 NSSize NSFont::maximumAdvancement() const { return {face_->maximumAdvance(), 0}; }

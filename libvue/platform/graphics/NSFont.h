@@ -44,13 +44,8 @@ public:
     [[nodiscard]] static Ref<NSFont> userFontOfSize(CGFloat size);
     [[nodiscard]] static Ref<NSFont> userFixedPitchFontOfSize(CGFloat size);
     [[nodiscard]] static Ref<NSFont> menuFontOfSize(CGFloat size);
-    [[nodiscard]] static Ref<NSFont> menuBarFontOfSize(CGFloat size);
-    [[nodiscard]] static Ref<NSFont> messageFontOfSize(CGFloat size);
-    [[nodiscard]] static Ref<NSFont> titleBarFontOfSize(CGFloat size);
     [[nodiscard]] static Ref<NSFont> toolTipsFontOfSize(CGFloat size);
-    [[nodiscard]] static Ref<NSFont> paletteFontOfSize(CGFloat size);
     [[nodiscard]] static Ref<NSFont> labelFontOfSize(CGFloat size);
-    [[nodiscard]] static Ref<NSFont> controlContentFontOfSize(CGFloat size);
     [[nodiscard]] static constexpr CGFloat systemFontSize() noexcept { return 13; }
     [[nodiscard]] static constexpr CGFloat smallSystemFontSize() noexcept { return 11; }
     [[nodiscard]] static constexpr CGFloat labelFontSize() noexcept { return 10; }
@@ -71,7 +66,6 @@ public:
     [[nodiscard]] CGFloat leading() const;
     [[nodiscard]] CGFloat xHeight() const;
     [[nodiscard]] CGFloat capHeight() const;
-    [[nodiscard]] CGFloat italicAngle() const;
     [[nodiscard]] CGFloat underlinePosition() const;
     [[nodiscard]] CGFloat underlineThickness() const;
     [[nodiscard]] NSSize maximumAdvancement() const;
@@ -79,12 +73,10 @@ public:
     [[nodiscard]] CGFloat defaultLineHeightForFont() const;
     /// The advance of one line of that text.
     [[nodiscard]] CGFloat widthOfString(const NSString* text) const;
-    [[nodiscard]] NSInteger weight() const; ///< 0 to 15, 5 regular, 9 bold
+    /// 0 to 15, 5 regular, 9 bold.
+    [[nodiscard]] NSInteger weight() const;
     /// Whether a glyph is there for it.
     [[nodiscard]] BOOL coversCharacter(char32_t character) const;
-
-    /// Fonts belong to the text that they draw: nothing to put into the state.
-    void set() const noexcept {}
 
     [[nodiscard]] BOOL isEqual(const NSObject* other) const override;
     [[nodiscard]] NSUInteger hash() const override;
@@ -96,8 +88,6 @@ public:
     [[nodiscard]] static Ref<NSFont> fontWithFamily_traits_size(const NSString* family, NSUInteger traits,
                                                                 CGFloat size);
     [[nodiscard]] const std::shared_ptr<const backend::FontFace>& face() const noexcept { return face_; }
-    /// Fonts are shared through a table; this empties it (another backend has been installed).
-    static void forgetFonts();
 
 private:
     enum class Kind : std::uint8_t { named, system };

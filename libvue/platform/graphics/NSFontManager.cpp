@@ -56,17 +56,6 @@ Ref<NSFont> NSFontManager::convertFont_toSize(NSFont* font, CGFloat size) const 
     return NSFont::fontWithFamily_traits_size(font->familyName(), font->symbolicTraits(), size);
 }
 
-Ref<NSFont> NSFontManager::convertWeight_ofFont(BOOL bolder, NSFont* font) const {
-    return convertFont_toHaveTrait(font, bolder ? NSBoldFontMask : NSUnboldFontMask);
-}
-
-Ref<NSFont> NSFontManager::fontWithFamily_traits_weight_size(const NSString* family, NSUInteger traits,
-                                                             NSInteger weight, CGFloat size) const {
-    constexpr NSInteger lightestBold = 8;
-    if (weight >= lightestBold) traits |= NSBoldFontMask;
-    return NSFont::fontWithFamily_traits_size(family, traits, size);
-}
-
 NSUInteger NSFontManager::traitsOfFont(const NSFont* font) const noexcept { return font ? font->symbolicTraits() : 0; }
 
 NSInteger NSFontManager::weightOfFont(const NSFont* font) const { return font ? font->weight() : 0; }
@@ -76,11 +65,6 @@ Ref<NSArray> NSFontManager::availableFontFamilies() const {
     for (const std::string& family : backend::Backend::current().text->families())
         names.push_back(NSString::fromUTF8(family));
     return NSArray::arrayWithRefs(names);
-}
-
-BOOL NSFontManager::fontNamed_hasTraits(const NSString* name, NSUInteger traits) const {
-    const Ref<NSFont> font = NSFont::fontWithName_size(name, 0);
-    return font && (font->symbolicTraits() & traits) == traits;
 }
 
 } // namespace libvue

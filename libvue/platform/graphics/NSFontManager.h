@@ -20,16 +20,11 @@ public:
     /// With the font's traits and size; the font itself for an absent or empty name.
     [[nodiscard]] Ref<NSFont> convertFont_toFamily(NSFont* font, const NSString* family) const;
     [[nodiscard]] Ref<NSFont> convertFont_toSize(NSFont* font, CGFloat size) const;
-    /// One step bolder or lighter.
-    [[nodiscard]] Ref<NSFont> convertWeight_ofFont(BOOL bolder, NSFont* font) const;
-    [[nodiscard]] Ref<NSFont> fontWithFamily_traits_weight_size(const NSString* family, NSUInteger traits,
-                                                                NSInteger weight, CGFloat size) const;
     /// 0 for null.
     [[nodiscard]] NSUInteger traitsOfFont(const NSFont* font) const noexcept;
     /// 0 to 15, 5 regular, 9 bold; 0 for null.
     [[nodiscard]] NSInteger weightOfFont(const NSFont* font) const;
     [[nodiscard]] Ref<NSArray> availableFontFamilies() const;
-    [[nodiscard]] BOOL fontNamed_hasTraits(const NSString* name, NSUInteger traits) const;
 };
 
 } // namespace libvue

@@ -1,5 +1,6 @@
 #include <libvue/platform/graphics/NSGraphicsContext.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include <libvue/platform/backend/Backend.h>
@@ -22,6 +23,37 @@ Ref<NSGraphicsContext>& current() {
 std::vector<Ref<NSGraphicsContext>>& savedContexts() {
     static auto& v = *new std::vector<Ref<NSGraphicsContext>>;
     return v;
+}
+
+struct Tile {
+    std::shared_ptr<backend::Picture> picture;
+    NSSize size;
+};
+
+/// Up to so many tiles side by side in one picture, so that a large area takes few drawings. The tile itself where it
+/// is large, or cannot be repeated pixel by pixel.
+Tile repeated(Tile tile, double columns, double rows) {
+    constexpr double enough = 256; // pixels
+    auto& engine = *backend::Backend::current().graphics;
+    const double scale = tile.picture->pixelWidth() / tile.size.width;
+    for (const bool across : {true, false}) {
+        const int wide = tile.picture->pixelWidth(), high = tile.picture->pixelHeight();
+        const int n = static_cast<int>(std::min(across ? columns : rows, std::ceil(enough / (across ? wide : high))));
+        if (n < 2) continue;
+        const int columnsNow = across ? n : 1, rowsNow = across ? 1 : n;
+        const NSSize size{tile.size.width * columnsNow, tile.size.height * rowsNow};
+        auto block = engine.makePicture(size, scale);
+        if (!block || block->pixelWidth() != wide * columnsNow || block->pixelHeight() != high * rowsNow) return tile;
+        const auto canvas = engine.canvasOn(block);
+        if (!canvas) return tile;
+        for (int i = 0; i < n; ++i) {
+            const NSPoint at{across ? i * tile.size.width : 0, across ? 0 : i * tile.size.height};
+            canvas->drawPicture(*tile.picture, NSZeroRect, {at, tile.size}, backend::Compositing::copy, 1,
+                                backend::YAxis::up);
+        }
+        tile = {std::move(block), size};
+    }
+    return tile;
 }
 
 } // namespace
@@ -173,23 +205,32 @@ void NSGraphicsContext::strokeLine(NSPoint from, NSPoint to, const backend::Stro
 }
 
 void NSGraphicsContext::tilePattern(NSImage* image, NSCompositingOperation operation) {
-    const NSSize tile = image->size();
-    const auto picture = image->picture(canvas_->scale());
+    Tile tile{image->picture(canvas_->scale()), image->size()};
     const NSRect box = canvas_->clipBounds();
-    if (!picture || !(tile.width > 0) || !(tile.height > 0) || NSIsEmptyRect(box)) return;
+    if (!tile.picture || !(tile.size.width > 0) || !(tile.size.height > 0) || NSIsEmptyRect(box)) return;
     const NSPoint phase = state_.patternPhase;
     const auto first = [](double low, double origin, double step) { return std::floor((low - origin) / step); };
-    const double i0 = first(NSMinX(box), phase.x, tile.width), j0 = first(NSMinY(box), phase.y, tile.height);
-    const double columns = first(NSMaxX(box), phase.x, tile.width) - i0 + 1;
-    const double rows = first(NSMaxY(box), phase.y, tile.height) - j0 + 1;
+    double i0 = 0, j0 = 0, columns = 0, rows = 0;
+    const auto count = [&] {
+        i0 = first(NSMinX(box), phase.x, tile.size.width);
+        j0 = first(NSMinY(box), phase.y, tile.size.height);
+        columns = first(NSMaxX(box), phase.x, tile.size.width) - i0 + 1;
+        rows = first(NSMaxY(box), phase.y, tile.size.height) - j0 + 1;
+    };
+    count();
+    constexpr double few = 64;
+    if (columns * rows > few) {
+        tile = repeated(std::move(tile), columns, rows);
+        count();
+    }
     // A tile of nearly no size would never come to an end.
-    constexpr double mostTiles = 1e6;
-    if (!(columns * rows <= mostTiles)) return;
+    constexpr double most = 1e5;
+    if (!(columns * rows <= most)) return;
     const auto axis = isFlipped() ? backend::YAxis::down : backend::YAxis::up;
     for (int j = 0; j < rows; ++j)
         for (int i = 0; i < columns; ++i) {
-            const NSPoint at{phase.x + (i0 + i) * tile.width, phase.y + (j0 + j) * tile.height};
-            canvas_->drawPicture(*picture, NSZeroRect, {at, tile}, compositingOf(operation), 1, axis);
+            const NSPoint at{phase.x + (i0 + i) * tile.size.width, phase.y + (j0 + j) * tile.size.height};
+            canvas_->drawPicture(*tile.picture, NSZeroRect, {at, tile.size}, compositingOf(operation), 1, axis);
         }
 }
 

@@ -65,8 +65,6 @@ public:
     /// Moves the origin of patterns. Part of the saved state.
     void setPatternPhase(NSPoint phase) noexcept { state_.patternPhase = phase; }
     [[nodiscard]] NSPoint patternPhase() const noexcept { return state_.patternPhase; }
-    /// Nothing to do: what is drawn is in the pixels at once.
-    void flushGraphics() const noexcept {}
 
     // The current colours, part of the saved state. Both are black at the start.
 
@@ -92,8 +90,8 @@ private:
     struct State {
         Ink fill, stroke;
         NSPoint patternPhase;
-        NSCompositingOperation operation{2};
-        NSImageInterpolation interpolation{};
+        NSCompositingOperation operation = NSCompositeSourceOver;
+        NSImageInterpolation interpolation = NSImageInterpolationDefault;
         bool antialias = true;
         bool flipped = false;
     };

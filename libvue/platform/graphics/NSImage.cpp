@@ -1,6 +1,5 @@
 #include <libvue/platform/graphics/NSImage.h>
 
-#include <algorithm>
 #include <cmath>
 
 #include <libvue/platform/backend/Backend.h>
@@ -74,10 +73,6 @@ void NSImage::addRepresentations(NSArray* reps) {
         addRepresentation(rep);
 }
 
-void NSImage::removeRepresentation(NSImageRep* rep) {
-    std::erase_if(s_->reps, [rep](const Ref<NSImageRep>& r) { return r == rep; });
-}
-
 NSImageRep* NSImage::representationForScale(CGFloat scale) const {
     const NSSize size = this->size();
     NSImageRep* best = nullptr;
@@ -93,10 +88,6 @@ NSImageRep* NSImage::representationForScale(CGFloat scale) const {
         }
     }
     return best;
-}
-
-NSImageRep* NSImage::bestRepresentationForDevice(NSDictionary*) const {
-    return representationForScale(mainScreenScale);
 }
 
 std::shared_ptr<backend::Picture> NSImage::picture(CGFloat scale) const {
@@ -236,23 +227,6 @@ void NSImage::drawAtPoint_fromRect_operation_fraction(NSPoint point, const NSRec
               Upright::yes);
 }
 
-void NSImage::compositeToPoint_operation(NSPoint point, NSCompositingOperation operation) {
-    drawAtPoint_fromRect_operation_fraction(point, NSZeroRect, operation, 1);
-}
-
-void NSImage::compositeToPoint_operation_fraction(NSPoint point, NSCompositingOperation operation, CGFloat fraction) {
-    drawAtPoint_fromRect_operation_fraction(point, NSZeroRect, operation, fraction);
-}
-
-void NSImage::compositeToPoint_fromRect_operation(NSPoint point, const NSRect& from, NSCompositingOperation operation) {
-    drawAtPoint_fromRect_operation_fraction(point, from, operation, 1);
-}
-
-void NSImage::compositeToPoint_fromRect_operation_fraction(NSPoint point, const NSRect& from,
-                                                           NSCompositingOperation operation, CGFloat fraction) {
-    drawAtPoint_fromRect_operation_fraction(point, from, operation, fraction);
-}
-
 void NSImage::dissolveToPoint_fraction(NSPoint point, CGFloat fraction) {
     drawAtPoint_fromRect_operation_fraction(point, NSZeroRect, NSCompositeSourceOver, fraction);
 }
@@ -285,7 +259,6 @@ Ref<NSImage> NSImage::copy() const {
     image->s_->alignment = s_->alignment;
     image->flipped_ = flipped_;
     image->template_ = template_;
-    image->cacheMode_ = cacheMode_;
     image->background_ = background_;
     image->accessibility_ = accessibility_;
     return image;

@@ -9,13 +9,6 @@
 
 namespace libvue {
 
-enum NSImageCacheMode : NSUInteger {
-    NSImageCacheDefault = 0,
-    NSImageCacheAlways = 1,
-    NSImageCacheBySize = 2,
-    NSImageCacheNever = 3
-};
-
 /// A picture of a size in points, with one or more representations; the one that fits the scale of a drawing best is
 /// used.
 ///
@@ -56,10 +49,8 @@ public:
     [[nodiscard]] Ref<NSArray> representations() const;
     void addRepresentation(NSImageRep* rep);
     void addRepresentations(NSArray* reps);
-    void removeRepresentation(NSImageRep* rep);
     /// The one that is drawn at that many pixels a point; null where there is none.
     [[nodiscard]] NSImageRep* representationForScale(CGFloat scale) const;
-    [[nodiscard]] NSImageRep* bestRepresentationForDevice(NSDictionary* description) const;
 
     // Drawing into it: between the two, it is the current context's surface, transparent where nothing was drawn
     // before. Nests. lockFocus raises NSImageCacheException where the image has no size that can be drawn into.
@@ -68,25 +59,19 @@ public:
     void lockFocusFlipped(BOOL flipped);
     void unlockFocus();
 
-    // Drawing it. The image is upright in an unflipped context; in a flipped one drawInRect… without respectFlipped,
-    // and drawAtPoint…, draw it upright as well, with the rectangle's or point's lower edge as seen.
+    // Drawing it. The image is upright, whether the context is flipped or not; points are the lower left corner as
+    // seen.
 
     void drawInRect(const NSRect& rect);
     void drawInRect_fromRect_operation_fraction(const NSRect& rect, const NSRect& from,
                                                 NSCompositingOperation operation, CGFloat fraction);
-    /// `hints` may be null, nothing in it is read. Without respectFlipped, a flipped context turns the image upside
-    /// down.
+    /// `hints` may be null, nothing in it is read. Where `respectFlipped` is NO, a flipped context turns the image
+    /// upside down.
     void drawInRect_fromRect_operation_fraction_respectFlipped_hints(const NSRect& rect, const NSRect& from,
                                                                      NSCompositingOperation operation, CGFloat fraction,
                                                                      BOOL respectFlipped, NSDictionary* hints);
     void drawAtPoint_fromRect_operation_fraction(NSPoint point, const NSRect& from, NSCompositingOperation operation,
                                                  CGFloat fraction);
-    /// `point` is the lower left corner as seen, in a flipped context too.
-    void compositeToPoint_operation(NSPoint point, NSCompositingOperation operation);
-    void compositeToPoint_operation_fraction(NSPoint point, NSCompositingOperation operation, CGFloat fraction);
-    void compositeToPoint_fromRect_operation(NSPoint point, const NSRect& from, NSCompositingOperation operation);
-    void compositeToPoint_fromRect_operation_fraction(NSPoint point, const NSRect& from,
-                                                      NSCompositingOperation operation, CGFloat fraction);
     /// Composed over what is there, at that strength.
     void dissolveToPoint_fraction(NSPoint point, CGFloat fraction);
 
@@ -96,11 +81,6 @@ public:
     /// A template is drawn by its alpha alone, in the colour that its place asks for.
     [[nodiscard]] BOOL isTemplate() const noexcept { return template_; }
     void setTemplate(BOOL on) noexcept { template_ = on; }
-    [[nodiscard]] NSImageCacheMode cacheMode() const noexcept { return cacheMode_; }
-    /// Kept and answered; images are always in pixels here.
-    void setCacheMode(NSImageCacheMode mode) noexcept { cacheMode_ = mode; }
-    [[nodiscard]] BOOL scalesWhenResized() const noexcept { return YES; }
-    void setScalesWhenResized(BOOL) noexcept {}
     [[nodiscard]] NSColor* backgroundColor() const noexcept { return background_.get(); }
     /// Drawn behind the image; null for none.
     void setBackgroundColor(NSColor* color);
@@ -139,7 +119,6 @@ private:
     Ref<NSString> accessibility_;
     Ref<NSColor> background_;
     NSSize size_;
-    NSImageCacheMode cacheMode_ = NSImageCacheDefault;
     bool flipped_ = false;
     bool template_ = false;
 };

@@ -114,12 +114,12 @@ void NSLayoutManager::forget(std::size_t first) {
 // Layout.
 
 void NSLayoutManager::layOutThrough(std::size_t last) {
-    if (!storage_) return;
     const Ref<NSLayoutManager> self(this);
     // Asked while one is under way, by what measures an attachment for instance, it needs buffers of its own.
     TextLayoutBuilder builder;
-    const NSUInteger length = storage_->length();
-    while (laid_.size() <= last && laid_.size() < containers_.size()) {
+    // The delegate, told of each container, may change text and containers, or take the storage away.
+    while (storage_ && laid_.size() <= last && laid_.size() < containers_.size()) {
+        const NSUInteger length = storage_->length();
         const Ref<NSTextContainer> container = containers_[laid_.size()];
         const NSUInteger from = laid_.empty() ? 0 : NSMaxRange(laid_.back().range);
         if (!laid_.empty() && from >= length) return;
@@ -305,7 +305,8 @@ void NSLayoutManager::drawGlyphsForGlyphRange_atPoint(NSRange glyphs, NSPoint po
     glyphs = clipped(glyphs, numberOfGlyphs());
     if (!context || glyphs.length == 0) return;
     const Ref<NSLayoutManager> self(this);
-    const Place first = placeOf(glyphs.location), last = placeOf(NSMaxRange(glyphs) - 1);
+    // The last one first: it has everything laid out that the other one then points into.
+    const Place last = placeOf(NSMaxRange(glyphs) - 1), first = placeOf(glyphs.location);
     if (!first.line) return;
     const Laid drawn = *first.laid; // what draws an attachment may change the text
     const bool flipped = context->isFlipped();

@@ -32,12 +32,8 @@ inline constexpr ConstantString NSKernAttributeName{u"NSKern"};
 inline constexpr ConstantString NSShadowAttributeName{u"NSShadow"};
 /// NSURL or NSString, for the views that follow it; none.
 inline constexpr ConstantString NSLinkAttributeName{u"NSLink"};
-/// NSString, for the views that show it; none.
-inline constexpr ConstantString NSToolTipAttributeName{u"NSToolTip"};
 /// an object that is a TextAttachmentDrawing; none.
 inline constexpr ConstantString NSAttachmentAttributeName{u"NSAttachment"};
-/// NSCursor; the I-beam.
-inline constexpr ConstantString NSCursorAttributeName{u"NSCursor"};
 
 enum NSUnderlineStyle : NSInteger {
     NSUnderlineStyleNone = 0,

@@ -1,6 +1,8 @@
 #include <libvue/platform/graphics/NSTextStorage.h>
 
 #include <algorithm>
+#include <exception>
+#include <utility>
 
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
@@ -96,10 +98,21 @@ void NSTextStorage::post(const ConstantString& name, const Operation<void(NSNoti
 
 void NSTextStorage::processEditing() {
     const Ref<NSTextStorage> self(this);
+    std::exception_ptr raised;
     processing_ = true;
-    post(NSTextStorageWillProcessEditingNotification, op::textStorageWillProcessEditing);
-    post(NSTextStorageDidProcessEditingNotification, op::textStorageDidProcessEditing);
+    try {
+        post(NSTextStorageWillProcessEditingNotification, op::textStorageWillProcessEditing);
+        post(NSTextStorageDidProcessEditingNotification, op::textStorageDidProcessEditing);
+    } catch (...) {
+        // The text has changed all the same: no layout of the old one may stay.
+        raised = std::current_exception();
+    }
     processing_ = false;
+    tellManagers();
+    if (raised) std::rethrow_exception(raised);
+}
+
+void NSTextStorage::tellManagers() {
     const NSUInteger mask = std::exchange(mask_, 0);
     const NSInteger change = std::exchange(change_, 0);
     for (const std::vector<Ref<NSLayoutManager>> told = managers_; const auto& m : told)

@@ -65,6 +65,7 @@ public:
 
 private:
     void post(const ConstantString& name, const Operation<void(NSNotification*)>& operation);
+    void tellManagers();
 
     std::vector<Ref<NSLayoutManager>> managers_;
     Weak<NSObject> delegate_;

@@ -78,13 +78,7 @@ consteval bool inOrder() {
 }
 static_assert(inOrder(), "one row a role, in the order of the enumeration");
 
-Appearance current = Appearance::light;
-
 } // namespace
-
-Appearance currentAppearance() noexcept { return current; }
-
-void setCurrentAppearance(Appearance appearance) noexcept { current = appearance; }
 
 PaletteValue paletteValue(SystemColor role, Appearance appearance) noexcept {
     const auto i = static_cast<std::size_t>(role);

@@ -67,7 +67,10 @@ void flattenCurve(NSPoint p0, NSPoint p1, NSPoint p2, NSPoint p3, double toleran
     const NSPoint d1 = p0 - p1 * 2 + p2;
     const NSPoint d2 = p1 - p2 * 2 + p3;
     const double bend = std::max(std::hypot(d1.x, d1.y), std::hypot(d2.x, d2.y));
-    const int n = std::clamp(static_cast<int>(std::ceil(std::sqrt(std::min(0.75 * bend / tolerance, 1e6)))), 1, 1000);
+    // Coordinates so large that their differences are no numbers get the most, too.
+    constexpr double most = 1000;
+    const double pieces = std::ceil(std::sqrt(0.75 * bend / tolerance));
+    const int n = pieces < most ? std::max(static_cast<int>(pieces), 1) : static_cast<int>(most);
     for (int i = 1; i < n; ++i) {
         const double t = static_cast<double>(i) / n, u = 1 - t;
         point(p0 * (u * u * u) + p1 * (3 * u * u * t) + p2 * (3 * u * t * t) + p3 * (t * t * t));

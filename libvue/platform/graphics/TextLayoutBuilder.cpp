@@ -41,6 +41,12 @@ double number(const NSDictionary* d, const ConstantString& name) {
     return n ? n->doubleValue() : 0;
 }
 
+/// The style of the line; the bits above it, which would break it into a pattern, are not drawn.
+std::uint8_t underlineStyle(const NSDictionary* d) {
+    const auto* n = d->get<NSNumber>(NSUnderlineStyleAttributeName.get());
+    return n ? static_cast<std::uint8_t>(n->integerValue() & 0x0F) : 0;
+}
+
 std::optional<backend::Color> color(const NSDictionary* d, const ConstantString& name) {
     const auto* c = d->get<NSColor>(name.get());
     if (!c) return std::nullopt;
@@ -68,7 +74,7 @@ backend::TextRun TextLayoutBuilder::runWithAttributes(NSDictionary* attributes, 
     if (attributes->objectForKey(NSParagraphStyleAttributeName) && --left == 0) return run;
 
     run.background = color(attributes, NSBackgroundColorAttributeName);
-    run.underline = static_cast<std::uint8_t>(number(attributes, NSUnderlineStyleAttributeName));
+    run.underline = underlineStyle(attributes);
     run.strikethrough = number(attributes, NSStrikethroughStyleAttributeName) != 0;
     run.underlineColor = color(attributes, NSUnderlineColorAttributeName);
     run.baselineOffset = number(attributes, NSBaselineOffsetAttributeName) +
@@ -167,11 +173,6 @@ void TextLayoutBuilder::setAttributedString(NSAttributedString* text) {
         }
         i = end;
     }
-}
-
-void TextLayoutBuilder::setAlignment(backend::TextAlignment alignment) {
-    for (backend::TextParagraph& p : paragraphs_)
-        p.alignment = alignment;
 }
 
 void TextLayoutBuilder::setLineBreak(backend::LineBreak mode) {

@@ -18,8 +18,7 @@ public:
     /// Replaces what was there. Null is the empty text.
     void setString_attributes(const NSString* text, NSDictionary* attributes);
     void setAttributedString(NSAttributedString* text);
-    /// Replaces the alignment and line break of every paragraph.
-    void setAlignment(backend::TextAlignment alignment);
+    /// Replaces the line break of every paragraph.
     void setLineBreak(backend::LineBreak mode);
 
     /// Limits, in points; what is not positive is unlimited.

@@ -1,4 +1,4 @@
-#include <libvue/platform/appkit/ThemeDessin.h>
+#include <libvue/platform/appkit/ThemeDrawing.h>
 
 #include <algorithm>
 #include <cmath>
@@ -132,17 +132,11 @@ CGFloat fineLine() {
 void fillRoundedVertical(const NSRect& r, CGFloat radius, NSColor* top, NSColor* bottom) {
     auto* context = NSGraphicsContext::currentContext();
     if (!context || NSIsEmptyRect(r)) return;
-    const Ref<NSColor> a = top->colorUsingColorSpaceName(NSDeviceRGBColorSpace);
-    const Ref<NSColor> b = bottom->colorUsingColorSpaceName(NSDeviceRGBColorSpace);
-    if (!a || !b) return;
-    const auto plain = [](NSColor* c) {
-        return backend::Color{c->redComponent(), c->greenComponent(), c->blueComponent(), c->alphaComponent()};
-    };
     const bool down = context->isFlipped();
     backend::AxialGradient g;
     g.start = {NSMidX(r), down ? NSMinY(r) : NSMaxY(r)};
     g.end = {NSMidX(r), down ? NSMaxY(r) : NSMinY(r)};
-    g.stops = {{0, plain(a)}, {1, plain(b)}};
+    g.stops = {{0, top->resolved()}, {1, bottom->resolved()}};
     g.extendStart = g.extendEnd = true;
     context->saveState();
     rounded(r, radius)->addClip();
@@ -221,22 +215,22 @@ void drawSliderTrack(const NSRect& track, const NSRect& filled, const FaceState&
 }
 
 void drawSliderKnob(const NSRect& knob, const FaceState& s) {
-    NSGraphicsContext::saveGraphicsState();
-    if (s.enabled) {
-        auto shadow = make<NSShadow>();
-        shadow->setShadowOffset({0, -1});
-        shadow->setShadowBlurRadius(2);
-        shadow->setShadowColor(NSColor::colorWithCalibratedWhite_alpha(0, 0.22));
-        shadow->set();
-    }
+    const CGFloat radius = std::min(knob.size.width, knob.size.height) / 2;
     // On a dark ground too the knob is what stands out.
     const bool dark = currentAppearance() == Appearance::dark;
     const Ref<NSColor> face = NSColor::colorWithCalibratedWhite_alpha(dark ? (s.enabled ? 0.84 : 0.42) : 1, 1);
-    const Ref<NSColor> shown = s.pressed ? mixed(face, 0.10, NSColor::blackColor()) : face;
-    fill(knob, std::min(knob.size.width, knob.size.height) / 2, shown);
-    NSGraphicsContext::restoreGraphicsState();
-    strokeRoundedInside(knob, std::min(knob.size.width, knob.size.height) / 2,
-                        faded(NSColor::controlDarkShadowColor(), s.enabled ? 0.7 : 0.4));
+    {
+        const GraphicsStateScope saved;
+        if (s.enabled) {
+            auto shadow = make<NSShadow>();
+            shadow->setShadowOffset({0, -1});
+            shadow->setShadowBlurRadius(2);
+            shadow->setShadowColor(NSColor::colorWithCalibratedWhite_alpha(0, 0.22));
+            shadow->set();
+        }
+        fill(knob, radius, s.pressed ? mixed(face, 0.10, NSColor::blackColor()) : face);
+    }
+    strokeRoundedInside(knob, radius, faded(NSColor::controlDarkShadowColor(), s.enabled ? 0.7 : 0.4));
 }
 
 void drawScrollerKnob(const NSRect& knob, BOOL hovered) {
