@@ -4,11 +4,8 @@
 #include <string>
 #include <vector>
 
-#include <unistd.h>
-
-#include <filesystem>
-
 #include "appkit/AppFixture.h"
+#include <support/Folder.h>
 #include <support/TextePDF.h>
 
 #include <libvue/platform/appkit/NSPrintInfo.h>
@@ -96,19 +93,6 @@ struct ImpressionFixture : AppFixture {
         const auto o = operation(view);
         EXPECT_TRUE(o->runOperation());
         return o->data();
-    }
-};
-
-/// A folder that goes with the test.
-struct Dossier {
-    std::filesystem::path chemin =
-        std::filesystem::temp_directory_path() / ("libvue-impression-" + std::to_string(::getpid()));
-    Dossier() { std::filesystem::create_directories(chemin); }
-    ~Dossier() { std::filesystem::remove_all(chemin); }
-    Dossier(const Dossier&) = delete;
-    Dossier& operator=(const Dossier&) = delete;
-    [[nodiscard]] std::ptrdiff_t fichiers() const {
-        return std::distance(std::filesystem::directory_iterator(chemin), std::filesystem::directory_iterator());
     }
 };
 

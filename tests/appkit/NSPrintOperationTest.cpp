@@ -1,7 +1,5 @@
 #include <cmath>
-#include <fstream>
 #include <limits>
-#include <sstream>
 #include <stdexcept>
 
 #include "appkit/Impression.h"
@@ -14,11 +12,6 @@ using namespace libvue;
 using namespace libvue::test;
 
 namespace {
-
-std::string texteDuFichier(const std::filesystem::path& chemin) {
-    std::ifstream f(chemin, std::ios::binary);
-    return {std::istreambuf_iterator<char>(f), {}};
-}
 
 struct NSPrintOperationTest : ImpressionFixture {};
 
@@ -244,10 +237,9 @@ TEST_F(NSPrintOperationTest, whereAJobGoes) {
 
 TEST_F(NSPrintOperationTest, aFileIsReplacedAsAWholeOrNotAtAll) {
     backend::Backend::current().printing = backend::makeQtPrinting();
-    const Dossier dossier;
-    const auto chemin = dossier.chemin / "liste.pdf";
-    std::ofstream(chemin) << "ancien";
-    info->setJobSavingURL(NSURL::fileURLWithPath(NSString::fromUTF8(chemin.string())));
+    const Folder dossier;
+    dossier.write("liste.pdf", "ancien");
+    info->setJobSavingURL(NSURL::fileURLWithPath(dossier.at("liste.pdf")));
     const auto view = make<Lignes>(NSSize{300, 3000}, YES);
 
     const auto cancelled = operation(view);
@@ -257,23 +249,23 @@ TEST_F(NSPrintOperationTest, aFileIsReplacedAsAWholeOrNotAtAll) {
     EXPECT_FALSE(cancelled->runOperation());
     EXPECT_TRUE(cancelled->isCancelled());
     EXPECT_EQ(view->parts.size(), 3u);
-    EXPECT_EQ(texteDuFichier(chemin), "ancien");
-    EXPECT_EQ(dossier.fichiers(), 1);
+    EXPECT_EQ(dossier.read("liste.pdf"), "ancien");
+    EXPECT_EQ(dossier.names().size(), 1u);
 
     view->onPage = [] { throw std::runtime_error("in the middle of a page"); };
     const auto broken = operation(view);
     EXPECT_THROW(broken->runOperation(), std::runtime_error);
-    EXPECT_EQ(texteDuFichier(chemin), "ancien");
-    EXPECT_EQ(dossier.fichiers(), 1);
+    EXPECT_EQ(dossier.read("liste.pdf"), "ancien");
+    EXPECT_EQ(dossier.names().size(), 1u);
     EXPECT_EQ(NSPrintOperation::currentOperation(), nullptr);
     EXPECT_EQ(NSGraphicsContext::currentContext(), nullptr);
 
     view->onPage = nullptr;
     EXPECT_TRUE(operation(view)->runOperation());
-    EXPECT_EQ(nombreDePages(texteDuFichier(chemin)), 5);
-    EXPECT_EQ(dossier.fichiers(), 1);
+    EXPECT_EQ(nombreDePages(dossier.read("liste.pdf")), 5);
+    EXPECT_EQ(dossier.names().size(), 1u);
 
-    info->setJobSavingURL(NSURL::fileURLWithPath(NSString::fromUTF8((dossier.chemin / "absent/a.pdf").string())));
+    info->setJobSavingURL(NSURL::fileURLWithPath(dossier.at("absent/a.pdf")));
     const auto nowhere = operation(view);
     EXPECT_FALSE(nowhere->runOperation());
     EXPECT_NE(nowhere->error(), nullptr);

@@ -130,9 +130,9 @@ TEST_F(NSPrintPanelTest, aPanelThatWasThrownOutOfComesUpAgain) {
 }
 
 TEST_F(NSPrintPanelTest, whatIsWrongIsSaidAndNotAccepted) {
-    const Dossier dossier;
+    const Folder dossier;
     const auto o = operation(view);
-    const auto saved = dossier.chemin / "liste.pdf";
+    const auto saved = dossier.path / "liste.pdf";
     struct Row {
         std::string path;
         std::u16string_view from, to, scale;
@@ -140,8 +140,8 @@ TEST_F(NSPrintPanelTest, whatIsWrongIsSaidAndNotAccepted) {
     };
     const std::string good = saved.string();
     const Row rows[] = {
-        {(dossier.chemin / "absent/liste.pdf").string(), u"1", u"2", u"100", "Ce dossier n’existe pas."},
-        {dossier.chemin.string(), u"1", u"2", u"100", "Ce chemin est celui d’un dossier."},
+        {(dossier.path / "absent/liste.pdf").string(), u"1", u"2", u"100", "Ce dossier n’existe pas."},
+        {dossier.path.string(), u"1", u"2", u"100", "Ce chemin est celui d’un dossier."},
         {good, u"5", u"9", u"100", "Indiquez des pages entre 1 et 3."},
         {good, u"3", u"2", u"100", "Indiquez des pages entre 1 et 3."},
         {good, u"deux", u"2", u"100", "Indiquez des pages entre 1 et 3."},

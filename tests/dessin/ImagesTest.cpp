@@ -1,10 +1,8 @@
 #include <cmath>
-#include <filesystem>
 #include <limits>
 
-#include <unistd.h>
-
 #include "Photo.h"
+#include "support/Folder.h"
 #include "support/TestBackend.h"
 
 #include <libvue/images/ImageCommune.h>
@@ -22,23 +20,13 @@ namespace {
 constexpr double infini = std::numeric_limits<double>::infinity();
 
 /// A main bundle in a folder of its own.
-class Paquet {
-public:
-    Paquet() : dossier_(std::filesystem::temp_directory_path() / ("libvue-commune-" + std::to_string(::getpid()))) {
-        std::filesystem::create_directories(dossier_ / "petites" / "v1.2");
-        NSBundle::setMainBundle(NSBundle::bundleWithPath(NSString::fromUTF8(dossier_.string())));
-    }
-    ~Paquet() {
-        NSBundle::setMainBundle(nullptr);
-        std::filesystem::remove_all(dossier_);
-    }
+struct Paquet : Folder {
+    Paquet() { NSBundle::setMainBundle(NSBundle::bundleWithPath(at())); }
+    ~Paquet() { NSBundle::setMainBundle(nullptr); }
     void ecris(const char* nom, NSSize taille) const {
         const Ref<NSData> png = photo(taille)->PNGRepresentation();
-        EXPECT_TRUE(png->writeToFile_atomically(NSString::fromUTF8((dossier_ / nom).string()), NO));
+        write(nom, png->view());
     }
-
-private:
-    std::filesystem::path dossier_;
 };
 
 struct ImagesTest : MemoryFixture {};

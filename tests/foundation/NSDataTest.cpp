@@ -1,4 +1,5 @@
 #include "Textes.h"
+#include <support/Folder.h>
 
 #include <cerrno>
 #include <cstdlib>
@@ -16,24 +17,14 @@
 
 using namespace libvue;
 using namespace libvue::textes;
+using test::Folder;
 using namespace std::string_view_literals;
 
 namespace {
 
-/// A folder of its own for each test, gone at its end.
-class NSDataTest : public testing::Test {
-protected:
-    void SetUp() override {
-        std::string pattern = (std::filesystem::temp_directory_path() / "vue-XXXXXX").string();
-        folder_ = ::mkdtemp(pattern.data());
-    }
-    void TearDown() override { std::filesystem::remove_all(folder_); }
-
-    Ref<NSString> path(const std::string& name) const { return NSString::fromUTF8((folder_ / name).string()); }
-    std::size_t files() const {
-        return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder_), {}));
-    }
-    std::filesystem::path folder_;
+struct NSDataTest : testing::Test {
+    Folder folder;
+    Ref<NSString> path(const std::string& name) const { return folder.at(name); }
 };
 
 } // namespace
@@ -51,11 +42,11 @@ TEST_F(NSDataTest, whatIsWrittenIsRead) {
             EXPECT_EQ(back->view(), bytes);
             EXPECT_EQ(NSData::dataWithContentsOfURL(NSURL::fileURLWithPath(file))->view(), bytes);
         }
-    EXPECT_EQ(files(), 1u); // nothing of the neighbours stays
+    EXPECT_EQ(folder.names().size(), 1u); // nothing of the neighbours stays
 }
 
 TEST_F(NSDataTest, replacingAtOnceKeepsTheModeAndTheLink) {
-    const std::string target = (folder_ / "cible").string(), link = (folder_ / "lien").string();
+    const std::string target = (folder.path / "cible").string(), link = (folder.path / "lien").string();
     NSData::from("old")->writeToFile_atomically(path("cible"), NO);
     ::chmod(target.c_str(), 0640);
     std::filesystem::create_symlink("cible", link);
@@ -72,7 +63,7 @@ TEST_F(NSDataTest, whatCannotBeReadOrWrittenSaysWhy) {
         Ref<NSString> path;
         int code;
     };
-    std::filesystem::create_directory(folder_ / "dossier");
+    std::filesystem::create_directory(folder.path / "dossier");
     const Row reads[] = {
         {path("absent"), ENOENT},     {path("dossier"), EISDIR}, {text(u""), ENOENT},
         {text(u"/tmp\0x"sv), ENOENT}, {nullptr, ENOENT},
@@ -92,7 +83,7 @@ TEST_F(NSDataTest, whatCannotBeReadOrWrittenSaysWhy) {
             ASSERT_NE(error, nullptr);
             EXPECT_EQ(error->code(), row.code) << options;
         }
-    EXPECT_EQ(files(), 1u);
+    EXPECT_EQ(folder.names().size(), 1u);
 }
 
 TEST_F(NSDataTest, textFilesAreReadByTheirMarks) {

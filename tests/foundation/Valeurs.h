@@ -3,10 +3,9 @@
 #include "Textes.h"
 
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
+
+#include <support/Folder.h>
 
 #include <libvue/platform/foundation/NSNumber.h>
 
@@ -18,6 +17,7 @@ inline void PrintTo(const NSRect& r, std::ostream* out) { *out << NSStringFromRe
 
 namespace valeurs {
 
+using test::Folder;
 using textes::raised;
 using textes::shown;
 using textes::text;
@@ -27,37 +27,6 @@ inline constexpr auto nowhere = static_cast<NSUInteger>(NSNotFound);
 inline Ref<NSNumber> number(NSInteger v) { return NSNumber::numberWithInteger(v); }
 inline std::string described(const NSObject* o) { return o ? shown(o->description().get()) : "(null)"; }
 template <class T> std::string described(const Ref<T>& o) { return described(o.get()); }
-
-/// A folder of its own, gone at the end.
-class Folder {
-public:
-    Folder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "vue-XXXXXX").string();
-        path = ::mkdtemp(pattern.data());
-    }
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
-    ~Folder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path, ignored);
-    }
-    Ref<NSString> at(const std::string& name) const { return NSString::fromUTF8((path / name).string()); }
-    void write(const std::string& name, std::string_view bytes) const {
-        std::filesystem::create_directories((path / name).parent_path());
-        std::ofstream(path / name, std::ios::binary) << bytes;
-    }
-    std::string read(const std::string& name) const {
-        std::ifstream in(path / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
-    std::vector<std::string> names() const {
-        std::vector<std::string> all;
-        for (const auto& e : std::filesystem::directory_iterator(path))
-            all.push_back(e.path().filename().string());
-        return all;
-    }
-    std::filesystem::path path;
-};
 
 /// Sets a variable of the environment, or takes it off, until the end.
 class Variable {

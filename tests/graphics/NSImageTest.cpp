@@ -1,9 +1,8 @@
 #include <algorithm>
-#include <cstdio>
-#include <filesystem>
 #include <functional>
 
 #include "Dessin.h"
+#include <support/Folder.h>
 
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSBundle.h>
@@ -33,23 +32,11 @@ Ref<NSImage> drapeau(NSSize size = {4, 4}) {
 
 std::string pixel(const NSImage& image, int x, int yFromTop) { return Pixels::hex(*image.picture(1), x, yFromTop); }
 
-class Dossier {
-public:
-    Dossier() : path_(std::filesystem::temp_directory_path() / ("libvue-images-" + std::to_string(::getpid()))) {
-        std::filesystem::create_directories(path_);
-    }
-    ~Dossier() { std::filesystem::remove_all(path_); }
-    Ref<NSString> write(const std::string& name, const NSData* data) const {
-        Ref<NSString> path = NSString::fromUTF8((path_ / name).string());
-        EXPECT_TRUE(data->writeToFile_atomically(path, NO));
-        return path;
-    }
-
-    [[nodiscard]] Ref<NSString> path() const { return NSString::fromUTF8(path_.string()); }
-
-private:
-    std::filesystem::path path_;
-};
+/// The path of a file of those bytes in the folder.
+Ref<NSString> written(const Folder& folder, const char* name, const Ref<NSData>& data) {
+    folder.write(name, data->view());
+    return folder.at(name);
+}
 
 } // namespace
 
@@ -249,11 +236,11 @@ TEST(NSImageTest, aNewSizeScalesWhatIsDrawn) {
 }
 
 TEST(NSImageTest, aDoubledFileIsTakenWhereItIsSharper) {
-    const Dossier dossier;
-    const Ref<NSString> path = dossier.write("point.png", drapeau({4, 4})->PNGRepresentation());
+    const Folder dossier;
+    const Ref<NSString> path = written(dossier, "point.png", drapeau({4, 4})->PNGRepresentation());
     const Ref<NSImage> plain = NSImage::initWithContentsOfFile(path);
     EXPECT_EQ(plain->representations()->count(), 1u);
-    (void)dossier.write("point@2x.png", drapeau({8, 8})->PNGRepresentation());
+    (void)written(dossier, "point@2x.png", drapeau({8, 8})->PNGRepresentation());
     const Ref<NSImage> image = NSImage::initWithContentsOfURL(NSURL::fileURLWithPath(path));
     ASSERT_NE(image, nullptr);
     EXPECT_EQ(image->size(), (NSSize{4, 4}));
@@ -308,10 +295,10 @@ TEST(NSImageTest, namesAreSharedUntilTheImageIsGone) {
 }
 
 TEST(NSImageTest, aResourceOfTheBundleIsFoundByItsNameAndKept) {
-    const Dossier dossier;
-    (void)dossier.write("voile.png", drapeau()->PNGRepresentation());
-    (void)dossier.write("voile@2x.png", drapeau({8, 8})->PNGRepresentation());
-    const Ref<NSBundle> bundle = NSBundle::bundleWithPath(dossier.path());
+    const Folder dossier;
+    (void)written(dossier, "voile.png", drapeau()->PNGRepresentation());
+    (void)written(dossier, "voile@2x.png", drapeau({8, 8})->PNGRepresentation());
+    const Ref<NSBundle> bundle = NSBundle::bundleWithPath(dossier.at());
     NSBundle::setMainBundle(bundle);
     EXPECT_NE(pathForImageResource(bundle, u"voile"_ns), nullptr);
     EXPECT_NE(pathForImageResource(bundle, u"voile.png"_ns), nullptr);

@@ -1,9 +1,4 @@
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
-
-#include <unistd.h>
-
+#include <support/Folder.h>
 #include <support/Silence.h>
 #include <support/TestBackend.h>
 
@@ -18,13 +13,9 @@ using namespace libvue::test;
 namespace {
 
 struct ThumbnailLoaderTest : MemoryFixture {
-    std::filesystem::path folder =
-        std::filesystem::temp_directory_path() / ("libvue-vignettes-" + std::to_string(getpid()));
+    Folder folder;
     Ref<ThumbnailLoader> loader = make<ThumbnailLoader>();
     std::vector<std::string> told;
-
-    void SetUp() override { std::filesystem::create_directories(folder); }
-    void TearDown() override { std::filesystem::remove_all(folder); }
 
     [[nodiscard]] Ref<NSString> picture(const char* name, double width, double height, const char* format) const {
         auto& graphics = *backend::Backend::current().graphics;
@@ -33,9 +24,8 @@ struct ThumbnailLoaderTest : MemoryFixture {
         return file(name, graphics.encode(*p, format));
     }
     [[nodiscard]] Ref<NSString> file(const char* name, const std::vector<std::uint8_t>& bytes) const {
-        std::ofstream(folder / name, std::ios::binary)
-            .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-        return NSString::fromUTF8((folder / name).string());
+        folder.write(name, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+        return folder.at(name);
     }
     static std::string say(const NSImage* image, const std::string& error) {
         if (!image) return error.empty() ? "?" : "error";
@@ -67,7 +57,7 @@ TEST_F(ThumbnailLoaderTest, FilesBecomeSmallImagesInTheirShape) {
         {picture("d.png", 3000, 1, "png"), 1, "x 40x1"},
         {file("e.png", {0x89, 'P', 'N', 'G'}), 1, "x error"},
         {file("f.png", {}), 1, "x error"},
-        {NSString::fromUTF8(folder.string()), 1, "x error"},
+        {folder.at(), 1, "x error"},
         {u"/dev/zero"_ns, 1, "x error"},
         {u""_ns, 1, "x error"},
     };

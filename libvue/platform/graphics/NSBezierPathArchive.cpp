@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include <libvue/platform/foundation/CoderAccess.h>
 #include <libvue/platform/foundation/ConstantString.h>
-#include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSData.h>
 #include <libvue/platform/graphics/HeldEnum.h>
 #include <libvue/platform/graphics/NSBezierPathState.h>
@@ -35,57 +35,34 @@ template <class T> std::vector<T> read(const NSData* data) {
 } // namespace
 
 void NSBezierPath::encodeWithCoder(NSCoder& coder) const {
-    const State& s = *s_;
-    const std::size_t verbs = s.path.verbs.size();
-    const std::size_t points = s.path.points.size() * sizeof(NSPoint);
-    const std::size_t dash = s.stroke.dash.size() * sizeof(double);
-    if (coder.allowsKeyedCoding()) {
-        coder.encodeBytes_length_forKey(s.path.verbs.data(), verbs, verbsKey);
-        coder.encodeBytes_length_forKey(s.path.points.data(), points, pointsKey);
-        coder.encodeDouble_forKey(s.stroke.width, widthKey);
-        coder.encodeInteger_forKey(static_cast<NSInteger>(s.stroke.cap), capKey);
-        coder.encodeInteger_forKey(static_cast<NSInteger>(s.stroke.join), joinKey);
-        coder.encodeDouble_forKey(s.stroke.miterLimit, miterKey);
-        coder.encodeInteger_forKey(static_cast<NSInteger>(s.rule), ruleKey);
-        coder.encodeBytes_length_forKey(s.stroke.dash.data(), dash, dashKey);
-        coder.encodeDouble_forKey(s.stroke.dashPhase, phaseKey);
-        return;
-    }
-    coder.encodeBytes_length(s.path.verbs.data(), verbs);
-    coder.encodeBytes_length(s.path.points.data(), points);
-    coder.encodeDouble(s.stroke.width);
-    coder.encodeInteger(static_cast<NSInteger>(s.stroke.cap));
-    coder.encodeInteger(static_cast<NSInteger>(s.stroke.join));
-    coder.encodeDouble(s.stroke.miterLimit);
-    coder.encodeInteger(static_cast<NSInteger>(s.rule));
-    coder.encodeBytes_length(s.stroke.dash.data(), dash);
-    coder.encodeDouble(s.stroke.dashPhase);
+    const backend::Path& path = s_->path;
+    const backend::Stroke& stroke = s_->stroke;
+    CoderWriter out(coder);
+    out.bytes(path.verbs.data(), path.verbs.size(), verbsKey);
+    out.bytes(path.points.data(), path.points.size() * sizeof(NSPoint), pointsKey);
+    out.real(stroke.width, widthKey);
+    out.integer(static_cast<NSInteger>(stroke.cap), capKey);
+    out.integer(static_cast<NSInteger>(stroke.join), joinKey);
+    out.real(stroke.miterLimit, miterKey);
+    out.integer(static_cast<NSInteger>(s_->rule), ruleKey);
+    out.bytes(stroke.dash.data(), stroke.dash.size() * sizeof(double), dashKey);
+    out.real(stroke.dashPhase, phaseKey);
 }
 
 NSBezierPath::NSBezierPath(NSCoder& coder) : NSBezierPath() {
-    coder.beginDecoding(this);
-    const bool keyed = coder.allowsKeyedCoding();
-    const auto bytes = [&](const ConstantString& key) {
-        return keyed ? coder.decodeBytesForKey(key) : coder.decodeBytes();
-    };
-    const auto real = [&](const ConstantString& key) {
-        return keyed ? coder.decodeDoubleForKey(key) : coder.decodeDouble();
-    };
-    const auto whole = [&](const ConstantString& key) {
-        return keyed ? coder.decodeIntegerForKey(key) : coder.decodeInteger();
-    };
+    CoderReader in(coder, this);
     backend::Path path;
-    path.verbs = read<backend::PathVerb>(bytes(verbsKey));
-    path.points = read<NSPoint>(bytes(pointsKey));
-    setLineWidth(real(widthKey));
+    path.verbs = read<backend::PathVerb>(in.bytes(verbsKey));
+    path.points = read<NSPoint>(in.bytes(pointsKey));
+    setLineWidth(in.real(widthKey));
     using backend::LineCap;
     using backend::LineJoin;
-    s_->stroke.cap = heldEnum(whole(capKey), LineCap::butt, LineCap::square, LineCap::butt);
-    s_->stroke.join = heldEnum(whole(joinKey), LineJoin::miter, LineJoin::bevel, LineJoin::miter);
-    s_->stroke.miterLimit = real(miterKey);
-    s_->rule = heldEnum(whole(ruleKey), NSNonZeroWindingRule, NSEvenOddWindingRule, NSNonZeroWindingRule);
-    const std::vector<double> dash = read<double>(bytes(dashKey));
-    setLineDash_count_phase(dash.data(), static_cast<NSInteger>(dash.size()), real(phaseKey));
+    s_->stroke.cap = heldEnum(in.integer(capKey), LineCap::butt, LineCap::square, LineCap::butt);
+    s_->stroke.join = heldEnum(in.integer(joinKey), LineJoin::miter, LineJoin::bevel, LineJoin::miter);
+    s_->stroke.miterLimit = in.real(miterKey);
+    s_->rule = heldEnum(in.integer(ruleKey), NSNonZeroWindingRule, NSEvenOddWindingRule, NSNonZeroWindingRule);
+    const std::vector<double> dash = read<double>(in.bytes(dashKey));
+    setLineDash_count_phase(dash.data(), static_cast<NSInteger>(dash.size()), in.real(phaseKey));
 
     // Verbs that do not fit their points would be read past the end: the path is empty then.
     std::size_t needed = 0;

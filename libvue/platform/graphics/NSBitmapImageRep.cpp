@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include <libvue/platform/backend/Backend.h>
+#include <libvue/platform/foundation/CoderAccess.h>
 #include <libvue/platform/foundation/ConstantString.h>
-#include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSData.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSGraphicsContext.h>
@@ -143,22 +143,15 @@ Ref<NSObject> NSBitmapImageRep::copyWithZone() const {
 
 void NSBitmapImageRep::encodeWithCoder(NSCoder& coder) const {
     const Ref<NSData> png = PNGRepresentation();
-    const void* bytes = png ? png->bytes() : nullptr;
-    const NSUInteger length = png ? png->length() : 0;
-    if (coder.allowsKeyedCoding()) {
-        coder.encodeBytes_length_forKey(bytes, length, bytesKey);
-        coder.encodeSize_forKey(size_, sizeKey);
-        return;
-    }
-    coder.encodeBytes_length(bytes, length);
-    coder.encodeSize(size_);
+    CoderWriter out(coder);
+    out.bytes(png ? png->bytes() : nullptr, png ? png->length() : 0, bytesKey);
+    out.size(size_, sizeKey);
 }
 
 NSBitmapImageRep::NSBitmapImageRep(NSCoder& coder) {
-    coder.beginDecoding(this);
-    const bool keyed = coder.allowsKeyedCoding();
-    picture_ = decode(keyed ? coder.decodeBytesForKey(bytesKey) : coder.decodeBytes());
-    size_ = keyed ? coder.decodeSizeForKey(sizeKey) : coder.decodeSize();
+    CoderReader in(coder, this);
+    picture_ = decode(in.bytes(bytesKey));
+    size_ = in.size(sizeKey);
     if (picture_ && (!(size_.width > 0) || !(size_.height > 0))) size_ = picture_->size();
 }
 

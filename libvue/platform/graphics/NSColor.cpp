@@ -4,7 +4,7 @@
 #include <string>
 
 #include <libvue/platform/backend/Drawing.h>
-#include <libvue/platform/foundation/NSCoder.h>
+#include <libvue/platform/foundation/CoderAccess.h>
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSString.h>
 #include <libvue/platform/graphics/ColorConversion.h>
@@ -295,55 +295,34 @@ Ref<NSString> NSColor::description() const {
 Ref<NSObject> NSColor::copyWithZone() const { return const_cast<NSColor*>(this); }
 
 void NSColor::encodeWithCoder(NSCoder& coder) const {
-    const bool keyed = coder.allowsKeyedCoding();
-    const auto space = static_cast<NSInteger>(space_);
-    if (keyed)
-        coder.encodeInteger_forKey(space, spaceKey);
-    else
-        coder.encodeInteger(space);
+    CoderWriter out(coder);
+    out.integer(static_cast<NSInteger>(space_), spaceKey);
     if (space_ == Space::system) {
         const Ref<NSString> name = NSString::fromLatin1(paletteName(role_));
-        if (keyed)
-            coder.encodeObject_forKey(name, roleKey);
-        else
-            coder.encodeObject(name);
-        return;
-    }
-    if (space_ == Space::pattern) {
-        if (keyed)
-            coder.encodeObject_forKey(image_, imageKey);
-        else
-            coder.encodeObject(image_);
-        return;
-    }
-    for (int i = 0; i < 4; ++i) {
-        if (keyed)
-            coder.encodeDouble_forKey(c_[i], componentsKey[i]);
-        else
-            coder.encodeDouble(c_[i]);
-    }
+        out.object(name, roleKey);
+    } else if (space_ == Space::pattern)
+        out.object(image_, imageKey);
+    else
+        for (int i = 0; i < 4; ++i)
+            out.real(c_[i], componentsKey[i]);
 }
 
 NSColor::NSColor(NSCoder& coder) {
-    coder.beginDecoding(this);
-    const bool keyed = coder.allowsKeyedCoding();
-    const NSInteger space = keyed ? coder.decodeIntegerForKey(spaceKey) : coder.decodeInteger();
+    CoderReader in(coder, this);
+    const NSInteger space = in.integer(spaceKey);
     // A number that is no space reads as black.
     if (space < 0 || space > static_cast<NSInteger>(Space::pattern)) return;
     space_ = static_cast<Space>(space);
     if (space_ == Space::system) {
-        const auto name = keyed ? coder.decodeObjectOf_forKey<NSString>(roleKey) : coder.decodeObjectOf<NSString>();
+        const auto name = in.object<NSString>(roleKey);
         role_ = name ? paletteRole(name->utf8()) : SystemColor::count;
         if (role_ == SystemColor::count) role_ = SystemColor::text;
-        return;
-    }
-    if (space_ == Space::pattern) {
-        image_ = keyed ? coder.decodeObjectOf_forKey<NSImage>(imageKey) : coder.decodeObjectOf<NSImage>();
+    } else if (space_ == Space::pattern) {
+        image_ = in.object<NSImage>(imageKey);
         if (!image_) space_ = Space::calibratedRGB;
-        return;
-    }
-    for (int i = 0; i < 4; ++i)
-        c_[i] = unitInterval(keyed ? coder.decodeDoubleForKey(componentsKey[i]) : coder.decodeDouble());
+    } else
+        for (int i = 0; i < 4; ++i)
+            c_[i] = unitInterval(in.real(componentsKey[i]));
 }
 
 } // namespace libvue

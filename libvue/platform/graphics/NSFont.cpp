@@ -6,8 +6,8 @@
 #include <unordered_map>
 
 #include <libvue/platform/backend/Backend.h>
+#include <libvue/platform/foundation/CoderAccess.h>
 #include <libvue/platform/foundation/ConstantString.h>
-#include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSString.h>
 #include <libvue/platform/graphics/FontName.h>
 
@@ -183,27 +183,19 @@ Ref<NSString> NSFont::description() const {
 Ref<NSObject> NSFont::copyWithZone() const { return const_cast<NSFont*>(this); }
 
 void NSFont::encodeWithCoder(NSCoder& coder) const {
-    const bool system = kind_ == Kind::system;
-    if (coder.allowsKeyedCoding()) {
-        coder.encodeObject_forKey(family_, nameKey);
-        coder.encodeDouble_forKey(size_, sizeKey);
-        coder.encodeInteger_forKey(static_cast<NSInteger>(traits_ & ownTraits), traitsKey);
-        coder.encodeBool_forKey(system, systemKey);
-        return;
-    }
-    coder.encodeObject(family_);
-    coder.encodeDouble(size_);
-    coder.encodeInteger(static_cast<NSInteger>(traits_ & ownTraits));
-    coder.encodeBool(system);
+    CoderWriter out(coder);
+    out.object(family_, nameKey);
+    out.real(size_, sizeKey);
+    out.integer(static_cast<NSInteger>(traits_ & ownTraits), traitsKey);
+    out.flag(kind_ == Kind::system, systemKey);
 }
 
 NSFont::NSFont(NSCoder& coder) {
-    coder.beginDecoding(this);
-    const bool keyed = coder.allowsKeyedCoding();
-    const auto name = keyed ? coder.decodeObjectOf_forKey<NSString>(nameKey) : coder.decodeObjectOf<NSString>();
-    size_ = goodSize(keyed ? coder.decodeDoubleForKey(sizeKey) : coder.decodeDouble(), userFontSize);
-    traits_ = static_cast<NSUInteger>(keyed ? coder.decodeIntegerForKey(traitsKey) : coder.decodeInteger()) & ownTraits;
-    const bool system = keyed ? coder.decodeBoolForKey(systemKey) : coder.decodeBool();
+    CoderReader in(coder, this);
+    const auto name = in.object<NSString>(nameKey);
+    size_ = goodSize(in.real(sizeKey), userFontSize);
+    traits_ = static_cast<NSUInteger>(in.integer(traitsKey)) & ownTraits;
+    const bool system = in.flag(systemKey);
     // The system font of this machine may have another name than the one of the archive's.
     kind_ = system || !name || name->length() == 0 ? Kind::system : Kind::named;
     if (kind_ == Kind::named) family_ = NSString::stringWithString(name);

@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include <libvue/platform/backend/Backend.h>
+#include <libvue/platform/foundation/CoderAccess.h>
 #include <libvue/platform/foundation/NSArray.h>
-#include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSData.h>
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSString.h>
@@ -268,32 +268,23 @@ Ref<NSObject> NSImage::copyWithZone() const { return copy(); }
 
 void NSImage::encodeWithCoder(NSCoder& coder) const {
     const Ref<NSArray> reps = representations();
-    if (coder.allowsKeyedCoding()) {
-        coder.encodeSize_forKey(size_, sizeKey);
-        coder.encodeObject_forKey(reps, repsKey);
-        coder.encodeBool_forKey(flipped_, flippedKey);
-        coder.encodeBool_forKey(template_, templateKey);
-        coder.encodeRect_forKey(s_->alignment, alignmentKey);
-        coder.encodeObject_forKey(accessibility_, accessibilityKey);
-        return;
-    }
-    coder.encodeSize(size_);
-    coder.encodeObject(reps);
-    coder.encodeBool(flipped_);
-    coder.encodeBool(template_);
-    coder.encodeRect(s_->alignment);
-    coder.encodeObject(accessibility_);
+    CoderWriter out(coder);
+    out.size(size_, sizeKey);
+    out.object(reps, repsKey);
+    out.flag(flipped_, flippedKey);
+    out.flag(template_, templateKey);
+    out.rect(s_->alignment, alignmentKey);
+    out.object(accessibility_, accessibilityKey);
 }
 
 NSImage::NSImage(NSCoder& coder) : s_(std::make_unique<State>()) {
-    coder.beginDecoding(this);
-    const bool keyed = coder.allowsKeyedCoding();
-    size_ = keyed ? coder.decodeSizeForKey(sizeKey) : coder.decodeSize();
-    addRepresentations(keyed ? coder.decodeObjectOf_forKey<NSArray>(repsKey) : coder.decodeObjectOf<NSArray>());
-    flipped_ = keyed ? coder.decodeBoolForKey(flippedKey) : coder.decodeBool();
-    template_ = keyed ? coder.decodeBoolForKey(templateKey) : coder.decodeBool();
-    s_->alignment = keyed ? coder.decodeRectForKey(alignmentKey) : coder.decodeRect();
-    accessibility_ = keyed ? coder.decodeObjectOf_forKey<NSString>(accessibilityKey) : coder.decodeObjectOf<NSString>();
+    CoderReader in(coder, this);
+    size_ = in.size(sizeKey);
+    addRepresentations(in.object<NSArray>(repsKey));
+    flipped_ = in.flag(flippedKey);
+    template_ = in.flag(templateKey);
+    s_->alignment = in.rect(alignmentKey);
+    accessibility_ = in.object<NSString>(accessibilityKey);
 }
 
 } // namespace libvue

@@ -5,9 +5,9 @@
 #include <functional>
 #include <string>
 
+#include <libvue/platform/foundation/CoderAccess.h>
 #include <libvue/platform/foundation/ConstantString.h>
 #include <libvue/platform/foundation/NSArray.h>
-#include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSString.h>
 #include <libvue/platform/graphics/HeldEnum.h>
 
@@ -52,11 +52,9 @@ template <class V> auto lengths(V& v) {
 void NSTextTab::describe(ClassDescription<NSTextTab>&) {}
 
 NSTextTab::NSTextTab(NSCoder& coder) {
-    coder.beginDecoding(this);
-    const bool keyed = coder.allowsKeyedCoding();
-    location_ = keyed ? coder.decodeDoubleForKey(locationKey) : coder.decodeDouble();
-    alignment_ =
-        heldAlignment(keyed ? coder.decodeIntegerForKey(alignmentKey) : coder.decodeInteger(), NSLeftTextAlignment);
+    CoderReader in(coder, this);
+    location_ = in.real(locationKey);
+    alignment_ = heldAlignment(in.integer(alignmentKey), NSLeftTextAlignment);
 }
 
 BOOL NSTextTab::isEqual(const NSObject* other) const {
@@ -69,13 +67,9 @@ NSUInteger NSTextTab::hash() const { return std::hash<double>()(location_) + ali
 Ref<NSObject> NSTextTab::copyWithZone() const { return const_cast<NSTextTab*>(this); }
 
 void NSTextTab::encodeWithCoder(NSCoder& coder) const {
-    if (coder.allowsKeyedCoding()) {
-        coder.encodeDouble_forKey(location_, locationKey);
-        coder.encodeInteger_forKey(static_cast<NSInteger>(alignment_), alignmentKey);
-        return;
-    }
-    coder.encodeDouble(location_);
-    coder.encodeInteger(static_cast<NSInteger>(alignment_));
+    CoderWriter out(coder);
+    out.real(location_, locationKey);
+    out.integer(static_cast<NSInteger>(alignment_), alignmentKey);
 }
 
 void NSParagraphStyle::describe(ClassDescription<NSParagraphStyle>& c) {
@@ -127,39 +121,27 @@ Ref<NSMutableParagraphStyle> NSParagraphStyle::mutableCopy() const {
 Ref<NSObject> NSParagraphStyle::mutableCopyWithZone() const { return mutableCopy(); }
 
 void NSParagraphStyle::encodeWithCoder(NSCoder& coder) const {
-    const bool keyed = coder.allowsKeyedCoding();
-    const auto whole = [&](NSInteger v, const ConstantString& key) {
-        keyed ? coder.encodeInteger_forKey(v, key) : coder.encodeInteger(v);
-    };
-    whole(static_cast<NSInteger>(v_.alignment), alignmentKey);
-    whole(static_cast<NSInteger>(v_.lineBreakMode), lineBreakKey);
-    whole(v_.baseWritingDirection, directionKey);
+    CoderWriter out(coder);
+    out.integer(static_cast<NSInteger>(v_.alignment), alignmentKey);
+    out.integer(static_cast<NSInteger>(v_.lineBreakMode), lineBreakKey);
+    out.integer(v_.baseWritingDirection, directionKey);
     std::size_t i = 0;
-    for (const CGFloat* v : lengths(v_)) {
-        keyed ? coder.encodeDouble_forKey(*v, lengthKeys[i]) : coder.encodeDouble(*v);
-        ++i;
-    }
-    keyed ? coder.encodeObject_forKey(tabStops_, stopsKey) : coder.encodeObject(tabStops_);
+    for (const CGFloat* v : lengths(v_))
+        out.real(*v, lengthKeys[i++]);
+    out.object(tabStops_, stopsKey);
 }
 
 NSParagraphStyle::NSParagraphStyle(NSCoder& coder) {
-    coder.beginDecoding(this);
-    const bool keyed = coder.allowsKeyedCoding();
-    const auto whole = [&](const ConstantString& key) {
-        return keyed ? coder.decodeIntegerForKey(key) : coder.decodeInteger();
-    };
-    v_.alignment = heldAlignment(whole(alignmentKey), NSNaturalTextAlignment);
-    v_.lineBreakMode = heldEnum(whole(lineBreakKey), NSLineBreakByWordWrapping, NSLineBreakByTruncatingMiddle,
+    CoderReader in(coder, this);
+    v_.alignment = heldAlignment(in.integer(alignmentKey), NSNaturalTextAlignment);
+    v_.lineBreakMode = heldEnum(in.integer(lineBreakKey), NSLineBreakByWordWrapping, NSLineBreakByTruncatingMiddle,
                                 NSLineBreakByWordWrapping);
-    v_.baseWritingDirection = heldEnum(whole(directionKey), NSWritingDirectionNatural, NSWritingDirectionRightToLeft,
-                                       NSWritingDirectionNatural);
+    v_.baseWritingDirection = heldEnum(in.integer(directionKey), NSWritingDirectionNatural,
+                                       NSWritingDirectionRightToLeft, NSWritingDirectionNatural);
     std::size_t i = 0;
-    for (CGFloat* v : lengths(v_)) {
-        const CGFloat read = keyed ? coder.decodeDoubleForKey(lengthKeys[i]) : coder.decodeDouble();
-        if (std::isfinite(read)) *v = read;
-        ++i;
-    }
-    tabStops_ = keyed ? coder.decodeObjectOf_forKey<NSArray>(stopsKey) : coder.decodeObjectOf<NSArray>();
+    for (CGFloat* v : lengths(v_))
+        if (const CGFloat read = in.real(lengthKeys[i++]); std::isfinite(read)) *v = read;
+    tabStops_ = in.object<NSArray>(stopsKey);
 }
 
 void NSMutableParagraphStyle::describe(ClassDescription<NSMutableParagraphStyle, NSParagraphStyle>&) {}

@@ -3,8 +3,8 @@
 #include <functional>
 
 #include <libvue/platform/backend/Canvas.h>
+#include <libvue/platform/foundation/CoderAccess.h>
 #include <libvue/platform/foundation/ConstantString.h>
-#include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSGraphicsContext.h>
 
@@ -67,23 +67,17 @@ Ref<NSObject> NSShadow::copyWithZone() const {
 }
 
 void NSShadow::encodeWithCoder(NSCoder& coder) const {
-    if (coder.allowsKeyedCoding()) {
-        coder.encodeSize_forKey(offset_, offsetKey);
-        coder.encodeDouble_forKey(blur_, blurKey);
-        coder.encodeObject_forKey(color_, colorKey);
-        return;
-    }
-    coder.encodeSize(offset_);
-    coder.encodeDouble(blur_);
-    coder.encodeObject(color_);
+    CoderWriter out(coder);
+    out.size(offset_, offsetKey);
+    out.real(blur_, blurKey);
+    out.object(color_, colorKey);
 }
 
 NSShadow::NSShadow(NSCoder& coder) {
-    coder.beginDecoding(this);
-    const bool keyed = coder.allowsKeyedCoding();
-    offset_ = keyed ? coder.decodeSizeForKey(offsetKey) : coder.decodeSize();
-    setShadowBlurRadius(keyed ? coder.decodeDoubleForKey(blurKey) : coder.decodeDouble());
-    color_ = keyed ? coder.decodeObjectOf_forKey<NSColor>(colorKey) : coder.decodeObjectOf<NSColor>();
+    CoderReader in(coder, this);
+    offset_ = in.size(offsetKey);
+    setShadowBlurRadius(in.real(blurKey));
+    color_ = in.object<NSColor>(colorKey);
 }
 
 } // namespace libvue
