@@ -1,6 +1,7 @@
 #pragma once
 
 #include <libvue/platform/foundation/NSCoder.h>
+#include <libvue/platform/foundation/NSData.h>
 
 namespace libvue {
 
