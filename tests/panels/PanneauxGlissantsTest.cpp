@@ -1,4 +1,5 @@
 #include <appkit/AppFixture.h>
+#include <support/DessinsSuivis.h>
 
 #include <cmath>
 #include <optional>
@@ -147,11 +148,13 @@ struct PanneauxTest : AppFixture {
         EXPECT_EQ(bleu->frame(), conteneur->bounds());
         EXPECT_EQ(rouge->superview(), nullptr);
     }
-    /// "r" or "b" for the pixel of that point of the container, "?" for another colour.
+    /// "r" or "b" for the pixel of that point of the window, "?" for another colour.
     [[nodiscard]] char pixel(CGFloat x, CGFloat y) const {
         const Ref<NSImage> image = fenetre->captureImage();
         const auto p = image->picture(1);
-        const backend::Color c = p->pixel(static_cast<int>(x), p->pixelHeight() - 1 - static_cast<int>(y));
+        const double echelle = p->pixelHeight() / p->size().height;
+        const backend::Color c =
+            p->pixel(static_cast<int>(x * echelle), p->pixelHeight() - 1 - static_cast<int>(y * echelle));
         return c.red > 0.9 && c.blue < 0.1 ? 'r' : c.blue > 0.9 && c.red < 0.1 ? 'b' : '?';
     }
 };
@@ -192,47 +195,89 @@ TEST_F(PanneauxTest, eachSlideGoesItsWay) {
             ASSERT_EQ(cadres.size(), calme ? 1U : 15U); // a quarter of a second, sixty times a second
             EXPECT_EQ(cadres.back(), arrivee);
             if (calme) continue;
-            // In and out alike: the eighth of fifteen steps is as far past the middle as the seventh is before it.
-            const auto part = [&](const NSRect& r) {
-                return ((r.origin.x - depart.origin.x) + (r.origin.y - depart.origin.y)) /
-                       ((arrivee.origin.x - depart.origin.x) + (arrivee.origin.y - depart.origin.y));
-            };
-            EXPECT_NEAR(part(cadres[6]) + part(cadres[7]), 1, 1e-3);
-            EXPECT_LT(part(cadres[0]), 0.02);
-            for (std::size_t i = 0; i < cadres.size(); ++i) {
-                EXPECT_EQ(cadres[i].size, arrivee.size);
-                EXPECT_TRUE(cadres[i].origin.x == depart.origin.x || cadres[i].origin.y == depart.origin.y);
-                EXPECT_GT(part(cadres[i]), i > 0 ? part(cadres[i - 1]) : 0.0);
-            }
+            constexpr CGFloat premier = 0.00865; // of the way, after a fifteenth of the time
+            EXPECT_EQ(cadres.front().size, depart.size);
+            EXPECT_NEAR(cadres.front().origin.x, depart.origin.x + premier * (arrivee.origin.x - depart.origin.x),
+                        0.01);
+            EXPECT_NEAR(cadres.front().origin.y, depart.origin.y + premier * (arrivee.origin.y - depart.origin.y),
+                        0.01);
         }
 }
 
-TEST_F(PanneauxTest, everyFrameIsOnTheScreenAndEachPanelIsDrawnOnce) {
-    for (const Strategie& s : strategies) {
-        SCOPED_TRACE(s.fabrique()->className()->utf8());
-        repart();
-        const int avantRouge = rouge->dessins, avantBleu = bleu->dessins;
-        NSRect vu = NSZeroRect;
-        int vues = 0;
-        suiveur->reaction = [&](NSView*, std::size_t) {
-            // What is on the screen is the frame before this one: the new panel, and the old one in all the rest.
-            const NSRect tout = conteneur->bounds();
-            for (const NSRect& r : {NSMakeRect(0, 0, NSMinX(vu), kH), NSMakeRect(NSMaxX(vu), 0, kL - NSMaxX(vu), kH),
-                                    NSMakeRect(0, 0, kL, NSMinY(vu)), NSMakeRect(0, NSMaxY(vu), kL, kH - NSMaxY(vu))}) {
-                if (NSIsEmptyRect(vu) || r.size.width < 2 || r.size.height < 2) continue;
-                ++vues;
-                EXPECT_EQ(pixel(NSMidX(r), NSMidY(r)), 'r');
-                EXPECT_EQ(pixel(NSMidX(vu), NSMidY(vu)), 'b');
+/// Which panel's picture, where, and how much of it: "rouge {{20, 10}, {200, 100}} in {{20, 10}, {8, 100}}".
+std::string ligne(const DessinsSuivis::Dessin& d) {
+    const auto& o = d.operation;
+    if (o.kind != backend::RecordingCanvas::Kind::picture) return "fond";
+    const std::string nom = d.image == "fillRect {{0, 0}, {200, 100}} #ff0000ff copy\n"   ? "rouge"
+                            : d.image == "fillRect {{0, 0}, {200, 100}} #0000ffff copy\n" ? "bleu"
+                                                                                          : d.image;
+    return nom + " " + NSStringFromRect(o.transform.apply(o.rect))->utf8() + " in " + NSStringFromRect(o.clip)->utf8();
+}
+
+TEST_F(PanneauxTest, everyFrameDrawsThePicturesOfThePanelsInTheirPlaces) {
+    // Of a hundred points, after each frame: slow, quick, slow.
+    constexpr CGFloat chemin[] = {0.865,  3.551,  8.166,  14.741, 23.177, 33.188, 44.269,
+                                  55.731, 66.812, 76.823, 85.259, 91.834, 96.449, 99.135};
+    constexpr NSPoint coin{20, 10};
+    const NSRect repos{coin, {kL, kH}};
+    DessinsSuivis& dessins = DessinsSuivis::installe();
+    fenetre->setFrame_display({{100, 100}, {kL + 50, kH + 60}}, YES);
+    conteneur->setFrameOrigin(coin);
+    const std::string entier = " in " + NSStringFromRect(repos)->utf8();
+    const auto place = [&](const char* nom, const NSRect& r) { return nom + (" " + NSStringFromRect(r)->utf8()); };
+
+    for (const CGFloat echelle : {1.0, 2.0})
+        for (const Strategie& s : strategies) {
+            SCOPED_TRACE(s.fabrique()->className()->utf8() + " at " + std::to_string(echelle));
+            windows().setScale(echelle);
+            repart();
+            const NSPoint sens{s.arrivee.x - s.depart.x, s.arrivee.y - s.depart.y};
+            const int avantRouge = rouge->dessins, avantBleu = bleu->dessins;
+            const std::size_t avant = native(fenetre).presents;
+            dessins.passes.clear();
+            std::string vus;
+            suiveur->reaction = [&](NSView*, std::size_t rang) {
+                // A good third of the way: what has come, and what is still there.
+                if (rang != 8) return;
+                for (const CGFloat part : {-0.3, 0.3})
+                    vus += pixel(coin.x + (0.5 + part * sens.x) * kL, coin.y + (0.5 + part * sens.y) * kH);
+            };
+            affiche(bleu, s.fabrique());
+
+            std::vector<Log> attendues;
+            if (s.pousse) attendues.push_back({"fond", place("rouge", repos) + entier});
+            for (const CGFloat pourcent : chemin) {
+                const CGFloat x = sens.x * kL * pourcent / 100, y = sens.y * kH * pourcent / 100;
+                const auto auPixel = [&](CGFloat dx, CGFloat dy) -> NSRect {
+                    const auto rond = [&](CGFloat v) { return std::floor(v * echelle + 0.5) / echelle; };
+                    return {{rond(coin.x + dx), rond(coin.y + dy)}, repos.size};
+                };
+                const CGFloat nx = x - sens.x * kL, ny = y - sens.y * kH;
+                // Only what the new panel covers by now changes under a cover.
+                const auto bas = [&](CGFloat v) { return std::floor(v * echelle) / echelle; };
+                const auto haut = [&](CGFloat v) { return std::ceil(v * echelle) / echelle; };
+                const NSPoint de{bas(coin.x + nx), bas(coin.y + ny)};
+                const NSRect couvert =
+                    NSIntersectionRect(repos, {de, {haut(coin.x + nx + kL) - de.x, haut(coin.y + ny + kH) - de.y}});
+                const std::string vu = s.pousse ? entier : " in " + NSStringFromRect(couvert)->utf8();
+                Log& image = attendues.emplace_back();
+                if (pourcent == chemin[0]) image.emplace_back("fond");
+                image.push_back(place("rouge", s.pousse ? auPixel(x, y) : repos) + vu);
+                image.push_back(place("bleu", auPixel(nx, ny)) + vu);
             }
-            vu = NSIntersectionRect(tout, bleu->convertRect_toView(bleu->bounds(), conteneur));
-            if (vu.size.width < 2 || vu.size.height < 2) vu = NSZeroRect;
-        };
-        affiche(bleu, s.fabrique());
-        EXPECT_GT(vues, 10);
-        EXPECT_EQ(rouge->dessins - avantRouge, 1);
-        EXPECT_EQ(bleu->dessins - avantBleu, 2); // once for the slide, once where it has arrived
-        EXPECT_EQ(pixel(3, 3), 'b');
-    }
+            attendues.push_back({"fond", place("bleu", repos) + entier});
+
+            std::vector<Log> obtenues;
+            for (const auto& passe : dessins.passes) {
+                Log& image = obtenues.emplace_back();
+                std::transform(passe.begin(), passe.end(), std::back_inserter(image), ligne);
+            }
+            EXPECT_EQ(obtenues, attendues);
+            EXPECT_EQ(native(fenetre).presents - avant, attendues.size());
+            EXPECT_EQ(vus, "br");
+            EXPECT_EQ(rouge->dessins - avantRouge, 1);
+            EXPECT_EQ(bleu->dessins - avantBleu, 2); // once for the slide, once where it has arrived
+        }
 }
 
 TEST_F(PanneauxTest, whatChangesDuringASlideIsSeen) {
@@ -253,6 +298,7 @@ TEST_F(PanneauxTest, whatChangesDuringASlideIsSeen) {
 TEST_F(PanneauxTest, whateverHappensInBetweenTheEndIsTheSame) {
     enum class Quoi { sansAncien, ancienSort, ancienMeurt, bandeSort, conteneurSort, fenetreFerme, conteneurRetrecit };
     using enum Quoi;
+    DessinsSuivis& dessins = DessinsSuivis::installe();
     for (const Strategie& s : strategies)
         for (const Quoi quoi :
              {sansAncien, ancienSort, ancienMeurt, bandeSort, conteneurSort, fenetreFerme, conteneurRetrecit}) {
@@ -261,6 +307,7 @@ TEST_F(PanneauxTest, whateverHappensInBetweenTheEndIsTheSame) {
             show(fenetre);
             repart();
             suiveur->reaction = [&](NSView* v, std::size_t rang) {
+                if (rang == 8) dessins.passes.clear();
                 if (rang != 5) return;
                 if (quoi == ancienSort || quoi == ancienMeurt) rouge->removeFromSuperview();
                 if (quoi == ancienMeurt) rouge = nullptr;
@@ -275,6 +322,14 @@ TEST_F(PanneauxTest, whateverHappensInBetweenTheEndIsTheSame) {
             }
             const Weak<Panneau> temoin(rouge);
             affiche(bleu, s.fabrique());
+            if (quoi == sansAncien || quoi == ancienSort || quoi == ancienMeurt) {
+                EXPECT_EQ(dessins.passes.size(), 8U);
+                for (const auto& passe : dessins.passes) {
+                    EXPECT_EQ(ligne(passe.back()).substr(0, 4), "bleu");
+                    for (const auto& d : passe)
+                        EXPECT_NE(ligne(d).substr(0, 5), "rouge");
+                }
+            }
             if (quoi == ancienMeurt) {
                 EXPECT_FALSE(temoin);
                 rouge = make<Panneau>(log, "rouge", NSColor::redColor());

@@ -13,7 +13,7 @@ namespace libvue::backend {
 
 /// Keeps what is drawn as data, in order, so that it can be asked what was stroked where and in which colour. Draws
 /// nothing unless it is given a canvas to hand everything on to.
-class LIBVUE_API RecordingCanvas final : public Canvas {
+class LIBVUE_API RecordingCanvas : public Canvas {
 public:
     enum class Kind : std::uint8_t { fill, fillRect, stroke, line, gradient, picture, text, beginLayer, endLayer };
     /// Which coordinates a description is in: those of the surface, y upward, or those that the drawing code used.
