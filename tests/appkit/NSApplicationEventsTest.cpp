@@ -337,6 +337,27 @@ TEST_F(EventsTest, TheLastWindowEndsTheRunUnlessTheDelegateHoldsOn) {
     NSRunLoop::mainRunLoop()->cancelAll();
 }
 
+TEST_F(EventsTest, StopEndsTheInnermostRunBeforeTheNextEvent) {
+    const Ref<NSWindow> modal = windowAt({{600, 100}, {200, 200}});
+    NSInteger code = 0;
+    left->onMouse = [](NSEvent*) { NSApp()->stop(nullptr); };
+    later(1, [&] {
+        NSRunLoop::mainRunLoop()->performBlock([] { NSApp()->stop(nullptr); });
+        code = NSApp()->runModalForWindow(modal);
+        modal->orderOut(nullptr);
+        EXPECT_TRUE(NSApp()->isRunning());
+        mouse().at(10, 10).down().up();
+    });
+    for (const char* heard : {"left down", "left up"}) {
+        later(5, [] { ADD_FAILURE() << "still running"; });
+        NSApp()->run();
+        NSRunLoop::mainRunLoop()->cancelAll();
+        EXPECT_FALSE(NSApp()->isRunning());
+        EXPECT_EQ(code, NSRunStoppedResponse);
+        EXPECT_THAT(taken(), ElementsAre(heard)) << "what is left is for the next run";
+    }
+}
+
 TEST_F(EventsTest, WindowsOnTheScreenAreUpdatedAfterEachEvent) {
     const Ref<NSWindow> hidden = windowAt({{400, 100}, {200, 200}});
     const Ecoute ear(NSWindowDidUpdateNotification, nullptr, [&](NSNotification* n) {

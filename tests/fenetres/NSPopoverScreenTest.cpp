@@ -2,7 +2,6 @@
 
 #include <fenetres/EcranFixture.h>
 
-#include <libvue/platform/appkit/BalloonPlacement.h>
 #include <libvue/platform/appkit/NSPanel.h>
 #include <libvue/platform/appkit/NSPopover.h>
 #include <libvue/platform/appkit/NSTextField.h>
@@ -12,15 +11,6 @@ using namespace libvue;
 using namespace libvue::test;
 
 namespace {
-
-/// Counts the presses that reach it.
-class Ancre : public NSView {
-public:
-    static void describe(ClassDescription<Ancre, NSView>&) {}
-    using NSView::NSView;
-    int appuis = 0;
-    void mouseDown(NSEvent*) override { ++appuis; }
-};
 
 class Delegue : public NSObject {
 public:
@@ -32,10 +22,9 @@ public:
 class PopoverScreenTest : public EcranFixture {
 protected:
     PopoverScreenTest() {
-        fenetre = make<NSWindow>(NSMakeRect(300, 300, 500, 300),
-                                 NSTitledWindowMask | NSClosableWindowMask | NSMiniaturizableWindowMask);
+        fenetre = make<NSWindow>(NSMakeRect(300, 300, 500, 300), NSTitledWindowMask | NSClosableWindowMask);
         fenetre->setTitle(u"bulleancre"_ns);
-        ancre = make<Ancre>(NSMakeRect(200, 100, 80, 24));
+        ancre = make<NSView>(NSMakeRect(200, 100, 80, 24));
         fenetre->contentView()->addSubview(ancre);
         fenetre->makeKeyAndOrderFront(nullptr);
         p = make<NSPopover>();
@@ -63,20 +52,9 @@ protected:
     }
 
     Ref<NSWindow> fenetre;
-    Ref<Ancre> ancre;
+    Ref<NSView> ancre;
     Ref<NSPopover> p;
 };
-
-TEST_F(PopoverScreenTest, AClickElsewhereClosesItAndArrives) {
-    montre();
-    const NSRect a = fenetre->convertRectToScreen(ancre->convertRect_toView(ancre->bounds(), nullptr));
-    EXPECT_EQ(NSMinY(corps()), NSMaxY(a) + balloon::kArrowLength);
-    click({NSMidX(corps()), NSMidY(corps())}); // in it: nothing
-    // The anchor is free right up to the arrow's tip.
-    click({NSMidX(a), NSMaxY(a) - 2});
-    EXPECT_TRUE(comes([&] { return !p->isShown(); }));
-    EXPECT_EQ(ancre->appuis, 1);
-}
 
 TEST_F(PopoverScreenTest, ItTakesTheKeysOfWhatTypesAndGivesThemBack) {
     const auto champ = make<NSTextField>(NSMakeRect(10, 30, 160, 24));
@@ -92,16 +70,6 @@ TEST_F(PopoverScreenTest, ItTakesTheKeysOfWhatTypesAndGivesThemBack) {
     output("xdotool key Escape");
     EXPECT_TRUE(comes([&] { return !p->isShown(); }));
     EXPECT_TRUE(comes([&] { return fenetre->isKeyWindow(); }));
-}
-
-TEST_F(PopoverScreenTest, EscapeInTheAnchorsWindowAndMiniaturisingCloseIt) {
-    montre();
-    output("xdotool key Escape");
-    EXPECT_TRUE(comes([&] { return !p->isShown(); }));
-    p->setBehavior(NSPopoverBehaviorApplicationDefined);
-    montre();
-    output("xdotool search --onlyvisible --name '^bulleancre$' windowminimize");
-    EXPECT_TRUE(comes([&] { return !p->isShown() && fenetre->isMiniaturized(); }));
 }
 
 TEST_F(PopoverScreenTest, DraggedOffItBecomesAWindowUnderThePointer) {

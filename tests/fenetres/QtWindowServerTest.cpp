@@ -242,10 +242,20 @@ TEST_F(QtWindowServerTest, clicksArriveInBaseCoordinates) {
     EXPECT_GE(count(Kind::mouseEntered, w), 1u);
     EXPECT_LT(again.time - seen.front().time, patience);
 
-    run("xdotool click 5");
-    const Event wheel = waitFor("wheel", Kind::wheel, w);
-    EXPECT_LT(wheel.deltaY, 0) << "downward shows what is below";
-    EXPECT_FALSE(wheel.precise);
+    struct Row {
+        const char* wheel;
+        double x, y; ///< their signs: downward shows what is below
+        std::uint32_t modifiers;
+    };
+    for (const Row& row : {Row{"click 5", 0, -1, 0}, Row{"click 4", 0, 1, 0}, Row{"click 7", -1, 0, 0},
+                           Row{"click 6", 1, 0, 0}, Row{"keydown shift click 5 keyup shift", 0, -1, modifierShift}}) {
+        run(std::string("xdotool ") + row.wheel);
+        const Event wheel = waitFor(row.wheel, Kind::wheel, w);
+        EXPECT_TRUE(wheel.deltaX * row.x > 0 || (row.x == 0 && wheel.deltaX == 0)) << row.wheel;
+        EXPECT_TRUE(wheel.deltaY * row.y > 0 || (row.y == 0 && wheel.deltaY == 0)) << row.wheel;
+        EXPECT_EQ(wheel.modifiers, row.modifiers) << row.wheel;
+        EXPECT_FALSE(wheel.precise);
+    }
 }
 
 TEST_F(QtWindowServerTest, aGrabHearsOfClicksOutside) {

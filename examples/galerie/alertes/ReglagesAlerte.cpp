@@ -12,7 +12,7 @@ using namespace KDialogue;
 namespace {
 
 const UniChaine kCle{u"galerie.alerte"};
-const UniChaine kLibelles[] = {u"Choix A", u"Choix B", u"Choix C", u"Choix D", u"Un libellé bien plus long"};
+const UniChaine kLibelles[] = {u"Choix A", u"Choix B", u"Choix C", u"Choix D", u"Un libellé plus long"};
 
 KAlerteInfo infoDe(const ReglagesAlerte& r) {
     constexpr std::u16string_view suite =
