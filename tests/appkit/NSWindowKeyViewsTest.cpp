@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <libvue/platform/appkit/NSViewController.h>
-
 using namespace libvue;
 using namespace libvue::test;
 using testing::ElementsAre;
@@ -112,22 +110,6 @@ TEST_F(KeyViewsTest, TabWalksTheLoopBothWays) {
     EXPECT_EQ(tab(true), z.get());
     window->recalculateKeyViewLoop();
     EXPECT_EQ(tab(false), x.get());
-}
-
-class CountingController : public NSViewController {
-public:
-    static void describe(ClassDescription<CountingController, NSViewController>&) {}
-    void viewDidLoad() override { ++loads; }
-    int loads = 0;
-};
-
-TEST_F(KeyViewsTest, AViewControllerMakesItsViewOnFirstUse) {
-    const Ref<CountingController> controller = make<CountingController>();
-    EXPECT_EQ(controller->loads, 0);
-    window->setContentViewController(controller);
-    EXPECT_EQ(window->contentView(), controller->view());
-    EXPECT_EQ(controller->loads, 1);
-    EXPECT_EQ(controller->view()->nextResponder(), window->frameView_()); // it puts itself into no chain
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 
 #include <libvue/platform/appkit/NSPanel.h>
 #include <libvue/platform/appkit/NSScreen.h>
-#include <libvue/platform/appkit/NSWindowController.h>
 #include <libvue/platform/foundation/NSUserDefaults.h>
 
 using namespace libvue;
@@ -384,30 +383,6 @@ TEST_F(WindowTest, ScreensAreThoseOfTheDesktop) {
     EXPECT_EQ(window->screen(), NSScreen::mainScreen());
     window->setFrameOrigin({-5000, 10});
     EXPECT_EQ(window->screen(), nullptr);
-}
-
-class LoadingController : public NSWindowController {
-public:
-    static void describe(ClassDescription<LoadingController, NSWindowController>&) {}
-    void loadWindow() override {
-        ++loads;
-        setWindow(make<NSWindow>(NSMakeRect(0, 0, 50, 50), NSTitledWindowMask));
-    }
-    int loads = 0;
-};
-
-TEST_F(WindowTest, AControllerLoadsItsWindowOnceAndStandsBehindIt) {
-    Ref<LoadingController> controller = make<LoadingController>();
-    controller->showWindow(nullptr);
-    const Ref<NSWindow> w = controller->window();
-    EXPECT_EQ(controller->loads, 1);
-    EXPECT_TRUE(w->isKeyWindow());
-    EXPECT_EQ(w->nextResponder(), controller.get());
-    controller->close();
-    EXPECT_FALSE(w->isVisible());
-    controller = nullptr;
-    EXPECT_EQ(w->windowController(), nullptr);
-    EXPECT_EQ(w->nextResponder(), nullptr);
 }
 
 } // namespace

@@ -173,8 +173,7 @@ TEST_F(TrackingTest, AnOwnerMayRemoveTheNextAreaOrItself) {
     Ref<LogView> b = make<LogView>(NSMakeRect(0, 0, 50, 50), log, "b");
     v->addSubview(b);
     for (LogView* view : {v.get(), b.get()})
-        view->addTrackingArea(make<NSTrackingArea>(
-            view->bounds(), NSTrackingMouseEnteredAndExited | NSTrackingActiveAlways, view, nullptr));
+        track(view);
     v->onMouse = [&](NSEvent*) {
         if (b) b->removeFromSuperview();
         b = nullptr;

@@ -42,7 +42,11 @@ TEST(NSBezierPathTest, coordinatesThatAreNoNumbersAreLeftOut) {
     p->lineToPoint({NAN, 1});
     p->appendBezierPathWithRect({{0, 0}, {INFINITY, 1}});
     p->appendBezierPathWithArcWithCenter_radius_startAngle_endAngle({0, 0}, NAN, 0, 90);
+    const Ref<NSAffineTransform> away = NSAffineTransform::transform();
+    away->translateXBy_yBy(INFINITY, 0);
+    p->transformUsingAffineTransform(away);
     EXPECT_EQ(p->elementCount(), 1);
+    EXPECT_EQ(p->currentPoint(), (NSPoint{0, 0}));
 }
 
 TEST(NSBezierPathTest, anArcIsJoinedByALineAndAWedgeCloses) {

@@ -1,13 +1,13 @@
 #include <libvue/platform/appkit/NSScrollView.h>
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSClipView.h>
 #include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/appkit/ThemeDrawing.h>
+#include <libvue/platform/foundation/FiniteGeometry.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/Palette.h>
@@ -189,9 +189,7 @@ void NSScrollView::placeScrollers(const NSRect& room, Bars shown) {
 
 void NSScrollView::placeParts() {
     const NSRect r = room();
-    if (!std::isfinite(r.origin.x) || !std::isfinite(r.origin.y) || !std::isfinite(r.size.width) ||
-        !std::isfinite(r.size.height))
-        return;
+    if (!isFinite(r)) return;
     Bars shown = shownBars();
     placeClip(r, shown);
     Bars wanted = needed();

@@ -18,6 +18,13 @@ namespace {
 /// Which of the presses that a window follows: left, right, others.
 std::size_t pressOf(const NSEvent& e) { return static_cast<std::size_t>(NSEvent::buttonOfType_(e.type())); }
 
+using Handler = void (NSResponder::*)(NSEvent*);
+/// In the order of the presses.
+constexpr Handler downs[] = {&NSResponder::mouseDown, &NSResponder::rightMouseDown, &NSResponder::otherMouseDown};
+constexpr Handler drags[] = {&NSResponder::mouseDragged, &NSResponder::rightMouseDragged,
+                             &NSResponder::otherMouseDragged};
+constexpr Handler ups[] = {&NSResponder::mouseUp, &NSResponder::rightMouseUp, &NSResponder::otherMouseUp};
+
 } // namespace
 
 void NSWindow::sendEvent(NSEvent* e) {
@@ -114,34 +121,12 @@ void NSWindow::sendMouseDown(NSEvent* e) {
         t.dragPoint = e->fields().screenLocation;
         t.dragged = false;
     }
-    switch (button) {
-    case 0:
-        hit->mouseDown(e);
-        break;
-    case 1:
-        hit->rightMouseDown(e);
-        break;
-    default:
-        hit->otherMouseDown(e);
-        break;
-    }
+    (hit.get()->*downs[button])(e);
 }
 
 void NSWindow::sendMouseDragged(NSEvent* e) {
     const std::size_t button = pressOf(*e);
-    if (const Ref<NSView> view = tracking().pressed[button].ref()) {
-        switch (button) {
-        case 0:
-            view->mouseDragged(e);
-            break;
-        case 1:
-            view->rightMouseDragged(e);
-            break;
-        default:
-            view->otherMouseDragged(e);
-            break;
-        }
-    }
+    if (const Ref<NSView> view = tracking().pressed[button].ref()) (view.get()->*drags[button])(e);
     if (button == 0 && tracking().dragging) followDrag(e);
     updateMouseTracking_(e);
 }
@@ -156,19 +141,7 @@ void NSWindow::sendMouseUp(NSEvent* e) {
         t.released = {view.get(), e->eventNumber(), button};
     else if (t.released.number == e->eventNumber() && t.released.button == button)
         view = t.released.view.ref();
-    if (view) {
-        switch (button) {
-        case 0:
-            view->mouseUp(e);
-            break;
-        case 1:
-            view->rightMouseUp(e);
-            break;
-        default:
-            view->otherMouseUp(e);
-            break;
-        }
-    }
+    if (view) (view.get()->*ups[button])(e);
     updateMouseTracking_(e);
 }
 

@@ -5,6 +5,7 @@
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/appkit/NSViewAnimation.h>
 #include <libvue/platform/appkit/NSWindowPrivate.h>
+#include <libvue/platform/foundation/FiniteGeometry.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSUserDefaults.h>
@@ -29,11 +30,6 @@ NSRect grown(const NSRect& content, const NSEdgeInsets& i) {
 NSRect shrunk(const NSRect& frame, const NSEdgeInsets& i) {
     return {{frame.origin.x + i.left, frame.origin.y + i.bottom},
             {std::max(0.0, frame.size.width - i.left - i.right), std::max(0.0, frame.size.height - i.top - i.bottom)}};
-}
-
-bool isFinite(const NSRect& r) {
-    return std::isfinite(r.origin.x) && std::isfinite(r.origin.y) && std::isfinite(r.size.width) &&
-           std::isfinite(r.size.height);
 }
 
 } // namespace

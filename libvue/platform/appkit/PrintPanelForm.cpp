@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 
 #include <libvue/platform/appkit/NSPrintPanel.h>
 #include <libvue/platform/graphics/NSColor.h>
@@ -13,6 +14,10 @@ namespace {
 
 constexpr CGFloat kMargin = 20, kGap = 10, kRowHeight = 24, kLabelGap = 8;
 constexpr CGFloat kControls = 300, kPreviewWidth = 320, kPreviewHeight = 380, kNumber = 52;
+constexpr CGFloat kColumnGap = 24; ///< between the preview and the labels
+constexpr CGFloat kMessageRoom = 40, kMessageHeight = 18;
+constexpr CGFloat kButton = 110, kButtonGap = 12;
+constexpr CGFloat kTurner = 36; ///< the width of a button that turns pages
 
 void centre(NSView* v, CGFloat x, CGFloat row, CGFloat width) {
     const CGFloat height = v->frame().size.height;
@@ -124,16 +129,7 @@ std::vector<PrintPanelForm::Row> PrintPanelForm::rows(bool saves) const {
 }
 
 void PrintPanelForm::arrange(bool saves) {
-    const CGFloat formX = preview ? kMargin + kPreviewWidth + 24 : kMargin;
-    const auto shown = rows(saves);
-    for (const Ref<NSTextField>& l : {destinationLabel_, fileLabel_, copiesLabel_, pagesLabel_, paperLabel_,
-                                      orientationLabel_, scaleLabel_, toLabel_, percentLabel_})
-        l->setHidden(YES);
-    for (const Ref<NSTextField>& f : {file, copies, first, last, scale})
-        f->setHidden(YES);
-    for (const Ref<NSButton>& b : {portrait, landscape, allPages, somePages})
-        b->setHidden(YES);
-    paper->setHidden(YES);
+    const CGFloat formX = preview ? kMargin + kPreviewWidth + kColumnGap : kMargin;
     CGFloat labels = 0;
     for (const Ref<NSTextField>& l :
          {destinationLabel_, fileLabel_, copiesLabel_, pagesLabel_, paperLabel_, orientationLabel_, scaleLabel_}) {
@@ -141,39 +137,51 @@ void PrintPanelForm::arrange(bool saves) {
         labels = std::max(labels, std::ceil(l->frame().size.width));
     }
     const CGFloat controlsX = formX + labels + kLabelGap;
+    const CGFloat rowsEnd = placeRows(rows(saves), formX, labels);
+    const CGFloat buttonHeight = accept->frame().size.height;
+    const CGFloat formEnd = rowsEnd + kMessageRoom + buttonHeight + kMargin;
+    const CGFloat height = preview ? std::max(formEnd, 2 * kMargin + kPreviewHeight + kGap + kRowHeight) : formEnd;
+    const CGFloat width = controlsX + kControls + kMargin;
+    setFrameSize({width, height});
+    const CGFloat buttonsY = height - kMargin - buttonHeight;
+    message_->setFrame({{controlsX, buttonsY - kMessageRoom + kGap}, {kControls, kMessageHeight}});
+    accept->setFrame({{width - kMargin - kButton, buttonsY}, {kButton, buttonHeight}});
+    cancel->setFrame({{width - kMargin - 2 * kButton - kButtonGap, buttonsY}, {kButton, buttonHeight}});
+    placePreview(height);
+}
+
+CGFloat PrintPanelForm::placeRows(const std::vector<Row>& shown, CGFloat x, CGFloat labels) const {
+    for (NSView* v :
+         std::initializer_list<NSView*>{destinationLabel_, fileLabel_, copiesLabel_, pagesLabel_, paperLabel_,
+                                        orientationLabel_, scaleLabel_, toLabel_, percentLabel_, file, copies, first,
+                                        last, scale, portrait, landscape, allPages, somePages, paper})
+        v->setHidden(YES);
     CGFloat y = kMargin;
     for (const Row& row : shown) {
         row.label->setHidden(NO);
-        centre(row.label, formX, y, labels);
-        CGFloat x = controlsX;
+        centre(row.label, x, y, labels);
+        CGFloat at = x + labels + kLabelGap;
         for (const auto& [control, wanted] : row.controls) {
             control->setHidden(NO);
             if (auto* sized = as<NSControl>(control); sized && wanted == 0) sized->sizeToFit();
             const CGFloat width = wanted > 0 ? wanted : std::ceil(control->frame().size.width);
-            centre(control, x, y, width);
-            x += width + kLabelGap;
+            centre(control, at, y, width);
+            at += width + kLabelGap;
         }
         y += kRowHeight + kGap;
     }
-    const CGFloat buttonHeight = accept->frame().size.height;
-    const CGFloat formBottom = y + 40 + buttonHeight + kMargin;
-    const CGFloat height =
-        preview ? std::max(formBottom, 2 * kMargin + kPreviewHeight + kGap + kRowHeight) : formBottom;
-    const CGFloat width = controlsX + kControls + kMargin;
-    setFrameSize({width, height});
-    message_->setFrame({{controlsX, height - kMargin - buttonHeight - 30}, {kControls, 18}});
-    constexpr CGFloat buttonWidth = 110;
-    accept->setFrame({{width - kMargin - buttonWidth, height - kMargin - buttonHeight}, {buttonWidth, buttonHeight}});
-    cancel->setFrame({{width - kMargin - 2 * buttonWidth - 12, accept->frame().origin.y}, {buttonWidth, buttonHeight}});
-    for (const Ref<NSView>& v : {Ref<NSView>(previous), Ref<NSView>(next), Ref<NSView>(pageNumber)})
+    return y;
+}
+
+void PrintPanelForm::placePreview(CGFloat height) const {
+    for (NSView* v : std::initializer_list<NSView*>{previous, next, pageNumber})
         v->setHidden(preview == nullptr);
     if (!preview) return;
     preview->setFrame({{kMargin, kMargin}, {kPreviewWidth, height - 2 * kMargin - kGap - kRowHeight}});
     const CGFloat below = height - kMargin - kRowHeight;
-    constexpr CGFloat turner = 36;
-    centre(previous, kMargin, below, turner);
-    centre(next, kMargin + kPreviewWidth - turner, below, turner);
-    centre(pageNumber, kMargin + turner + kGap, below, kPreviewWidth - 2 * (turner + kGap));
+    centre(previous, kMargin, below, kTurner);
+    centre(next, kMargin + kPreviewWidth - kTurner, below, kTurner);
+    centre(pageNumber, kMargin + kTurner + kGap, below, kPreviewWidth - 2 * (kTurner + kGap));
 }
 
 } // namespace libvue

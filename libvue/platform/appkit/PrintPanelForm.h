@@ -34,6 +34,9 @@ private:
     struct Row;
     /// The rows that show, from the top.
     [[nodiscard]] std::vector<Row> rows(bool saves) const;
+    /// Shows these rows and nothing else of the form, their labels at `x` and `labels` wide; answers where they end.
+    CGFloat placeRows(const std::vector<Row>& shown, CGFloat x, CGFloat labels) const;
+    void placePreview(CGFloat height) const;
     Ref<NSTextField> label(NSString* text, NSTextAlignment alignment);
     Ref<NSTextField> field();
 

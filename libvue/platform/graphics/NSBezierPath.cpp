@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string>
 
+#include <libvue/platform/foundation/FiniteGeometry.h>
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSString.h>
 #include <libvue/platform/graphics/NSAffineTransform.h>
@@ -13,14 +14,9 @@
 namespace libvue {
 
 using backend::PathVerb;
-using outline::isFinite;
 
 namespace {
-
 const ClassRegistration<NSBezierPath> registration;
-
-bool hasFiniteSides(const NSRect& r) { return isFinite(r.origin) && isFinite({r.size.width, r.size.height}); }
-
 } // namespace
 
 backend::Stroke& NSBezierPath::defaultStroke() {
@@ -139,20 +135,20 @@ void NSBezierPath::appendBezierPath(const NSBezierPath* path) {
 }
 
 void NSBezierPath::appendBezierPathWithRect(const NSRect& rect) {
-    if (!hasFiniteSides(rect)) return;
+    if (!isFinite(rect)) return;
     outline::appendRect(s_->path, rect);
     s_->start = rect.origin;
 }
 
 void NSBezierPath::appendBezierPathWithOvalInRect(const NSRect& rect) {
-    if (!hasFiniteSides(rect)) return;
+    if (!isFinite(rect)) return;
     outline::appendOval(s_->path, rect);
     s_->findStart();
 }
 
 void NSBezierPath::appendBezierPathWithRoundedRect_xRadius_yRadius(const NSRect& rect, CGFloat xRadius,
                                                                    CGFloat yRadius) {
-    if (!hasFiniteSides(rect)) return;
+    if (!isFinite(rect)) return;
     outline::appendRoundedRect(s_->path, rect, xRadius, yRadius);
     s_->findStart();
 }
@@ -165,7 +161,7 @@ void NSBezierPath::appendBezierPathWithArcWithCenter_radius_startAngle_endAngle(
 void NSBezierPath::appendBezierPathWithArcWithCenter_radius_startAngle_endAngle_clockwise(NSPoint center,
                                                                                           CGFloat radius, CGFloat start,
                                                                                           CGFloat end, BOOL clockwise) {
-    if (!isFinite(center) || !isFinite({start, end}) || !std::isfinite(radius)) return;
+    if (!isFinite(center) || !std::isfinite(start) || !std::isfinite(end) || !std::isfinite(radius)) return;
     const NSPoint d = outline::directionAtDegrees(start);
     const NSPoint from{center.x + radius * d.x, center.y + radius * d.y};
     if (!s_->hasCurrentPoint())
@@ -220,6 +216,9 @@ BOOL NSBezierPath::containsPoint(NSPoint p) const {
 
 void NSBezierPath::transformUsingAffineTransform(const NSAffineTransform* t) {
     if (!t) return;
+    const NSAffineTransformStruct m = t->transformStruct();
+    for (const CGFloat v : {m.m11, m.m12, m.m21, m.m22, m.tX, m.tY})
+        if (!std::isfinite(v)) return;
     for (NSPoint& p : s_->path.points)
         p = t->transformPoint(p);
     s_->start = t->transformPoint(s_->start);

@@ -5,6 +5,7 @@
 
 #include <libvue/platform/foundation/CoderAccess.h>
 #include <libvue/platform/foundation/ConstantString.h>
+#include <libvue/platform/foundation/FiniteGeometry.h>
 #include <libvue/platform/foundation/NSData.h>
 #include <libvue/platform/graphics/HeldEnum.h>
 #include <libvue/platform/graphics/NSBezierPathState.h>
@@ -72,7 +73,7 @@ NSBezierPath::NSBezierPath(NSCoder& coder) : NSBezierPath() {
         needed += static_cast<std::size_t>(outline::pointsOf(verb));
     }
     for (const NSPoint& p : path.points)
-        good = good && outline::isFinite(p);
+        good = good && isFinite(p);
     if (!good || needed != path.points.size()) return;
     s_->path = std::move(path);
     s_->findStart();

@@ -1,6 +1,7 @@
 #include <libvue/platform/graphics/NSBezierPath.h>
 
 #include <libvue/platform/backend/Canvas.h>
+#include <libvue/platform/foundation/FiniteGeometry.h>
 #include <libvue/platform/graphics/NSBezierPathState.h>
 #include <libvue/platform/graphics/NSGraphicsContext.h>
 #include <libvue/platform/graphics/PathGeometry.h>
@@ -15,7 +16,7 @@ void NSBezierPath::fillRect(const NSRect& rect) {
 
 void NSBezierPath::strokeRect(const NSRect& rect) {
     NSGraphicsContext* c = NSGraphicsContext::currentContext();
-    if (!c || !outline::isFinite(rect.origin) || !outline::isFinite({NSMaxX(rect), NSMaxY(rect)})) return;
+    if (!c || !isFinite(rect.origin) || !isFinite(NSPoint{NSMaxX(rect), NSMaxY(rect)})) return;
     // Kept for its memory.
     static backend::Path path;
     path.verbs.clear();
@@ -30,7 +31,7 @@ void NSBezierPath::clipRect(const NSRect& rect) {
 
 void NSBezierPath::strokeLineFromPoint_toPoint(NSPoint from, NSPoint to) {
     NSGraphicsContext* c = NSGraphicsContext::currentContext();
-    if (c && outline::isFinite(from) && outline::isFinite(to)) c->strokeLine(from, to, defaultStroke());
+    if (c && isFinite(from) && isFinite(to)) c->strokeLine(from, to, defaultStroke());
 }
 
 void NSBezierPath::fill() const {

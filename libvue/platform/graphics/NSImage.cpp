@@ -4,6 +4,7 @@
 
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/CoderAccess.h>
+#include <libvue/platform/foundation/FiniteGeometry.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSData.h>
 #include <libvue/platform/foundation/NSException.h>
@@ -28,7 +29,7 @@ constexpr ConstantString accessibilityKey{u"NSAccessibilityDescription"};
 
 CGFloat mainScreenScale = 1;
 
-bool isDrawable(NSSize s) { return s.width > 0 && s.height > 0 && std::isfinite(s.width) && std::isfinite(s.height); }
+bool isDrawable(NSSize s) { return s.width > 0 && s.height > 0 && isFinite(s); }
 
 backend::GraphicsEngine& engine() { return *backend::Backend::current().graphics; }
 

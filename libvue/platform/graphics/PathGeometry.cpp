@@ -7,6 +7,8 @@
 #include <limits>
 #include <utility>
 
+#include <libvue/platform/foundation/FiniteGeometry.h>
+
 namespace libvue::outline {
 
 using backend::Path;
@@ -107,8 +109,6 @@ template <class Line> void walk(const Path& path, double tolerance, const Line& 
 }
 
 } // namespace
-
-bool isFinite(NSPoint p) noexcept { return std::isfinite(p.x) && std::isfinite(p.y); }
 
 NSPoint directionAtDegrees(double degrees) noexcept {
     const double turn = std::fmod(degrees, 360.0);

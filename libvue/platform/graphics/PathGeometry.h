@@ -10,7 +10,6 @@ namespace libvue::outline {
 
 enum class Turn : unsigned char { counterClockwise, clockwise };
 
-[[nodiscard]] LIBVUE_API bool isFinite(NSPoint p) noexcept;
 [[nodiscard]] constexpr int pointsOf(backend::PathVerb verb) noexcept {
     return verb == backend::PathVerb::curve ? 3 : verb == backend::PathVerb::close ? 0 : 1;
 }
