@@ -6,6 +6,7 @@
 #include <libvue/platform/appkit/NSText.h>
 #include <libvue/platform/appkit/NSTextFieldCell.h>
 #include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/backend/Drawing.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSFormatter.h>
 #include <libvue/platform/foundation/NSKeyValueBinding.h>
@@ -107,7 +108,11 @@ NSString* NSTextField::placeholderString() const {
 void NSTextField::setPlaceholderString(NSString* s) {
     if (auto* c = textCell(this)) c->setPlaceholderString(s);
 }
-BOOL NSTextField::isOpaque() const { return drawsBackground() && !isBezeled(); }
+BOOL NSTextField::isOpaque() const {
+    if (!drawsBackground() || isBezeled()) return NO;
+    const NSColor* color = backgroundColor();
+    return color && !color->patternImage() && color->resolved().alpha >= 1;
+}
 
 // Editing.
 

@@ -73,19 +73,22 @@ private:
     QSize used_{0, 0};
 };
 
-/// False where the painter blends in another way: what is opaque already it takes for a background.
+/// Over what other glyphs have inked. False where the painter blends in another way: what is opaque already it takes
+/// for a background.
 bool blend(QRgb* out, const std::uint8_t* coverage, int width, const Tints& tints) noexcept {
     for (int x = 0; x < width; ++x) {
         if (coverage[x] == 0) continue;
         const QRgb source = tints[coverage[x]];
-        if (out[x] == 0) {
-            out[x] = source;
-            continue;
-        }
         if (qAlpha(out[x]) == 255 && coverage[x] != 255) return false;
         out[x] = source + times(out[x], 255 - static_cast<quint32>(qAlpha(source)));
     }
     return true;
+}
+
+/// Onto transparent pixels.
+void put(QRgb* out, const std::uint8_t* coverage, int width, const Tints& tints) noexcept {
+    for (int x = 0; x < width; ++x)
+        out[x] = tints[coverage[x]];
 }
 
 /// Like the painter: 64ths of a pixel, cut off.
@@ -183,12 +186,17 @@ std::optional<GlyphMasks::Ink> GlyphMasks::draw(const QRawFont& font, double sca
         return std::nullopt;
     QRgb* const pixels = sheet.begin(used);
     const Tints& tints = Tints::of(ink);
+    int inked = left; // nothing stands from here on
     for (std::size_t i = 0; i < count; ++i) {
         const Mask& mask = s.masks[spots[i].mask];
+        const int over = std::clamp(inked - spots[i].x, 0, int{mask.width}), free = mask.width - over;
         const std::uint8_t* coverage = s.bytes.data() + mask.at;
         QRgb* out = pixels + (spots[i].y - top) * Sheet::width + spots[i].x - left;
-        for (int y = 0; y < mask.height; ++y, out += Sheet::width, coverage += mask.width)
-            if (!blend(out, coverage, mask.width, tints)) return std::nullopt;
+        for (int y = 0; y < mask.height; ++y, out += Sheet::width, coverage += mask.width) {
+            if (over > 0 && !blend(out, coverage, over, tints)) return std::nullopt;
+            put(out + over, coverage + over, free, tints);
+        }
+        inked = std::max(inked, spots[i].x + mask.width);
     }
     return Ink{&sheet.image(), QRect(QPoint(), used), {left, top}};
 }
