@@ -74,8 +74,8 @@ public:
     void drawRect(const NSRect&) override {
         static NSColor* fond = keptForever(NSColor::colorWithCalibratedRed_green_blue_alpha(0.93, 0.95, 1, 1));
         static NSDictionary* attributs = keptForever(
-            NSDictionary::dictionaryWithObjectsAndKeys({{NSFont::systemFontOfSize(13).get(), NSFontAttributeName},
-                                                        {NSColor::blackColor(), NSForegroundColorAttributeName}}));
+            NSDictionary::dictionaryWithObjectsAndKeys({{NSFontAttributeName, NSFont::systemFontOfSize(13).get()},
+                                                        {NSForegroundColorAttributeName, NSColor::blackColor()}}));
         fond->setFill();
         NSRectFill(bounds());
         if (objet_) drawAtPoint_withAttributes(objet_->texte, {10, 18}, attributs);
@@ -158,7 +158,7 @@ public:
         return {celluleL + ecart, celluleH + ecart};
     }
     QFont police = [] {
-        QFont f;
+        QFont f(QString::fromStdString(backend::Backend::current().text->systemFontFamily()));
         f.setPixelSize(13);
         return f;
     }();
