@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <libvue/platform/appkit/NSClipView.h>
+#include <libvue/platform/appkit/NSTextField.h>
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSDrawing.h>
@@ -81,6 +83,56 @@ TEST_F(DisplayTest, AParentMayPlaceItsSubviewsWhileItDraws) {
     EXPECT_EQ(shown(120, 120), red);
     EXPECT_EQ(shown(5, 5), white);
     EXPECT_LE(draws, 2);
+}
+
+TEST_F(DisplayTest, TheBackgroundShowsWhereverNothingOpaqueLiesOverIt) {
+    const Ref<NSClipView> over = make<NSClipView>();
+    const Ref<NSTextField> field = make<NSTextField>();
+    const Ref<NSColor> half = NSColor::redColor()->colorWithAlphaComponent(0.5);
+    constexpr NSRect left{{0, 0}, {300, 300}};
+    field->setStringValue(u""_ns);
+    field->setBezeled(NO);
+    field->setDrawsBackground(YES);
+    field->setBackgroundColor(half);
+    struct Row {
+        const char* what;
+        NSView* view;
+        std::function<void()> arrange;
+        double red; // of blue below, at the middle of the view
+        NSRect frame = left;
+    };
+    const Row rows[] = {
+        {"opaque", over, [] {}, 1},
+        {"in the middle", over, [] {}, 1, {{100, 100}, {100, 100}}},
+        {"between pixels", over, [] {}, 1, {{0, 0}, {300.5, 300}}},
+        {"faded", over, [&] { over->setAlphaValue(0.5); }, 0.5},
+        {"without a background", over, [&] { over->setDrawsBackground(NO); }, 0},
+        {"hidden", over, [&] { over->setHidden(YES); }, 0},
+        {"a translucent field", field, [] {}, 0.5},
+    };
+    show(window);
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.what);
+        over->setHidden(NO);
+        over->setAlphaValue(1);
+        over->setDrawsBackground(YES);
+        over->setBackgroundColor(NSColor::redColor());
+        row.arrange();
+        row.view->setFrame(row.frame);
+        window->contentView()->addSubview(row.view);
+        // What shows through must not be what was shown before.
+        for (NSColor* color : {NSColor::whiteColor(), NSColor::blueColor()}) {
+            window->setBackgroundColor(color);
+            window->display();
+        }
+        const backend::Color middle = shown(150, 150);
+        EXPECT_NEAR(middle.red, row.red, 0.01);
+        EXPECT_NEAR(middle.green, 0, 0.01);
+        EXPECT_NEAR(middle.blue, 1 - row.red, 0.01);
+        EXPECT_EQ(shown(350, 150), blue);
+        EXPECT_GE(shown(300, 150).blue, 0.49);
+        row.view->removeFromSuperview();
+    }
 }
 
 TEST_F(DisplayTest, AViewThatAlwaysMarksItselfDoesNotHoldUpTheRest) {

@@ -9,7 +9,6 @@
 #include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/appkit/ScopeExit.h>
-#include <libvue/platform/backend/Drawing.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/platform/foundation/NSTimer.h>
 #include <libvue/platform/graphics/NSColor.h>
@@ -204,11 +203,6 @@ void NSClipView::resizeSubviewsWithOldSize(const NSSize& oldSize) {
     const NSPoint p = constrainScrollPoint(o);
     if (p != bounds().origin) scrollToPoint(p);
     reflect();
-}
-
-BOOL NSClipView::isOpaque() const {
-    const NSColor* color = backgroundColor();
-    return drawsBackground_ && !color->patternImage() && color->resolved().alpha >= 1;
 }
 
 void NSClipView::drawRect(const NSRect& r) {

@@ -44,7 +44,7 @@ public:
 
     /// As its document.
     [[nodiscard]] BOOL isFlipped() const override;
-    [[nodiscard]] BOOL isOpaque() const override;
+    [[nodiscard]] BOOL isOpaque() const override { return drawsBackground_; }
     void drawRect(const NSRect& r) override;
     void resizeSubviewsWithOldSize(const NSSize& oldSize) override;
     void willRemoveSubview(NSView* view) override;
