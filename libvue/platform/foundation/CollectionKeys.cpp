@@ -122,7 +122,7 @@ Ref<NSObject> NSArray::valueForKey(NSString* key) {
 }
 
 Ref<NSObject> NSArray::valueForKeyPath(NSString* path) {
-    return collectionValueForKeyPath(*this, Elements(items_, items_ + count_), path);
+    return collectionValueForKeyPath(*this, Elements(items(), items() + count_), path);
 }
 
 void NSArray::setValue_forKey(NSObject* value, NSString* key) {

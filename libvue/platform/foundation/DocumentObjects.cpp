@@ -21,7 +21,7 @@ NSMutableArray* DocumentObjects::longArray(NSObject* const* items, std::size_t c
     auto* a = new NSMutableArray;
     if (count == 0) return a;
     a->grow(count);
-    std::memcpy(a->items_, items, count * sizeof(void*));
+    std::memcpy(a->far_, items, count * sizeof(void*));
     a->count_ = static_cast<std::uint32_t>(count);
     return a;
 }

@@ -48,16 +48,16 @@ private:
 };
 
 inline NSMutableArray* DocumentObjects::array(NSObject* const* items, std::size_t count) {
-    constexpr std::size_t mostNear = (SmallBlocks::most - sizeof(NSMutableArray)) / sizeof(void*);
+    constexpr std::size_t mostNear = (SmallBlocks::most - sizeof(NSMutableArray)) / sizeof(void*) + 1;
     static_assert(mostNear <= 0xFF, "the tag holds the capacity");
     if (count == 0 || count > mostNear) return longArray(items, count);
-    void* const room = SmallBlocks::takeFast(sizeof(NSMutableArray) + count * sizeof(void*));
+    void* const room = SmallBlocks::takeFast(sizeof(NSMutableArray) + (count - 1) * sizeof(void*));
     auto* a = new (room) NSMutableArray;
     a->setTag_(static_cast<std::uint8_t>(count));
-    a->items_ = a->nearItems();
     a->count_ = static_cast<std::uint32_t>(count);
+    NSObject** const to = a->near_;
     for (std::size_t i = 0; i < count; ++i)
-        a->items_[i] = items[i];
+        to[i] = items[i];
     return a;
 }
 
@@ -93,8 +93,9 @@ inline void DocumentObjects::release(NSObject* object) noexcept {
             auto* a = static_cast<NSMutableArray*>(object);
             if (a->isNear()) {
                 // Collections within go the usual way, which holds back what nests too deep.
+                NSObject* const* const items = a->near_;
                 for (std::uint32_t i = 0; i < a->count_; ++i) {
-                    NSObject* const item = a->items_[i];
+                    NSObject* const item = items[i];
                     if (!isLastOf(item) || !releasedLeaf(item, &typeid(*item))) item->release();
                 }
                 SmallBlocks::giveFast(a);

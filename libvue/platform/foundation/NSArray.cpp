@@ -39,7 +39,7 @@ NSArray::NSArray(NSCoder& coder) {
 }
 
 NSArray::~NSArray() {
-    NSObject** items = items_;
+    NSObject** items = this->items();
     std::uint32_t count = count_;
     count_ = 0;
     for (std::uint32_t i = 0; i < count; ++i)
@@ -66,7 +66,7 @@ Ref<NSArray> NSArray::arrayWithObjects_count(NSObject* const* objects, NSUIntege
     return a;
 }
 Ref<NSArray> NSArray::arrayWithArray(const NSArray* a) {
-    return a ? arrayWithObjects_count(a->items_, a->count_) : array();
+    return a ? arrayWithObjects_count(a->items(), a->count_) : array();
 }
 Ref<NSArray> NSArray::arrayWithContentsOfFile(const NSString* path) {
     return Ref<NSArray>(dynamic_cast<NSArray*>(NSKeyedUnarchiver::unarchiveObjectWithFile(path).get()));
@@ -86,24 +86,24 @@ void NSArray::checkRange(NSRange range) const {
 void NSArray::grow(NSUInteger capacity) {
     constexpr NSUInteger most = 1u << 30;
     if (capacity > most) throw std::bad_alloc();
-    const bool near = isNear();
+    const bool wasNear = isNear();
     auto* p = static_cast<NSUInteger*>(std::realloc(
-        items_ && !near ? reinterpret_cast<NSUInteger*>(items_) - 1 : nullptr, (capacity + 1) * sizeof(void*)));
+        !wasNear && far_ ? reinterpret_cast<NSUInteger*>(far_) - 1 : nullptr, (capacity + 1) * sizeof(void*)));
     if (!p) throw std::bad_alloc();
     *p = capacity;
     auto* items = reinterpret_cast<NSObject**>(p + 1);
-    if (near && items_) std::memcpy(items, items_, count_ * sizeof(void*));
-    items_ = items;
+    if (wasNear) std::memcpy(items, this->items(), count_ * sizeof(void*));
+    setTag_(0);
+    far_ = items;
 }
 
-NSUInteger NSArray::capacity() noexcept {
-    if (!items_) return 0;
-    return isNear() ? tag() : reinterpret_cast<const NSUInteger*>(items_)[-1];
+NSUInteger NSArray::capacity() const noexcept {
+    if (isNear()) return tag();
+    return far_ ? reinterpret_cast<const NSUInteger*>(far_)[-1] : 0;
 }
 
 void NSArray::freeItems() noexcept {
-    if (items_ && !isNear()) std::free(reinterpret_cast<NSUInteger*>(items_) - 1);
-    items_ = nullptr;
+    if (!isNear() && far_) std::free(reinterpret_cast<NSUInteger*>(far_) - 1);
 }
 
 void NSArray::reserve(NSUInteger capacity) {
@@ -114,7 +114,7 @@ void NSArray::append(NSObject* o) {
     if (!o) raiseNamed(NSInvalidArgumentException, "null into a list");
     if (const NSUInteger room = capacity(); count_ == room) grow(std::max<NSUInteger>(4, 2 * room));
     o->retain();
-    items_[count_++] = o;
+    items()[count_++] = o;
     ++mutations_;
 }
 
@@ -125,26 +125,26 @@ NSUInteger NSArray::indexOfObject_inRange(const NSObject* o, NSRange range) cons
     if (!o) return notFound;
     // Equality may run code that shortens the list.
     for (NSUInteger i = range.location; i < NSMaxRange(range) && i < count_; ++i)
-        if (items_[i] == o || items_[i]->isEqual(o)) return i;
+        if (items()[i] == o || items()[i]->isEqual(o)) return i;
     return notFound;
 }
 
 NSUInteger NSArray::indexOfObjectIdenticalTo(const NSObject* o) const noexcept {
     for (NSUInteger i = 0; i < count_; ++i)
-        if (items_[i] == o) return i;
+        if (items()[i] == o) return i;
     return notFound;
 }
 
 NSUInteger NSArray::indexOfObjectPassingTest(const std::function<BOOL(NSObject*)>& test) const {
     for (NSUInteger i = 0; i < count_; ++i)
-        if (Ref<NSObject> o = items_[i]; test(o)) return i;
+        if (Ref<NSObject> o = items()[i]; test(o)) return i;
     return notFound;
 }
 
 Ref<NSIndexSet> NSArray::indexesOfObjectsPassingTest(const std::function<BOOL(NSObject*)>& test) const {
     auto indexes = make<NSMutableIndexSet>();
     for (NSUInteger i = 0; i < count_; ++i)
-        if (Ref<NSObject> o = items_[i]; test(o)) indexes->addIndex(i);
+        if (Ref<NSObject> o = items()[i]; test(o)) indexes->addIndex(i);
     return indexes;
 }
 
@@ -153,7 +153,7 @@ BOOL NSArray::containsObject(const NSObject* o) const { return indexOfObject(o) 
 NSObject* NSArray::firstObjectCommonWithArray(const NSArray* other) const {
     if (other)
         for (NSUInteger i = 0; i < count_; ++i)
-            if (other->containsObject(items_[i])) return items_[i];
+            if (other->containsObject(items()[i])) return items()[i];
     return nullptr;
 }
 
@@ -163,7 +163,7 @@ BOOL NSArray::isEqualToArray(const NSArray* other) const {
     const ComparisonLevel level;
     if (level.isTooDeep()) return NO;
     for (NSUInteger i = 0; i < count_ && i < other->count_; ++i)
-        if (items_[i] != other->items_[i] && !items_[i]->isEqual(other->items_[i])) return NO;
+        if (items()[i] != other->items()[i] && !items()[i]->isEqual(other->items()[i])) return NO;
     return YES;
 }
 
@@ -189,7 +189,7 @@ Ref<NSArray> NSArray::arrayByAddingObjectsFromArray(const NSArray* other) const 
 
 Ref<NSArray> NSArray::subarrayWithRange(NSRange range) const {
     checkRange(range);
-    return arrayWithObjects_count(items_ + range.location, range.length);
+    return arrayWithObjects_count(items() + range.location, range.length);
 }
 
 Ref<NSArray> NSArray::objectsAtIndexes(const NSIndexSet* indexes) const {
@@ -203,7 +203,7 @@ Ref<NSArray> NSArray::objectsAtIndexes(const NSIndexSet* indexes) const {
 Ref<NSArray> NSArray::filteredArray(const std::function<BOOL(NSObject*)>& keep) const {
     auto a = make<NSArray>();
     for (NSUInteger i = 0; i < count_; ++i)
-        if (Ref<NSObject> o = items_[i]; keep(o)) a->append(o);
+        if (Ref<NSObject> o = items()[i]; keep(o)) a->append(o);
     return a;
 }
 
@@ -211,7 +211,7 @@ Ref<NSString> NSArray::componentsJoinedByString(const NSString* separator) const
     StringBuilder b;
     for (NSUInteger i = 0; i < count_; ++i) {
         if (i) b.append(separator);
-        b.append(items_[i]->description());
+        b.append(items()[i]->description());
     }
     return b.build();
 }
@@ -255,7 +255,7 @@ Ref<NSEnumerator> NSArray::reverseObjectEnumerator() const {
             left = 0;
             return nullptr;
         }
-        return kept->items_[--left];
+        return kept->items()[--left];
     });
 }
 
@@ -265,7 +265,7 @@ Ref<NSString> NSArray::description() const { return collectionText(this); }
 Ref<NSObject> NSArray::copyWithZone() const { return Ref<NSObject>(const_cast<NSArray*>(this)); }
 Ref<NSObject> NSArray::mutableCopyWithZone() const { return NSMutableArray::arrayWithArray(this); }
 void NSArray::encodeWithCoder(NSCoder& coder) const {
-    encodeElements(coder, count_, [this](NSUInteger i) { return items_[i]; });
+    encodeElements(coder, count_, [this](NSUInteger i) { return items()[i]; });
 }
 
 } // namespace libvue

@@ -50,16 +50,16 @@ public:
     [[nodiscard]] NSUInteger count() const noexcept { return count_; }
     [[nodiscard]] NSObject* objectAtIndex(NSUInteger i) const {
         if (i >= count_) raiseOutOfRange(i);
-        return items_[i];
+        return items()[i];
     }
     /// The element as a `T`, null where it is none.
     template <class T> [[nodiscard]] T* at(NSUInteger i) const { return dynamic_cast<T*>(objectAtIndex(i)); }
     NSObject* operator[](NSUInteger i) const { return objectAtIndex(i); }
     /// Null for the empty list.
-    [[nodiscard]] NSObject* firstObject() const noexcept { return count_ ? items_[0] : nullptr; }
-    [[nodiscard]] NSObject* lastObject() const noexcept { return count_ ? items_[count_ - 1] : nullptr; }
+    [[nodiscard]] NSObject* firstObject() const noexcept { return count_ ? items()[0] : nullptr; }
+    [[nodiscard]] NSObject* lastObject() const noexcept { return count_ ? items()[count_ - 1] : nullptr; }
     /// The elements as they lie; good until the list changes.
-    [[nodiscard]] NSObject* const* data() const noexcept { return items_; }
+    [[nodiscard]] NSObject* const* data() const noexcept { return items(); }
 
     /// NSNotFound where there is none. Null is in no list.
     [[nodiscard]] NSUInteger indexOfObject(const NSObject* o) const;
@@ -114,7 +114,7 @@ public:
     class Iterator {
     public:
         explicit Iterator(const NSArray* a) noexcept : array_(a), index_(0), mutations_(a->mutations_) {}
-        NSObject* operator*() const noexcept { return array_->items_[index_]; }
+        NSObject* operator*() const noexcept { return array_->items()[index_]; }
         Iterator& operator++() noexcept {
             ++index_;
             return *this;
@@ -146,18 +146,21 @@ protected:
     void reserve(NSUInteger capacity);
     void append(NSObject* o);
 
-    // The elements stand behind the object itself where it was made with room for them (the tag tells for how many),
-    // else in a block of their own, behind a word that holds its capacity.
-    NSObject** items_ = nullptr;
+    [[nodiscard]] NSObject** items() const noexcept { return isNear() ? const_cast<NSArray*>(this)->near_ : far_; }
+
     std::uint32_t count_ = 0;
     std::uint32_t mutations_ = 0;
 
 private:
-    [[nodiscard]] NSObject** nearItems() noexcept {
-        return reinterpret_cast<NSObject**>(reinterpret_cast<char*>(this) + sizeof(NSArray));
-    }
-    [[nodiscard]] bool isNear() noexcept { return items_ == nearItems(); }
-    [[nodiscard]] NSUInteger capacity() noexcept;
+    // The elements stand at the end of the object itself where it was made with room for them (the tag tells for how
+    // many, 0 for none), else in a block of their own, behind a word that holds its capacity.
+    union {
+        NSObject** far_ = nullptr;
+        NSObject* near_[1];
+    };
+
+    [[nodiscard]] bool isNear() const noexcept { return tag() != 0; }
+    [[nodiscard]] NSUInteger capacity() const noexcept;
     void grow(NSUInteger capacity);
     void freeItems() noexcept;
     friend class NSMutableArray;

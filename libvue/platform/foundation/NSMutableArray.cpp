@@ -48,7 +48,7 @@ void NSMutableArray::addObjectsFromArray(const NSArray* other) {
 void NSMutableArray::insertObject_atIndex(NSObject* o, NSUInteger index) {
     if (index > count_) raiseOutOfRange(index);
     append(o);
-    std::rotate(items_ + index, items_ + count_ - 1, items_ + count_);
+    std::rotate(items() + index, items() + count_ - 1, items() + count_);
 }
 
 void NSMutableArray::insertObjects_atIndexes(const NSArray* objects, const NSIndexSet* indexes) {
@@ -67,7 +67,7 @@ void NSMutableArray::replaceObjectAtIndex_withObject(NSUInteger index, NSObject*
     if (!o) raiseNamed(NSInvalidArgumentException, "null into a list");
     if (index >= count_) raiseOutOfRange(index);
     o->retain();
-    NSObject* old = std::exchange(items_[index], o);
+    NSObject* old = std::exchange(items()[index], o);
     old->release();
 }
 
@@ -76,19 +76,19 @@ void NSMutableArray::replaceObjectsInRange_withObjectsFromArray(NSRange range, c
     auto fresh = make<NSArray>();
     fresh->reserve(count_ - range.length + (other ? other->count() : 0));
     for (NSUInteger i = 0; i < range.location; ++i)
-        fresh->append(items_[i]);
+        fresh->append(items()[i]);
     if (other)
         for (NSObject* o : *other)
             fresh->append(o);
     for (NSUInteger i = NSMaxRange(range); i < count_; ++i)
-        fresh->append(items_[i]);
+        fresh->append(items()[i]);
     take(*fresh);
 }
 
 void NSMutableArray::exchangeObjectAtIndex_withObjectAtIndex(NSUInteger a, NSUInteger b) {
     if (a >= count_) raiseOutOfRange(a);
     if (b >= count_) raiseOutOfRange(b);
-    std::swap(items_[a], items_[b]);
+    std::swap(items()[a], items()[b]);
 }
 
 void NSMutableArray::setArray(const NSArray* other) {
@@ -102,20 +102,20 @@ void NSMutableArray::removeObject_inRange(const NSObject* o, NSRange range) {
     if (!o) return;
     Ref<const NSObject> wanted(o); // it may live by this list alone
     for (NSUInteger i = NSMaxRange(range); i-- > range.location;)
-        if (i < count_ && (items_[i] == o || items_[i]->isEqual(o))) removeObjectAtIndex(i);
+        if (i < count_ && (items()[i] == o || items()[i]->isEqual(o))) removeObjectAtIndex(i);
 }
 
 void NSMutableArray::removeObjectIdenticalTo(const NSObject* o) {
     if (!o) return;
     Ref<const NSObject> wanted(o);
     for (NSUInteger i = count_; i-- > 0;)
-        if (i < count_ && items_[i] == o) removeObjectAtIndex(i);
+        if (i < count_ && items()[i] == o) removeObjectAtIndex(i);
 }
 
 void NSMutableArray::removeObjectAtIndex(NSUInteger index) {
     if (index >= count_) raiseOutOfRange(index);
-    NSObject* old = items_[index];
-    std::copy(items_ + index + 1, items_ + count_, items_ + index);
+    NSObject* old = items()[index];
+    std::copy(items() + index + 1, items() + count_, items() + index);
     --count_;
     ++mutations_;
     old->release();
@@ -128,8 +128,8 @@ void NSMutableArray::removeObjectsInRange(NSRange range) {
     }
     auto removed = subarrayWithRange(range);
     for (NSUInteger i = range.location; i < NSMaxRange(range); ++i)
-        items_[i]->release(); // `removed` still keeps it
-    std::copy(items_ + NSMaxRange(range), items_ + count_, items_ + range.location);
+        items()[i]->release(); // `removed` still keeps it
+    std::copy(items() + NSMaxRange(range), items() + count_, items() + range.location);
     count_ -= static_cast<std::uint32_t>(range.length);
     ++mutations_;
 }
@@ -167,7 +167,7 @@ void NSMutableArray::take(NSArray& other) {
     // The old elements go with `other`, in the caller's hands. What stands in the objects themselves moves out first.
     if (isNear()) grow(std::max<NSUInteger>(4, count_));
     if (other.isNear()) other.grow(std::max<NSUInteger>(4, other.count_));
-    std::swap(items_, other.items_);
+    std::swap(far_, other.far_);
     std::swap(count_, other.count_);
     ++mutations_;
 }
