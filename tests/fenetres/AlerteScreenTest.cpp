@@ -39,7 +39,7 @@ protected:
     }
     static void touche(const char* nom) { output(std::string("xdotool key ") + nom); }
     /// Does that, once, as soon as a modal alert has the keys.
-    static void quandModale(std::function<void(NSWindow*)> geste) {
+    static void quandModale(const std::function<void(NSWindow*)>& geste) {
         constexpr NSTimeInterval pas = 0.05;
         const auto minuterie = NSTimer::timerWithTimeInterval_repeats_block(pas, YES, [geste](NSTimer* t) {
             const Ref<NSWindow> alerte(NSApp()->modalWindow());

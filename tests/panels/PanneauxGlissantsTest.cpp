@@ -280,6 +280,24 @@ TEST_F(PanneauxTest, everyFrameDrawsThePicturesOfThePanelsInTheirPlaces) {
         }
 }
 
+TEST_F(PanneauxTest, theGroundIsDrawnUnderAPanelThatLetsItThrough) {
+    DessinsSuivis& dessins = DessinsSuivis::installe();
+    const auto ajoure = make<Panneau>(log, "ajouré", NSColor::blueColor()->colorWithAlphaComponent(0.5));
+    for (const Strategie& s : strategies) {
+        SCOPED_TRACE(s.fabrique()->className()->utf8());
+        repart();
+        dessins.passes.clear();
+        affiche(ajoure, s.fabrique());
+        EXPECT_GE(dessins.passes.size(), 15U);
+        // Under a cover the old panel is ground enough, but for the first frame, which has no picture yet, and the
+        // last.
+        for (std::size_t i = 0; i < dessins.passes.size(); ++i) {
+            const bool fond = s.pousse || i == 0 || i + 1 == dessins.passes.size();
+            EXPECT_EQ(ligne(dessins.passes[i].front()).substr(0, 4), fond ? "fond" : "roug") << i;
+        }
+    }
+}
+
 TEST_F(PanneauxTest, whatChangesDuringASlideIsSeen) {
     affiche(rouge);
     const auto tache = make<Panneau>(log, "tache", NSColor::redColor(), NSMakeRect(0, 0, 40, kH));

@@ -202,6 +202,10 @@ TEST_F(KPanneauRechercheTest, EscapeAndTheKeyboardAlone) {
     partageAilleurs("mer");
     commande(kRechercheMontrer);
     drain();
+    Log noms; // from the text round to it, as assistive tools call them
+    for (touches(u"\t"); !as<NSText>(panneau->firstResponder()) && noms.size() < 9; touches(u"\t"))
+        noms.push_back(as<NSView>(panneau->firstResponder())->accessibilityDescription().label->utf8());
+    EXPECT_THAT(noms, ElementsAre("Type", "Ignorer les majuscules", "Reprendre au début", "Précédent", "Suivant"));
     touches(u"\t");
     EXPECT_EQ(panneau->firstResponder(), panneau->typeRech());
     // Its menu has a loop of its own, which finds all three.
