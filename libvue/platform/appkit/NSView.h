@@ -125,6 +125,8 @@ public:
     virtual void addSubview(NSView* view);
     /// In front of `other` (NSWindowAbove) or behind it; of all of them for null or a view from elsewhere.
     void addSubview_positioned_relativeTo(NSView* view, NSWindowOrderingMode place, NSView* other);
+    /// In its place; a null replacement takes the old one out. An `old` that is no subview raises
+    /// NSInvalidArgumentException, as does a replacement above this view.
     void replaceSubview_with(NSView* old, NSView* replacement);
     /// Replaces all of them; views not listed leave the tree.
     void setSubviews(NSArray* views);
@@ -303,7 +305,6 @@ private:
     void markSubtreeDirty() noexcept;
     void link(NSView* view, std::size_t index);
     void unlink(BOOL needsDisplay);
-    void syncBoundsSize();
 
     // What a layout pass reads of each view comes first, so that it stands together.
     NSRect frame_;
