@@ -1,15 +1,18 @@
 #include <libvue/platform/graphics/NSLayoutManager.h>
 
 #include <algorithm>
+#include <utility>
 
 #include <libvue/platform/backend/Canvas.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSException.h>
+#include <libvue/platform/graphics/LongTextLayout.h>
 #include <libvue/platform/graphics/NSFont.h>
 #include <libvue/platform/graphics/NSGraphicsContext.h>
 #include <libvue/platform/graphics/NSTextContainer.h>
 #include <libvue/platform/graphics/NSTextStorage.h>
 #include <libvue/platform/graphics/TextLayoutBuilder.h>
+#include <libvue/platform/graphics/TextLayoutCache.h>
 
 namespace libvue {
 
@@ -30,6 +33,7 @@ NSRange clipped(NSRange r, NSUInteger length) {
 /// What stands in one container.
 struct NSLayoutManager::Laid {
     std::shared_ptr<const backend::TextLayout> layout; ///< of the text from range.location on
+    std::shared_ptr<LongTextLayout> parts;             ///< the same, where it is long
     Ref<NSAttributedString> text;                      ///< only where it has attachments
     NSRange range;
     std::size_t lines = 0; ///< that fit
@@ -56,6 +60,7 @@ NSLayoutManager::~NSLayoutManager() = default;
 void NSLayoutManager::setTextStorage_(NSTextStorage* storage) {
     storage_ = storage;
     forget(0);
+    former_ = {};
 }
 
 // Containers.
@@ -100,6 +105,9 @@ void NSLayoutManager::removeTextContainerAtIndex(NSUInteger index) {
 void NSLayoutManager::textContainerChangedGeometry(NSTextContainer* container) { forget(indexOf(container)); }
 
 void NSLayoutManager::textStorage_edited_range_changeInLength(NSTextStorage*, NSUInteger, NSRange range, NSInteger) {
+    if (!laid_.empty() && laid_.front().parts) former_ = {laid_.front().parts, NSNotFound, NSNotFound};
+    former_.head = std::min(former_.head, range.location);
+    former_.tail = std::min(former_.tail, storage_->length() - NSMaxRange(range));
     // What ends in front of the edit may still break otherwise: the word that goes on behind it.
     std::size_t first = 0;
     while (first < laid_.size() && NSMaxRange(laid_[first].range) < range.location)
@@ -119,22 +127,29 @@ void NSLayoutManager::layOutThrough(std::size_t last) {
     TextLayoutBuilder builder;
     // The delegate, told of each container, may change text and containers, or take the storage away.
     while (storage_ && laid_.size() <= last && laid_.size() < containers_.size()) {
-        const NSUInteger length = storage_->length();
+        const Ref<NSTextStorage> storage(storage_);
+        const NSUInteger length = storage->length();
         const Ref<NSTextContainer> container = containers_[laid_.size()];
         const NSUInteger from = laid_.empty() ? 0 : NSMaxRange(laid_.back().range);
         if (!laid_.empty() && from >= length) return;
-        const Ref<NSAttributedString> text = from == 0 ? Ref<NSAttributedString>(storage_)
-                                                       : storage_->attributedSubstringFromRange({from, length - from});
-        builder.setAttributedString(text);
         const CGFloat padding = container->lineFragmentPadding();
         const NSSize size = container->containerSize();
         // A container that its padding fills has no room; no width at all would be no limit.
-        builder.setWidth(size.width > 0 ? std::max(size.width - 2 * padding, hair) : 0);
-        builder.setHeight(size.height);
+        const CGFloat width = size.width > 0 ? std::max(size.width - 2 * padding, hair) : 0;
+        const bool isLong = from == 0 && length > TextLayoutCache::longestText && width > 0 &&
+                            width < LongTextLayout::widest && !(size.height > 0);
         Laid l;
-        l.layout = builder.layout();
         // The storage changes, and holds this: what is drawn later is a copy.
-        if (builder.hasAttachments()) l.text = make<NSAttributedString>(text);
+        if (isLong) {
+            l.layout = l.parts = longLayout(*storage, width);
+            if (l.parts->hasAttachments()) l.text = make<NSAttributedString>(storage);
+        } else {
+            builder.setAttributedString(storage, {from, length - from});
+            builder.setWidth(width);
+            builder.setHeight(size.height);
+            l.layout = builder.layout();
+            if (builder.hasAttachments()) l.text = storage->attributedSubstringFromRange({from, length - from});
+        }
         l.padding = padding;
         const auto lines = l.layout->lines();
         l.lines = lines.size();
@@ -149,6 +164,16 @@ void NSLayoutManager::layOutThrough(std::size_t last) {
         if (const auto tell = op::layoutManager_didCompleteLayoutForTextContainer_atEnd.of(delegate_))
             tell(this, !all && over ? nullptr : container.get(), all);
     }
+}
+
+/// Of the whole text.
+std::shared_ptr<LongTextLayout> NSLayoutManager::longLayout(NSTextStorage& text, CGFloat width) {
+    const Former former = std::exchange(former_, {});
+    if (!former.parts || former.parts->width() != width) return std::make_shared<LongTextLayout>(&text, width);
+    // One that is being drawn stays as it is.
+    const auto parts = former.parts.use_count() == 1 ? former.parts : std::make_shared<LongTextLayout>(*former.parts);
+    parts->textChanged(&text, former.head, former.tail);
+    return parts;
 }
 
 const NSLayoutManager::Laid* NSLayoutManager::laid(const NSTextContainer* container) {
@@ -322,7 +347,11 @@ void NSLayoutManager::drawGlyphsForGlyphRange_atPoint(NSRange glyphs, NSPoint po
         const CGFloat y = flipped ? point.y + top : point.y - bottom;
         context->canvas().clip({{point.x - wide, y}, {2 * wide, bottom - top}});
     }
-    context->canvas().drawText(*drawn.layout, corner, flipped ? backend::YAxis::down : backend::YAxis::up);
+    const backend::YAxis axis = flipped ? backend::YAxis::down : backend::YAxis::up;
+    if (drawn.parts)
+        drawn.parts->draw(context->canvas(), corner, axis);
+    else
+        context->canvas().drawText(*drawn.layout, corner, axis);
     if (drawn.text) drawTextAttachments(drawn.text, *drawn.layout, corner);
     context->restoreState();
 }

@@ -10,6 +10,7 @@
 
 namespace libvue {
 
+class LongTextLayout;
 class NSLayoutManager;
 class NSTextContainer;
 class NSTextStorage;
@@ -105,12 +106,19 @@ private:
     /// Lays out up to that container; null where it is none of these or nothing reached it.
     const Laid* laid(const NSTextContainer* container);
     void layOutThrough(std::size_t last);
+    std::shared_ptr<LongTextLayout> longLayout(NSTextStorage& text, CGFloat width);
     void forget(std::size_t first);
     [[nodiscard]] Place placeOf(NSUInteger glyph);
 
     NSTextStorage* storage_ = nullptr;
     std::vector<Ref<NSTextContainer>> containers_;
     std::vector<Laid> laid_; ///< of the first containers
+    /// What stood in the first container when a long text was edited, and how many units at both ends stayed since.
+    struct Former {
+        std::shared_ptr<LongTextLayout> parts;
+        NSUInteger head = 0, tail = 0;
+    };
+    Former former_;
     Weak<NSObject> delegate_;
 };
 

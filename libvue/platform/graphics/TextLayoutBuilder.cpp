@@ -26,14 +26,14 @@ constexpr double superscriptRaise = 0.4;
 
 const std::shared_ptr<const backend::FontFace>& defaultFace() { return NSFont::userFontOfSize(0)->face(); }
 
-/// Behind the end of the paragraph that starts at `from`, its line end included.
-std::size_t endOfParagraph(std::u16string_view text, std::size_t from) {
-    for (std::size_t i = from; i < text.size(); ++i) {
+/// Behind the end of the paragraph that holds the unit `from`, its line end included.
+template <class Unit> std::size_t behindParagraph(const Unit* text, std::size_t length, std::size_t from) {
+    for (std::size_t i = from; i < length; ++i) {
         const char16_t u = text[i];
-        if (u == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n') return i + 2;
+        if (u == u'\r' && i + 1 < length && text[i + 1] == u'\n') return i + 2;
         if (u == u'\n' || u == u'\r' || u == 0x2029 || u == 0x0085) return i + 1;
     }
-    return text.size();
+    return length;
 }
 
 double number(const NSDictionary* d, const ConstantString& name) {
@@ -124,18 +124,23 @@ void TextLayoutBuilder::clear() {
     hasAttachments_ = false;
 }
 
-void TextLayoutBuilder::takeText(const NSString* text) {
-    if (!text) return;
+void TextLayoutBuilder::takeText(const NSString* text, NSRange range) {
     if (const unichar* units = text->_fastCharacterContents())
-        text_.assign(units, text->length());
+        text_.assign(units + range.location, range.length);
     else if (const std::uint8_t* bytes = text->latin1Contents())
-        text_.assign(bytes, bytes + text->length());
+        text_.assign(bytes + range.location, bytes + NSMaxRange(range));
+}
+
+NSUInteger TextLayoutBuilder::endOfParagraph(const NSString* text, NSUInteger unit) {
+    if (const unichar* units = text->_fastCharacterContents()) return behindParagraph(units, text->length(), unit);
+    if (const std::uint8_t* bytes = text->latin1Contents()) return behindParagraph(bytes, text->length(), unit);
+    return text->length();
 }
 
 void TextLayoutBuilder::appendParagraphs(NSRange range, const NSParagraphStyle* style) {
     std::size_t from = range.location;
     while (from < NSMaxRange(range)) {
-        const std::size_t end = endOfParagraph(text_, from);
+        const std::size_t end = behindParagraph(text_.data(), text_.size(), from);
         paragraphs_.push_back(paragraphWithStyle(style, {from, end - from}));
         from = end;
     }
@@ -143,7 +148,7 @@ void TextLayoutBuilder::appendParagraphs(NSRange range, const NSParagraphStyle* 
 
 void TextLayoutBuilder::setString_attributes(const NSString* text, NSDictionary* attributes) {
     clear();
-    takeText(text);
+    if (text) takeText(text, {0, text->length()});
     runs_.push_back(runWithAttributes(attributes, {0, text_.size()}));
     hasAttachments_ = runs_.back().attachment.has_value();
     appendParagraphs({0, text_.size()},
@@ -151,18 +156,23 @@ void TextLayoutBuilder::setString_attributes(const NSString* text, NSDictionary*
 }
 
 void TextLayoutBuilder::setAttributedString(NSAttributedString* text) {
+    if (text) return setAttributedString(text, {0, text->length()});
     clear();
-    if (!text || text->length() == 0) {
+    runs_.push_back(runWithAttributes(nullptr, {0, 0}));
+}
+
+void TextLayoutBuilder::setAttributedString(NSAttributedString* text, NSRange paragraphs) {
+    clear();
+    if (paragraphs.length == 0) {
         runs_.push_back(runWithAttributes(nullptr, {0, 0}));
         return;
     }
-    takeText(text->string());
-    const NSUInteger length = text->length();
+    takeText(text->string(), paragraphs);
     std::size_t paragraph = 0; // where the next one starts
-    for (NSUInteger i = 0; i < length;) {
+    for (NSUInteger i = 0; i < paragraphs.length;) {
         NSRange range;
-        NSDictionary* attributes = text->attributesAtIndex_effectiveRange(i, &range);
-        const NSUInteger end = NSMaxRange(range);
+        NSDictionary* attributes = text->attributesAtIndex_effectiveRange(paragraphs.location + i, &range);
+        const NSUInteger end = std::min(NSMaxRange(range) - paragraphs.location, paragraphs.length);
         runs_.push_back(runWithAttributes(attributes, {i, end - i}));
         hasAttachments_ = hasAttachments_ || runs_.back().attachment.has_value();
         if (paragraph < end) {

@@ -18,6 +18,8 @@ public:
     /// Replaces what was there. Null is the empty text.
     void setString_attributes(const NSString* text, NSDictionary* attributes);
     void setAttributedString(NSAttributedString* text);
+    /// Some whole paragraphs of it, counted from the first of them; the range must be inside of the text.
+    void setAttributedString(NSAttributedString* text, NSRange paragraphs);
     /// Replaces the line break of every paragraph.
     void setLineBreak(backend::LineBreak mode);
 
@@ -41,10 +43,12 @@ public:
     /// One run's look from its attributes (null: none).
     [[nodiscard]] static backend::TextRun runWithAttributes(NSDictionary* attributes, NSRange range);
     [[nodiscard]] static backend::TextParagraph paragraphWithStyle(const NSParagraphStyle* style, NSRange range);
+    /// Behind the end of the paragraph that holds a unit, its line end included.
+    [[nodiscard]] static NSUInteger endOfParagraph(const NSString* text, NSUInteger unit);
 
 private:
     void clear();
-    void takeText(const NSString* text);
+    void takeText(const NSString* text, NSRange range);
     void appendParagraphs(NSRange range, const NSParagraphStyle* style);
 
     std::u16string text_;

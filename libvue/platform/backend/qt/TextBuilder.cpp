@@ -370,6 +370,8 @@ void TextBuilder::addWrapped(const Paragraph& p, Block& pending) {
         line.setLineWidth(available);
         const std::size_t from = p.start + static_cast<std::size_t>(line.textStart());
         const std::size_t to = from + static_cast<std::size_t>(line.textLength());
+        // Behind a line separator at its end stands one more line, which has the paragraph's end.
+        if (!first) to_.lines_.back().range.length = from - to_.lines_.back().range.location;
         const bool lastOne = to >= p.start + p.length;
         if (truncates && !lastOne && in_.maximumLines > 1 && to_.lines_.size() + 1 == in_.maximumLines) {
             shaped.endLayout();
