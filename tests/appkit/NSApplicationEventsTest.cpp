@@ -311,10 +311,34 @@ class Closer : public NSObject {
 public:
     static void describe(ClassDescription<Closer>& c) {
         c.answers<&Closer::ends>(op::applicationShouldTerminateAfterLastWindowClosed);
+        c.answers<&Closer::may>(op::applicationShouldTerminate);
+        c.answers<&Closer::will>(op::applicationWillTerminate);
     }
     BOOL ends(NSApplication*) { return end; }
+    NSUInteger may(NSApplication*) { return answer; }
+    void will(NSNotification*) { ++told; }
     BOOL end = NO;
+    NSUInteger answer = NSTerminateNow;
+    int told = 0;
 };
+
+TEST_F(EventsTest, ADelegateMaySayLaterWhetherTheApplicationEnds) {
+    const Ref<Closer> closer = make<Closer>();
+    NSApp()->setDelegate(closer);
+    NSApp()->replyToApplicationShouldTerminate(YES); // nobody has asked
+    for (const NSUInteger answer : {NSTerminateCancel, NSTerminateLater, NSTerminateLater}) {
+        closer->answer = answer;
+        NSApp()->terminate(nullptr);
+        EXPECT_EQ(closer->told, 0);
+        if (answer == NSTerminateCancel) NSApp()->replyToApplicationShouldTerminate(YES);
+    }
+    NSApp()->replyToApplicationShouldTerminate(NO);
+    NSApp()->replyToApplicationShouldTerminate(YES);
+    EXPECT_EQ(closer->told, 0);
+    NSApp()->terminate(nullptr);
+    NSApp()->replyToApplicationShouldTerminate(YES);
+    EXPECT_EQ(closer->told, 1);
+}
 
 TEST_F(EventsTest, TheLastWindowEndsTheRunUnlessTheDelegateHoldsOn) {
     const Ref<Closer> closer = make<Closer>();

@@ -19,15 +19,6 @@ TEST_F(BoxTest, TheContentStandsInsideTheFrame) {
     EXPECT_EQ(content->frame(), NSMakeRect(11, 1, 178, 98));
     box->setBorderType(NSNoBorder);
     EXPECT_EQ(content->frame(), NSMakeRect(10, 0, 180, 100));
-    box->setTitle(u"Titre"_ns);
-    box->setTitlePosition(NSAtTop);
-    EXPECT_LT(NSMaxY(content->frame()), NSMinY(box->titleRect()) + 0.01);
-    EXPECT_EQ(NSMinY(content->frame()), 0);
-    box->setTitlePosition(NSBelowBottom);
-    EXPECT_GE(NSMinY(content->frame()), NSMaxY(box->titleRect()));
-    box->setFrameSize({5, 5}); // too small for anything
-    EXPECT_GE(content->frame().size.width, 0);
-    EXPECT_GE(content->frame().size.height, 0);
     box->setFrameFromContentFrame({{20, 30}, {100, 40}});
     EXPECT_EQ(content->frame().size.width, 100);
 
@@ -37,6 +28,45 @@ TEST_F(BoxTest, TheContentStandsInsideTheFrame) {
         fitted->contentView()->addSubview(make<NSView>(r));
     fitted->sizeToFit();
     EXPECT_EQ(fitted->frame(), NSMakeRect(0, 0, 92, 42));
+}
+
+TEST_F(BoxTest, TheTitleAndTheContentShareTheRoom) {
+    struct Row {
+        NSTitlePosition position;
+        bool above, inside; ///< of the middle; of the border
+    };
+    for (const NSSize size : {NSMakeSize(200, 100), NSMakeSize(5, 5)})
+        for (const Row& r :
+             {Row{NSAboveTop, true, false}, Row{NSAtTop, true, false}, Row{NSBelowTop, true, true},
+              Row{NSAboveBottom, false, true}, Row{NSAtBottom, false, false}, Row{NSBelowBottom, false, false}}) {
+            const auto box = make<NSBox>(NSMakeRect(0, 0, 0, 0));
+            box->setTitlePosition(r.position);
+            box->setFrameSize(size);
+            const NSRect title = box->titleRect(), content = box->contentView()->frame();
+            EXPECT_TRUE(content.size.height >= 0 && content.size.width >= 0) << r.position;
+            if (size.height < 50) continue;
+            EXPECT_FALSE(NSIntersectsRect(title, content)) << r.position;
+            EXPECT_TRUE(NSContainsRect(box->bounds(), title)) << r.position;
+            EXPECT_EQ(NSMinY(title) >= NSMaxY(content), r.above) << r.position;
+            EXPECT_EQ(NSContainsRect(box->borderRect(), title), r.inside) << r.position;
+            EXPECT_GT(content.size.height, 60) << r.position;
+        }
+}
+
+TEST_F(BoxTest, AContentThatIsTakenElsewhereIsNoLongerTheBoxes) {
+    const auto box = make<NSBox>(NSMakeRect(0, 0, 200, 100)), other = make<NSBox>(NSMakeRect(0, 0, 80, 80));
+    const Ref<NSView> content(box->contentView()), inside = make<NSView>();
+    other->setContentView(content);
+    EXPECT_EQ(box->contentView(), nullptr);
+    const NSRect there = content->frame();
+    box->setFrameSize({300, 300});
+    EXPECT_EQ(content->frame(), there);
+    // One that stands deeper in the same box.
+    content->addSubview(inside);
+    other->setContentView(inside);
+    EXPECT_EQ(inside->superview(), other.get());
+    EXPECT_EQ(other->contentView(), inside.get());
+    EXPECT_EQ(content->superview(), nullptr);
 }
 
 } // namespace

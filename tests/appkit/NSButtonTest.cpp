@@ -120,6 +120,37 @@ TEST_F(ButtonTest, KeysPress) {
     press({u'd', NSCommandKeyMask, ctrl});
     ctrl->setEnabled(NO);
     press({u'd', NSCommandKeyMask, nullptr});
+    EXPECT_EQ(window->defaultButtonCell(), ret->buttonCell());
+    ret->setKeyEquivalent(nullptr);
+    EXPECT_EQ(window->defaultButtonCell(), nullptr);
+    press({u'\r', 0, nullptr});
+}
+
+TEST_F(ButtonTest, ABorderThatShowsUnderThePointerMayBeAskedForLater) {
+    const auto b = button();
+    const auto drawn = [&] {
+        Enregistrement r({100, 24});
+        b->drawRect(b->bounds());
+        return r.canvas.operations().size();
+    };
+    const std::size_t bordered = drawn();
+    b->setShowsBorderOnlyWhileMouseInside(YES);
+    EXPECT_LT(drawn(), bordered);
+    move(window, 30, 30);
+    EXPECT_EQ(drawn(), bordered);
+    move(window, 300, 200);
+    EXPECT_LT(drawn(), bordered);
+}
+
+TEST_F(ButtonTest, AMarkWithoutATitleDrawsNone) {
+    const auto b = button(20, NSSwitchButton);
+    b->setTitle(u"Titre"_ns);
+    for (const NSCellImagePosition p : {NSNoImage, NSImageOnly}) {
+        b->setImagePosition(p);
+        Enregistrement r({100, 24});
+        b->drawRect(b->bounds());
+        EXPECT_EQ(r.text().find("Titre") != std::string::npos, p == NSNoImage);
+    }
 }
 
 TEST_F(ButtonTest, AnActionMayRemoveTheButtonOrAllElse) {

@@ -43,33 +43,23 @@ TEST_F(CellTest, TheNaturalSizeHoldsTheText) {
     EXPECT_LT(c->cellSize().height, theme::controlHeight(NSRegularControlSize));
 }
 
-TEST_F(CellTest, ArchivesAndCopiesKeepIt) {
-    const auto c = make<NSTextFieldCell>(u"été"_ns.get());
-    c->setEditable(YES);
-    c->setEnabled(NO);
-    c->setBezeled(YES);
-    c->setDrawsBackground(YES);
-    c->setAlignment(NSRightTextAlignment);
-    c->setPlaceholderString(u"vide"_ns);
-    c->setControlSize(NSSmallControlSize);
-    for (const Ref<NSTextFieldCell>& d :
-         {throughKeyedArchive(*c), Ref<NSTextFieldCell>(as<NSTextFieldCell>(c->copyWithZone().get()))}) {
-        ASSERT_TRUE(d);
-        EXPECT_EQ(d->stringValue()->utf8() + " " + d->placeholderString()->utf8(), "été vide");
-        EXPECT_TRUE(d->isEditable() && d->isSelectable() && d->isBezeled() && d->drawsBackground());
-        EXPECT_FALSE(d->isEnabled());
-        EXPECT_EQ(d->alignment(), NSRightTextAlignment);
-        EXPECT_EQ(d->controlSize(), NSSmallControlSize);
+TEST_F(CellTest, WhatChangesItsLooksDrawsItsControlAnew) {
+    const auto w = windowAt({{100, 100}, {200, 100}});
+    const auto b = make<NSButton>(NSMakeRect(10, 10, 100, 24));
+    w->contentView()->addSubview(b);
+    show(w);
+    NSButtonCell& c = *b->buttonCell();
+    int row = 0;
+    for (const std::function<void()>& change : std::initializer_list<std::function<void()>>{
+             [&] { c.setAlignment(NSRightTextAlignment); }, [&] { c.setLineBreakMode(NSLineBreakByTruncatingHead); },
+             [&] { c.setWraps(YES); }, [&] { c.setBordered(NO); }, [&] { c.setBezeled(YES); },
+             [&] { c.setTitle(u"autre"_ns); }, [&] { c.setState(NSOnState); },
+             [&] { c.setFont(NSFont::boldSystemFontOfSize(9)); }, [&] { c.setControlSize(NSMiniControlSize); }}) {
+        EXPECT_FALSE(b->needsDisplay()) << row;
+        change();
+        EXPECT_TRUE(b->needsDisplay()) << row++;
+        drain();
     }
-    const auto b = make<NSButtonCell>(u"Fin"_ns.get());
-    b->setButtonType(NSSwitchButton);
-    b->setAllowsMixedState(YES);
-    b->setState(NSMixedState);
-    b->setKeyEquivalent(u"f"_ns);
-    const auto back = throughKeyedArchive(*b);
-    ASSERT_TRUE(back && back->isCheckBox());
-    EXPECT_EQ(back->state(), NSMixedState);
-    EXPECT_EQ(back->title()->utf8() + " " + back->keyEquivalent()->utf8(), "Fin f");
 }
 
 TEST_F(CellTest, ADisabledTextIsPale) {

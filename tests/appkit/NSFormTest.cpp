@@ -5,6 +5,7 @@
 #include <libvue/platform/appkit/NSFormCell.h>
 #include <libvue/platform/appkit/NSText.h>
 #include <libvue/platform/appkit/NSTextField.h>
+#include <libvue/platform/appkit/ThemeDessin.h>
 
 using namespace libvue;
 using namespace libvue::test;
@@ -49,6 +50,9 @@ TEST_F(NSFormTest, TitlesAndFieldsStandInColumns) {
     form->removeEntryAtIndex(1);
     form->sizeToFit();
     EXPECT_EQ(form->frame().size.height, 24 + 8 + 24);
+    form->setControlSize(NSSmallControlSize);
+    EXPECT_EQ(form->cellAtIndex(1)->controlSize(), NSSmallControlSize);
+    EXPECT_EQ(entries[0]->frame().size.height, theme::controlHeight(NSSmallControlSize));
     EXPECT_EQ(form->indexOfCellWithTag(2), 1);
     EXPECT_EQ(form->indexOfCellWithTag(7), -1);
     for (const NSInteger absent : {-1, 2}) {

@@ -83,22 +83,4 @@ TEST_F(ImageViewTest, AClickGoesToTheViewBehind) {
     EXPECT_THAT(taken(), ElementsAre("behind down", "behind up"));
 }
 
-TEST_F(ImageViewTest, ArchivesAndCopiesKeepWhatItShows) {
-    const auto v = NSImageView::imageViewWithImage(picture({12, 8}));
-    v->setImageScaling(NSImageScaleProportionallyUpOrDown);
-    v->setImageAlignment(NSImageAlignBottomRight);
-    v->setImageFrameStyle(NSImageFrameGroove);
-    v->setEditable(YES);
-    const auto back = throughKeyedArchive(*v);
-    ASSERT_TRUE(back && back->image());
-    EXPECT_EQ(back->image()->size(), NSMakeSize(12, 8));
-    EXPECT_EQ(back->imageScaling(), NSImageScaleProportionallyUpOrDown);
-    EXPECT_EQ(back->imageAlignment(), NSImageAlignBottomRight);
-    EXPECT_EQ(back->imageFrameStyle(), NSImageFrameGroove);
-    EXPECT_TRUE(back->isEditable());
-    const Ref<NSImageCell> copy(as<NSImageCell>(v->cell()->copyWithZone().get()));
-    EXPECT_EQ(copy->imageAlignment(), NSImageAlignBottomRight);
-    EXPECT_EQ(copy->objectValue(), v->image());
-}
-
 } // namespace

@@ -3,9 +3,11 @@
 #include <gmock/gmock.h>
 
 #include <graphics/Dessin.h>
+#include <libvue/platform/appkit/MenuView.h>
 #include <libvue/platform/appkit/NSMenu.h>
 #include <libvue/platform/appkit/NSMenuItem.h>
 #include <libvue/platform/appkit/NSPopUpButton.h>
+#include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/foundation/NSException.h>
 
 using namespace libvue;
@@ -213,9 +215,6 @@ TEST_F(MenuTest, ItemsBelongToOneMenuAndNoMenuToItself) {
     menu->removeItem(holder);
     EXPECT_EQ(holder->menu(), nullptr);
     EXPECT_EQ(sub->supermenu(), nullptr);
-    const Ref<NSMenu> copied(as<NSMenu>(menu->copyWithZone()));
-    EXPECT_EQ(copied->numberOfItems(), menu->numberOfItems());
-    EXPECT_EQ(copied->itemAtIndex(0)->menu(), copied.get());
 }
 
 TEST_F(MenuTest, AnItemThatGoesWhileItsSubmenuIsAskedOpensNothing) {
@@ -226,41 +225,40 @@ TEST_F(MenuTest, AnItemThatGoesWhileItsSubmenuIsAskedOpensNothing) {
     EXPECT_FALSE(menu->isTracking());
 }
 
-TEST_F(MenuTest, ArchivesKeepMenusAndTheirItems) {
-    NSMenuItem &un = *menu->itemAtIndex(0), &deux = *menu->itemAtIndex(2);
-    un.setKeyEquivalent(u"u"_ns);
-    un.setKeyEquivalentModifierMask(NSAlternateKeyMask);
-    un.setState(NSMixedState);
-    deux.setHidden(YES);
-    deux.setIndentationLevel(3);
-    deux.setTag(-7);
-    deux.setRepresentedObject(u"objet"_ns);
-    menu->setMinimumWidth(120);
-    menu->setAutoenablesItems(NO);
-    menu->itemAtIndex(3)->setEnabled(NO);
-    const auto back = throughKeyedArchive(*menu);
-    ASSERT_TRUE(back);
-    EXPECT_EQ(back->title()->utf8(), "Essai");
-    EXPECT_EQ(back->minimumWidth(), 120);
-    EXPECT_FALSE(back->autoenablesItems());
-    ASSERT_EQ(back->numberOfItems(), 5);
-    const NSMenuItem &first = *back->itemAtIndex(0), &third = *back->itemAtIndex(2);
-    EXPECT_EQ(first.menu(), back.get());
-    EXPECT_EQ(first.action(), sel("agir:"));
-    EXPECT_EQ(first.target(), nullptr) << "a target that the archive does not hold is none";
-    EXPECT_EQ(first.keyEquivalent()->utf8(), "u");
-    EXPECT_EQ(first.keyEquivalentModifierMask(), NSUInteger{NSAlternateKeyMask});
-    EXPECT_EQ(first.state(), NSMixedState);
-    EXPECT_TRUE(back->itemAtIndex(1)->isSeparatorItem());
-    EXPECT_TRUE(third.isHidden());
-    EXPECT_EQ(third.indentationLevel(), 3);
-    EXPECT_EQ(third.tag(), -7);
-    EXPECT_TRUE(isEqual(third.representedObject(), u"objet"_ns.get()));
-    EXPECT_FALSE(back->itemAtIndex(3)->isEnabled());
-    const NSMenu* submenu = back->itemAtIndex(4)->submenu();
-    ASSERT_TRUE(submenu);
-    EXPECT_EQ(submenu->supermenu(), back.get());
-    EXPECT_EQ(submenu->itemAtIndex(1)->title()->utf8(), "Encore");
+TEST_F(MenuTest, AMenuIsNoLargerThanItsScreen) {
+    std::u16string title(3000, u'm');
+    add(sub, NSString::from(title));
+    const NSSize screen = NSScreen::mainScreen()->visibleFrame().size;
+    EXPECT_GT(sub->size().width, screen.width);
+    std::vector<NSRect> seen;
+    NSRunLoop::mainRunLoop()->performBlock([&] {
+        for (NSWindow* w : NSApp()->orderedWindows()->as<NSWindow>())
+            if (w->level() == NSPopUpMenuWindowLevel) seen.push_back(w->frame());
+    });
+    chooses("the last of the submenu", {"act " + sub->itemAtIndex(2)->title()->utf8()}, {up, right, up, ret});
+    for (const NSRect& r : seen)
+        EXPECT_LE(r.size.width, screen.width);
+}
+
+TEST_F(MenuTest, ShortcutsAreWrittenAsTheKeysAreCalled) {
+    struct Row {
+        std::u16string key;
+        NSUInteger modifiers;
+        const char* written;
+    };
+    const auto item = menu->itemAtIndex(0);
+    const Ref<MenuView> view = make<MenuView>(menu);
+    view->setFrame({{0, 0}, menu->size()});
+    for (const Row& r : {Row{u"k", NSCommandKeyMask, "Ctrl+K"}, Row{u"K", NSCommandKeyMask, "Ctrl+Maj+K"},
+                         Row{u"\r", NSAlternateKeyMask, "Alt+Entrée"}, Row{{NSF1FunctionKey + 11}, 0, "F12"},
+                         Row{{NSUpArrowFunctionKey}, NSControlKeyMask, "Super+Haut"},
+                         Row{{NSDeleteFunctionKey}, 0, "Suppr"}, Row{u" ", NSCommandKeyMask, "Ctrl+Espace"}}) {
+        item->setKeyEquivalent(NSString::from(r.key));
+        item->setKeyEquivalentModifierMask(r.modifiers);
+        Enregistrement drawn({300, 300});
+        view->drawRect(view->rectOfItem(item));
+        EXPECT_NE(drawn.text().find("text \"" + std::string(r.written) + "\""), std::string::npos) << r.written;
+    }
 }
 
 struct PopUpTest : WindowFixture {
@@ -330,6 +328,21 @@ TEST_F(PopUpTest, ACopyOrAnArchiveChoosesForItself) {
         EXPECT_EQ(c->indexOfSelectedItem(), 0);
         EXPECT_EQ(chosen(), "deux");
     }
+}
+
+TEST_F(PopUpTest, AnotherMenuAndAnotherKindShowTheirFirstItem) {
+    button->selectItemAtIndex(2);
+    button->setPullsDown(YES);
+    button->setMenu(nullptr);
+    EXPECT_EQ(button->title()->utf8(), "");
+    button->insertItemWithTitle_atIndex(u"deux"_ns, 0);
+    button->insertItemWithTitle_atIndex(u"un"_ns, 0);
+    EXPECT_EQ(chosen(), "none") << "a pull-down chooses nothing by itself";
+    button->setPullsDown(NO);
+    EXPECT_EQ(chosen(), "un");
+    EXPECT_THROW(button->insertItemWithTitle_atIndex(u"loin"_ns, 9), NSExceptionRaised);
+    keys({u' ', down, ret});
+    EXPECT_EQ(chosen(), "deux");
 }
 
 TEST_F(PopUpTest, AnActionMayRemoveTheButton) {

@@ -30,6 +30,8 @@ public:
     void viewDidMoveToSuperview() override { say(superview() ? " in tree" : " out of tree"); }
     void viewWillMoveToWindow(NSWindow* w) override { say(w ? " to window" : " from window"); }
     void viewDidMoveToWindow() override { say(window() ? " in window" : " no window"); }
+    void viewDidHide() override { say(" hides"); }
+    void viewDidUnhide() override { say(" shows"); }
     void resizeSubviewsWithOldSize(const NSSize& old) override {
         say(" resize from " + NSStringFromSize(old)->utf8());
         NSView::resizeSubviewsWithOldSize(old);
@@ -95,10 +97,10 @@ TEST_F(ViewTest, AChangeIsToldInOrderAndWithinTheCall) {
     EXPECT_EQ(a->bounds(), NSMakeRect(9, 9, 50, 40)) << "the bounds follow the frame's size";
 
     a->addObserver_forKeyPath_options_context(eye, u"hidden"_ns, 0, nullptr);
-    hears("hidden", [&] { a->setHidden(YES); }, {"eye hidden yes"});
+    hears("hidden", [&] { a->setHidden(YES); }, {"a hides", "child hides", "eye hidden yes"});
     hears("already", [&] { a->setHidden(YES); }, {});
     a->removeObserver_forKeyPath(eye, u"hidden"_ns);
-    hears("nobody looks", [&] { a->setHidden(NO); }, {});
+    hears("nobody looks", [&] { a->setHidden(NO); }, {"a shows", "child shows"});
 }
 
 TEST_F(ViewTest, AnObserverMayChangeTheSubviewsThatAreResized) {
@@ -165,6 +167,28 @@ TEST_F(ViewTest, MovesAreToldInOrder) {
     EXPECT_EQ(log.front(), "root will remove a");
     EXPECT_EQ(log.back(), "other did add a");
     EXPECT_EQ(order(root) + "/" + order(other), "/a");
+}
+
+TEST_F(ViewTest, HidingIsToldToAllThatGoOutOfSight) {
+    const auto root = view("root"), a = view("a"), b = view("b"), hidden = view("hidden"), other = view("other");
+    hidden->setHidden(YES);
+    other->setHidden(YES);
+    a->addSubview(b);
+    root->addSubview(a);
+    root->addSubview(hidden);
+    const auto heard = [&](const std::function<void()>& act) {
+        taken();
+        act();
+        Log all = taken();
+        std::erase_if(all, [](const std::string& s) { return !s.ends_with(" hides") && !s.ends_with(" shows"); });
+        return all;
+    };
+    EXPECT_THAT(heard([&] { root->setHidden(YES); }), ElementsAre("root hides", "a hides", "b hides"));
+    EXPECT_THAT(heard([&] { a->setHidden(YES); }), ElementsAre()) << "it was out of sight already";
+    EXPECT_THAT(heard([&] { root->setHidden(NO); }), ElementsAre("root shows"));
+    EXPECT_THAT(heard([&] { a->setHidden(NO); }), ElementsAre("a shows", "b shows"));
+    EXPECT_THAT(heard([&] { other->addSubview(a); }), ElementsAre("a hides", "b hides"));
+    EXPECT_THAT(heard([&] { a->removeFromSuperview(); }), ElementsAre("a shows", "b shows"));
 }
 
 TEST_F(ViewTest, TheOrderOfSubviews) {

@@ -119,6 +119,44 @@ TEST_F(NSPopoverTest, ShowingAndClosingAreToldInOrder) {
     EXPECT_THAT(taken(), ElementsAre(kVaMontrer, kMontre, kVaFermer, kFerme));
 }
 
+TEST_F(NSPopoverTest, TheContentMayBeSetWhenItIsAboutToShow) {
+    const Ref<NSViewController> autre = controleur();
+    autre->view()->setFrameSize({70, 30});
+    const Ref<NSObject> jeton = NSNotificationCenter::defaultCenter()->addObserverForName_object_queue_usingBlock(
+        NSPopoverWillShowNotification, p, nullptr, [&](NSNotification*) {
+            p->setContentViewController(autre);
+            EXPECT_EQ(p->contentSize(), NSMakeSize(70, 30));
+        });
+    montreLe();
+    EXPECT_EQ(corps().size, NSMakeSize(70, 30));
+    NSNotificationCenter::defaultCenter()->removeObserver(jeton);
+}
+
+/// Closes the popover as it is asked for its view.
+class ControleurQuiFerme : public NSViewController {
+public:
+    static void describe(ClassDescription<ControleurQuiFerme, NSViewController>&) {}
+    NSPopover* popover = nullptr;
+    void loadView() override {
+        popover->close();
+        setView(make<NSView>(NSMakeRect(0, 0, 20, 20)));
+    }
+};
+
+TEST_F(NSPopoverTest, LoadingTheContentMayCloseIt) {
+    p->setAnimates(NO);
+    for (const bool montre : {false, true}) {
+        const Ref<ControleurQuiFerme> c = make<ControleurQuiFerme>();
+        c->popover = p;
+        if (montre) montreLe();
+        p->setContentViewController(c);
+        if (!montre) montreLe();
+        EXPECT_FALSE(p->isShown());
+        EXPECT_EQ(p->window_(), nullptr);
+        p->setContentViewController(controleur());
+    }
+}
+
 TEST_F(NSPopoverTest, ItsBehaviourSaysWhatCloses) {
     const Ref<NSWindow> autre = windowAt({{50, 50}, {200, 100}});
     autre->orderFront(nullptr);

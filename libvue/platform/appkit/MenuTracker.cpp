@@ -90,7 +90,7 @@ NSRect MenuTracker::placed(NSSize size, NSPoint topLeft) {
         return NSScreen::mainScreen() ? NSScreen::mainScreen()->visibleFrame() : NSRect{{0, 0}, {1280, 800}};
     }();
     NSRect r{{topLeft.x, topLeft.y - size.height}, size};
-    r.size.height = std::min(r.size.height, visible.size.height);
+    r.size = {std::min(size.width, visible.size.width), std::min(size.height, visible.size.height)};
     if (r.origin.y < visible.origin.y) r.origin.y = visible.origin.y;
     if (NSMaxY(r) > NSMaxY(visible)) r.origin.y = NSMaxY(visible) - r.size.height;
     r.origin.x = std::max(NSMinX(visible), std::min(r.origin.x, NSMaxX(visible) - r.size.width));
@@ -133,7 +133,7 @@ void MenuTracker::openSubmenuOf(std::size_t level, NSMenuItem* item) {
     NSPoint topLeft{NSMaxX(l.window->frame()) - 3, NSMaxY(row) + theme::kMenuMargin};
     // To the left where the right has no room.
     const NSRect frame = placed(size, topLeft);
-    if (frame.origin.x < topLeft.x - 1) topLeft.x = NSMinX(l.window->frame()) - size.width + 3;
+    if (frame.origin.x < topLeft.x - 1) topLeft.x = NSMinX(l.window->frame()) - frame.size.width + 3;
     open(submenu, placed(size, topLeft));
 }
 
@@ -144,6 +144,7 @@ void MenuTracker::enterSubmenuOf(std::size_t level, NSMenuItem* item) {
 }
 
 Ref<NSMenuItem> MenuTracker::run(NSPoint screen, NSMenuItem* positioning) {
+    const Ref<NSMenuItem> kept(positioning);
     root_->update();
     if (root_->numberOfItems() == 0) return nullptr;
     const NSSize size = sizeOf(*root_);
@@ -163,7 +164,7 @@ Ref<NSMenuItem> MenuTracker::run(NSPoint screen, NSMenuItem* positioning) {
                                  : cause->locationInWindow();
     openedAt_ = backend::Backend::current().windows->now();
     open(root_, frame);
-    if (positioning) highlight(0, positioning);
+    if (positioning && positioning->menu() == root_.get()) highlight(0, positioning);
 
     observer_ = NSNotificationCenter::defaultCenter()->addObserverForName_object_queue_usingBlock(
         NSApplicationDidResignActiveNotification, nullptr, nullptr, [this](NSNotification*) {

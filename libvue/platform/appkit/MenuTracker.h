@@ -39,7 +39,7 @@ private:
     void openSubmenuOf(std::size_t level, NSMenuItem* item);
     /// Opens it and goes to its first item, from the keyboard.
     void enterSubmenuOf(std::size_t level, NSMenuItem* item);
-    /// A menu of that size at the point, moved onto the screen that the point is on.
+    /// A menu of that size at the point, moved onto the screen that the point is on, and no larger than that.
     [[nodiscard]] static NSRect placed(NSSize size, NSPoint topLeft);
     void highlight(std::size_t level, NSMenuItem* item);
     void mouse(NSEvent* e);

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <string>
+#include <string_view>
 
 #include <libvue/platform/appkit/ControlImage.h>
 #include <libvue/platform/appkit/NSEvent.h>
@@ -23,6 +25,8 @@ namespace {
 
 constexpr CGFloat kSeparatorHeight = 9, kStateColumn = 22, kTrailing = 14, kShortcutGap = 28, kIndent = 12,
                   kImageGap = 6;
+/// What lies beside a title at least, where it is cut off.
+constexpr CGFloat kLeastTrailing = 6, kChevronRoom = 16, kShortcutTrailing = 10, kLeastGap = 8;
 
 Ref<NSFont> fontOf(const NSMenu& m) { return m.font() ? Ref<NSFont>(m.font()) : NSFont::menuFontOfSize(0); }
 
@@ -30,6 +34,28 @@ Ref<NSDictionary> attributes(const NSMenu& m, NSColor* color) {
     return NSDictionary::dictionaryWithObjectsAndKeys(
         {{NSFontAttributeName.get(), fontOf(m).get()}, {NSForegroundColorAttributeName.get(), color}});
 }
+
+/// Keys whose characters cannot be shown.
+constexpr struct {
+    unichar key;
+    std::u16string_view name;
+} kKeyNames[] = {{NSCarriageReturnCharacter, u"Entrée"},
+                 {NSEnterCharacter, u"Entrée"},
+                 {NSEscapeCharacter, u"Échap"},
+                 {NSBackspaceCharacter, u"Retour arrière"},
+                 {NSDeleteCharacter, u"Retour arrière"},
+                 {NSTabCharacter, u"Tab"},
+                 {u' ', u"Espace"},
+                 {NSInsertFunctionKey, u"Inser"},
+                 {NSDeleteFunctionKey, u"Suppr"},
+                 {NSHomeFunctionKey, u"Début"},
+                 {NSEndFunctionKey, u"Fin"},
+                 {NSPageUpFunctionKey, u"Page préc."},
+                 {NSPageDownFunctionKey, u"Page suiv."},
+                 {NSUpArrowFunctionKey, u"Haut"},
+                 {NSDownArrowFunctionKey, u"Bas"},
+                 {NSLeftArrowFunctionKey, u"Gauche"},
+                 {NSRightArrowFunctionKey, u"Droite"}};
 
 /// How the desktop writes a shortcut: the platform's command modifier is its Ctrl key.
 Ref<NSString> shortcutOf(const NSMenuItem& i) {
@@ -43,12 +69,10 @@ Ref<NSString> shortcutOf(const NSMenuItem& i) {
     const bool capital = !key->isEqualToString(key->lowercaseString());
     if ((mask & NSShiftKeyMask) || capital) s += u"Maj+";
     const unichar c = key->unit(0);
-    if (c == u'\r')
-        s += u"Entrée";
-    else if (c == NSEscapeCharacter)
-        s += u"Échap";
-    else if (c == NSBackspaceCharacter || c == NSDeleteCharacter)
-        s += u"Retour arrière";
+    const auto* named =
+        std::find_if(std::begin(kKeyNames), std::end(kKeyNames), [c](const auto& k) { return k.key == c; });
+    if (named != std::end(kKeyNames))
+        s += named->name;
     else if (c >= NSF1FunctionKey && c < NSF1FunctionKey + 24) {
         s += u'F';
         for (char d : std::to_string(c - NSF1FunctionKey + 1))
@@ -57,6 +81,9 @@ Ref<NSString> shortcutOf(const NSMenuItem& i) {
         s += key->uppercaseString()->utf16();
     return NSString::from(s);
 }
+
+/// Where a line of that height begins, in the middle of its row.
+CGFloat lineTop(const NSRect& row, CGFloat height) { return std::floor(NSMidY(row) - height / 2 + 0.5); }
 
 CGFloat heightOf(const NSMenuItem& i) {
     if (i.isHidden()) return 0;
@@ -173,20 +200,28 @@ void MenuView::drawItem(const NSMenuItem* i, const NSRect& row) const {
         x += s.width + kImageGap;
     }
     const auto look = attributes(*menu_, ink);
-    const NSSize text = sizeWithAttributes(i->title(), look);
-    const CGFloat y = std::floor(NSMidY(row) - text.height / 2 + 0.5);
-    if (i->attributedTitle() && !chosen)
-        drawAtPoint(i->attributedTitle(), {x, y});
-    else
-        drawAtPoint_withAttributes(i->title(), {x, y}, look);
+    CGFloat end = NSMaxX(row) - kLeastTrailing;
     if (i->hasSubmenu()) {
-        drawChevron({{NSMaxX(row) - 16, row.origin.y}, {12, row.size.height}}, Chevron::right, ink);
-        return;
+        end = NSMaxX(row) - kChevronRoom;
+        drawChevron({{end, row.origin.y}, {12, row.size.height}}, Chevron::right, ink);
+    } else if (const auto shortcut = shortcutOf(*i); shortcut->length() > 0) {
+        const auto pale = chosen || !i->isEnabled() ? look : attributes(*menu_, NSColor::secondaryLabelColor());
+        const NSSize s = sizeWithAttributes(shortcut, pale);
+        end = NSMaxX(row) - kShortcutTrailing - s.width;
+        drawAtPoint_withAttributes(shortcut, {end, lineTop(row, s.height)}, pale);
+        end -= kLeastGap;
     }
-    const auto shortcut = shortcutOf(*i);
-    if (shortcut->length() == 0) return;
-    const auto pale = chosen || !i->isEnabled() ? look : attributes(*menu_, NSColor::secondaryLabelColor());
-    drawAtPoint_withAttributes(shortcut, {NSMaxX(row) - 10 - sizeWithAttributes(shortcut, pale).width, y}, pale);
+    // A menu has room for its titles unless it is wider than the screen.
+    NSAttributedString* own = chosen ? nullptr : i->attributedTitle();
+    const NSSize text = own ? libvue::size(own) : sizeWithAttributes(i->title(), look);
+    const NSRect room{{x, lineTop(row, text.height)},
+                      {std::min(std::ceil(text.width), end - x), std::ceil(text.height)}};
+    if (NSIsEmptyRect(room)) return;
+    constexpr auto options = NSStringDrawingUsesLineFragmentOrigin | NSStringDrawingTruncatesLastVisibleLine;
+    if (own)
+        drawWithRect_options(own, room, options);
+    else
+        drawWithRect_options_attributes(i->title(), room, options, look);
 }
 
 AccessibilityDescription MenuView::accessibilityDescription() const {

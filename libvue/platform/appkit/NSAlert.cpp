@@ -12,6 +12,7 @@
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/appkit/NSScroller.h>
+#include <libvue/platform/appkit/SheetEnd.h>
 #include <libvue/platform/appkit/ThemeDrawing.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSBundle.h>
@@ -270,15 +271,7 @@ void NSAlert::beginSheetModalForWindow_completionHandler(NSWindow* window, std::
 
 void NSAlert::beginSheetModalForWindow_modalDelegate_didEndSelector_contextInfo(NSWindow* window, NSObject* delegate,
                                                                                 SEL didEnd, void* info) {
-    const auto tell = [this, weak = Weak<NSObject>(delegate), didEnd, info](NSInteger code) {
-        using DidEnd = void(NSAlert*, NSInteger, void*);
-        const Ref<NSObject> told = weak.ref();
-        const OperationEntry* e = told && didEnd ? findOperation(told, didEnd, typeid(DidEnd)) : nullptr;
-        if (!e) return;
-        const BoundOperation<DidEnd> run(told, reinterpret_cast<BoundOperation<DidEnd>::Run>(e->run));
-        run(this, code, info);
-    };
-    beginSheetModalForWindow_completionHandler(window, tell);
+    beginSheetModalForWindow_completionHandler(window, sheetEndTeller(this, delegate, didEnd, info));
 }
 
 // Answering it.

@@ -11,6 +11,7 @@
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/appkit/ScopeExit.h>
+#include <libvue/platform/appkit/SheetEnd.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSException.h>
@@ -135,8 +136,21 @@ void NSApplication::stop(NSObject*) {
 
 void NSApplication::terminate(NSObject*) {
     const Ref<NSApplication> self(this);
-    if (const auto asks = op::applicationShouldTerminate.of(delegate_))
-        if (asks(this) != NSTerminateNow) return;
+    mayEndLater_ = false;
+    if (const auto asks = op::applicationShouldTerminate.of(delegate_)) {
+        const NSUInteger answer = asks(this);
+        mayEndLater_ = answer == NSTerminateLater;
+        if (answer != NSTerminateNow) return;
+    }
+    end();
+}
+
+void NSApplication::replyToApplicationShouldTerminate(BOOL shouldTerminate) {
+    if (std::exchange(mayEndLater_, false) && shouldTerminate) end();
+}
+
+void NSApplication::end() {
+    const Ref<NSApplication> self(this);
     post(NSApplicationWillTerminateNotification, op::applicationWillTerminate);
     for (const auto& w : keptWindows(windows_))
         w->savePendingFrame();
@@ -230,16 +244,7 @@ void NSApplication::beginSheet_modalForWindow_modalDelegate_didEndSelector_conte
                                                                                        NSObject* delegate, SEL didEnd,
                                                                                        void* info) {
     if (!window || !sheet) raiseNamed("NSInvalidArgumentException", "beginSheet: without a sheet or a window");
-    const auto tell = [weak = Weak<NSObject>(delegate), didEnd, info, of = Weak<NSWindow>(sheet)](NSInteger code) {
-        using DidEnd = void(NSWindow*, NSInteger, void*);
-        const Ref<NSObject> told = weak.ref();
-        const Ref<NSWindow> ended = of.ref();
-        const OperationEntry* e = told && didEnd ? findOperation(told, didEnd, typeid(DidEnd)) : nullptr;
-        if (!e) return;
-        const BoundOperation<DidEnd> run(told, reinterpret_cast<BoundOperation<DidEnd>::Run>(e->run));
-        run(ended, code, info);
-    };
-    window->beginSheet_completionHandler(sheet, tell);
+    window->beginSheet_completionHandler(sheet, sheetEndTeller(sheet, delegate, didEnd, info));
 }
 
 void NSApplication::endSheet_returnCode(NSWindow* sheet, NSInteger code) {
@@ -333,8 +338,6 @@ void NSApplication::displayLater(NSWindow* w) {
     });
     NSRunLoop::mainRunLoop()->addTimer_forMode(timer, NSRunLoopCommonModes);
 }
-
-BOOL NSApplication::isDark_() const noexcept { return currentAppearance() == Appearance::dark; }
 
 void NSApplication::appearanceChanged() {
     setCurrentAppearance(native_->server.prefersDark() ? Appearance::dark : Appearance::light);

@@ -63,8 +63,11 @@ public:
     void run();
     /// Ends the innermost modal run, else run().
     void stop(NSObject* sender);
-    /// Asks the delegate, posts NSApplicationWillTerminateNotification, ends run().
+    /// Asks the delegate, posts NSApplicationWillTerminateNotification, ends run(). A delegate that answers
+    /// NSTerminateLater says by replyToApplicationShouldTerminate: whether it may end.
     void terminate(NSObject* sender);
+    /// Ends the application that waits for it, or (NO) lets it go on. Where none waits, nothing.
+    void replyToApplicationShouldTerminate(BOOL shouldTerminate);
     [[nodiscard]] BOOL isRunning() const noexcept { return running_; }
     /// One turn: due timers, then the events that wait (or come before the deadline, a run-loop time), then display.
     /// NO where nothing happened.
@@ -132,7 +135,6 @@ public:
     [[nodiscard]] NSMenu* mainMenu() const noexcept;
     /// Its items' key equivalents work in every window.
     void setMainMenu(NSMenu* menu);
-    [[nodiscard]] BOOL isDark_() const noexcept;
     /// Whether the key status changes because the desktop moved the focus, by a click that is still to come as a rule.
     [[nodiscard]] BOOL desktopMovesFocus_() const noexcept;
 
@@ -172,6 +174,7 @@ private:
     [[nodiscard]] NSObject* responderFor(SEL action, NSWindow* w) const;
     void post(NSString* name, const Operation<void(NSNotification*)>& operation);
     void windowClosed(NSWindow* w);
+    void end();
 
     Weak<NSObject> delegate_;
     Weak<NSWindow> keyWindow_;
@@ -194,6 +197,7 @@ private:
     bool stopped_ = false;
     bool active_ = false;
     bool launched_ = false;
+    bool mayEndLater_ = false; ///< the delegate has not said yet whether it may end
 };
 
 /// The shared application.

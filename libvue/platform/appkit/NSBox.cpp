@@ -132,7 +132,13 @@ NSRect NSBox::contentFrameIn(const NSRect& b) const {
     const CGFloat edge = border_ == NSNoBorder ? 0 : type_ == NSBoxCustom ? borderWidth_ : 1;
     NSRect r = NSInsetRect(borderRectIn(b), margins_.width + edge, margins_.height + edge);
     r.size = {std::max(0.0, r.size.width), std::max(0.0, r.size.height)};
-    if (titlePosition_ == NSBelowTop) r.size.height = std::max(0.0, NSMinY(titleRectIn(b)) - r.origin.y);
+    // A title inside of the border takes its room from the content.
+    const NSRect title = titleRectIn(b);
+    if (NSIsEmptyRect(title)) return r;
+    const CGFloat low = titlePosition_ == NSAboveBottom ? std::max(NSMinY(r), NSMaxY(title)) : NSMinY(r);
+    const CGFloat high = titlePosition_ == NSBelowTop ? std::min(NSMaxY(r), NSMinY(title)) : NSMaxY(r);
+    r.origin.y = low;
+    r.size.height = std::max(0.0, high - low);
     return r;
 }
 
@@ -149,10 +155,17 @@ void NSBox::setContentViewMargins(NSSize s) {
 void NSBox::setContentView(NSView* v) {
     const Ref<NSView> kept(v);
     if (content_.get() == v) return;
-    if (content_) content_->removeFromSuperview();
+    if (const Ref<NSView> old = content_) old->removeFromSuperview();
+    // A view that comes from another place of this box is forgotten as it leaves.
+    if (v && v->superview() == this) v->removeFromSuperview();
     content_ = v;
     if (v) addSubview(v);
     placeContent();
+}
+
+void NSBox::willRemoveSubview(NSView* view) {
+    NSView::willRemoveSubview(view);
+    if (content_.get() == view) content_ = nullptr;
 }
 
 void NSBox::setFrameFromContentFrame(const NSRect& r) {

@@ -45,11 +45,14 @@ public:
     [[nodiscard]] NSCell* titleCell() const noexcept;
     /// In bounds.
     [[nodiscard]] NSRect borderRect() const;
+    /// Empty where no title shows.
     [[nodiscard]] NSRect titleRect() const;
+    /// Points between the border and the content view.
     [[nodiscard]] NSSize contentViewMargins() const noexcept { return margins_; }
     void setContentViewMargins(NSSize s);
     [[nodiscard]] NSView* contentView() const noexcept { return content_; }
-    /// Kept as a subview, as large as the border and the margins leave; null for none.
+    /// Kept as a subview, as large as the border, the title and the margins leave; null for none. One that is taken
+    /// elsewhere is no longer the box's.
     void setContentView(NSView* v);
     /// The frame with which the content view stands there, in the superview's coordinates.
     void setFrameFromContentFrame(const NSRect& r);
@@ -69,6 +72,7 @@ public:
 
     void drawRect(const NSRect& r) override;
     void resizeSubviewsWithOldSize(const NSSize& oldSize) override;
+    void willRemoveSubview(NSView* view) override;
     [[nodiscard]] AccessibilityDescription accessibilityDescription() const override;
 
 private:

@@ -62,7 +62,6 @@ NSButtonCell* NSButton::buttonCell() const { return as<NSButtonCell>(cell()); }
 NSString* NSButton::title() const { return buttonCell() ? buttonCell()->title() : nullptr; }
 void NSButton::setTitle(NSString* title) {
     if (auto* c = buttonCell()) c->setTitle(title);
-    setNeedsDisplay(YES);
 }
 NSString* NSButton::alternateTitle() const { return buttonCell() ? buttonCell()->alternateTitle() : nullptr; }
 void NSButton::setAlternateTitle(NSString* title) {
@@ -110,7 +109,6 @@ void NSButton::setNextState() {
 BOOL NSButton::isBordered() const { return cell() && cell()->isBordered(); }
 void NSButton::setBordered(BOOL f) {
     if (cell()) cell()->setBordered(f);
-    setNeedsDisplay(YES);
 }
 BOOL NSButton::isTransparent() const { return buttonCell() && buttonCell()->isTransparent(); }
 void NSButton::setTransparent(BOOL f) {
@@ -121,10 +119,12 @@ BOOL NSButton::showsBorderOnlyWhileMouseInside() const {
 }
 void NSButton::setShowsBorderOnlyWhileMouseInside(BOOL f) {
     if (auto* c = buttonCell()) c->setShowsBorderOnlyWhileMouseInside(f);
+    updateTrackingAreas();
 }
 NSBezelStyle NSButton::bezelStyle() const { return buttonCell() ? buttonCell()->bezelStyle() : NSRoundedBezelStyle; }
 void NSButton::setBezelStyle(NSBezelStyle s) {
     if (auto* c = buttonCell()) c->setBezelStyle(s);
+    updateTrackingAreas();
 }
 Ref<NSString> NSButton::keyEquivalent() const { return cell() ? cell()->keyEquivalent() : NSString::string(); }
 
@@ -136,7 +136,12 @@ void NSButton::setKeyEquivalent(NSString* key) {
     auto* c = buttonCell();
     if (!c) return;
     c->setKeyEquivalent(key);
-    if (isReturn(key) && window()) window()->setDefaultButtonCell(c);
+    NSWindow* w = window();
+    if (!w) return;
+    if (isReturn(key))
+        w->setDefaultButtonCell(c);
+    else if (w->defaultButtonCell() == c)
+        w->setDefaultButtonCell(nullptr);
 }
 NSUInteger NSButton::keyEquivalentModifierMask() const { return cell() ? cell()->keyEquivalentModifierMask() : 0; }
 void NSButton::setKeyEquivalentModifierMask(NSUInteger mask) {

@@ -55,7 +55,7 @@ public:
     [[nodiscard]] NSBezelStyle bezelStyle() const;
     virtual void setBezelStyle(NSBezelStyle s);
     [[nodiscard]] Ref<NSString> keyEquivalent() const;
-    /// The characters without modifiers; "\r" makes it the window's default button.
+    /// The characters without modifiers; "\r" makes it the window's default button, any other key ends that.
     void setKeyEquivalent(NSString* key);
     [[nodiscard]] NSUInteger keyEquivalentModifierMask() const;
     void setKeyEquivalentModifierMask(NSUInteger mask);

@@ -42,8 +42,9 @@ namespace {
 constexpr ConstantString kTitle{u"NSContents"}, kAlternateTitle{u"NSAlternateContents"},
     kAlternateImage{u"NSAlternateImage"}, kKey{u"NSKeyEquivalent"}, kKeyMask{u"NSKeyEquivalentModifierMask"},
     kHighlightsBy{u"NSHighlightsBy"}, kShowsStateBy{u"NSShowsStateBy"}, kKind{u"NSButtonType"}, kBezel{u"NSBezelStyle"},
-    kImagePosition{u"NSImagePosition"};
-}
+    kImagePosition{u"NSImagePosition"}, kLooks{u"NSButtonLooks"};
+enum Look : NSInteger { lookTransparent = 1, lookBorderInside = 2, lookFullImageWhenDisabled = 4 };
+} // namespace
 
 NSButtonCell::NSButtonCell(NSCoder& coder)
     : NSActionCell(coder),
@@ -60,6 +61,12 @@ NSButtonCell::NSButtonCell(NSCoder& coder)
                       NSRoundedBezelStyle)),
       imagePosition_(heldEnum(coder.decodeIntegerForKey(kImagePosition), NSNoImage, NSImageOverlaps, NSNoImage)) {
     if (!title_) title_ = NSString::string();
+    // The title stands where other cells have their value, which a button has not.
+    NSCell::setObjectValue(nullptr);
+    const NSInteger looks = coder.decodeIntegerForKey(kLooks);
+    transparent_ = looks & lookTransparent;
+    borderInside_ = looks & lookBorderInside;
+    imageDims_ = !(looks & lookFullImageWhenDisabled);
 }
 
 void NSButtonCell::encodeWithCoder(NSCoder& coder) const {
@@ -74,6 +81,11 @@ void NSButtonCell::encodeWithCoder(NSCoder& coder) const {
     coder.encodeInteger_forKey(static_cast<NSInteger>(kind_), kKind);
     coder.encodeInteger_forKey(static_cast<NSInteger>(bezel_), kBezel);
     coder.encodeInteger_forKey(static_cast<NSInteger>(imagePosition_), kImagePosition);
+    NSInteger looks = 0;
+    if (transparent_) looks |= lookTransparent;
+    if (borderInside_) looks |= lookBorderInside;
+    if (!imageDims_) looks |= lookFullImageWhenDisabled;
+    coder.encodeInteger_forKey(looks, kLooks);
 }
 
 Ref<NSObject> NSButtonCell::copyWithZone() const {
@@ -398,6 +410,7 @@ void NSButtonCell::drawInteriorWithFrame_inView(const NSRect& frame, NSView* vie
             drawCheckBox(mark, s);
         else
             drawRadioButton(mark, s);
+        if (!hasTitle()) return;
         const NSRect room = contentRectForBounds(frame);
         const auto text = shownTitle();
         const NSSize t = size(text);

@@ -26,8 +26,6 @@ NSCell::NSCell(NSString* text)
 NSCell::NSCell(NSImage* image) : image_(image), type_(NSImageCellType) {}
 NSCell::~NSCell() = default;
 
-// Archives.
-
 namespace {
 constexpr ConstantString kContents{u"NSContents"}, kImage{u"NSNormalImage"}, kFont{u"NSSupport"}, kState{u"NSState"},
     kAlign{u"NSAlignment"}, kLineBreak{u"NSLineBreakMode"}, kFlags{u"NSCellFlags"}, kSize{u"NSControlSize"},
@@ -43,13 +41,18 @@ enum Flag : NSInteger {
     flagBordered = 128,
     flagBezeled = 256
 };
+
+NSInteger heldState(NSInteger state, bool allowsMixed) noexcept {
+    return state == NSOffState ? NSOffState : state < 0 && allowsMixed ? NSMixedState : NSOnState;
+}
 } // namespace
+
+// Archives.
 
 NSCell::NSCell(NSCoder& coder)
     : value_((coder.beginDecoding(this), coder.decodeObjectForKey(kContents))),
       font_(as<NSFont>(coder.decodeObjectForKey(kFont))),
       image_(as<NSImage>(coder.decodeObjectForKey(kImage))),
-      state_(coder.decodeIntegerForKey(kState)),
       type_(heldEnum(coder.decodeIntegerForKey(kType), NSNullCellType, NSImageCellType, NSNullCellType)),
       alignment_(heldEnum(coder.decodeIntegerForKey(kAlign), NSLeftTextAlignment, NSNaturalTextAlignment,
                           NSLeftTextAlignment)),
@@ -58,6 +61,7 @@ NSCell::NSCell(NSCoder& coder)
       size_(heldEnum(coder.decodeIntegerForKey(kSize), NSRegularControlSize, NSMiniControlSize, NSRegularControlSize)) {
     const NSInteger f = coder.decodeIntegerForKey(kFlags);
     mixed_ = f & flagMixed;
+    state_ = heldState(coder.decodeIntegerForKey(kState), mixed_);
     enabled_ = !(f & flagDisabled);
     editable_ = f & flagEditable;
     selectable_ = f & flagSelectable;
@@ -207,8 +211,7 @@ NSInteger NSCell::nextState() const noexcept {
 }
 
 void NSCell::setState(NSInteger state) {
-    // Anything that is not off is on, and mixed only where that is allowed.
-    const NSInteger s = state == NSOffState ? NSOffState : state < 0 && mixed_ ? NSMixedState : NSOnState;
+    const NSInteger s = heldState(state, mixed_);
     if (s == state_) return;
     state_ = s;
     redisplay();
@@ -255,9 +258,23 @@ void NSCell::setImage(NSImage* image) {
     redisplay();
 }
 
+void NSCell::setAlignment(NSTextAlignment a) {
+    alignment_ = a;
+    redisplay();
+}
+void NSCell::setLineBreakMode(NSLineBreakMode m) {
+    lineBreak_ = m;
+    redisplay();
+}
 void NSCell::setWraps(BOOL f) {
-    if (f == wraps()) return;
-    lineBreak_ = f ? NSLineBreakByWordWrapping : NSLineBreakByClipping;
+    if (f != wraps()) setLineBreakMode(f ? NSLineBreakByWordWrapping : NSLineBreakByClipping);
+}
+void NSCell::setBordered(BOOL f) {
+    bordered_ = f;
+    redisplay();
+}
+void NSCell::setBezeled(BOOL f) {
+    bezeled_ = f;
     redisplay();
 }
 

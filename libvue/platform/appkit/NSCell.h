@@ -130,20 +130,20 @@ public:
     [[nodiscard]] virtual NSImage* image() const noexcept;
     virtual void setImage(NSImage* image);
     [[nodiscard]] NSTextAlignment alignment() const noexcept { return alignment_; }
-    virtual void setAlignment(NSTextAlignment a) noexcept { alignment_ = a; }
+    virtual void setAlignment(NSTextAlignment a);
     [[nodiscard]] NSLineBreakMode lineBreakMode() const noexcept { return lineBreak_; }
-    virtual void setLineBreakMode(NSLineBreakMode m) noexcept { lineBreak_ = m; }
+    virtual void setLineBreakMode(NSLineBreakMode m);
     [[nodiscard]] BOOL wraps() const noexcept {
         return lineBreak_ == NSLineBreakByWordWrapping || lineBreak_ == NSLineBreakByCharWrapping;
     }
-    /// YES breaks lines at words; NO cuts a long line off.
+    /// YES breaks lines at words, NO cuts a long line off; nothing where it wraps (or does not) already.
     void setWraps(BOOL f);
     [[nodiscard]] BOOL isScrollable() const noexcept { return scrollable_; }
     void setScrollable(BOOL f) noexcept { scrollable_ = f; }
     [[nodiscard]] BOOL isBordered() const noexcept { return bordered_; }
-    virtual void setBordered(BOOL f) noexcept { bordered_ = f; }
+    virtual void setBordered(BOOL f);
     [[nodiscard]] BOOL isBezeled() const noexcept { return bezeled_; }
-    virtual void setBezeled(BOOL f) noexcept { bezeled_ = f; }
+    virtual void setBezeled(BOOL f);
     [[nodiscard]] NSControlSize controlSize() const noexcept { return size_; }
     virtual void setControlSize(NSControlSize s);
     [[nodiscard]] NSBackgroundStyle backgroundStyle() const noexcept { return background_; }
@@ -165,7 +165,6 @@ public:
     [[nodiscard]] virtual NSRect drawingRectForBounds(const NSRect& bounds) const;
     [[nodiscard]] virtual NSRect titleRectForBounds(const NSRect& bounds) const;
     [[nodiscard]] virtual NSRect imageRectForBounds(const NSRect& bounds) const;
-    virtual void calcDrawInfo(const NSRect&) {}
 
     /// Draws into the current context: border and interior. An empty frame draws nothing.
     virtual void drawWithFrame_inView(const NSRect& frame, NSView* view);

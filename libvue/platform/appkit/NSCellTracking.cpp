@@ -1,5 +1,6 @@
 #include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSCell.h>
+#include <libvue/platform/appkit/NSCellHitTest.h>
 #include <libvue/platform/appkit/NSControl.h>
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSText.h>
@@ -26,7 +27,7 @@ BOOL NSCell::startTrackingAt_inView(NSPoint, NSView*) { return YES; }
 BOOL NSCell::continueTracking_at_inView(NSPoint, NSPoint, NSView*) { return continuous_; }
 void NSCell::stopTracking_at_inView_mouseIsUp(NSPoint, NSPoint, NSView*, BOOL) {}
 
-NSUInteger NSCell::hitTestForEvent_inRect_ofView(NSEvent*, const NSRect&, NSView*) { return 1; }
+NSUInteger NSCell::hitTestForEvent_inRect_ofView(NSEvent*, const NSRect&, NSView*) { return NSCellHitContentArea; }
 
 BOOL NSCell::trackMouse_inRect_ofView_untilMouseUp(NSEvent* e, const NSRect& frame, NSView* view, BOOL untilMouseUp) {
     const Ref<NSCell> self(this);

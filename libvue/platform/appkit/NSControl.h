@@ -69,9 +69,9 @@ public:
     [[nodiscard]] NSFont* font() const;
     virtual void setFont(NSFont* f);
     [[nodiscard]] NSTextAlignment alignment() const;
-    void setAlignment(NSTextAlignment a);
+    virtual void setAlignment(NSTextAlignment a);
     [[nodiscard]] NSControlSize controlSize() const;
-    void setControlSize(NSControlSize s);
+    virtual void setControlSize(NSControlSize s);
 
     /// Actions that take over the value of a control; other senders are ignored.
     void takeStringValueFrom(NSObject* sender);

@@ -96,6 +96,6 @@ void NSCursor::unhide() {
     pointer().show();
 }
 
-void NSCursor::applyTo_(NSWindow* window) { pointer().window = window; }
+void NSCursor::pointerIsIn_(NSWindow* window) { pointer().window = window; }
 
 } // namespace libvue

@@ -40,8 +40,8 @@ public:
 
     /// The number by which a window server knows it.
     [[nodiscard]] int nativeShape_() const noexcept { return shape_; }
-    /// Shows the current cursor in the window too, which the pointer has entered.
-    static void applyTo_(NSWindow* window);
+    /// Says in which window the pointer is: what is set from now on shows there.
+    static void pointerIsIn_(NSWindow* window);
 
 private:
     explicit NSCursor(int shape) : shape_(shape) {}

@@ -39,7 +39,11 @@ void NSForm::describe(ClassDescription<NSForm, NSControl>& c) {
 }
 
 NSForm::NSForm() : NSForm(NSZeroRect) {}
-NSForm::NSForm(const NSRect& frame) : NSControl(frame) { setCell(make<NSActionCell>()); }
+NSForm::NSForm(const NSRect& frame) : NSControl(frame) {
+    const auto own = make<NSActionCell>();
+    own->setAlignment(NSNaturalTextAlignment);
+    setCell(own);
+}
 NSForm::~NSForm() = default;
 
 // Rows.
@@ -56,8 +60,10 @@ NSFormCell* NSForm::insertEntry_atIndex(NSString* title, NSInteger i) {
     made->setEnabled(isEnabled());
     made->setFont(font());
     made->setControlSize(controlSize());
+    made->setAlignment(alignment());
     const Row r{NSTextField::labelWithString(made->title()), make<FormField>(made)};
     if (font()) r.title->setFont(font());
+    r.title->setControlSize(controlSize());
     // Behind the row before, so that Tab and the assistive tools go through them in their order.
     NSView* before = row(i - 1) ? row(i - 1)->field.get() : nullptr;
     addSubview_positioned_relativeTo(r.title, before ? NSWindowAbove : NSWindowBelow, before);
@@ -141,6 +147,21 @@ void NSForm::setFont(NSFont* f) {
         r.field->setFont(f);
     }
     tile();
+}
+
+void NSForm::setControlSize(NSControlSize s) {
+    NSControl::setControlSize(s);
+    for (const Row& r : rows_) {
+        r.title->setControlSize(s);
+        r.field->setControlSize(s);
+    }
+    tile();
+}
+
+void NSForm::setAlignment(NSTextAlignment a) {
+    NSControl::setAlignment(a);
+    for (const Row& r : rows_)
+        r.field->setAlignment(a);
 }
 
 NSText* NSForm::currentEditor() const {

@@ -51,6 +51,9 @@ public:
     void setAction(SEL a) override;
     void setEnabled(BOOL f) override;
     void setFont(NSFont* f) override;
+    void setControlSize(NSControlSize s) override;
+    /// Of the texts in the fields; see titleAlignment.
+    void setAlignment(NSTextAlignment a) override;
     [[nodiscard]] NSText* currentEditor() const override;
     BOOL abortEditing() override;
     void validateEditing() override;

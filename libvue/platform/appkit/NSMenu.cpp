@@ -214,7 +214,8 @@ BOOL NSMenu::performKeyEquivalent(NSEvent* e) {
         if ((e->modifierFlags() & relevant) != (i->keyEquivalentModifierMask() & relevant)) continue;
         if (shift != (capital || (i->keyEquivalentModifierMask() & NSShiftKeyMask))) continue;
         if (!typed->lowercaseString()->isEqualToString(key->lowercaseString())) continue;
-        performActionForItemAtIndex(indexOfItem(i));
+        // A delegate that was asked on the way may have taken it out.
+        if (i->menu() == this) performActionForItemAtIndex(indexOfItem(i));
         return YES;
     }
     return NO;

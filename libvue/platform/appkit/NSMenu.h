@@ -77,8 +77,9 @@ public:
     /// Null for the menus' own.
     void setFont(NSFont* f);
     [[nodiscard]] CGFloat minimumWidth() const noexcept { return minimumWidth_; }
+    /// Points; nothing or less for none.
     void setMinimumWidth(CGFloat w) noexcept { minimumWidth_ = w; }
-    /// What it takes on the screen, in points.
+    /// What all of it takes, in points; a screen that is smaller shows a part.
     [[nodiscard]] NSSize size() const;
     [[nodiscard]] NSMenuItem* highlightedItem() const noexcept { return highlighted_; }
 
@@ -107,9 +108,6 @@ public:
     [[nodiscard]] BOOL isInside_(const NSMenu* menu) const noexcept;
 
 private:
-    friend class NSMenuItem;
-    friend class MenuTracker;
-
     Ref<NSString> title_;
     Weak<NSObject> delegate_;
     Weak<NSMenu> supermenu_;

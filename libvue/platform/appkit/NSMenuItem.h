@@ -1,6 +1,7 @@
 #pragma once
 
 #include <libvue/platform/appkit/NSCell.h>
+#include <libvue/platform/appkit/NSEvent.h>
 
 namespace libvue {
 
@@ -73,7 +74,7 @@ private:
     Weak<NSObject> target_;
     Ref<NSObject> represented_;
     SEL action_ = nullptr;
-    NSUInteger keyMask_ = 1 << 20;
+    NSUInteger keyMask_ = NSCommandKeyMask;
     NSInteger state_ = NSOffState, tag_ = 0, indentation_ = 0;
     bool separator_ = false, enabled_ = true, hidden_ = false;
 };

@@ -43,10 +43,7 @@ void NSPopUpButton::addItemsWithTitles(NSArray* titles) {
         if (auto* s = as<NSString>(o)) addItemWithTitle(s);
 }
 void NSPopUpButton::insertItemWithTitle_atIndex(NSString* title, NSInteger i) {
-    if (!menu()) return;
-    const auto item = make<NSMenuItem>(title, sel("menuChosen:"), nullptr);
-    item->setTarget(popUpCell());
-    menu()->insertItem_atIndex(item, i);
+    if (auto* c = popUpCell()) c->insertItemWithTitle_atIndex(title, i);
 }
 void NSPopUpButton::removeItemAtIndex(NSInteger i) {
     if (menu()) menu()->removeItemAtIndex(i);

@@ -22,7 +22,7 @@ static const ClassRegistration<NSPopUpButtonCell> registration;
 
 namespace {
 constexpr CGFloat kPadding = 10, kArrowRoom = 20;
-constexpr ConstantString kPullsDown{u"NSPullDown"}, kArrow{u"NSArrowPosition"}, kEdge{u"NSPreferredEdge"},
+constexpr ConstantString kPullsDown{u"NSPullDown"}, kArrow{u"NSArrowPosition"},
     kMenu{u"NSMenu"}, kSelected{u"NSSelectedIndex"}, kAlters{u"NSAltersState"};
 } // namespace
 
@@ -42,7 +42,6 @@ NSPopUpButtonCell::NSPopUpButtonCell(NSString* title, BOOL pullsDown)
 NSPopUpButtonCell::NSPopUpButtonCell(NSCoder& coder)
     : NSButtonCell(coder),
       arrow_(heldEnum(coder.decodeIntegerForKey(kArrow), NSPopUpNoArrow, NSPopUpArrowAtBottom, NSPopUpArrowAtBottom)),
-      edge_(heldEnum(coder.decodeIntegerForKey(kEdge), NSMinXEdge, NSMaxYEdge, NSMaxYEdge)),
       pullsDown_(coder.decodeBoolForKey(kPullsDown)),
       alters_(!coder.containsValueForKey(kAlters) || coder.decodeBoolForKey(kAlters)) {
     setMenu(coder.decodeObjectOf_forKey<NSMenu>(kMenu));
@@ -54,7 +53,6 @@ void NSPopUpButtonCell::encodeWithCoder(NSCoder& coder) const {
     NSButtonCell::encodeWithCoder(coder);
     coder.encodeBool_forKey(pullsDown_, kPullsDown);
     coder.encodeInteger_forKey(static_cast<NSInteger>(arrow_), kArrow);
-    coder.encodeInteger_forKey(static_cast<NSInteger>(edge_), kEdge);
     coder.encodeBool_forKey(alters_, kAlters);
     coder.encodeObject_forKey(items_, kMenu);
     coder.encodeInteger_forKey(indexOfSelectedItem(), kSelected);
@@ -65,7 +63,6 @@ Ref<NSObject> NSPopUpButtonCell::copyWithZone() const {
     if (auto* c = as<NSPopUpButtonCell>(made)) {
         c->pullsDown_ = pullsDown_;
         c->arrow_ = arrow_;
-        c->edge_ = edge_;
         c->alters_ = alters_;
         // A menu of its own: its items choose in the copy.
         const Ref<NSMenu> menu(as<NSMenu>(items_->copyWithZone()));
@@ -98,7 +95,7 @@ void NSPopUpButtonCell::menuChanged(NSNotification*) {
 
 void NSPopUpButtonCell::setPullsDown(BOOL f) {
     pullsDown_ = f;
-    redisplay();
+    menuChanged(nullptr);
 }
 void NSPopUpButtonCell::setArrowPosition(NSPopUpArrowPosition p) {
     arrow_ = p;
@@ -107,10 +104,10 @@ void NSPopUpButtonCell::setArrowPosition(NSPopUpArrowPosition p) {
 
 NSInteger NSPopUpButtonCell::numberOfItems() const { return items_->numberOfItems(); }
 
-void NSPopUpButtonCell::addItemWithTitle(NSString* title) {
+void NSPopUpButtonCell::insertItemWithTitle_atIndex(NSString* title, NSInteger i) {
     const auto item = make<NSMenuItem>(title, sel("menuChosen:"), nullptr);
     item->setTarget(this);
-    items_->addItem(item);
+    items_->insertItem_atIndex(item, i);
 }
 
 void NSPopUpButtonCell::removeAllItems() {

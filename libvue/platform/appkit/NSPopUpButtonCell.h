@@ -20,25 +20,31 @@ public:
     void encodeWithCoder(NSCoder& coder) const override;
     [[nodiscard]] Ref<NSObject> copyWithZone() const override;
 
+    /// The menu that it opens; never null.
     [[nodiscard]] NSMenu* popUpMenu() const noexcept { return items_; }
+    /// Null is an empty menu of its own.
     void setMenu(NSMenu* menu) override;
     [[nodiscard]] BOOL pullsDown() const noexcept { return pullsDown_; }
     void setPullsDown(BOOL f);
     [[nodiscard]] NSPopUpArrowPosition arrowPosition() const noexcept { return arrow_; }
     void setArrowPosition(NSPopUpArrowPosition p);
-    [[nodiscard]] NSRectEdge preferredEdge() const noexcept { return edge_; }
-    void setPreferredEdge(NSRectEdge e) noexcept { edge_ = e; }
+    /// Whether the chosen item has a mark in the menu; YES at first. Of a pop-up alone.
     [[nodiscard]] BOOL altersStateOfSelectedItem() const noexcept { return alters_; }
     void setAltersStateOfSelectedItem(BOOL f) noexcept { alters_ = f; }
 
     [[nodiscard]] NSInteger numberOfItems() const;
-    void addItemWithTitle(NSString* title);
+    void addItemWithTitle(NSString* title) { insertItemWithTitle_atIndex(title, numberOfItems()); }
+    /// An item that is chosen by picking it. Raises NSRangeException for a place behind the end.
+    void insertItemWithTitle_atIndex(NSString* title, NSInteger i);
     void removeAllItems();
     /// -1 for none; out of range is none.
     void selectItemAtIndex(NSInteger i);
+    /// Null, or an item of another menu, is none.
     void selectItem(NSMenuItem* item);
+    /// Null for none.
     [[nodiscard]] NSMenuItem* selectedItem() const noexcept { return selected_; }
     [[nodiscard]] NSInteger indexOfSelectedItem() const;
+    /// Of the item that shows.
     [[nodiscard]] NSString* title() const override;
 
     /// Opens the menu over the frame and tracks it; the chosen item is selected and the action sent.
@@ -57,7 +63,6 @@ private:
     Ref<NSMenu> items_;
     Weak<NSMenuItem> selected_;
     NSPopUpArrowPosition arrow_ = NSPopUpArrowAtBottom;
-    NSRectEdge edge_ = NSMaxYEdge;
     bool pullsDown_ = false;
     bool alters_ = true;
 };

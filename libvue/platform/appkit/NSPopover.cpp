@@ -25,6 +25,11 @@ constexpr NSRectEdge upsideDown(NSRectEdge edge) noexcept {
     return edge == NSMinYEdge ? NSMaxYEdge : edge == NSMaxYEdge ? NSMinYEdge : edge;
 }
 
+/// Loads it on the way.
+NSView* viewOf(const Ref<NSViewController>& controller) { return controller ? controller->view() : nullptr; }
+
+NSSize sizeOf(const NSView* view) { return view ? view->frame().size : NSZeroSize; }
+
 } // namespace
 
 void NSPopover::describe(ClassDescription<NSPopover, NSResponder>& c) {
@@ -55,8 +60,8 @@ NSWindow* NSPopover::window_() const noexcept { return balloon_; }
 NSSize NSPopover::contentSize() const {
     if (size_.width > 0 && size_.height > 0) return size_;
     // From its showing on the balloon decides on the view's own size.
-    if (shown_) return natural_;
-    return controller_ ? controller_->view()->frame().size : NSZeroSize;
+    if (balloon_) return natural_;
+    return sizeOf(viewOf(controller_));
 }
 
 void NSPopover::setContentSize(NSSize size) {
@@ -67,9 +72,14 @@ void NSPopover::setContentSize(NSSize size) {
 void NSPopover::setContentViewController(NSViewController* controller) {
     if (controller_ == controller) return;
     controller_ = controller;
-    if (!shown_ || closing_) return;
-    noteNaturalSize();
-    balloon_->setContent(controller_ ? controller_->view() : nullptr);
+    // Who hears that it will show may set it, before there is a balloon.
+    if (!balloon_ || closing_) return;
+    const Ref<NSPopover> kept(this);
+    const Ref<NSView> content(viewOf(controller_));
+    // Loading it may have closed the popover.
+    if (!balloon_ || closing_) return;
+    natural_ = sizeOf(content);
+    balloon_->setContent(content);
     place(animates_ ? Manner::animated : Manner::atOnce);
 }
 
@@ -82,8 +92,6 @@ void NSPopover::setPositioningRect(const NSRect& rect) {
     rect_ = rect;
     if (shown_ && !closing_) place(Manner::atOnce);
 }
-
-void NSPopover::noteNaturalSize() { natural_ = controller_ ? controller_->view()->frame().size : NSZeroSize; }
 
 // Opening.
 
@@ -108,6 +116,9 @@ void NSPopover::showRelativeToRect_ofView_preferredEdge(const NSRect& rect, NSVi
 }
 
 void NSPopover::open() {
+    const Ref<NSView> content(viewOf(controller_));
+    // Whoever loads it may have closed the popover, as may those who hear of its windows further down.
+    if (!shown_ || closing_) return;
     const Ref<NSWindow> host(anchor_ ? anchor_->window() : nullptr);
     if (!host) {
         end(Reason::standard, Manner::atOnce);
@@ -116,21 +127,23 @@ void NSPopover::open() {
     const bool appears = !balloon_;
     if (appears) {
         balloon_ = make<PopoverWindow>(this);
-        noteNaturalSize();
+        natural_ = sizeOf(content);
     }
     host_ = host;
     watchAnchor();
     place(Manner::atOnce);
-    balloon_->setContent(controller_ ? controller_->view() : nullptr);
+    balloon_->setContent(content);
+    if (!balloon_) return;
     if (appears && animates_) balloon_->setAlphaValue(0);
     host->addChildWindow_ordered(balloon_, NSWindowAbove);
-    if (!appears) return;
+    if (!appears || !shown_ || closing_) return;
     monitor_ = NSEvent::addLocalMonitorForEventsMatchingMask_handler(
         kSeen, [weak = Weak<NSPopover>(this)](NSEvent* e) -> Ref<NSEvent> {
             const Ref<NSPopover> self = weak.ref();
             return self ? self->sees(e) : Ref<NSEvent>(e);
         });
     takeKeys();
+    if (!shown_ || closing_) return;
     if (animates_) {
         motion_ = make<PopoverMotion>(balloon_, PopoverMotion::What::fadesIn, NSZeroRect);
         motion_->startAnimation();
@@ -165,13 +178,14 @@ void NSPopover::stopWatching() {
 
 void NSPopover::takeKeys() {
     const Ref<NSWindow> host = host_.ref();
-    const Ref<NSView> content(controller_ ? controller_->view() : nullptr);
-    if (!host || !host->isKeyWindow() || !content) return;
+    const Ref<NSView> content(viewOf(controller_));
+    if (!balloon_ || !host || !host->isKeyWindow() || !content) return;
     const Ref<NSView> first(content->canBecomeKeyView() ? content.get() : content->nextValidKeyView());
     if (!first || !first->isDescendantOf(content)) return;
     // Whoever goes on by keyboard goes on in the balloon.
-    balloon_->makeFirstResponder(first);
-    balloon_->makeKeyWindow();
+    const Ref<PopoverWindow> balloon = balloon_;
+    balloon->makeFirstResponder(first);
+    if (balloon_ == balloon) balloon->makeKeyWindow();
 }
 
 // Placement.
@@ -336,7 +350,7 @@ void NSPopover::draggedFrom_(NSPoint press) {
     if (!closing_) return;
 
     NSRect f = window->contentRectForFrameRect(window->frame());
-    const Ref<NSView> content(controller_ ? controller_->view() : nullptr);
+    const Ref<NSView> content(viewOf(controller_));
     if (content && window->contentView()->subviews().empty() && window->contentView() != content.get()) {
         f.size = body.size;
         window->setContentSize(f.size);

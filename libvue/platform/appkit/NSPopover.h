@@ -89,7 +89,6 @@ private:
     void watchAnchor();
     void stopWatching();
     void place(Manner manner);
-    void noteNaturalSize();
     void takeKeys();
     void end(Reason reason, Manner manner);
     void ended();

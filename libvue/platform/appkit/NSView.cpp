@@ -69,6 +69,21 @@ NSView::Extras& NSView::extras() {
 
 // The tree.
 
+namespace {
+
+/// Tells the view and those below it; what is hidden by itself has not changed.
+void tellHidden(NSView* view, BOOL hidden) {
+    const Ref<NSView> kept(view);
+    if (hidden)
+        view->viewDidHide();
+    else
+        view->viewDidUnhide();
+    for (const auto& below : view->subviews().copy())
+        if (below->superview() == view && !below->isHidden()) tellHidden(below, hidden);
+}
+
+} // namespace
+
 void NSView::addSubview(NSView* view) { addSubview_positioned_relativeTo(view, NSWindowAbove, nullptr); }
 
 void NSView::addSubview_positioned_relativeTo(NSView* view, NSWindowOrderingMode place, NSView* other) {
@@ -97,6 +112,7 @@ void NSView::link(NSView* view, std::size_t index) {
     view->setNeedsDisplay(YES);
     markSubtreeDirty();
     didAddSubview(view);
+    if (!view->hidden_ && view->superview_ == this && isHiddenOrHasHiddenAncestor()) tellHidden(view, YES);
 }
 
 void NSView::unlink(BOOL needsDisplay) {
@@ -108,6 +124,7 @@ void NSView::unlink(BOOL needsDisplay) {
     if (superview_ != parent.get()) return;
     viewWillMoveToSuperview(nullptr);
     if (needsDisplay) parent->setNeedsDisplayInRect(frame_);
+    const BOOL comesInSight = !hidden_ && parent->isHiddenOrHasHiddenAncestor();
     auto& views = parent->subviews_.views_;
     const auto at = std::find_if(views.begin(), views.end(), [&](const Ref<NSView>& v) { return v.get() == this; });
     ++parent->subviews_.changes_;
@@ -119,6 +136,7 @@ void NSView::unlink(BOOL needsDisplay) {
     if (superview_) return;
     setNextResponder(nullptr);
     viewDidMoveToSuperview();
+    if (comesInSight && !superview_) tellHidden(this, NO);
 }
 
 void NSView::removeFromSuperview() { unlink(YES); }
@@ -226,10 +244,7 @@ void NSView::setHidden(BOOL hidden) {
         wholeDirty_ = false;
         setNeedsDisplay(YES);
     }
-    if (hidden)
-        viewDidHide();
-    else
-        viewDidUnhide();
+    if (!superview_ || !superview_->isHiddenOrHasHiddenAncestor()) tellHidden(this, hidden);
     if (observed) didChangeValueForKey(key);
 }
 

@@ -157,7 +157,8 @@ public:
     /// Observable as "hidden".
     virtual void setHidden(BOOL hidden);
     [[nodiscard]] BOOL isHiddenOrHasHiddenAncestor() const noexcept;
-    /// Sent by setHidden: to that view, not to those below it.
+    /// Sent after isHiddenOrHasHiddenAncestor has changed: by setHidden:, or as the view (or one above it) comes to
+    /// stand below a hidden one or leaves it. Views below hear of it after those above.
     virtual void viewDidHide() {}
     virtual void viewDidUnhide() {}
     [[nodiscard]] CGFloat alphaValue() const noexcept;

@@ -154,7 +154,7 @@ void NSWindow::updateCursor(NSView* hit, NSPoint p) {
             if (v->mouse_inRect(own, c.rect)) cursor = as<NSCursor>(c.cursor);
     }
     if (!cursor) cursor = NSCursor::arrowCursor();
-    NSCursor::applyTo_(this);
+    NSCursor::pointerIsIn_(this);
     cursor->set();
 }
 

@@ -82,7 +82,10 @@ constexpr Word kBorders[] = {
     {"none", NSNoBorder}, {"line", NSLineBorder}, {"bezel", NSBezelBorder}, {"groove", NSGrooveBorder}};
 constexpr Word kBoxTypes[] = {
     {"primary", NSBoxPrimary}, {"secondary", NSBoxSecondary}, {"separator", NSBoxSeparator}, {"custom", NSBoxCustom}};
-constexpr Word kTitlePositions[] = {{"none", NSNoTitle}, {"aboveTop", NSAboveTop}, {"atTop", NSAtTop}};
+constexpr Word kTitlePositions[] = {
+    {"none", NSNoTitle},           {"aboveTop", NSAboveTop},       {"atTop", NSAtTop},
+    {"belowTop", NSBelowTop},      {"aboveBottom", NSAboveBottom}, {"atBottom", NSAtBottom},
+    {"belowBottom", NSBelowBottom}};
 constexpr Word kLevels[] = {
     {"normal", NSNormalWindowLevel}, {"floating", NSFloatingWindowLevel}, {"modal", NSModalPanelWindowLevel}};
 constexpr Word kAutoresizing[] = {{"minX", NSViewMinXMargin},      {"width", NSViewWidthSizable},

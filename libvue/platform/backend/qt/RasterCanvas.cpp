@@ -268,7 +268,10 @@ void RasterCanvas::stroke(const Path& path, const Stroke& stroke, const Color& c
         path.points.size() == 2)
         return strokeLine(path.points[0], path.points[1], stroke, color);
     if (strokeFrame(path, stroke, color)) return;
-    if (StrokeRuns runs; isDirect(state_.op) && state_.antialias && takeOutRuns(path, stroke, state_.device, runs)) {
+    const QRect& clip = state_.clip.rect;
+    const NSRect seen = NSMakeRect(clip.x(), clip.y(), clip.width(), clip.height());
+    if (StrokeRuns runs;
+        isDirect(state_.op) && state_.antialias && takeOutRuns(path, stroke, state_.device, seen, runs)) {
         for (const NSRect& r : runs.rects)
             fillDevice({r.origin.x, r.origin.y, r.size.width, r.size.height}, color, state_.op);
         for (const Path& piece : runs.rest)

@@ -90,7 +90,7 @@ Run runOf(NSPoint a, NSPoint b, double half, double margin) {
     const double high = r.horizontal ? std::max(a.x, b.x) : std::max(a.y, b.y);
     r.from = std::ceil(low + margin);
     r.to = std::floor(high - margin);
-    if (!(r.to - r.from >= leastRun)) return r;
+    if (const double length = r.to - r.from; !(length >= leastRun) || std::isinf(length)) return r;
     const double near = std::round(across - half), far = std::round(across + half);
     r.box = r.horizontal ? Box{r.from, near, r.to, far} : Box{near, r.from, far, r.to};
     r.taken = true;
@@ -136,11 +136,11 @@ private:
 /// From this many rows on a filling is handed to threads, which for a line takes longer than all of it.
 constexpr double mostRows = 64;
 
-void appendSlices(const Box& box, std::vector<NSRect>& rects) {
-    for (double y = box.bottom; y < box.top;) {
-        rects.push_back({{box.left, y}, {box.right - box.left, std::min(mostRows, box.top - y)}});
-        y += mostRows;
-    }
+/// Only of what is seen: an outline may be as long as its maker likes.
+void appendSlices(const Box& box, const NSRect& seen, std::vector<NSRect>& rects) {
+    const NSRect r = NSIntersectionRect({{box.left, box.bottom}, {box.right - box.left, box.top - box.bottom}}, seen);
+    for (double y = NSMinY(r); y < NSMaxY(r); y += mostRows)
+        rects.push_back({{r.origin.x, y}, {r.size.width, std::min(mostRows, NSMaxY(r) - y)}});
 }
 
 /// Small strokes are done at once, a large one is handed to threads, which takes longer than all of them.
@@ -176,7 +176,7 @@ void splitApart(Path path, const Transform& device, double margin, std::vector<P
 
 } // namespace
 
-bool takeOutRuns(const Path& path, const Stroke& stroke, const Transform& device, StrokeRuns& out) {
+bool takeOutRuns(const Path& path, const Stroke& stroke, const Transform& device, const NSRect& seen, StrokeRuns& out) {
     if (device.b != 0 || device.c != 0 || std::abs(device.a) != std::abs(device.d) || device.a == 0) return false;
     if (!stroke.dash.empty() || stroke.cap != LineCap::butt || !(stroke.width > 0)) return false;
     std::vector<Segment> segments;
@@ -201,6 +201,7 @@ bool takeOutRuns(const Path& path, const Stroke& stroke, const Transform& device
         for (std::size_t i = 0; i < segments.size(); ++i)
             if (i != j && runs[i].taken && runs[i].box.meets(box)) runs[i].taken = false;
     }
+    if (std::none_of(runs.begin(), runs.end(), [](const Run& r) { return r.taken; })) return false;
 
     out.rects.clear();
     Path all;
@@ -231,7 +232,7 @@ bool takeOutRuns(const Path& path, const Stroke& stroke, const Transform& device
             if (!turned || k > 0) rest.line(in);
             rest.move(away);
             rest.line(s.to);
-            appendSlices(run.box, out.rects);
+            appendSlices(run.box, seen, out.rects);
         }
         if (turned) {
             const Segment& s = segments[cut];
@@ -242,7 +243,6 @@ bool takeOutRuns(const Path& path, const Stroke& stroke, const Transform& device
             rest.close();
         first = end;
     }
-    if (out.rects.empty()) return false;
     splitApart(std::move(all), device, margin, out.rest);
     return true;
 }
