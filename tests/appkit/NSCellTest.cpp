@@ -53,7 +53,8 @@ TEST_F(CellTest, WhatChangesItsLooksDrawsItsControlAnew) {
     for (const std::function<void()>& change : std::initializer_list<std::function<void()>>{
              [&] { c.setAlignment(NSRightTextAlignment); }, [&] { c.setLineBreakMode(NSLineBreakByTruncatingHead); },
              [&] { c.setWraps(YES); }, [&] { c.setBordered(NO); }, [&] { c.setBezeled(YES); },
-             [&] { c.setTitle(u"autre"_ns); }, [&] { c.setState(NSOnState); },
+             [&] { c.setTitle(u"autre"_ns); }, [&] { w->setDefaultButtonCell(&c); },
+             [&] { w->setDefaultButtonCell(nullptr); }, [&] { c.setState(NSOnState); },
              [&] { c.setFont(NSFont::boldSystemFontOfSize(9)); }, [&] { c.setControlSize(NSMiniControlSize); }}) {
         EXPECT_FALSE(b->needsDisplay()) << row;
         change();

@@ -9,6 +9,8 @@
 #include <libvue/platform/appkit/NSPopUpButton.h>
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/foundation/NSException.h>
+#include <libvue/platform/graphics/NSBitmapImageRep.h>
+#include <libvue/platform/graphics/NSImage.h>
 
 using namespace libvue;
 using namespace libvue::test;
@@ -232,7 +234,8 @@ TEST_F(MenuTest, AMenuIsNoLargerThanItsScreen) {
     EXPECT_GT(sub->size().width, screen.width);
     std::vector<NSRect> seen;
     NSRunLoop::mainRunLoop()->performBlock([&] {
-        for (NSWindow* w : NSApp()->orderedWindows()->as<NSWindow>())
+        const Ref<NSArray> all = NSApp()->orderedWindows();
+        for (NSWindow* w : all->as<NSWindow>())
             if (w->level() == NSPopUpMenuWindowLevel) seen.push_back(w->frame());
     });
     chooses("the last of the submenu", {"act " + sub->itemAtIndex(2)->title()->utf8()}, {up, right, up, ret});
@@ -343,6 +346,20 @@ TEST_F(PopUpTest, AnotherMenuAndAnotherKindShowTheirFirstItem) {
     EXPECT_THROW(button->insertItemWithTitle_atIndex(u"loin"_ns, 9), NSExceptionRaised);
     keys({u' ', down, ret});
     EXPECT_EQ(chosen(), "deux");
+}
+
+TEST_F(PopUpTest, ItShowsTheImageOfTheChosenItem) {
+    const CGFloat narrow = button->cell()->cellSize().width;
+    const auto image = make<NSImage>(NSMakeSize(40, 10));
+    image->addRepresentation(NSBitmapImageRep::initWithPixelsWide_pixelsHigh(4, 1));
+    button->itemAtIndex(1)->setImage(image);
+    EXPECT_GT(button->cell()->cellSize().width, narrow + 20);
+    for (const NSInteger i : {0, 1}) {
+        button->selectItemAtIndex(i);
+        Enregistrement r({120, 24});
+        button->drawRect(button->bounds());
+        EXPECT_EQ(r.text().find("picture") != std::string::npos, i == 1);
+    }
 }
 
 TEST_F(PopUpTest, AnActionMayRemoveTheButton) {

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <random>
 
 #include "Surface.h"
@@ -107,6 +108,19 @@ TEST(StrokeRuns, AnyStaircaseIsTheSame) {
         }
         p.verbs.push_back(PathVerb::close);
         EXPECT_LE(difference(p, {}, tinted), alike) << i;
+    }
+}
+
+TEST(StrokeRuns, AnOutlineOfAnyLengthCostsWhatIsSeenOfIt) {
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    for (const double far : {1e6, 1e9, 1e18, 1e300, infinite}) {
+        const Surface s(120, 120);
+        s.canvas->stroke(lines({{10.5, 10.5}, {far, 10.5}, {far, far}, {10.5, far}}, true), {}, {0, 0, 0, 1});
+        // Beyond what a rasterizer counts in, nothing shows.
+        if (far > 1e6) continue;
+        EXPECT_EQ(s.at(60, 10).alpha, 1) << far;
+        EXPECT_EQ(s.at(10, 60).alpha, 1) << far;
+        EXPECT_EQ(s.at(60, 60).alpha, 0) << far;
     }
 }
 

@@ -31,7 +31,7 @@ public:
     [[nodiscard]] virtual Ref<NSViewController> newItemForRepresentedObject(NSObject* object);
     /// Null out of range.
     [[nodiscard]] NSViewController* itemAtIndex(NSUInteger i) const;
-    /// In bounds.
+    /// Where it stands, or would stand, in bounds.
     [[nodiscard]] NSRect frameForItemAtIndex(NSUInteger i) const;
 
     [[nodiscard]] BOOL isFlipped() const override { return YES; }

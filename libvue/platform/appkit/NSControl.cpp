@@ -97,39 +97,36 @@ static NSCell* valueCell(const NSControl* c) {
     const_cast<NSControl*>(c)->validateEditing();
     return c->selectedCell();
 }
+/// Sets the value of the cell in use; what is being typed is dropped.
+template <class Set> static void putValue(NSControl* control, const Set& set) {
+    control->abortEditing();
+    if (NSCell* c = control->selectedCell()) set(*c);
+    control->setNeedsDisplay(YES);
+}
+
 NSObject* NSControl::objectValue() const { return valueCell(this) ? selectedCell()->objectValue() : nullptr; }
 void NSControl::setObjectValue(NSObject* v) {
-    abortEditing();
-    if (NSCell* c = selectedCell()) c->setObjectValue(v);
-    setNeedsDisplay(YES);
+    putValue(this, [&](NSCell& c) { c.setObjectValue(v); });
 }
 Ref<NSString> NSControl::stringValue() const {
     return valueCell(this) ? selectedCell()->stringValue() : NSString::string();
 }
 void NSControl::setStringValue(NSString* s) {
-    abortEditing();
-    if (NSCell* c = selectedCell()) c->setStringValue(s);
-    setNeedsDisplay(YES);
+    putValue(this, [&](NSCell& c) { c.setStringValue(s); });
 }
 Ref<NSAttributedString> NSControl::attributedStringValue() const {
     return valueCell(this) ? selectedCell()->attributedStringValue() : make<NSAttributedString>();
 }
 void NSControl::setAttributedStringValue(NSAttributedString* s) {
-    abortEditing();
-    if (NSCell* c = selectedCell()) c->setAttributedStringValue(s);
-    setNeedsDisplay(YES);
+    putValue(this, [&](NSCell& c) { c.setAttributedStringValue(s); });
 }
 NSInteger NSControl::integerValue() const { return valueCell(this) ? selectedCell()->integerValue() : 0; }
 void NSControl::setIntegerValue(NSInteger v) {
-    abortEditing();
-    if (NSCell* c = selectedCell()) c->setIntegerValue(v);
-    setNeedsDisplay(YES);
+    putValue(this, [&](NSCell& c) { c.setIntegerValue(v); });
 }
 double NSControl::doubleValue() const { return valueCell(this) ? selectedCell()->doubleValue() : 0; }
 void NSControl::setDoubleValue(double v) {
-    abortEditing();
-    if (NSCell* c = selectedCell()) c->setDoubleValue(v);
-    setNeedsDisplay(YES);
+    putValue(this, [&](NSCell& c) { c.setDoubleValue(v); });
 }
 
 void NSControl::takeStringValueFrom(NSObject* sender) {

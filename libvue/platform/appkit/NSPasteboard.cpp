@@ -12,6 +12,8 @@ namespace libvue {
 
 namespace {
 
+constexpr ConstantString kGeneral{u"general"};
+
 /// The types of the platform and what the desktop calls them.
 struct TypeName {
     const ConstantString& type;
@@ -48,13 +50,13 @@ void NSPasteboard::describe(ClassDescription<NSPasteboard>&) {}
 
 NSPasteboard::NSPasteboard(NSString* name)
     : name_(name),
-      place_(name->isEqualTo(u"general")           ? Place::desktop
+      place_(name->isEqualToString(kGeneral)       ? Place::desktop
              : name->isEqualToString(NSFindPboard) ? Place::findText
                                                    : Place::process) {}
 NSPasteboard::~NSPasteboard() = default;
 
 NSPasteboard* NSPasteboard::pasteboardWithName(NSString* name) {
-    const Ref<NSString> wanted = name ? NSString::stringWithString(name) : u"general"_ns;
+    const Ref<NSString> wanted = name ? NSString::stringWithString(name) : Ref<NSString>(kGeneral.get());
     for (const auto& b : table())
         if (b->name_->isEqualToString(wanted)) return b;
     (void)classOf<NSPasteboard>();
@@ -62,7 +64,7 @@ NSPasteboard* NSPasteboard::pasteboardWithName(NSString* name) {
     return table().back();
 }
 
-NSPasteboard* NSPasteboard::generalPasteboard() { return pasteboardWithName(u"general"_ns); }
+NSPasteboard* NSPasteboard::generalPasteboard() { return pasteboardWithName(kGeneral); }
 
 backend::Clipboard* NSPasteboard::shared() const {
     const backend::Backend& current = backend::Backend::current();

@@ -16,21 +16,26 @@ public:
     [[nodiscard]] NSPopUpButtonCell* popUpCell() const;
     [[nodiscard]] BOOL pullsDown() const;
     void setPullsDown(BOOL f);
+    /// The menu that it opens, not one for the right button.
     [[nodiscard]] NSMenu* menu() const override;
     void setMenu(NSMenu* menu);
     [[nodiscard]] NSMenu* menuForEvent(NSEvent*) override { return nullptr; }
     [[nodiscard]] NSInteger numberOfItems() const;
     void addItemWithTitle(NSString* title);
+    /// What is no text is left out; null is none.
     void addItemsWithTitles(NSArray* titles);
+    // As the menu's: out of range raises NSRangeException.
     void insertItemWithTitle_atIndex(NSString* title, NSInteger i);
     void removeItemAtIndex(NSInteger i);
-    void removeAllItems();
     [[nodiscard]] NSMenuItem* itemAtIndex(NSInteger i) const;
+    void removeAllItems();
+    /// -1 where there is none.
     [[nodiscard]] NSInteger indexOfItemWithTitle(NSString* title) const;
     [[nodiscard]] NSMenuItem* selectedItem() const;
     [[nodiscard]] NSInteger indexOfSelectedItem() const;
     /// Null where nothing is selected.
     [[nodiscard]] NSString* titleOfSelectedItem() const;
+    // An index, title or tag that no item has selects none.
     void selectItemAtIndex(NSInteger i);
     void selectItemWithTitle(NSString* title);
     void selectItemWithTag(NSInteger tag);

@@ -21,9 +21,9 @@ namespace libvue {
 static const ClassRegistration<NSPopUpButtonCell> registration;
 
 namespace {
-constexpr CGFloat kPadding = 10, kArrowRoom = 20;
-constexpr ConstantString kPullsDown{u"NSPullDown"}, kArrow{u"NSArrowPosition"},
-    kMenu{u"NSMenu"}, kSelected{u"NSSelectedIndex"}, kAlters{u"NSAltersState"};
+constexpr CGFloat kPadding = 10, kArrowRoom = 20, kImageGap = 4;
+constexpr ConstantString kPullsDown{u"NSPullDown"}, kArrow{u"NSArrowPosition"}, kMenu{u"NSMenu"},
+    kSelected{u"NSSelectedIndex"}, kAlters{u"NSAltersState"};
 } // namespace
 
 void NSPopUpButtonCell::describe(ClassDescription<NSPopUpButtonCell, NSButtonCell>& c) {
@@ -130,9 +130,13 @@ void NSPopUpButtonCell::selectItemAtIndex(NSInteger i) {
 
 NSInteger NSPopUpButtonCell::indexOfSelectedItem() const { return selected_ ? items_->indexOfItem(selected_) : -1; }
 
+NSMenuItem* NSPopUpButtonCell::shownItem() const {
+    if (!pullsDown_) return selected_;
+    return items_ && items_->numberOfItems() > 0 ? items_->itemAtIndex(0) : nullptr;
+}
+
 NSString* NSPopUpButtonCell::title() const {
-    NSMenuItem* shown =
-        pullsDown_ ? (items_ && items_->numberOfItems() > 0 ? items_->itemAtIndex(0) : nullptr) : selected_.get();
+    const NSMenuItem* shown = shownItem();
     return shown ? shown->title() : NSButtonCell::title();
 }
 
@@ -187,13 +191,20 @@ BOOL NSPopUpButtonCell::trackMouse_inRect_ofView_untilMouseUp(NSEvent*, const NS
 
 // Looks.
 
+NSImage* NSPopUpButtonCell::imageBeside(const NSMenuItem* item) const {
+    if (item && item->image()) return item->image();
+    return imagePosition() != NSNoImage ? image() : nullptr;
+}
+
 NSSize NSPopUpButtonCell::cellSizeForBounds(const NSRect&) const {
     CGFloat width = 0;
     const auto look = textAttributes();
+    const auto widthOf = [](const NSImage* picture) { return picture ? picture->size().width + kImageGap : 0; };
     const NSInteger shown = pullsDown_ ? std::min<NSInteger>(1, numberOfItems()) : numberOfItems();
-    for (NSInteger i = 0; i < shown; ++i)
-        width = std::max(width, sizeWithAttributes(items_->itemAtIndex(i)->title(), look).width);
-    if (image()) width += image()->size().width + 4;
+    for (NSInteger i = 0; i < shown; ++i) {
+        const NSMenuItem& item = *items_->itemAtIndex(i);
+        width = std::max(width, sizeWithAttributes(item.title(), look).width + widthOf(imageBeside(&item)));
+    }
     return {std::ceil(width) + 2 * kPadding + (arrow_ == NSPopUpNoArrow ? 0 : kArrowRoom),
             theme::controlHeight(controlSize())};
 }
@@ -206,12 +217,12 @@ void NSPopUpButtonCell::drawInteriorWithFrame_inView(const NSRect& frame, NSView
         drawChevron({{NSMaxX(frame) - kArrowRoom, frame.origin.y}, {kArrowRoom - 2, frame.size.height - 1}},
                     pullsDown_ ? Chevron::down : Chevron::upDown, ink);
     }
-    if (NSImage* picture = imagePosition() != NSNoImage ? image() : nullptr) {
+    if (NSImage* picture = imageBeside(shownItem())) {
         const NSSize s = picture->size();
         drawImage_withFrame_inView(picture, {{room.origin.x, std::floor(NSMidY(room) - s.height / 2)}, s},
                                    controlView());
-        room.origin.x += s.width + 4;
-        room.size.width = std::max(0.0, room.size.width - s.width - 4);
+        room.origin.x += s.width + kImageGap;
+        room.size.width = std::max(0.0, room.size.width - s.width - kImageGap);
         if (imagePosition() == NSImageOnly) return;
     }
     const auto text = NSAttributedString::initWithString_attributes(title(), textAttributes());

@@ -57,6 +57,10 @@ public:
     void drawInteriorWithFrame_inView(const NSRect& frame, NSView* view) override;
 
 private:
+    /// The one whose title and image show; null for none.
+    [[nodiscard]] NSMenuItem* shownItem() const;
+    /// What stands before the item's title: its image, else the cell's own where its position lets it show.
+    [[nodiscard]] NSImage* imageBeside(const NSMenuItem* item) const;
     void menuChosen(NSObject* sender);
     void menuChanged(NSNotification* n);
 

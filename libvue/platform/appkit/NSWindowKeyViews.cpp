@@ -1,3 +1,5 @@
+#include <utility>
+
 #include <libvue/platform/appkit/NSButtonCell.h>
 #include <libvue/platform/appkit/NSControl.h>
 #include <libvue/platform/appkit/NSText.h>
@@ -128,7 +130,11 @@ void NSWindow::endEditingFor(NSObject*) {
 // The default button.
 
 NSButtonCell* NSWindow::defaultButtonCell() const noexcept { return defaultButton_; }
-void NSWindow::setDefaultButtonCell(NSButtonCell* cell) { defaultButton_ = cell; }
+void NSWindow::setDefaultButtonCell(NSButtonCell* cell) {
+    const Weak<NSButtonCell> former = std::exchange(defaultButton_, cell);
+    for (NSButtonCell* changed : {former.get(), cell})
+        if (NSView* v = changed ? changed->controlView() : nullptr) v->setNeedsDisplay(YES);
+}
 
 BOOL NSWindow::performDefaultButton() {
     const Ref<NSButtonCell> cell = defaultButton_.ref();
