@@ -5,7 +5,7 @@
 #include <libvue/platform/appkit/NSFormCell.h>
 #include <libvue/platform/appkit/NSText.h>
 #include <libvue/platform/appkit/NSTextField.h>
-#include <libvue/platform/appkit/ThemeDessin.h>
+#include <libvue/platform/appkit/ThemeDrawing.h>
 
 using namespace libvue;
 using namespace libvue::test;

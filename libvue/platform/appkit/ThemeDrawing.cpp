@@ -288,6 +288,7 @@ void drawChevron(const NSRect& room, Chevron which, NSColor* color) {
         p->stroke();
     };
     const CGFloat x = NSMidX(room), y = NSMidY(room), w = 3, h = 3;
+    if (!std::isfinite(x) || !std::isfinite(y)) return;
     switch (which) {
     case Chevron::down:
         stroke({x - w, y - down * h / 2}, {x, y + down * h / 2}, {x + w, y - down * h / 2});
@@ -308,6 +309,7 @@ void drawChevron(const NSRect& room, Chevron which, NSColor* color) {
 void drawCheckmark(const NSRect& room, NSColor* color) {
     const CGFloat down = flippedContext() ? 1 : -1;
     const CGFloat w = room.size.width, h = room.size.height;
+    if (!std::isfinite(NSMaxX(room)) || !std::isfinite(NSMaxY(room))) return;
     auto p = NSBezierPath::bezierPath();
     p->moveToPoint({NSMinX(room) + w * 0.08, NSMidY(room) + down * h * 0.06});
     p->lineToPoint({NSMinX(room) + w * 0.38, NSMidY(room) + down * h * 0.36});

@@ -125,7 +125,9 @@ void RasterCanvas::drawImage(const QImage& image, const RasterPicture* owner, co
         const bool shrinks = target.width() < source.width() / 2 || target.height() < source.height() / 2;
         if (smooth && shrinks && target.width() >= 1 && target.height() >= 1) {
             const QRect part = outward(source) & image.rect();
-            const QSize size(static_cast<int>(std::ceil(target.width())), static_cast<int>(std::ceil(target.height())));
+            // What grows along one side is left to the painter, which makes no pixels that are not seen.
+            const QSize size(static_cast<int>(std::min<double>(std::ceil(target.width()), part.width())),
+                             static_cast<int>(std::min<double>(std::ceil(target.height()), part.height())));
             smaller = owner != nullptr ? owner->reduced(part, size)
                                        : image.copy(part).scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
             from = QRectF(smaller.rect());
