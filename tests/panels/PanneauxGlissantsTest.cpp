@@ -204,14 +204,20 @@ TEST_F(PanneauxTest, eachSlideGoesItsWay) {
         }
 }
 
+/// In thousandths of a pixel: what is meant to be whole pixels shows.
+std::string enPixels(const NSRect& r, CGFloat echelle) {
+    const auto v = [&](CGFloat x) { return std::round(x * echelle * 1000) / 1000; };
+    return NSStringFromRect({{v(r.origin.x), v(r.origin.y)}, {v(r.size.width), v(r.size.height)}})->utf8();
+}
+
 /// Which panel's picture, where, and how much of it: "rouge {{20, 10}, {200, 100}} in {{20, 10}, {8, 100}}".
-std::string ligne(const DessinsSuivis::Dessin& d) {
+std::string ligne(const DessinsSuivis::Dessin& d, CGFloat echelle = 1) {
     const auto& o = d.operation;
     if (o.kind != backend::RecordingCanvas::Kind::picture) return "fond";
     const std::string nom = d.image == "fillRect {{0, 0}, {200, 100}} #ff0000ff copy\n"   ? "rouge"
                             : d.image == "fillRect {{0, 0}, {200, 100}} #0000ffff copy\n" ? "bleu"
                                                                                           : d.image;
-    return nom + " " + NSStringFromRect(o.transform.apply(o.rect))->utf8() + " in " + NSStringFromRect(o.clip)->utf8();
+    return nom + " " + enPixels(o.transform.apply(o.rect), echelle) + " in " + enPixels(o.clip, echelle);
 }
 
 TEST_F(PanneauxTest, everyFrameDrawsThePicturesOfThePanelsInTheirPlaces) {
@@ -223,13 +229,13 @@ TEST_F(PanneauxTest, everyFrameDrawsThePicturesOfThePanelsInTheirPlaces) {
     DessinsSuivis& dessins = DessinsSuivis::installe();
     fenetre->setFrame_display({{100, 100}, {kL + 50, kH + 60}}, YES);
     conteneur->setFrameOrigin(coin);
-    const std::string entier = " in " + NSStringFromRect(repos)->utf8();
-    const auto place = [&](const char* nom, const NSRect& r) { return nom + (" " + NSStringFromRect(r)->utf8()); };
 
-    for (const CGFloat echelle : {1.0, 2.0})
+    for (const CGFloat echelle : {1.0, 1.5, 2.0})
         for (const Strategie& s : strategies) {
             SCOPED_TRACE(s.fabrique()->className()->utf8() + " at " + std::to_string(echelle));
             windows().setScale(echelle);
+            const std::string entier = " in " + enPixels(repos, echelle);
+            const auto place = [&](const char* nom, const NSRect& r) { return nom + (" " + enPixels(r, echelle)); };
             repart();
             const NSPoint sens{s.arrivee.x - s.depart.x, s.arrivee.y - s.depart.y};
             const int avantRouge = rouge->dessins, avantBleu = bleu->dessins;
@@ -259,7 +265,7 @@ TEST_F(PanneauxTest, everyFrameDrawsThePicturesOfThePanelsInTheirPlaces) {
                 const NSPoint de{bas(coin.x + nx), bas(coin.y + ny)};
                 const NSRect couvert =
                     NSIntersectionRect(repos, {de, {haut(coin.x + nx + kL) - de.x, haut(coin.y + ny + kH) - de.y}});
-                const std::string vu = s.pousse ? entier : " in " + NSStringFromRect(couvert)->utf8();
+                const std::string vu = s.pousse ? entier : " in " + enPixels(couvert, echelle);
                 Log& image = attendues.emplace_back();
                 if (pourcent == chemin[0]) image.emplace_back("fond");
                 image.push_back(place("rouge", s.pousse ? auPixel(x, y) : repos) + vu);
@@ -270,7 +276,8 @@ TEST_F(PanneauxTest, everyFrameDrawsThePicturesOfThePanelsInTheirPlaces) {
             std::vector<Log> obtenues;
             for (const auto& passe : dessins.passes) {
                 Log& image = obtenues.emplace_back();
-                std::transform(passe.begin(), passe.end(), std::back_inserter(image), ligne);
+                for (const auto& d : passe)
+                    image.push_back(ligne(d, echelle));
             }
             EXPECT_EQ(obtenues, attendues);
             EXPECT_EQ(native(fenetre).presents - avant, attendues.size());
