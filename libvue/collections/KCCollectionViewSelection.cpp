@@ -3,10 +3,10 @@
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/appkit/NSWindow.h>
-#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSNumber.h>
 #include <libvue/platform/foundation/NSSet.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 
 // Selection, keys and clicks of the grid.
 

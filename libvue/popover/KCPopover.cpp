@@ -2,11 +2,11 @@
 
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/appkit/NSViewAnimation.h>
-#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/platform/foundation/NSValue.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 #include <libvue/popover/MaFenetre.h>
 #include <libvue/popover/NSWindowKerlan.h>
 #include <libvue/popover/VueFirstResponder.h>

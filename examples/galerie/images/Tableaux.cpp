@@ -4,7 +4,7 @@
 #include <initializer_list>
 
 #include <libvue/images/NSBezierPathAMShading.h>
-#include <libvue/platform/appkit/ScopeExit.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 #include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/NSColor.h>
 

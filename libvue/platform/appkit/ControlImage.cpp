@@ -1,6 +1,6 @@
 #include <libvue/platform/appkit/ControlImage.h>
 
-#include <libvue/platform/appkit/ScopeExit.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSDrawing.h>
 #include <libvue/platform/graphics/NSImage.h>

@@ -5,7 +5,6 @@
 
 #include <libvue/platform/appkit/NSTextField.h>
 #include <libvue/platform/appkit/NSWindow.h>
-#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/backend/Canvas.h>
 #include <libvue/platform/backend/TextEngine.h>
 #include <libvue/platform/foundation/NSAttributedString.h>
@@ -13,6 +12,7 @@
 #include <libvue/platform/foundation/NSFormatter.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/platform/foundation/NSNumber.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 #include <libvue/platform/graphics/Appearance.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSDrawing.h>

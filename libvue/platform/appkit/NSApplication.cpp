@@ -10,7 +10,6 @@
 #include <libvue/platform/appkit/NSPanel.h>
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/appkit/NSWindow.h>
-#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/appkit/SheetEnd.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSArray.h>
@@ -18,6 +17,7 @@
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/platform/foundation/NSRunLoop.h>
 #include <libvue/platform/foundation/NSUserDefaults.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 #include <libvue/platform/graphics/Appearance.h>
 
 namespace libvue {

@@ -9,9 +9,9 @@
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/appkit/NativeNotice.h>
-#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSRunLoop.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 
 namespace libvue {
 

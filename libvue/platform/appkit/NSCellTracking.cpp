@@ -5,7 +5,7 @@
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSText.h>
 #include <libvue/platform/appkit/NSWindow.h>
-#include <libvue/platform/appkit/ScopeExit.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 
 namespace libvue {
 

@@ -8,9 +8,9 @@
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/appkit/NSWindow.h>
-#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 #include <libvue/platform/foundation/NSTimer.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSDrawing.h>
 

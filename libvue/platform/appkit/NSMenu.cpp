@@ -8,11 +8,11 @@
 #include <libvue/platform/appkit/NSMenuItem.h>
 #include <libvue/platform/appkit/NSView.h>
 #include <libvue/platform/appkit/NSWindow.h>
-#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/foundation/NSArray.h>
 #include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 #include <libvue/platform/graphics/NSFont.h>
 
 namespace libvue {

@@ -5,12 +5,12 @@
 
 #include <libvue/platform/appkit/NSControl.h>
 #include <libvue/platform/appkit/NSWindow.h>
-#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/appkit/ThemeDrawing.h>
 #include <libvue/platform/foundation/NSAttributedString.h>
 #include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 #include <libvue/platform/graphics/HeldEnum.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSImage.h>

@@ -8,12 +8,12 @@
 #include <libvue/platform/appkit/NSWorkspace.h>
 #include <libvue/platform/appkit/PrintProgress.h>
 #include <libvue/platform/appkit/PrintState.h>
-#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/Files.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSURL.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 
 namespace libvue {
 

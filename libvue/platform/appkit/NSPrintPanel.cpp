@@ -2,8 +2,8 @@
 
 #include <libvue/platform/appkit/NSPrintOperation.h>
 #include <libvue/platform/appkit/PrintPanelWindow.h>
-#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/foundation/NSString.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 
 namespace libvue {
 

@@ -5,10 +5,10 @@
 
 #include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSClipView.h>
-#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/appkit/ThemeDrawing.h>
 #include <libvue/platform/foundation/FiniteGeometry.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/Palette.h>
 

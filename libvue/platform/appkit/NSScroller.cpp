@@ -9,13 +9,13 @@
 #include <libvue/platform/appkit/NSEvent.h>
 #include <libvue/platform/appkit/NSTrackingArea.h>
 #include <libvue/platform/appkit/NSWindow.h>
-#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/appkit/ScrollerFade.h>
 #include <libvue/platform/appkit/ThemeDrawing.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSNumber.h>
 #include <libvue/platform/foundation/NSRunLoop.h>
 #include <libvue/platform/foundation/NSTimer.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 
 namespace libvue {
 

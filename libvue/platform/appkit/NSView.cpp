@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include <libvue/platform/appkit/DrawingPass.h>
 #include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/appkit/NSViewExtras.h>
 #include <libvue/platform/appkit/NSWindow.h>

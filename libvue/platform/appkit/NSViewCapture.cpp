@@ -1,7 +1,8 @@
 #include <libvue/platform/appkit/NSViewCapture.h>
 
-#include <libvue/platform/appkit/NSViewExtras.h>
+#include <libvue/platform/appkit/NSView.h>
 #include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/appkit/ViewCoordinates.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/graphics/NSBitmapImageRep.h>
 #include <libvue/platform/graphics/NSGraphicsContext.h>

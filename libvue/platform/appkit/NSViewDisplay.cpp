@@ -1,14 +1,14 @@
 #include <algorithm>
-#include <limits>
 
-#include <libvue/platform/appkit/NSView.h>
+#include <libvue/platform/appkit/DrawingPass.h>
 #include <libvue/platform/appkit/NSViewExtras.h>
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/appkit/PrintFocus.h>
-#include <libvue/platform/appkit/ScopeExit.h>
+#include <libvue/platform/appkit/ViewCoordinates.h>
 #include <libvue/platform/appkit/ViewPicture.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSData.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 #include <libvue/platform/graphics/NSBitmapImageRep.h>
 #include <libvue/platform/graphics/NSGraphicsContext.h>
 #include <libvue/platform/graphics/NSImage.h>
@@ -19,63 +19,7 @@ namespace {
 
 backend::Transform transformOf(const CoordinateMap& m) { return {m.scaleX, 0, 0, m.scaleY, m.x, m.y}; }
 
-CGFloat area(const NSRect& r) { return r.size.width * r.size.height; }
-
 } // namespace
-
-// The dirty region.
-
-void NSView::DirtySink::add(const NSRect& rect) {
-    if (NSIsEmptyRect(rect)) return;
-    NSRect r = rect;
-    // Two rectangles become one when that draws little more than both.
-    for (std::size_t i = 0; i < rects.size();) {
-        const NSRect u = NSUnionRect(rects[i], r);
-        if (area(u) <= 1.3 * (area(rects[i]) + area(r))) {
-            r = u;
-            rects.erase(rects.begin() + static_cast<std::ptrdiff_t>(i));
-            i = 0;
-        } else
-            ++i;
-    }
-    if (rects.size() < most) {
-        rects.push_back(r);
-        return;
-    }
-    std::size_t best = 0;
-    CGFloat least = std::numeric_limits<CGFloat>::infinity();
-    for (std::size_t i = 0; i < rects.size(); ++i) {
-        const CGFloat growth = area(NSUnionRect(rects[i], r)) - area(rects[i]);
-        if (growth < least) {
-            least = growth;
-            best = i;
-        }
-    }
-    const NSRect u = NSUnionRect(rects[best], r);
-    rects.erase(rects.begin() + static_cast<std::ptrdiff_t>(best));
-    add(u);
-}
-
-NSRect NSView::DirtySink::bounds() const noexcept {
-    NSRect all = NSZeroRect;
-    for (const NSRect& r : rects)
-        all = NSUnionRect(all, r);
-    return all;
-}
-
-bool DrawingScope::drawsBelow(const NSView* superview, const NSRect& r) {
-    NSRect part = r;
-    for (const NSView* v = superview; v != view_; v = v->superview()) {
-        if (!v) return false;
-        part = v->frame();
-    }
-    if (!asked_) {
-        visible_ = view_->visibleRect();
-        asked_ = true;
-    }
-    part = NSIntersectionRect(part, visible_);
-    return NSIsEmptyRect(part) || NSEqualRects(NSIntersectionRect(part, clip_), part);
-}
 
 // Marking.
 
@@ -243,11 +187,6 @@ void NSView::displayRectIgnoringOpacity_inContext(const NSRect& r, NSGraphicsCon
     });
     hidden_ = false;
     drawTree_(context, map.apply(NSIntersectionRect(r, bounds_)));
-}
-
-void bringToOrigin(backend::Canvas& canvas, const NSView* view, const NSRect& part) {
-    const CGFloat bottom = view->isFlipped() ? view->bounds().size.height - NSMaxY(part) : part.origin.y;
-    canvas.concat(backend::Transform::translation(-part.origin.x, -bottom));
 }
 
 Ref<NSData> NSView::dataWithPDFInsideRect(const NSRect& r) {

@@ -7,6 +7,7 @@
 #include <libvue/platform/appkit/NSView.h>
 #include <libvue/platform/appkit/NSViewExtras.h>
 #include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/appkit/ViewCoordinates.h>
 #include <libvue/platform/foundation/NSArray.h>
 
 namespace libvue {

@@ -2,24 +2,14 @@
 
 #include <algorithm>
 
+#include <libvue/platform/appkit/DrawingPass.h>
 #include <libvue/platform/appkit/NSClipView.h>
 #include <libvue/platform/appkit/NSViewExtras.h>
 #include <libvue/platform/appkit/NSWindow.h>
+#include <libvue/platform/appkit/ViewCoordinates.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
 
 namespace libvue {
-
-CoordinateMap mapToSuperview(const NSView* view) {
-    const NSView* s = view->superview();
-    return CoordinateMap::toSuperview(view->frame(), view->bounds(), view->isFlipped(), s && s->isFlipped());
-}
-
-CoordinateMap mapToBase(const NSView* view) {
-    CoordinateMap m;
-    for (; view; view = view->superview())
-        m = m.then(mapToSuperview(view));
-    return m;
-}
 
 namespace {
 

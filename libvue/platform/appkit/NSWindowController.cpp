@@ -1,7 +1,7 @@
 #include <libvue/platform/appkit/NSWindowController.h>
 
 #include <libvue/platform/appkit/NSWindow.h>
-#include <libvue/platform/appkit/ScopeExit.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 
 namespace libvue {
 

@@ -7,9 +7,9 @@
 #include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/appkit/NSText.h>
 #include <libvue/platform/appkit/NSWindowPrivate.h>
-#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/backend/Backend.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 #include <libvue/platform/graphics/NSBitmapImageRep.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSDrawing.h>

@@ -2,8 +2,8 @@
 
 #include <libvue/platform/appkit/NSApplicationNative.h>
 #include <libvue/platform/appkit/NSWindowPrivate.h>
-#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/foundation/NSArray.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 
 namespace libvue {
 

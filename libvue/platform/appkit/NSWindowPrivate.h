@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include <libvue/platform/appkit/DrawingPass.h>
 #include <libvue/platform/appkit/NSScreen.h>
 #include <libvue/platform/appkit/NSTrackingArea.h>
 #include <libvue/platform/appkit/NSViewExtras.h>

@@ -4,11 +4,11 @@
 #include <cmath>
 
 #include <libvue/platform/appkit/NSPrintOperation.h>
-#include <libvue/platform/appkit/NSViewExtras.h>
 #include <libvue/platform/appkit/PrintFocus.h>
 #include <libvue/platform/appkit/PrintState.h>
-#include <libvue/platform/appkit/ScopeExit.h>
+#include <libvue/platform/appkit/ViewCoordinates.h>
 #include <libvue/platform/backend/Canvas.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 #include <libvue/platform/graphics/Appearance.h>
 #include <libvue/platform/graphics/NSGraphicsContext.h>
 

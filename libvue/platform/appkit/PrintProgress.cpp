@@ -5,11 +5,11 @@
 
 #include <libvue/platform/appkit/NSApplication.h>
 #include <libvue/platform/appkit/NSButton.h>
-#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/foundation/NSNumber.h>
 #include <libvue/platform/foundation/NSNumberFormatter.h>
 #include <libvue/platform/foundation/NSRunLoop.h>
 #include <libvue/platform/foundation/NSTimer.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 #include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/NSColor.h>
 #include <libvue/platform/graphics/NSFont.h>

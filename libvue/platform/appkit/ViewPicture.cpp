@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include <libvue/platform/appkit/DrawingPass.h>
 #include <libvue/platform/appkit/NSView.h>
-#include <libvue/platform/appkit/NSViewExtras.h>
 #include <libvue/platform/appkit/NSWindow.h>
-#include <libvue/platform/appkit/ScopeExit.h>
 #include <libvue/platform/backend/Canvas.h>
+#include <libvue/platform/foundation/ScopeExit.h>
 #include <libvue/platform/graphics/NSGraphicsContext.h>
 #include <libvue/platform/graphics/NSImage.h>
 
