@@ -81,7 +81,8 @@ TEST_F(ArchivesTest, CellsAndTheirCopiesKeepWhatTheyShow) {
     archivedAndCopied<NSPopUpButtonCell>(
         {[](auto& c) { c.addItemWithTitle(u"un"_ns); }, [](auto& c) { c.addItemWithTitle(u"deux"_ns); },
          [](auto& c) { c.selectItemAtIndex(1); }, [](auto& c) { c.setAltersStateOfSelectedItem(NO); },
-         [](auto& c) { c.setArrowPosition(NSPopUpNoArrow); }, [](auto& c) { c.setPullsDown(YES); }});
+         [](auto& c) { c.setArrowPosition(NSPopUpNoArrow); }, [](auto& c) { c.setPreferredEdge(NSMinXEdge); },
+         [](auto& c) { c.setPullsDown(YES); }});
 }
 
 TEST_F(ArchivesTest, MenusAndTheirCopiesKeepTheirItems) {

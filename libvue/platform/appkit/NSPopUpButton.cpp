@@ -29,6 +29,10 @@ BOOL NSPopUpButton::pullsDown() const { return popUpCell() && popUpCell()->pulls
 void NSPopUpButton::setPullsDown(BOOL f) {
     if (auto* c = popUpCell()) c->setPullsDown(f);
 }
+NSRectEdge NSPopUpButton::preferredEdge() const { return popUpCell() ? popUpCell()->preferredEdge() : NSMaxYEdge; }
+void NSPopUpButton::setPreferredEdge(NSRectEdge e) {
+    if (auto* c = popUpCell()) c->setPreferredEdge(e);
+}
 NSMenu* NSPopUpButton::menu() const { return popUpCell() ? popUpCell()->popUpMenu() : nullptr; }
 void NSPopUpButton::setMenu(NSMenu* menu) {
     if (auto* c = popUpCell()) c->setMenu(menu);

@@ -16,6 +16,9 @@ public:
     [[nodiscard]] NSPopUpButtonCell* popUpCell() const;
     [[nodiscard]] BOOL pullsDown() const;
     void setPullsDown(BOOL f);
+    /// The cell's; NSMaxYEdge without one.
+    [[nodiscard]] NSRectEdge preferredEdge() const;
+    void setPreferredEdge(NSRectEdge e);
     /// The menu that it opens, not one for the right button.
     [[nodiscard]] NSMenu* menu() const override;
     void setMenu(NSMenu* menu);

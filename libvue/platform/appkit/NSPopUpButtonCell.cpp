@@ -22,8 +22,8 @@ static const ClassRegistration<NSPopUpButtonCell> registration;
 
 namespace {
 constexpr CGFloat kPadding = 10, kArrowRoom = 20, kImageGap = 4;
-constexpr ConstantString kPullsDown{u"NSPullDown"}, kArrow{u"NSArrowPosition"}, kMenu{u"NSMenu"},
-    kSelected{u"NSSelectedIndex"}, kAlters{u"NSAltersState"};
+constexpr ConstantString kPullsDown{u"NSPullDown"}, kArrow{u"NSArrowPosition"}, kEdge{u"NSPreferredEdge"},
+    kMenu{u"NSMenu"}, kSelected{u"NSSelectedIndex"}, kAlters{u"NSAltersState"};
 } // namespace
 
 void NSPopUpButtonCell::describe(ClassDescription<NSPopUpButtonCell, NSButtonCell>& c) {
@@ -42,6 +42,7 @@ NSPopUpButtonCell::NSPopUpButtonCell(NSString* title, BOOL pullsDown)
 NSPopUpButtonCell::NSPopUpButtonCell(NSCoder& coder)
     : NSButtonCell(coder),
       arrow_(heldEnum(coder.decodeIntegerForKey(kArrow), NSPopUpNoArrow, NSPopUpArrowAtBottom, NSPopUpArrowAtBottom)),
+      edge_(heldEnum(coder.decodeIntegerForKey(kEdge), NSMinXEdge, NSMaxYEdge, NSMaxYEdge)),
       pullsDown_(coder.decodeBoolForKey(kPullsDown)),
       alters_(!coder.containsValueForKey(kAlters) || coder.decodeBoolForKey(kAlters)) {
     setMenu(coder.decodeObjectOf_forKey<NSMenu>(kMenu));
@@ -53,6 +54,7 @@ void NSPopUpButtonCell::encodeWithCoder(NSCoder& coder) const {
     NSButtonCell::encodeWithCoder(coder);
     coder.encodeBool_forKey(pullsDown_, kPullsDown);
     coder.encodeInteger_forKey(static_cast<NSInteger>(arrow_), kArrow);
+    coder.encodeInteger_forKey(static_cast<NSInteger>(edge_), kEdge);
     coder.encodeBool_forKey(alters_, kAlters);
     coder.encodeObject_forKey(items_, kMenu);
     coder.encodeInteger_forKey(indexOfSelectedItem(), kSelected);
@@ -63,6 +65,7 @@ Ref<NSObject> NSPopUpButtonCell::copyWithZone() const {
     if (auto* c = as<NSPopUpButtonCell>(made)) {
         c->pullsDown_ = pullsDown_;
         c->arrow_ = arrow_;
+        c->edge_ = edge_;
         c->alters_ = alters_;
         // A menu of its own: its items choose in the copy.
         const Ref<NSMenu> menu(as<NSMenu>(items_->copyWithZone()));

@@ -28,6 +28,9 @@ public:
     void setPullsDown(BOOL f);
     [[nodiscard]] NSPopUpArrowPosition arrowPosition() const noexcept { return arrow_; }
     void setArrowPosition(NSPopUpArrowPosition p);
+    /// Kept and answered; the menu opens over the button.
+    [[nodiscard]] NSRectEdge preferredEdge() const noexcept { return edge_; }
+    void setPreferredEdge(NSRectEdge e) noexcept { edge_ = e; }
     /// Whether the chosen item has a mark in the menu; YES at first. Of a pop-up alone.
     [[nodiscard]] BOOL altersStateOfSelectedItem() const noexcept { return alters_; }
     void setAltersStateOfSelectedItem(BOOL f) noexcept { alters_ = f; }
@@ -67,6 +70,7 @@ private:
     Ref<NSMenu> items_;
     Weak<NSMenuItem> selected_;
     NSPopUpArrowPosition arrow_ = NSPopUpArrowAtBottom;
+    NSRectEdge edge_ = NSMaxYEdge;
     bool pullsDown_ = false;
     bool alters_ = true;
 };
