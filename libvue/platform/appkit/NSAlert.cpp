@@ -36,14 +36,7 @@ constexpr CGFloat kPartOfScreen = 0.7, kHighest = 560, kLeast = 200;
 /// Round a text that scrolls: the line, and the room inside of it.
 constexpr CGFloat kFrame = 1, kPadding = 6;
 
-SEL pressSelector() {
-    static const SEL s = sel("alertButtonPressed_:");
-    return s;
-}
-SEL helpSelector() {
-    static const SEL s = sel("alertHelpPressed_:");
-    return s;
-}
+constexpr Operation<Action> pressed{"alertButtonPressed_:"}, helpPressed{"alertHelpPressed_:"};
 
 bool hasKey(const NSButton* b, const NSString* key) {
     const auto own = b->keyEquivalent();
@@ -73,8 +66,8 @@ CGFloat heightLimit(NSWindow* owner) {
 } // namespace
 
 void NSAlert::describe(ClassDescription<NSAlert>& c) {
-    c.answers<&NSAlert::press>("alertButtonPressed_:");
-    c.answers<&NSAlert::help>("alertHelpPressed_:");
+    c.answers<&NSAlert::press>(pressed);
+    c.answers<&NSAlert::help>(helpPressed);
 }
 
 NSAlert::NSAlert() : message_(NSString::string()), informative_(NSString::string()), panel_(make<AlertPanel>()) {
@@ -110,7 +103,7 @@ NSButton* NSAlert::addButtonWithTitle(NSString* title) {
     const auto b = make<NSButton>();
     b->setTitle(title);
     b->setTarget(this);
-    b->setAction(pressSelector());
+    b->setAction(pressed);
     b->setTag(NSAlertFirstButtonReturn + static_cast<NSInteger>(buttons_.size()));
     if (buttons_.empty())
         b->setKeyEquivalent(kReturn);
@@ -202,7 +195,7 @@ void NSAlert::layoutOver(NSWindow* owner) {
     }
     if (showsHelp_) {
         if (!help_) {
-            help_ = NSButton::buttonWithTitle_target_action(u"?"_ns, this, helpSelector());
+            help_ = NSButton::buttonWithTitle_target_action(u"?"_ns, this, helpPressed);
             help_->setBezelStyle(NSHelpButtonBezelStyle);
             help_->setAccessibilityLabel(own(u"Aide"_ns));
         }

@@ -76,10 +76,11 @@ BOOL NSControl::isEnabled() const { return !cell_ || cell_->isEnabled(); }
 
 void NSControl::setEnabled(BOOL f) {
     if (!cell_ || cell_->isEnabled() == f) return;
+    const Ref<NSControl> self(this);
     if (!f) abortEditing();
     // A control that can no longer be used passes the focus on.
     if (!f && window() && window()->firstResponder() == this) window()->selectKeyViewFollowingView(this);
-    cell_->setEnabled(f);
+    if (cell_) cell_->setEnabled(f);
     setNeedsDisplay(YES);
 }
 
