@@ -303,6 +303,24 @@ TEST(Archive, listsThatHoldThemselvesAreComparedWithoutEnd) {
         as<NSMutableArray>(list)->removeAllObjects();
 }
 
+TEST(Archive, listsThatHoldOneAnotherManyTimesAreComparedOnce) {
+    // Two towers of lists, each of which holds the one below it twice: as many ways down as no machine can go.
+    constexpr int floors = 60;
+    const auto list = [](int below) {
+        const std::string o = "{\"o\":" + std::to_string(below) + "}";
+        return ",{\"class\":\"NSMutableArray\",\"values\":[2," + o + "," + o + "]}";
+    };
+    std::string archive = R"({"format":"libvue-archive","version":1,"kind":"ordered","top":[{"o":0}],"objects":[
+        {"class":"NSSet","values":[2,{"o":1},{"o":2}]})";
+    for (int i = 0; i < floors; ++i)
+        archive += list(2 * i + 3) + list(2 * i + 4);
+    const std::string ground = R"(,{"class":"NSMutableArray","values":[0]})";
+    const Ref<NSObject> back = unarchived(NSData::from(archive + ground + ground + "]}"), Way::ordered);
+    const auto* set = as<NSSet>(back);
+    ASSERT_NE(set, nullptr);
+    EXPECT_EQ(set->count(), 1u) << "the towers are equal";
+}
+
 TEST(Archive, theWrongKindOfCoderIsRaised) {
     auto keyed = make<NSKeyedArchiver>();
     EXPECT_EQ(raised([&] { keyed->encodeInteger(3); }), "NSInvalidArgumentException");

@@ -160,11 +160,11 @@ NSObject* NSArray::firstObjectCommonWithArray(const NSArray* other) const {
 BOOL NSArray::isEqualToArray(const NSArray* other) const {
     if (this == other) return YES;
     if (!other || other->count_ != count_) return NO;
-    const ComparisonLevel level;
-    if (level.isTooDeep()) return NO;
+    const ComparisonLevel level(this, other);
+    if (const auto known = level.known()) return *known;
     for (NSUInteger i = 0; i < count_ && i < other->count_; ++i)
-        if (items()[i] != other->items()[i] && !items()[i]->isEqual(other->items()[i])) return NO;
-    return YES;
+        if (items()[i] != other->items()[i] && !items()[i]->isEqual(other->items()[i])) return level.found(NO);
+    return level.found(YES);
 }
 
 Ref<NSArray> NSArray::arrayByAddingObject(NSObject* o) const {

@@ -136,13 +136,13 @@ Ref<NSArray> NSDictionary::keysSortedByValueUsingSelector(SEL comparison) const 
 BOOL NSDictionary::isEqualToDictionary(const NSDictionary* other) const {
     if (this == other) return YES;
     if (!other || other->count() != count()) return NO;
-    const ComparisonLevel level;
-    if (level.isTooDeep()) return NO;
+    const ComparisonLevel level(this, other);
+    if (const auto known = level.known()) return *known;
     for (auto [key, value] : *this) {
         NSObject* v = other->objectForKey(key);
-        if (!v || (v != value && !value->isEqual(v))) return NO;
+        if (!v || (v != value && !value->isEqual(v))) return level.found(NO);
     }
-    return YES;
+    return level.found(YES);
 }
 
 void NSDictionary::enumerateKeysAndObjectsUsingBlock(

@@ -77,11 +77,11 @@ BOOL NSSet::isEqualToSet(const NSSet* other) const {
 }
 
 BOOL NSSet::isSubsetOfSet(const NSSet* other) const {
-    const ComparisonLevel level;
-    if (level.isTooDeep()) return NO;
+    const ComparisonLevel level(this, other);
+    if (const auto known = level.known()) return *known;
     for (NSObject* o : *this)
-        if (!other || !other->containsObject(o)) return NO;
-    return YES;
+        if (!other || !other->containsObject(o)) return level.found(NO);
+    return level.found(YES);
 }
 
 BOOL NSSet::intersectsSet(const NSSet* other) const {
