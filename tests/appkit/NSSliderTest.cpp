@@ -79,6 +79,7 @@ TEST_F(SliderTest, LimitsAlwaysHold) {
     slider->setDoubleValue(inf);
     EXPECT_DOUBLE_EQ(slider->doubleValue(), 100);
     slider->setMinValue(nan);
+    slider->setMinValue(-1e308);
     slider->setMaxValue(inf);
     EXPECT_DOUBLE_EQ(slider->minValue(), 0);
     EXPECT_DOUBLE_EQ(slider->maxValue(), 100);

@@ -21,6 +21,9 @@ constexpr CGFloat kTickRoom = 8;
 constexpr NSInteger kMostTicks = 10000;
 constexpr ConstantString kMin{u"NSMinValue"}, kMax{u"NSMaxValue"}, kStep{u"NSAltIncValue"},
     kTicks{u"NSNumberOfTickMarks"}, kTicksOnly{u"NSAllowsTickMarkValuesOnly"};
+
+/// Not so far that the way from one to the other is no number.
+bool isLimit(double v) { return std::abs(v) <= 1e300; }
 } // namespace
 
 void NSSliderCell::describe(ClassDescription<NSSliderCell, NSActionCell>& c) {
@@ -37,7 +40,7 @@ NSSliderCell::NSSliderCell() {
 NSSliderCell::NSSliderCell(NSCoder& coder) : NSActionCell(coder) {
     const auto read = [&](const ConstantString& key, double& into) {
         const double v = coder.decodeDoubleForKey(key);
-        if (coder.containsValueForKey(key) && std::isfinite(v)) into = v;
+        if (coder.containsValueForKey(key) && isLimit(v)) into = v;
     };
     read(kMin, min_);
     read(kMax, max_);
@@ -69,13 +72,13 @@ Ref<NSObject> NSSliderCell::copyWithZone() const {
 }
 
 void NSSliderCell::setMinValue(double v) {
-    if (!std::isfinite(v)) return;
+    if (!isLimit(v)) return;
     min_ = v;
     setDoubleValue(doubleValue());
     redisplay();
 }
 void NSSliderCell::setMaxValue(double v) {
-    if (!std::isfinite(v)) return;
+    if (!isLimit(v)) return;
     max_ = v;
     setDoubleValue(doubleValue());
     redisplay();

@@ -14,7 +14,7 @@ public:
     [[nodiscard]] Ref<NSObject> copyWithZone() const override;
 
     [[nodiscard]] double minValue() const noexcept { return min_; }
-    /// A limit that is no finite number is ignored.
+    /// A limit that is no number, or beyond 1e300 either way, is ignored.
     void setMinValue(double v);
     [[nodiscard]] double maxValue() const noexcept { return max_; }
     void setMaxValue(double v);
