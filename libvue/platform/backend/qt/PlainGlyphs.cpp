@@ -79,14 +79,13 @@ QGlyphRun PlainGlyphs::run(std::u16string_view text, double x, double baseline) 
 }
 
 std::optional<GlyphMasks::Ink> PlainGlyphs::draw(std::u16string_view text, double x, double baseline,
-                                                 const QTransform& transform, QRgb ink, QSize size) const {
-    const double scale = transform.m11();
+                                                 double scale, QPointF shift, QRgb ink, QSize size) const {
     if (!GlyphMasks::serves(font_, scale)) return std::nullopt;
     std::array<GlyphMasks::Placed, longest> placed;
     std::size_t count = 0;
-    const double y = y_ + (baseline - ascent_);
+    const double y = (y_ + (baseline - ascent_)) * scale + shift.y();
     eachGlyph(text, [&](std::size_t kind, std::int32_t at) {
-        placed[count++] = {kind, glyphs_[kind].glyph, transform.map(QPointF(at / parts + x, y))};
+        placed[count++] = {kind, glyphs_[kind].glyph, {(at / parts + x) * scale + shift.x(), y}};
     });
     return masks_.draw(font_, scale, {placed.data(), count}, ink, size);
 }

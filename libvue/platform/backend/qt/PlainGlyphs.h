@@ -9,7 +9,6 @@
 #include <QGlyphRun>
 #include <QRawFont>
 #include <QTextLayout>
-#include <QTransform>
 
 #include <libvue/platform/backend/qt/GlyphMasks.h>
 
@@ -28,10 +27,12 @@ public:
     [[nodiscard]] double advance(std::u16string_view text) const noexcept;
     /// The glyphs of a text whose advance is known, its first line moved by `x` and to the baseline.
     [[nodiscard]] QGlyphRun run(std::u16string_view text, double x, double baseline) const;
-    /// The pixels of the same as a painter with that transform (a scale and a shift) draws them into an image of that
-    /// size; nothing where they can be had from it alone.
-    [[nodiscard]] std::optional<GlyphMasks::Ink> draw(std::u16string_view text, double x, double baseline,
-                                                      const QTransform& transform, QRgb ink, QSize size) const;
+    /// Whether what it knew is still held true.
+    [[nodiscard]] bool isFit() const noexcept { return !unfit_; }
+    /// The pixels of the same as a painter that scales and then shifts draws them into an image of that size; nothing
+    /// where they cannot be had from the masks alone.
+    [[nodiscard]] std::optional<GlyphMasks::Ink> draw(std::u16string_view text, double x, double baseline, double scale,
+                                                      QPointF shift, QRgb ink, QSize size) const;
     /// Takes over what the shaper made of a plain text. A contradiction to what is known ends all use of this font.
     void learn(std::u16string_view text, const QTextLine& line);
 

@@ -203,6 +203,15 @@ bool RasterCanvas::drawCachedText(const RasterTextLayout& text, const Transform&
     if (!rendered) return false;
     if (rendered->part.isEmpty()) return true;
     const QRect area(rendered->at, rendered->part.size());
+    if (isDirect(state_.op) && !state_.clip.node) {
+        // Cut here and not by the painter: its clip stays as it is from one text to the next.
+        const QRect shown = area & state_.clip.rect;
+        if (shown.isEmpty()) return true;
+        const QRect part = shown.translated(rendered->part.topLeft() - area.topLeft());
+        target_->painter({target_->rect(), nullptr}, state_.op, false, state_.alpha)
+            .drawImage(shown.topLeft(), *rendered->image, part);
+        return true;
+    }
     if (isDirect(state_.op) && !area.intersects(state_.clip.rect)) return true;
     render(area, state_.op, false, state_.alpha,
            [&](QPainter& p, RasterTarget&) { p.drawImage(rendered->at, *rendered->image, rendered->part); });

@@ -134,8 +134,8 @@ private:
         return std::u16string_view(text_).substr(block.start, block.length);
     }
     [[nodiscard]] bool addPlain(DrawnLine& out, std::size_t line) const;
-    /// The ink of one line of plain glyphs, for a painter with that transform over an image of that size.
-    [[nodiscard]] std::optional<GlyphMasks::Ink> plainInk(const QTransform& transform, QSize size) const;
+    /// The ink of one line of plain glyphs, for a painter that scales and shifts over an image of that size.
+    [[nodiscard]] std::optional<GlyphMasks::Ink> plainInk(double scale, QPointF shift, QSize size) const;
     void keep(QImage&& image, QPoint at, double scale, int phase) const;
     [[nodiscard]] std::size_t lineOf(std::size_t index) const;
     [[nodiscard]] std::size_t runAt(std::size_t index) const;

@@ -128,7 +128,7 @@ const PlainGlyphs* RasterTextLayout::plainGlyphsOf(const Block& block) const {
         return nullptr;
     const PlainGlyphs* glyphs = rasterFace(runs_.empty() ? nullptr : runs_[0].font.get()).plainGlyphs();
     // The font may have turned out unfit since.
-    return glyphs != nullptr && glyphs->advance(textOf(block)) >= 0 ? glyphs : nullptr;
+    return glyphs != nullptr && glyphs->isFit() ? glyphs : nullptr;
 }
 
 bool RasterTextLayout::addPlain(DrawnLine& out, std::size_t line) const {
@@ -309,15 +309,15 @@ QRect inked(const QImage& image) {
 
 } // namespace
 
-std::optional<GlyphMasks::Ink> RasterTextLayout::plainInk(const QTransform& transform, QSize size) const {
+std::optional<GlyphMasks::Ink> RasterTextLayout::plainInk(double scale, QPointF shift, QSize size) const {
     if (lines_.size() != 1 || hasRunShadow_) return std::nullopt;
     const Block& block = blocks_[places_[0].block];
     const PlainGlyphs* glyphs = plainGlyphsOf(block);
     if (glyphs == nullptr) return std::nullopt;
     const Color color = runs_.empty() ? Color{} : runs_[0].color;
     const double offset = runs_.empty() ? 0 : runs_[0].baselineOffset;
-    return glyphs->draw(textOf(block), places_[0].x, lines_[0].baseline - offset, transform, toPremultiplied(color),
-                        size);
+    return glyphs->draw(textOf(block), places_[0].x, lines_[0].baseline - offset, scale, shift,
+                        toPremultiplied(color), size);
 }
 
 void RasterTextLayout::keep(QImage&& image, QPoint at, double scale, int phase) const {
@@ -347,8 +347,8 @@ std::optional<RasterTextLayout::Rendered> RasterTextLayout::rendered(double scal
     if (!(ink.size.width * scale * ink.size.height * scale <= largestArea)) return std::nullopt;
     const QRect area = outward(QRectF(ink.origin.x * scale + phase / 4.0, ink.origin.y * scale - rise,
                                       ink.size.width * scale, ink.size.height * scale));
-    const QTransform transform(scale, 0, 0, scale, phase / 4.0 - area.left(), -rise - area.top());
-    if (auto drawn = plainInk(transform, area.size())) {
+    const QPointF shift(phase / 4.0 - area.left(), -rise - area.top());
+    if (auto drawn = plainInk(scale, shift, area.size())) {
         drawn->at += area.topLeft();
         // Most labels of a list that scrolls far show only once.
         if (!std::exchange(wasDrawn_, true)) return Rendered{drawn->image, drawn->part, base + drawn->at};
@@ -360,7 +360,7 @@ std::optional<RasterTextLayout::Rendered> RasterTextLayout::rendered(double scal
     image.fill(0);
     {
         QPainter painter(&image);
-        painter.setWorldTransform(transform);
+        painter.setWorldTransform(QTransform(scale, 0, 0, scale, shift.x(), shift.y()));
         paint(painter, ink, 1);
     }
     const QRect used = inked(image);
