@@ -85,6 +85,47 @@ TEST_F(DisplayTest, AParentMayPlaceItsSubviewsWhileItDraws) {
     EXPECT_LE(draws, 2);
 }
 
+TEST_F(DisplayTest, OnlyWhatWasPresentedIsShown) {
+    const Ref<LogView> a = box({{10, 10}, {20, 20}}), b = box({{300, 200}, {20, 20}});
+    const auto paint = [](const Ref<LogView>& v, NSColor* color) {
+        v->onDraw = [color](const NSRect& r) {
+            color->set();
+            NSRectFill(r);
+        };
+        v->setNeedsDisplay(YES);
+    };
+    show(window);
+    // Pass after pass, in other places, before anybody looks.
+    paint(a, NSColor::blueColor());
+    drain();
+    paint(b, NSColor::blueColor());
+    drain();
+    EXPECT_EQ(shown(15, 15), blue);
+    EXPECT_EQ(shown(310, 210), blue);
+    EXPECT_EQ(shown(100, 100), white);
+
+    paint(b, NSColor::redColor());
+    drain();
+    window->disableFlushWindow();
+    paint(a, NSColor::redColor());
+    paint(b, NSColor::blueColor());
+    window->displayIfNeeded();
+    EXPECT_EQ(shown(15, 15), blue) << "drawn, and held back";
+    EXPECT_EQ(shown(310, 210), red);
+    window->enableFlushWindow();
+    EXPECT_EQ(shown(15, 15), red);
+    EXPECT_EQ(shown(310, 210), blue);
+
+    // What is drawn by hand is shown when that ends, and not before.
+    window->displayIfNeeded();
+    a->lockFocus();
+    NSColor::blueColor()->set();
+    NSRectFill(a->bounds());
+    EXPECT_EQ(shown(15, 15), red);
+    a->unlockFocus();
+    EXPECT_EQ(shown(15, 15), blue);
+}
+
 TEST_F(DisplayTest, TheBackgroundShowsWhereverNothingOpaqueLiesOverIt) {
     const Ref<NSClipView> over = make<NSClipView>();
     const Ref<NSTextField> field = make<NSTextField>();

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 #include <libvue/platform/appkit/FocusRing.h>
 #include <libvue/platform/appkit/NSApplication.h>
@@ -69,17 +70,11 @@ void NSWindow::displayIfNeeded() {
         const ScopeExit ends([this] { displaying_ = false; });
         for (int round = 0; round < mostRounds && (viewsNeedDisplay_ || displayState().whole); ++round) {
             viewsNeedDisplay_ = false;
-            const auto surface = server.surface(native_);
-            if (!surface) break;
             Display& d = displayState();
             const NSRect bounds = root_->bounds();
             NSView::DirtySink dirty;
             root_->collectDirty_(dirty, bounds);
-            if (d.whole || d.surface.lock() != surface) {
-                dirty.rects.assign(1, bounds);
-                d.surface = surface;
-                d.whole = false;
-            }
+            if (d.whole) dirty.rects.assign(1, bounds);
             const NSView* ringed = focusRingView();
             const NSRect ring =
                 ringed ? ringed->convertRect_toView(ringed->focusRingMaskBounds(), nullptr) : NSZeroRect;
@@ -88,6 +83,15 @@ void NSWindow::displayIfNeeded() {
             for (NSRect& r : dirty.rects)
                 r = toPixels(r, scale, bounds);
             std::erase_if(dirty.rects, [](const NSRect& r) { return NSIsEmptyRect(r); });
+            // What is held back is drawn, and not shown.
+            const std::span<const NSRect> shownAtOnce = flushDisabled_ > 0 ? std::span<NSRect>() : dirty.rects;
+            const auto surface = server.surfaceToDrawAnew(native_, shownAtOnce);
+            d.whole = !surface;
+            if (!surface) break;
+            if (d.surface.lock() != surface) {
+                dirty.rects.assign(1, bounds);
+                d.surface = surface;
+            }
             if (dirty.rects.empty()) break;
             drawRegion(d, dirty.rects);
             // Drawing may have closed the window, and with it what it showed.

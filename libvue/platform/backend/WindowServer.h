@@ -171,6 +171,11 @@ public:
 
     /// The window's surface, of the size and scale of its content; changes identity when those change.
     [[nodiscard]] virtual std::shared_ptr<Picture> surface(WindowId w) = 0;
+    /// The same for whoever draws all of these rectangles anew and presents them at once: what stood there is lost.
+    [[nodiscard]] virtual std::shared_ptr<Picture> surfaceToDrawAnew(WindowId w, std::span<const NSRect> rects) {
+        (void)rects;
+        return surface(w);
+    }
     /// Shows what changed of the surface: rectangles in points, y upward. Before the window can be seen it is kept, and
     /// shown then; what a window lost to another one above it comes back by itself.
     virtual void present(WindowId w, std::span<const NSRect> dirty) = 0;

@@ -46,7 +46,8 @@ bool MemoryWindowServer::next(Event& event, Time deadline) {
         // What was presented in the meantime is in sight already.
         if (event.kind == Event::Kind::exposed) {
             const MemoryWindow* w = window(event.window);
-            event.rect = w && !w->presented ? NSRect{{}, w->content.size} : NSZeroRect;
+            const bool isShown = w && (w->presented || !w->unseen.empty());
+            event.rect = w && !isShown ? NSRect{{}, w->content.size} : NSZeroRect;
         }
         return true;
     }
@@ -355,44 +356,53 @@ void MemoryWindowServer::startMove(WindowId w) {
 void MemoryWindowServer::dropPictures(MemoryWindow& w) {
     w.surface.reset();
     w.presented.reset();
+    w.unseen.clear();
 }
 
-std::shared_ptr<Picture> MemoryWindowServer::surface(WindowId w) {
+std::shared_ptr<Picture> MemoryWindowServer::surfaceToDrawAnew(WindowId w, std::span<const NSRect> rects) {
     MemoryWindow* at = find(w);
     if (!at) return nullptr;
     if (!at->surface) {
         at->surface = graphics_.makePicture(at->content.size, scale(w));
         if (at->surface) at->surface->setOnScreen(true);
     }
+    copyUnseen(*at, rects);
     return at->surface;
 }
 
 void MemoryWindowServer::present(WindowId w, std::span<const NSRect> dirty) {
     MemoryWindow* at = find(w);
     if (!at || !at->surface || dirty.empty()) return;
-    const bool isNew = !at->presented, isWhole = dirty.size() == 1 && dirty[0] == NSRect{{}, at->content.size};
-    if (isNew && isWhole)
-        at->presented = graphics_.copy(*at->surface);
-    else if (isNew)
-        at->presented = graphics_.makePicture(at->content.size, scale(w));
-    if (!at->presented) return;
     at->lastPresented.assign(dirty.begin(), dirty.end());
     ++at->presents;
-    if (isNew && isWhole) return;
-    std::vector<NSRect> whole;
-    whole.reserve(dirty.size());
     for (const NSRect& r : dirty) {
-        whole.push_back(toPixels(r, scale(w)));
+        std::erase_if(at->unseen, [&r](const NSRect& former) { return NSContainsRect(r, former); });
+        at->unseen.push_back(r);
     }
-    const auto canvas = graphics_.canvasOn(at->presented);
+}
+
+void MemoryWindowServer::copyUnseen(MemoryWindow& w, std::span<const NSRect> except) {
+    std::vector<NSRect> whole;
+    std::erase_if(w.unseen, [&](const NSRect& r) {
+        if (std::any_of(except.begin(), except.end(), [&r](const NSRect& e) { return NSContainsRect(e, r); }))
+            return false;
+        whole.push_back(toPixels(r, scale(w.id)));
+        return true;
+    });
+    if (whole.empty()) return;
+    if (!w.presented) w.presented = graphics_.makePicture(w.content.size, scale(w.id));
+    if (!w.presented) return;
+    const auto canvas = graphics_.canvasOn(w.presented);
     canvas->setInterpolation(Interpolation::none);
     canvas->clip(whole.data(), whole.size());
-    canvas->drawPicture(*at->surface, NSZeroRect, {{}, at->surface->size()}, Compositing::copy, 1, YAxis::up);
+    canvas->drawPicture(*w.surface, NSZeroRect, {{}, w.surface->size()}, Compositing::copy, 1, YAxis::up);
 }
 
 std::shared_ptr<Picture> MemoryWindowServer::capture(WindowId w) {
-    const MemoryWindow* at = find(w);
-    return at && at->presented ? graphics_.copy(*at->presented) : nullptr;
+    MemoryWindow* at = find(w);
+    if (!at) return nullptr;
+    copyUnseen(*at, {});
+    return at->presented ? graphics_.copy(*at->presented) : nullptr;
 }
 
 void MemoryWindowServer::setCursor(WindowId w, Cursor cursor) {

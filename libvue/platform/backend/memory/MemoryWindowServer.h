@@ -36,7 +36,8 @@ struct MemoryWindow {
     std::size_t presents = 0;           ///< calls of present
     std::vector<NSRect> lastPresented;  ///< the rectangles of the last call
     std::shared_ptr<Picture> surface;   ///< null until it is asked for
-    std::shared_ptr<Picture> presented; ///< null until something was presented
+    std::shared_ptr<Picture> presented; ///< null until it has to differ from the surface, or somebody looks
+    std::vector<NSRect> unseen;         ///< what was presented and is not copied from the surface yet
     NSRect before;                      ///< the content that zooming again goes back to
 };
 
@@ -114,7 +115,8 @@ public:
     void zoom(WindowId w) override;
     void setShape(WindowId w, const Path* shape) override;
     void startMove(WindowId w) override;
-    [[nodiscard]] std::shared_ptr<Picture> surface(WindowId w) override;
+    [[nodiscard]] std::shared_ptr<Picture> surface(WindowId w) override { return surfaceToDrawAnew(w, {}); }
+    [[nodiscard]] std::shared_ptr<Picture> surfaceToDrawAnew(WindowId w, std::span<const NSRect> rects) override;
     void present(WindowId w, std::span<const NSRect> dirty) override;
     void flush() override { ++flushes_; }
     /// A copy of what was presented, and of nothing else; null before that.
@@ -179,6 +181,8 @@ private:
     void changeContent(MemoryWindow& w, const NSRect& rect);
     void updateHover();
     void dropPictures(MemoryWindow& w);
+    /// Brings `presented` up to what was presented, but for what lies in one of these rectangles.
+    void copyUnseen(MemoryWindow& w, std::span<const NSRect> except);
     [[nodiscard]] WindowId mouseTarget() const;
     void postKey(Event::Kind kind, char16_t character, std::uint32_t modifiers, bool repeat);
 

@@ -28,23 +28,6 @@ constexpr QRgb times(QRgb x, quint32 a) noexcept {
     return high | low;
 }
 
-/// A colour under each coverage.
-class Tints {
-public:
-    /// Those of the colour that was asked for last are kept.
-    static const Tints& of(QRgb ink) {
-        static Tints last;
-        if (last.colors_[255] != ink)
-            for (quint32 a = 0; a < 256; ++a)
-                last.colors_[a] = times(ink, a);
-        return last;
-    }
-    QRgb operator[](std::uint8_t coverage) const noexcept { return colors_[coverage]; }
-
-private:
-    std::array<QRgb, 256> colors_{};
-};
-
 /// Transparent pixels for one text after another. Only where the last one stood must they be cleared.
 class Sheet {
 public:
@@ -55,7 +38,8 @@ public:
         static auto* const sheet = new Sheet;
         return *sheet;
     }
-    static bool holds(QSize size) { return size.width() <= width && size.height() <= height; }
+    /// With some room at the end of the rows.
+    static bool holds(QSize size) { return size.width() + 4 <= width && size.height() <= height; }
     /// The first pixel of a part of that size at the upper left corner.
     QRgb* begin(QSize size) {
         for (int y = 0; y < used_.height(); ++y)
@@ -75,20 +59,19 @@ private:
 
 /// Over what other glyphs have inked. False where the painter blends in another way: what is opaque already it takes
 /// for a background.
-bool blend(QRgb* out, const std::uint8_t* coverage, int width, const Tints& tints) noexcept {
+bool blend(QRgb* out, const QRgb* tinted, const std::uint8_t* coverage, int width) noexcept {
     for (int x = 0; x < width; ++x) {
         if (coverage[x] == 0) continue;
-        const QRgb source = tints[coverage[x]];
         if (qAlpha(out[x]) == 255 && coverage[x] != 255) return false;
-        out[x] = source + times(out[x], 255 - static_cast<quint32>(qAlpha(source)));
+        out[x] = tinted[x] + times(out[x], 255 - static_cast<quint32>(qAlpha(tinted[x])));
     }
     return true;
 }
 
-/// Onto transparent pixels.
-void put(QRgb* out, const std::uint8_t* coverage, int width, const Tints& tints) noexcept {
-    for (int x = 0; x < width; ++x)
-        out[x] = tints[coverage[x]];
+/// Onto transparent pixels. Both must go on for three more behind the width.
+void put(QRgb* out, const QRgb* tinted, int width) noexcept {
+    for (int x = 0; x < width; x += 4)
+        std::memcpy(out + x, tinted + x, 4 * sizeof(QRgb));
 }
 
 /// Like the painter: 64ths of a pixel, cut off.
@@ -101,7 +84,7 @@ bool GlyphMasks::serves(const QRawFont& font, double scale) { return font.pixelS
 GlyphMasks::Scale& GlyphMasks::atScale(double scale) {
     if (scales_[0].scale == scale) return scales_[0];
     std::swap(scales_[0], scales_[1]);
-    if (scales_[0].scale != scale) scales_[0] = {scale, {}, {}};
+    if (scales_[0].scale != scale) scales_[0] = {scale, {}, {}, {}};
     return scales_[0];
 }
 
@@ -142,12 +125,22 @@ void GlyphMasks::make(Scale& s, Mask& mask, const QRawFont& font, quint32 glyph,
     mask.top = small(area.top() + top);
     mask.width = small(right - left + 1);
     mask.height = small(bottom - top + 1);
-    mask.at = static_cast<std::uint32_t>(s.bytes.size());
+    mask.at = static_cast<std::uint32_t>(s.coverage.size());
     for (int y = top; y <= bottom; ++y) {
         const auto* row = reinterpret_cast<const QRgb*>(image.constScanLine(y));
         for (int x = left; x <= right; ++x)
-            s.bytes.push_back(static_cast<std::uint8_t>(qAlpha(row[x])));
+            s.coverage.push_back(static_cast<std::uint8_t>(qAlpha(row[x])));
+        s.coverage.insert(s.coverage.end(), Mask::blanks, 0);
     }
+    s.tinted.resize(s.coverage.size());
+}
+
+void GlyphMasks::tint(Scale& s, Mask& mask, QRgb ink) {
+    mask.isTinted = true;
+    mask.ink = ink;
+    const std::size_t end = mask.at + static_cast<std::size_t>(mask.height * (mask.width + Mask::blanks));
+    for (std::size_t i = mask.at; i < end; ++i)
+        s.tinted[i] = times(ink, s.coverage[i]);
 }
 
 std::optional<GlyphMasks::Ink> GlyphMasks::draw(const QRawFont& font, double scale, std::span<const Placed> glyphs,
@@ -172,6 +165,7 @@ std::optional<GlyphMasks::Ink> GlyphMasks::draw(const QRawFont& font, double sca
         Mask& mask = s.masks[index];
         if (!mask.isMade) make(s, mask, font, p.glyph, x % quarters);
         if (mask.width == 0) continue;
+        if (!mask.isTinted || mask.ink != ink) tint(s, mask, ink);
         const Spot spot{static_cast<std::uint32_t>(index), x / quarters + mask.left, y + mask.top};
         left = std::min(left, spot.x);
         top = std::min(top, spot.y);
@@ -185,16 +179,19 @@ std::optional<GlyphMasks::Ink> GlyphMasks::draw(const QRawFont& font, double sca
     if (left < 0 || top < 0 || right > size.width() || bottom > size.height() || !Sheet::holds(used))
         return std::nullopt;
     QRgb* const pixels = sheet.begin(used);
-    const Tints& tints = Tints::of(ink);
     int inked = left; // nothing stands from here on
     for (std::size_t i = 0; i < count; ++i) {
         const Mask& mask = s.masks[spots[i].mask];
-        const int over = std::clamp(inked - spots[i].x, 0, int{mask.width}), free = mask.width - over;
-        const std::uint8_t* coverage = s.bytes.data() + mask.at;
+        const int over = std::clamp(inked - spots[i].x, 0, int{mask.width});
+        const std::uint8_t* coverage = s.coverage.data() + mask.at;
+        const QRgb* tinted = s.tinted.data() + mask.at;
         QRgb* out = pixels + (spots[i].y - top) * Sheet::width + spots[i].x - left;
-        for (int y = 0; y < mask.height; ++y, out += Sheet::width, coverage += mask.width) {
-            if (over > 0 && !blend(out, coverage, over, tints)) return std::nullopt;
-            put(out + over, coverage + over, free, tints);
+        for (int y = 0; y < mask.height; ++y) {
+            if (over > 0 && !blend(out, tinted, coverage, over)) return std::nullopt;
+            put(out + over, tinted + over, mask.width - over);
+            out += Sheet::width;
+            coverage += mask.width + Mask::blanks;
+            tinted += mask.width + Mask::blanks;
         }
         inked = std::max(inked, spots[i].x + mask.width);
     }

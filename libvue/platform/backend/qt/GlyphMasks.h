@@ -38,21 +38,26 @@ public:
                                           QSize size);
 
 private:
-    /// Coverage of one glyph; `left` and `top` count from the whole pixel of its origin.
+    /// One glyph; `left` and `top` count from the whole pixel of its origin. Behind each row stand blanks, so that
+    /// pixels can be taken by fours.
     struct Mask {
+        static constexpr int blanks = 3;
         std::int16_t left = 0, top = 0, width = 0, height = 0;
-        std::uint32_t at = 0; // among the bytes of its scale
-        bool isMade = false;
+        std::uint32_t at = 0; // among the pixels of its scale
+        bool isMade = false, isTinted = false;
+        QRgb ink = 0; // what its pixels were tinted with last
     };
     struct Scale {
         double scale = 0;
         std::vector<Mask> masks; // by index and quarter
-        std::vector<std::uint8_t> bytes;
+        std::vector<std::uint8_t> coverage;
+        std::vector<QRgb> tinted;
     };
     std::array<Scale, 2> scales_; // the one used last in front
 
     Scale& atScale(double scale);
     static void make(Scale& s, Mask& mask, const QRawFont& font, quint32 glyph, int quarter);
+    static void tint(Scale& s, Mask& mask, QRgb ink);
 };
 
 } // namespace libvue::backend
