@@ -62,7 +62,11 @@ BOOL KCCollectionView::knowsPageRange(NSRange* range) {
     const NSSize page = surfaceImprimable(info);
     // Its own height becomes that of the content again at once, with the columns that fit this width.
     setFrameSize(page);
-    if (const Ref<NSScrollView> defilement = enclosingScrollView()) defilement->setFrameSize(page);
+    if (const Ref<NSScrollView> defilement = enclosingScrollView()) {
+        defilement->setFrameSize(page);
+        // A grid that follows the width of its scroll view has just followed it beyond the page's.
+        if (frame().size.width != page.width) setFrameSize(page);
+    }
     const std::int64_t rangees = nbObjetsEnHauteur(nbObjetsEnLargeur());
     pagesImprimees_ = decoupePages(
         {page, frame().size.height, tailleEntete(), maTailleElement.height, monEspacement.height, rangees});

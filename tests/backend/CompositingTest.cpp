@@ -73,32 +73,25 @@ TEST(Compositing, rectanglesAndPicturesFollowTheFormulas) {
     for (const Factors& f : table)
         for (const Color& s : samples)
             for (const Color& d : samples) {
-                const Color wanted = composed(f, s, d);
-                const Surface rects;
-                rects.canvas->fillRect({{0, 0}, {20, 20}}, d, Compositing::copy);
-                rects.canvas->fillRect({{5, 5}, {4, 4}}, s, f.op);
-                expectNear(rects.at(6, 6), wanted, std::string("rectangle ") + f.name);
-                EXPECT_EQ(rects.hex(4, 6), rects.hex(15, 15)) << f.name << " beside the shape";
-
-                const Surface pictures;
-                pictures.canvas->fillRect({{0, 0}, {20, 20}}, d, Compositing::copy);
-                pictures.canvas->drawPicture(*swatch(s), {}, {{5, 5}, {4, 4}}, f.op, 1, YAxis::up);
-                expectNear(pictures.at(6, 6), wanted, std::string("picture ") + f.name);
-                EXPECT_EQ(pictures.hex(4, 6), pictures.hex(15, 15)) << f.name << " beside the picture";
+                const auto drawn = [&](const Color& source, auto draw, const char* what) {
+                    const Surface surface;
+                    surface.canvas->fillRect({{0, 0}, {20, 20}}, d, Compositing::copy);
+                    draw(*surface.canvas);
+                    expectNear(surface.at(6, 6), composed(f, source, d), std::string(what) + f.name);
+                    EXPECT_EQ(surface.hex(4, 6), surface.hex(15, 15)) << f.name << " beside the " << what;
+                };
+                const NSRect place{{5, 5}, {4, 4}};
+                const auto picture = [&](double fraction) {
+                    return [&, fraction](backend::Canvas& c) {
+                        c.drawPicture(*swatch(s), {}, place, f.op, fraction, YAxis::up);
+                    };
+                };
+                drawn(
+                    s, [&](backend::Canvas& c) { c.fillRect(place, s, f.op); }, "rectangle ");
+                drawn(s, picture(1), "picture ");
+                // A fraction scales the source before the operation.
+                drawn({s.red, s.green, s.blue, s.alpha * 0.5}, picture(0.5), "half picture ");
             }
-}
-
-TEST(Compositing, aFractionScalesTheSourceBeforeTheOperation) {
-    for (const Factors& f : table) {
-        const Color s = samples[0];
-        const Color d = samples[1];
-        Color half = s;
-        half.alpha *= 0.5;
-        const Surface surface;
-        surface.canvas->fillRect({{0, 0}, {20, 20}}, d, Compositing::copy);
-        surface.canvas->drawPicture(*swatch(s), {}, {{5, 5}, {4, 4}}, f.op, 0.5, YAxis::up);
-        expectNear(surface.at(6, 6), composed(f, half, d), f.name);
-    }
 }
 
 TEST(Compositing, plusDarkerAddsTheDarknesses) {

@@ -12,37 +12,35 @@ using backend::TextRun;
 
 namespace {
 
-constexpr std::u16string_view words[] = {
-    u"Carte 1",
-    u"Carte 999427",
-    u"AVATAR Te Wo",
-    u"VAV To We P A",
-    u"fin",
-    u"office fluffy",
-    u"Portez ce vieux whisky",
-    u"au juge",
-    u"blond qui fume",
-    u"11 171 1711",
-    u"LT Ty Yo r v",
-    u"A",
-    u"7",
-    u"kumquats",
-    u"off in",
-    u"W  o",
-    u"jjffjj yfy",
-    u"KCAVWYTL fijl",
-    u"Tea tAT",
-    u"1A1 V7 7T",
-    u"Zut 0 O 0",
-    u"Été à Noël",
-    u"L\u2019œuvre d\u2019Émile",
-    u"«\u2009Où ça\u2009?\u2009»",
-    u"ÀÂÄÇÉÈÊËÎÏÔÖÙÛÜŸ ŒÆ",
-    u"aujourd'hui, peut-être : 12,50 (n° 3)",
-    u"Te. V, Yé r\u2014A \"f\" f\u2019",
-    u"2×3 = 6 ÷ 1",
-    u"fï fî Tî Vï f\u201D jf Ðj",
-};
+constexpr std::u16string_view words[] = {u"Carte 1",
+                                         u"Carte 999427",
+                                         u"AVATAR Te Wo",
+                                         u"VAV To We P A",
+                                         u"fin",
+                                         u"office fluffy",
+                                         u"Portez ce vieux whisky",
+                                         u"au juge",
+                                         u"blond qui fume",
+                                         u"11 171 1711",
+                                         u"LT Ty Yo r v",
+                                         u"A",
+                                         u"7",
+                                         u"kumquats",
+                                         u"off in",
+                                         u"W  o",
+                                         u"jjffjj yfy",
+                                         u"KCAVWYTL fijl",
+                                         u"Tea tAT",
+                                         u"1A1 V7 7T",
+                                         u"Zut 0 O 0",
+                                         u"Été à Noël",
+                                         u"L\u2019œuvre d\u2019Émile",
+                                         u"«\u2009Où ça\u2009?\u2009»",
+                                         u"ÀÂÄÇÉÈÊËÎÏÔÖÙÛÜŸ ŒÆ",
+                                         u"aujourd'hui, peut-être : 12,50 (n° 3)",
+                                         u"Te. V, Yé r\u2014A \"f\" f\u2019",
+                                         u"2×3 = 6 ÷ 1",
+                                         u"fï fî Tî Vï f\u201D jf Ðj"};
 
 /// Laid out by the short way where that is known; in two runs of one look, always by the shaper.
 std::shared_ptr<const TextLayout> layoutOf(std::u16string_view text, double size, const char* font,
@@ -75,19 +73,17 @@ struct Font {
     double size;
     std::uint32_t traits;
 };
-constexpr Font fonts[] = {
-    {"Helvetica", 13, 0},
-    {"Helvetica", 11, backend::fontBold},
-    {"Helvetica", 9.5, 0},
-    {"Times", 24, 0},
-    {"Times", 14, backend::fontItalic},
-    {"Courier", 12, 0},
-    {"DejaVu Sans", 12, 0},
-    {"Verdana", 17, backend::fontBold},
-    {"Menlo", 10, 0},
-    {"Helvetica", 47, 0},
-    {"Helvetica", 50, 0},
-};
+constexpr Font fonts[] = {{"Helvetica", 13, 0},
+                          {"Helvetica", 11, backend::fontBold},
+                          {"Helvetica", 9.5, 0},
+                          {"Times", 24, 0},
+                          {"Times", 14, backend::fontItalic},
+                          {"Courier", 12, 0},
+                          {"DejaVu Sans", 12, 0},
+                          {"Verdana", 17, backend::fontBold},
+                          {"Menlo", 10, 0},
+                          {"Helvetica", 47, 0},
+                          {"Helvetica", 50, 0}};
 
 std::string nameOf(const Font& font, std::u16string_view word) {
     std::string name = std::string(font.name) + ' ' + std::to_string(font.size) + ' ';

@@ -13,9 +13,8 @@ using Order = std::vector<WindowId>;
 
 WindowStacking stackOf(int count) {
     WindowStacking stack;
-    for (int i = 1; i <= count; ++i) {
+    for (int i = 1; i <= count; ++i)
         stack.add(static_cast<WindowId>(i));
-    }
     return stack;
 }
 

@@ -56,9 +56,6 @@ TEST(GraduationsHistogrammeTest, theRuleWorkedOutByHand) {
         EXPECT_EQ(g.largeur, l.largeur);
         EXPECT_EQ(g.plusGrand, l.t);
     }
-}
-
-TEST(GraduationsHistogrammeTest, theLabelOfTheRoundedMaximumTakesTheRoom) {
     // 99 has two digits, the axis goes to 100 or more with three.
     const auto g = choisisGraduations(97, 97, UniteAxe::valeurs, 200, parChiffre(10));
     ASSERT_GE(g.maximum, 100);

@@ -137,7 +137,7 @@ TEST_F(KCTarteTest, theListKeepsItsTotal) {
     EXPECT_EQ(deborde->total(), 3);
 }
 
-TEST_F(KCTarteTest, changesAskForARedrawAndStartingAnewDoesNot) {
+TEST_F(KCTarteTest, changesAskForARedrawAndAPieStartsEmptyWithoutOne) {
     const auto t = tarteDe({1, 2});
     const Ref<NSWindow> w = windowAt({{100, 100}, {200, 200}});
     w->contentView()->addSubview(t);
@@ -154,8 +154,14 @@ TEST_F(KCTarteTest, changesAskForARedrawAndStartingAnewDoesNot) {
         change();
         EXPECT_EQ(t->needsDisplay(), demande) << (&change - &cas[0].second);
     }
-    EXPECT_EQ(t->pointes()->count(), 0u);
-    EXPECT_EQ(t->total(), 0);
+    const auto lue = throughKeyedArchive(*tarteDe({1, 2}, {{5, 6}, {70, 80}}));
+    for (const KCTarte* vide : {t.get(), lue.get()}) {
+        ASSERT_TRUE(vide);
+        EXPECT_EQ(vide->pointes()->count(), 0u);
+        EXPECT_EQ(vide->total(), 0);
+        EXPECT_EQ(vide->selectedIndex()->integerValue(), -1);
+    }
+    EXPECT_EQ(lue->frame(), (NSRect{{5, 6}, {70, 80}}));
     w->close();
 }
 
@@ -235,15 +241,6 @@ TEST_F(KCTarteTest, aPulledOutSliceIsHitAtItsPlaceAtRest) {
     EXPECT_EQ(t->indexPointeAtLocation({100 + 65, 100 + 65}), -1);
     EXPECT_EQ(t->pointeAtLocation({40, 90}), t->pretePointe(2));
     EXPECT_EQ(t->pointeAtLocation({0, 0}), nullptr);
-}
-
-TEST_F(KCTarteTest, anArchivedPieComesBackEmpty) {
-    const auto lue = throughKeyedArchive(*tarteDe({1, 2}, {{5, 6}, {70, 80}}));
-    ASSERT_TRUE(lue);
-    EXPECT_EQ(lue->frame(), (NSRect{{5, 6}, {70, 80}}));
-    EXPECT_EQ(lue->pointes()->count(), 0u);
-    EXPECT_EQ(lue->total(), 0);
-    EXPECT_EQ(lue->selectedIndex()->integerValue(), -1);
 }
 
 TEST_F(KCTarteTest, hostileValuesAndSizesDrawAndHit) {

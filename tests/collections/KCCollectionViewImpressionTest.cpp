@@ -1,67 +1,14 @@
+#include <collections/GrilleEssai.h>
+
 #include <limits>
 
-#include "appkit/Impression.h"
-
 #include <libvue/collections/DecoupePages.h>
-#include <libvue/collections/KCCollectionView.h>
-#include <libvue/platform/appkit/NSNib.h>
-#include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/foundation/NSTimer.h>
 
 using namespace libvue;
 using namespace libvue::test;
 
 namespace {
-
-class Mot : public NSObject {
-public:
-    static void describe(ClassDescription<Mot>& c) { c.answers<&Mot::setSelected>(op::setSelected); }
-    explicit Mot(int n) : numero(n) {}
-    const int numero;
-    std::vector<bool> dit;
-    void setSelected(BOOL f) { dit.push_back(f); }
-};
-
-/// An item of 100 by `hauteur` with the number of its object.
-class CarteMot : public NSView, public KCCollectionItemView {
-public:
-    static void describe(ClassDescription<CarteMot, NSView>& c) { decritVueItem(c); }
-    static inline CGFloat hauteur = 100;
-    static NSSize taille() { return {100, hauteur}; }
-    CarteMot() : NSView({{0, 0}, taille()}) {}
-    [[nodiscard]] NSObject* collectionView() const override { return grille_; }
-    void setCollectionView(NSObject* g) override { grille_ = g; }
-    [[nodiscard]] NSObject* objetConnectay() const override { return objet_; }
-    void setObjetConnectay(NSObject* o) override { objet_ = o; }
-    void drawRect(const NSRect&) override {
-        if (const auto* mot = as<Mot>(objet_.get()))
-            drawAtPoint_withAttributes(NSString::stringWithFormat(u"mot%d"_ns, mot->numero),
-                                       {10, bounds().size.height / 2 - 8}, nullptr);
-    }
-
-private:
-    Weak<NSObject> grille_;
-    Ref<NSObject> objet_;
-};
-
-class DelegueImpression : public NSObject {
-public:
-    static void describe(ClassDescription<DelegueImpression>& c) {
-        c.answers<&DelegueImpression::entete>(op::collectionViewTailleEntete);
-        c.answers<&DelegueImpression::dessineEntete>(op::collectionView_drawEntete);
-        c.answers<&DelegueImpression::pied>(op::collectionViewTaillePiedDePage);
-        c.answers<&DelegueImpression::dessinePied>(op::collectionView_drawPiedDePage);
-    }
-    CGFloat hauteurEntete = 0, hauteurPied = 0;
-    std::vector<NSRect> pieds;
-    CGFloat entete(KCCollectionView*) { return hauteurEntete; }
-    void dessineEntete(KCCollectionView*, NSRect) { drawAtPoint_withAttributes(u"entete"_ns, {10, 4}, nullptr); }
-    CGFloat pied(KCCollectionView*) { return hauteurPied; }
-    void dessinePied(KCCollectionView*, NSRect r) {
-        pieds.push_back(r);
-        drawAtPoint_withAttributes(u"pied"_ns, r.origin, nullptr);
-    }
-};
 
 std::vector<NSRect> pages(std::initializer_list<NSRect> r) { return r; }
 
@@ -113,35 +60,15 @@ TEST(DecoupePagesTest, pagesHoldWholeRows) {
     EXPECT_LE(decoupePages({{552, 717}, 1e300, 1e299, 100, 0, 5}).size(), 1000000u);
 }
 
-struct KCCollectionViewImpressionTest : ImpressionFixture {
-    Ref<KCCollectionView> grille = make<KCCollectionView>(NSRect{{0, 0}, {400, 300}});
-    Ref<NSScrollView> defilement = make<NSScrollView>(NSRect{{0, 0}, {400, 300}});
-    Ref<DelegueImpression> delegue = make<DelegueImpression>();
-    Ref<NSMutableArray> mots = NSMutableArray::array();
-
+struct KCCollectionViewImpressionTest : GrilleEssai {
     void SetUp() override {
-        CarteMot::hauteur = 100;
-        NSNib::registerBuilder(u"mot"_ns, [](NSObject*, NSMutableArray* objets) -> BOOL {
-            objets->addObject(make<CarteMot>());
-            return YES;
-        });
+        GrilleEssai::SetUp();
+        Vignette::cote = {100, 100};
+        grille->setClasseVueItem(&classOf<Vignette>()); // asks for its size
         printing().addPrinter({"bureau", "Bureau", true, true});
         const auto letter = make<NSPrintInfo>();
         letter->setPaperSize({612, 792});
         NSPrintInfo::setSharedPrintInfo(letter);
-        defilement->setDocumentView(grille);
-    }
-    void TearDown() override {
-        NSNib::registerBuilder(u"mot"_ns, {});
-        ImpressionFixture::TearDown();
-    }
-    void montre(int n) {
-        for (int i = 0; i < n; ++i)
-            mots->addObject(make<Mot>(i));
-        grille->setClasseVueItem(&classOf<CarteMot>());
-        grille->setNomNib(u"mot"_ns);
-        grille->setDelegate(delegue);
-        grille->setDonnees(mots);
     }
     /// What print: sends to the printer once Return is pressed in its panel.
     std::string imprime() {
@@ -156,7 +83,6 @@ struct KCCollectionViewImpressionTest : ImpressionFixture {
         const auto& octets = printing().jobs().back().bytes;
         return {octets.begin(), octets.end()};
     }
-    [[nodiscard]] Mot* mot(NSUInteger i) const { return mots->at<Mot>(i); }
 };
 
 TEST_F(KCCollectionViewImpressionTest, printHasEachRowOnOnePageWithItsBorder) {
@@ -170,11 +96,10 @@ TEST_F(KCCollectionViewImpressionTest, printHasEachRowOnOnePageWithItsBorder) {
                         {40, 700, 20, 100, 3, 0, 6}, {3, 0, 0, 100, 1, 7, 7},    {12, 0, 0, 900, 3, 1, 1}};
     for (const Row& row : rows) {
         SCOPED_TRACE(std::to_string(row.mots) + " words, header " + std::to_string(row.entete));
-        CarteMot::hauteur = row.hauteur;
+        Vignette::cote.height = row.hauteur;
         delegue->hauteurEntete = row.entete;
         delegue->hauteurPied = row.pied;
-        mots->removeAllObjects();
-        montre(row.mots);
+        grille->setDonnees(objets(row.mots));
         grille->setNomApp_etCopyright(u"Lexique"_ns, u"Droits"_ns);
         const auto lus = motsDuPDF(imprime());
         const int colonnes = 5;
@@ -211,13 +136,13 @@ TEST_F(KCCollectionViewImpressionTest, printHasEachRowOnOnePageWithItsBorder) {
 TEST_F(KCCollectionViewImpressionTest, printBuildsAGridOfItsOwn) {
     delegue->hauteurPied = 25;
     grille->setEspacement({33, 33});
-    montre(20);
-    mot(0)->dit.clear();
+    grille->setDonnees(objets(20));
+    objet(0)->dit.clear();
     const NSRect avant = grille->frame();
     (void)imprime();
     EXPECT_TRUE(NSEqualRects(grille->frame(), avant));
     EXPECT_TRUE(NSEqualSizes(grille->espacement(), {33, 33}));
-    EXPECT_EQ(mot(0)->dit, std::vector<bool>{false}) << "the other grid deselects its first object";
+    EXPECT_EQ(objet(0)->dit, std::vector<bool>{false}) << "the other grid deselects its first object";
     const NSPrintInfo* partage = NSPrintInfo::sharedPrintInfo();
     EXPECT_EQ(partage->leftMargin(), 30);
     EXPECT_EQ(partage->rightMargin(), 30);
@@ -230,7 +155,7 @@ TEST_F(KCCollectionViewImpressionTest, printBuildsAGridOfItsOwn) {
 }
 
 TEST_F(KCCollectionViewImpressionTest, onlyAGridFromAResourceHasItsRectangles) {
-    montre(200);
+    grille->setDonnees(objets(200));
     for (const BOOL eveille : {NO, YES}) {
         if (eveille) grille->awakeFromNib();
         NSRange range{};
@@ -252,7 +177,7 @@ TEST_F(KCCollectionViewImpressionTest, onlyAGridFromAResourceHasItsRectangles) {
 }
 
 TEST_F(KCCollectionViewImpressionTest, aPageEndsWithTheLastRowThatFits) {
-    montre(20);
+    grille->setDonnees(objets(20));
     delegue->hauteurEntete = 40;
     grille->setEspacement({0, 10});
     const struct { CGFloat bottom, expected; } rows[] = {{140, 140}, {139, 30}, {250, 250}, {359.9, 250}, {1000, 910}};
@@ -264,13 +189,13 @@ TEST_F(KCCollectionViewImpressionTest, aPageEndsWithTheLastRowThatFits) {
 }
 
 TEST_F(KCCollectionViewImpressionTest, nothingToPrintIsOneSheetWithItsBorder) {
-    montre(0);
+    grille->setDonnees(objets(0));
     delegue->hauteurEntete = 30;
     const auto lus = motsDuPDF(imprime());
     EXPECT_EQ(pagesDuMot(lus, "Zerlanto"), std::vector<int>{1});
     EXPECT_EQ(pagesDuMot(lus, "entete"), std::vector<int>{1});
     // Margins that leave no room for a column.
-    montre(5);
+    grille->setDonnees(objets(5));
     info->setLeftMargin(500);
     const auto pdf = printed(grille);
     EXPECT_EQ(pagesDuMot(motsDuPDF(pdf->view()), "Zerlanto"), std::vector<int>{1});

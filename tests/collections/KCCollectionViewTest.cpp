@@ -225,23 +225,6 @@ TEST_F(GrilleTest, ClicksSelectTheItemUnderThemAndSayItAlways) {
     EXPECT_EQ(fenetre->firstResponder(), grille.get());
 }
 
-TEST_F(GrilleTest, WhatIsShownTwiceIsBoundOnce) {
-    const auto liaisons = [&] {
-        int n = 0;
-        for (const Vignette* v : vignettes())
-            n += v->liaisons;
-        return n;
-    };
-    grille->setDonnees(objets(1000));
-    show(fenetre);
-    EXPECT_EQ(liaisons(), 15); // (200 / 50 + 1) rows of three
-    grille->ajusteContenu();
-    defile(20); // within the first row
-    EXPECT_EQ(liaisons(), 15);
-    defile(50);
-    EXPECT_EQ(liaisons(), 18); // one row
-}
-
 TEST_F(GrilleTest, ADelegateMayChangeTheDataWhileItIsAsked) {
     show(fenetre);
     const auto court = objets(2, 500);

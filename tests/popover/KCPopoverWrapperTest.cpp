@@ -52,11 +52,7 @@ protected:
         }
         PopoverFixture::TearDown();
     }
-    static void garnis(KCPopoverWrapper* w) {
-        const Ref<NSViewController> c = make<NSViewController>();
-        c->setView(make<NSView>(kContenu));
-        w->setContentViewController(c);
-    }
+    static void garnis(KCPopoverWrapper* w) { w->setContentViewController(controleur()); }
     void montreLe(KCPopoverWrapper* w) const {
         w->showRelativeToRect_ofView_preferredEdge(ancre->bounds(), ancre, NSMaxYEdge);
         pass(kFondu);

@@ -27,11 +27,6 @@ protected:
         p->setDelegate(delegue);
         p->setContentViewController(controleur());
     }
-    static Ref<NSViewController> controleur() {
-        Ref<NSViewController> c = make<NSViewController>();
-        c->setView(make<NSView>(kContenu));
-        return c;
-    }
     void TearDown() override {
         p->close();
         p = nullptr;
@@ -120,8 +115,7 @@ TEST_F(NSPopoverTest, ShowingAndClosingAreToldInOrder) {
 }
 
 TEST_F(NSPopoverTest, TheContentMayBeSetWhenItIsAboutToShow) {
-    const Ref<NSViewController> autre = controleur();
-    autre->view()->setFrameSize({70, 30});
+    const Ref<NSViewController> autre = controleur({{0, 0}, {70, 30}});
     const Ref<NSObject> jeton = NSNotificationCenter::defaultCenter()->addObserverForName_object_queue_usingBlock(
         NSPopoverWillShowNotification, p, nullptr, [&](NSNotification*) {
             p->setContentViewController(autre);

@@ -103,11 +103,14 @@ struct PopoverFixture : AppFixture {
         AppFixture::TearDown();
     }
 
+    [[nodiscard]] static Ref<NSViewController> controleur(const NSRect& contenu = kContenu) {
+        Ref<NSViewController> c = make<NSViewController>();
+        c->setView(make<NSView>(contenu));
+        return c;
+    }
     [[nodiscard]] static Ref<KCPopover> bulle() {
-        const Ref<KCPopover> p = make<KCPopover>();
-        const Ref<NSViewController> c = make<NSViewController>();
-        c->setView(make<NSView>(kContenu));
-        p->setContentViewController(c);
+        Ref<KCPopover> p = make<KCPopover>();
+        p->setContentViewController(controleur());
         return p;
     }
     /// The user information of an announced change of size.
