@@ -73,17 +73,6 @@ TEST(KLimiteFormatter, theLimitIsOnUnits) {
     EXPECT_EQ(as<KLimiteFormatter>(limite(7)->copyWithZone())->maximumLength(), 7);
 }
 
-TEST(KLimiteFormatter, valuesPassAsTheyAre) {
-    auto f = limite(2);
-    const Ref<NSString> s = text(u"longue");
-    EXPECT_EQ(f->stringForObjectValue(s), s);
-    Ref<NSObject> valeur;
-    Ref<NSString> erreur = s;
-    EXPECT_TRUE(f->getObjectValue_forString_errorDescription(&valeur, s, &erreur));
-    EXPECT_EQ(valeur, s.get());
-    EXPECT_EQ(erreur, s);
-}
-
 struct ChampLimite : ChampFixture {
     Ref<Refus> refus = make<Refus>();
     void SetUp() override {

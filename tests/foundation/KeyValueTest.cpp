@@ -1,16 +1,12 @@
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "Textes.h"
 
 #include <libvue/platform/foundation/NSDictionary.h>
-#include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSKeyValueObserving.h>
 #include <libvue/platform/foundation/NSNull.h>
 #include <libvue/platform/foundation/NSNumber.h>
-#include <libvue/platform/foundation/NSString.h>
 
 using namespace libvue;
+using textes::expectRaised;
 
 namespace {
 
@@ -110,20 +106,11 @@ TEST(KeyValueCodingTest, keysAndPathsReadAndWrite) {
 
 TEST(KeyValueCodingTest, anUnknownKeyRaises) {
     const auto p = make<Personne>();
-    const auto attendUneErreur = [](auto&& f) {
-        try {
-            f();
-            ADD_FAILURE() << "nothing was raised";
-        } catch (const NSExceptionRaised& e) {
-            EXPECT_TRUE(e.exception->name()->isEqualToString(NSUndefinedKeyException));
-        }
-    };
-    for (const char16_t* key : {u"inconnue", u"", u"nom.inconnue.x", u".nom", u"é"}) {
-        p->setNom(u"a"_ns);
-        attendUneErreur([&] { (void)p->valueForKeyPath(NSString::from(key)); });
-    }
-    attendUneErreur([&] { (void)p->valueForKey(nullptr); });
-    attendUneErreur([&] { p->setValue_forKey(nullptr, u"isMajeur"_ns); });
+    p->setNom(u"a"_ns);
+    for (const char16_t* key : {u"inconnue", u"", u"nom.inconnue.x", u".nom", u"é"})
+        expectRaised("NSUndefinedKeyException", {[&] { (void)p->valueForKeyPath(NSString::from(key)); }});
+    expectRaised("NSUndefinedKeyException",
+                 {[&] { (void)p->valueForKey(nullptr); }, [&] { p->setValue_forKey(nullptr, u"isMajeur"_ns); }});
 }
 
 TEST(KeyValueObservingTest, optionsDecideWhatIsTold) {

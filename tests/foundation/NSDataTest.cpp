@@ -3,10 +3,6 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <vector>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -157,31 +153,15 @@ TEST_F(NSDataTest, changes) {
     EXPECT_EQ(s->hash(), NSData::dataWithData(s)->hash());
     EXPECT_FALSE(s->isEqual(text(u"abcabc")));
     EXPECT_TRUE(NSData::data()->isEqual(NSMutableData::data()));
-    for (const auto& fault : std::vector<std::function<void()>>{
-             [&] {
-                 (void)s->subdataWithRange({5, 2});
-             },
-             [&] {
-                 (void)s->subdataWithRange({1, ~NSUInteger{0}});
-             },
-             [&] {
-                 d->replaceBytesInRange_withBytes({1, 1}, "x");
-             },
-             [&] {
-                 d->resetBytesInRange({0, 1});
-             },
-         })
-        EXPECT_EQ(raised(fault), "NSRangeException");
+    expectRaised("NSRangeException", {[&] { (void)s->subdataWithRange(NSMakeRange(5, 2)); },
+                                      [&] { (void)s->subdataWithRange(NSMakeRange(1, ~NSUInteger{0})); },
+                                      [&] { d->replaceBytesInRange_withBytes(NSMakeRange(1, 1), "x"); },
+                                      [&] { d->resetBytesInRange(NSMakeRange(0, 1)); }});
     d->setData(s);
-    for (const auto& fault : std::vector<std::function<void()>>{
-             [&] { d->appendBytes_length(nullptr, ~NSUInteger{0}); },
-             [&] {
-                 d->replaceBytesInRange_withBytes({0, ~NSUInteger{0}}, d->bytes());
-             },
-             [&] { d->increaseLengthBy(~NSUInteger{0}); },
-             [&] { d->setLength(~NSUInteger{0}); },
-         })
-        EXPECT_EQ(raised(fault), "NSInvalidArgumentException");
+    expectRaised("NSInvalidArgumentException",
+                 {[&] { d->appendBytes_length(nullptr, ~NSUInteger{0}); },
+                  [&] { d->replaceBytesInRange_withBytes(NSMakeRange(0, ~NSUInteger{0}), d->bytes()); },
+                  [&] { d->increaseLengthBy(~NSUInteger{0}); }, [&] { d->setLength(~NSUInteger{0}); }});
     EXPECT_EQ(d->view(), "abcabc");
     EXPECT_EQ(NSMutableData::dataWithCapacity(~NSUInteger{0})->length(), 0u);
     // Bytes that are handed over are given back by the data, which the leak checker watches.

@@ -1,13 +1,7 @@
-#include <functional>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "Textes.h"
 
 #include <libvue/platform/foundation/NSDictionary.h>
-#include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSNotificationCenter.h>
-#include <libvue/platform/foundation/NSString.h>
 #include <libvue/platform/foundation/ObjectSide.h>
 
 using namespace libvue;

@@ -1,17 +1,13 @@
 #include <algorithm>
 #include <deque>
 #include <limits>
-#include <string>
 #include <thread>
-#include <vector>
 
-#include <gtest/gtest.h>
+#include "Textes.h"
 
 #include <libvue/platform/foundation/NSDate.h>
-#include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSNumber.h>
 #include <libvue/platform/foundation/NSRunLoop.h>
-#include <libvue/platform/foundation/NSString.h>
 #include <libvue/platform/foundation/NSThread.h>
 #include <libvue/platform/foundation/NSTimer.h>
 

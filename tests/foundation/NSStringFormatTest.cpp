@@ -1,10 +1,9 @@
-#include "Textes.h"
+#include "Valeurs.h"
 
 #include <climits>
 #include <clocale>
 #include <cmath>
 #include <cstdint>
-#include <vector>
 
 #include <libvue/platform/foundation/NSData.h>
 
@@ -101,14 +100,10 @@ TEST(NSStringFormatTest, whatIsNoConversionIsText) {
 }
 
 TEST(NSStringFormatTest, theLogGoesToTheSink) {
-    std::vector<std::string> lines;
-    installLogSink(
-        [](const NSString* line, void* to) { static_cast<std::vector<std::string>*>(to)->push_back(line->utf8()); },
-        &lines);
+    const valeurs::Log log;
     NSLog(text(u"%@ : %d"), text(u"\u00E9tat").get(), 3);
     NSLog(text(u"100%"));
-    installLogSink(nullptr, nullptr);
-    EXPECT_EQ(lines, (std::vector<std::string>{"\xC3\xA9tat : 3", "100%"}));
+    EXPECT_EQ(log.lines, (std::vector<std::string>{"\xC3\xA9tat : 3", "100%"}));
     Ref<NSMutableString> s = NSMutableString::stringWithString(text(u"a"));
     s->appendFormat(text(u"%@%@"), s.get(), s.get()); // what is appended is made first
     EXPECT_EQ(shown(s->stringByAppendingFormat(text(u"-%02d"), 5)), "aaa-05");

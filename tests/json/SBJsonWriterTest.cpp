@@ -84,11 +84,12 @@ TEST(SBJsonWriter, sortedKeysFollowCompareAndOthersTheirDictionary) {
     const auto value = object({{text(u"é"), decimal("1")},
                                {text(u"b"), decimal("2")},
                                {text(u"A"), object({{text(u"z"), decimal("3")}, {text(u"y"), decimal("4")}})},
+                               {text(u"名"), decimal("6")},
                                {text(u"a"), decimal("5")}});
     const auto writer = make<SBJsonWriter>();
-    EXPECT_EQ(writer->stringWithObject(value)->utf8(), R"({"é":1,"b":2,"A":{"z":3,"y":4},"a":5})");
+    EXPECT_EQ(writer->stringWithObject(value)->utf8(), R"({"é":1,"b":2,"A":{"z":3,"y":4},"名":6,"a":5})");
     writer->setSortKeys(YES);
-    EXPECT_EQ(writer->stringWithObject(value)->utf8(), R"({"A":{"y":4,"z":3},"a":5,"b":2,"é":1})");
+    EXPECT_EQ(writer->stringWithObject(value)->utf8(), R"({"A":{"y":4,"z":3},"a":5,"b":2,"é":1,"名":6})");
 }
 
 TEST(SBJsonWriter, everyFailingLevelButAnArrayAddsItsError) {

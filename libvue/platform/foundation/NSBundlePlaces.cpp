@@ -28,6 +28,13 @@ fs::path resolved(const fs::path& p) {
     return code ? p : real;
 }
 
+/// The first of them that is a folder, else `otherwise`.
+fs::path firstFolder(std::initializer_list<fs::path> candidates, const fs::path& otherwise) {
+    for (const fs::path& p : candidates)
+        if (isFolder(p)) return p;
+    return otherwise;
+}
+
 fs::path executable() { return resolved("/proc/self/exe"); }
 
 /// The file that holds the address, or an empty path.
@@ -57,11 +64,8 @@ fs::path libraryResources() {
 
 fs::path mainResources() {
     fs::path program = executable(), folder = program.parent_path(), name = program.filename();
-    for (const fs::path& p :
-         {folder / "Resources", folder / "resources", folder.parent_path() / "share" / name / "resources",
-          folder.parent_path() / "share" / name})
-        if (isFolder(p)) return p;
-    return folder;
+    const fs::path share = folder.parent_path() / "share" / name;
+    return firstFolder({folder / "Resources", folder / "resources", share / "resources", share}, folder);
 }
 
 /// The bundles that are known. The application's own, the toolkit's and those of other shared objects are never given
@@ -104,12 +108,7 @@ Ref<NSBundle> NSBundle::bundleWithPath(const NSString* path) {
     Bundles& all = Bundles::all();
     for (const auto& list : {all.applications(), all.frameworks})
         if (NSBundle* known = find(list, folder)) return known;
-    fs::path resources = folder;
-    for (const char* name : {"Resources", "resources"})
-        if (isFolder(folder / name)) {
-            resources = folder / name;
-            break;
-        }
+    const fs::path resources = firstFolder({folder / "Resources", folder / "resources"}, folder);
     auto bundle = adopt(new NSBundle(NSString::fromUTF8(folder.string()), NSString::fromUTF8(resources.string())));
     all.others.emplace_back(bundle);
     return bundle;
@@ -146,14 +145,8 @@ NSBundle* NSBundle::bundleForClass(const Class& c) {
     Bundles& all = Bundles::all();
     fs::path folder = file.parent_path();
     if (NSBundle* known = find(all.frameworks, folder)) return known;
-    fs::path resources = folder;
-    fs::path name = file.stem();
-    for (const fs::path& p :
-         {folder / "Resources", folder / "resources", folder.parent_path() / "share" / name / "resources"})
-        if (isFolder(p)) {
-            resources = p;
-            break;
-        }
+    const fs::path share = folder.parent_path() / "share" / file.stem() / "resources";
+    const fs::path resources = firstFolder({folder / "Resources", folder / "resources", share}, folder);
     auto* b =
         keptForever(adopt(new NSBundle(NSString::fromUTF8(folder.string()), NSString::fromUTF8(resources.string()))));
     all.frameworks.push_back(b);

@@ -57,16 +57,11 @@ Ref<NSDate> NSDate::distantFuture() { return make<NSDate>(63113904000.0); } // 1
 
 NSTimeInterval NSDate::currentTimeIntervalSinceReferenceDate() { return Clock::current().now(); }
 NSTimeInterval NSDate::timeIntervalSinceNow() const { return time_ - currentTimeIntervalSinceReferenceDate(); }
-NSTimeInterval NSDate::timeIntervalSinceDate(const NSDate* d) const noexcept { return time_ - (d ? d->time_ : 0); }
-Ref<NSDate> NSDate::dateByAddingTimeInterval(NSTimeInterval seconds) const { return make<NSDate>(time_ + seconds); }
 
 NSComparisonResult NSDate::compare(const NSDate* d) const noexcept {
     NSTimeInterval other = d ? d->time_ : 0;
     return time_ < other ? NSOrderedAscending : time_ > other ? NSOrderedDescending : NSOrderedSame;
 }
-
-Ref<NSDate> NSDate::earlierDate(NSDate* d) { return d && d->time_ < time_ ? d : this; }
-Ref<NSDate> NSDate::laterDate(NSDate* d) { return d && d->time_ > time_ ? d : this; }
 
 BOOL NSDate::isEqual(const NSObject* other) const {
     return this == other || isEqualToDate(dynamic_cast<const NSDate*>(other));

@@ -29,15 +29,7 @@ public:
     [[nodiscard]] NSTimeInterval timeIntervalSinceReferenceDate() const noexcept { return time_; }
     [[nodiscard]] NSTimeInterval timeIntervalSince1970() const noexcept { return time_ + NSTimeIntervalSince1970; }
     [[nodiscard]] NSTimeInterval timeIntervalSinceNow() const;
-    /// Null counts as the reference date.
-    [[nodiscard]] NSTimeInterval timeIntervalSinceDate(const NSDate* d) const noexcept;
-    [[nodiscard]] Ref<NSDate> dateByAddingTimeInterval(NSTimeInterval seconds) const;
-    [[nodiscard]] Ref<NSDate> addTimeInterval(NSTimeInterval seconds) const {
-        return dateByAddingTimeInterval(seconds);
-    }
     [[nodiscard]] NSComparisonResult compare(const NSDate* d) const noexcept;
-    [[nodiscard]] Ref<NSDate> earlierDate(NSDate* d);
-    [[nodiscard]] Ref<NSDate> laterDate(NSDate* d);
     [[nodiscard]] BOOL isEqualToDate(const NSDate* d) const noexcept { return d && time_ == d->time_; }
 
     [[nodiscard]] BOOL isEqual(const NSObject* other) const override;

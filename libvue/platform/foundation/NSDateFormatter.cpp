@@ -179,14 +179,6 @@ Ref<NSString> NSDateFormatter::stringFromDate(const NSDate* d) {
 }
 Ref<NSDate> NSDateFormatter::dateFromString(const NSString* s) { return s ? engine().date(*s) : nullptr; }
 
-Ref<NSString> NSDateFormatter::localizedStringFromDate_dateStyle_timeStyle(const NSDate* d, NSDateFormatterStyle date,
-                                                                           NSDateFormatterStyle time) {
-    auto f = make<NSDateFormatter>();
-    f->setDateStyle(date);
-    f->setTimeStyle(time);
-    return f->stringFromDate(d);
-}
-
 Ref<NSString> NSDateFormatter::stringForObjectValue(NSObject* value) { return stringFromDate(as<NSDate>(value)); }
 
 BOOL NSDateFormatter::getObjectValue_forString_errorDescription(Ref<NSObject>* value, NSString* string,

@@ -28,8 +28,6 @@ public:
     [[nodiscard]] Ref<NSString> stringFromDate(const NSDate* d);
     /// The date that the whole text is, or null.
     [[nodiscard]] Ref<NSDate> dateFromString(const NSString* s);
-    [[nodiscard]] static Ref<NSString>
-    localizedStringFromDate_dateStyle_timeStyle(const NSDate* d, NSDateFormatterStyle date, NSDateFormatterStyle time);
 
     [[nodiscard]] NSDateFormatterStyle dateStyle() const noexcept { return dateStyle_; }
     void setDateStyle(NSDateFormatterStyle style);

@@ -48,21 +48,6 @@ Ref<NSDecimalNumber> NSDecimalNumber::zero() { return Decimal().object(); }
 Ref<NSDecimalNumber> NSDecimalNumber::one() { return Decimal::of(1).object(); }
 Ref<NSDecimalNumber> NSDecimalNumber::notANumber() { return Decimal::nan().object(); }
 
-Ref<NSDecimalNumber> NSDecimalNumber::maximumDecimalNumber() {
-    return decimalNumberWithText("99999999999999999999999999999999999999e127");
-}
-
-Ref<NSDecimalNumber> NSDecimalNumber::minimumDecimalNumber() {
-    return decimalNumberWithText("-99999999999999999999999999999999999999e127");
-}
-
-Ref<NSDecimalNumber> NSDecimalNumber::decimalNumberWithMantissa_exponent_isNegative(NSUInteger mantissa, short exponent,
-                                                                                    BOOL negative) {
-    NSCalculationError error = NSCalculationNoError;
-    Decimal d = Decimal::held(mantissa, exponent, negative, error);
-    return checked(d, error);
-}
-
 Ref<NSDecimalNumber> NSDecimalNumber::decimalNumberWithString(const NSString* s) {
     if (!s) return notANumber();
     if (const auto* bytes = s->latin1Contents())
@@ -97,14 +82,6 @@ Ref<NSDecimalNumber> NSDecimalNumber::decimalNumberByDividingBy(const NSDecimalN
     NSCalculationError error = NSCalculationNoError;
     Decimal d = Decimal::divide(Decimal::of(*this), valueOf(n), error);
     return checked(d, error);
-}
-
-Ref<NSDecimalNumber> NSDecimalNumber::decimalNumberByMultiplyingByPowerOf10(short power) const {
-    Decimal d = Decimal::of(*this);
-    if (d.notANumber) return notANumber();
-    NSCalculationError error = NSCalculationNoError;
-    Decimal moved = Decimal::held(d.mantissa, static_cast<long>(d.exponent) + power, d.negative, error);
-    return checked(moved, error);
 }
 
 Ref<NSDecimalNumber> NSDecimalNumber::decimalNumberByRounding_scale(NSRoundingMode mode, short scale) const {

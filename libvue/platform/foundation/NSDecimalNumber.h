@@ -27,10 +27,6 @@ public:
     [[nodiscard]] static Ref<NSDecimalNumber> zero();
     [[nodiscard]] static Ref<NSDecimalNumber> one();
     [[nodiscard]] static Ref<NSDecimalNumber> notANumber();
-    [[nodiscard]] static Ref<NSDecimalNumber> maximumDecimalNumber();
-    [[nodiscard]] static Ref<NSDecimalNumber> minimumDecimalNumber();
-    [[nodiscard]] static Ref<NSDecimalNumber>
-    decimalNumberWithMantissa_exponent_isNegative(NSUInteger mantissa, short exponent, BOOL negative);
     /// Sign, digits, point, digits, exponent; digits beyond the 38th are rounded. Not a number where the text does not
     /// begin with one, or where it is too large; what is too small is zero.
     [[nodiscard]] static Ref<NSDecimalNumber> decimalNumberWithString(const NSString* s);
@@ -45,8 +41,6 @@ public:
     [[nodiscard]] Ref<NSDecimalNumber> decimalNumberBySubtracting(const NSDecimalNumber* n) const;
     [[nodiscard]] Ref<NSDecimalNumber> decimalNumberByMultiplyingBy(const NSDecimalNumber* n) const;
     [[nodiscard]] Ref<NSDecimalNumber> decimalNumberByDividingBy(const NSDecimalNumber* n) const;
-    /// Multiplied by ten to that power.
-    [[nodiscard]] Ref<NSDecimalNumber> decimalNumberByMultiplyingByPowerOf10(short power) const;
     /// `scale` digits behind the point; a negative scale rounds whole tens.
     [[nodiscard]] Ref<NSDecimalNumber> decimalNumberByRounding_scale(NSRoundingMode mode, short scale) const;
 

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <libvue/platform/foundation/Files.h>
 #include <libvue/platform/foundation/NSArray.h>
@@ -43,6 +42,12 @@ bool holds(const fs::path& folder, const fs::path& target) {
     return !code && std::mismatch(outer.begin(), outer.end(), inner.begin(), inner.end()).first == outer.end();
 }
 
+/// Gives the file the permissions among the attributes, where there are any. False where the system refuses.
+bool giveMode(const std::string& file, const NSDictionary* attributes) {
+    auto* mode = attributes ? attributes->get<NSNumber>(NSFilePosixPermissions) : nullptr;
+    return !mode || chmod(file.c_str(), static_cast<mode_t>(mode->unsignedIntValue() & 07777)) == 0;
+}
+
 const ClassRegistration<NSFileManager> registration;
 
 } // namespace
@@ -63,13 +68,6 @@ BOOL NSFileManager::fileExistsAtPath_isDirectory(const NSString* path, BOOL* isD
     return exists;
 }
 
-BOOL NSFileManager::isReadableFileAtPath(const NSString* path) const {
-    return access(detail::fileName(path).c_str(), R_OK) == 0;
-}
-BOOL NSFileManager::isWritableFileAtPath(const NSString* path) const {
-    return access(detail::fileName(path).c_str(), W_OK) == 0;
-}
-
 BOOL NSFileManager::createDirectoryAtPath_withIntermediateDirectories_attributes_error(const NSString* path,
                                                                                        BOOL intermediates,
                                                                                        NSDictionary* attributes,
@@ -84,10 +82,7 @@ BOOL NSFileManager::createDirectoryAtPath_withIntermediateDirectories_attributes
         if (code) return failed(code.value(), path, error);
         if (!fs::is_directory(p, code)) return failed(ENOTDIR, path, error);
     }
-    auto* mode = attributes ? attributes->get<NSNumber>(NSFilePosixPermissions) : nullptr;
-    if (mode && chmod(p.c_str(), static_cast<mode_t>(mode->unsignedIntValue() & 07777)) != 0)
-        return failed(errno, path, error);
-    return YES;
+    return giveMode(p, attributes) ? YES : failed(errno, path, error);
 }
 
 BOOL NSFileManager::removeItemAtPath_error(const NSString* path, Ref<NSError>* error) {
@@ -171,14 +166,7 @@ BOOL NSFileManager::createFileAtPath_contents_attributes(const NSString* path, N
                                                          NSDictionary* attributes) {
     if (!path) return NO;
     Ref<NSData> bytes = contents ? Ref<NSData>(contents) : NSData::data();
-    if (!bytes->writeToFile_atomically(path, YES)) return NO;
-    auto* mode = attributes ? attributes->get<NSNumber>(NSFilePosixPermissions) : nullptr;
-    return !mode || chmod(detail::fileName(path).c_str(), static_cast<mode_t>(mode->unsignedIntValue() & 07777)) == 0;
-}
-
-Ref<NSString> NSFileManager::currentDirectoryPath() const {
-    std::error_code code;
-    return NSString::fromUTF8(fs::current_path(code).string());
+    return bytes->writeToFile_atomically(path, YES) && giveMode(detail::fileName(path), attributes);
 }
 
 Ref<NSString> NSTemporaryDirectory() {

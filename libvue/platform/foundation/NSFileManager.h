@@ -27,8 +27,6 @@ public:
     /// Follows symbolic links.
     [[nodiscard]] BOOL fileExistsAtPath(const NSString* path) const;
     [[nodiscard]] BOOL fileExistsAtPath_isDirectory(const NSString* path, BOOL* isDirectory) const;
-    [[nodiscard]] BOOL isReadableFileAtPath(const NSString* path) const;
-    [[nodiscard]] BOOL isWritableFileAtPath(const NSString* path) const;
     /// A folder that exists already is a failure without `intermediates`.
     BOOL createDirectoryAtPath_withIntermediateDirectories_attributes_error(const NSString* path, BOOL intermediates,
                                                                             NSDictionary* attributes,
@@ -47,7 +45,6 @@ public:
     [[nodiscard]] Ref<NSString> destinationOfSymbolicLinkAtPath_error(const NSString* path, Ref<NSError>* error) const;
     [[nodiscard]] Ref<NSData> contentsAtPath(const NSString* path) const;
     BOOL createFileAtPath_contents_attributes(const NSString* path, NSData* contents, NSDictionary* attributes);
-    [[nodiscard]] Ref<NSString> currentDirectoryPath() const;
 };
 
 /// The folder for temporary files: TMPDIR, else "/tmp".

@@ -109,13 +109,6 @@ BOOL NSIndexSet::containsIndexesInRange(NSRange range) const noexcept {
            range.length <= r->length - (range.location - r->location);
 }
 
-BOOL NSIndexSet::containsIndexes(const NSIndexSet* s) const noexcept {
-    return !s ||
-           std::all_of(s->ranges_.begin(), s->ranges_.end(), [this](NSRange r) { return containsIndexesInRange(r); });
-}
-
-BOOL NSIndexSet::intersectsIndexesInRange(NSRange range) const noexcept { return countOfIndexesInRange(range) > 0; }
-
 NSUInteger NSIndexSet::countOfIndexesInRange(NSRange range) const noexcept {
     NSUInteger n = 0;
     for (auto r = endingBehind(ranges_, range.location); r != ranges_.end(); ++r) {
@@ -127,19 +120,6 @@ NSUInteger NSIndexSet::countOfIndexesInRange(NSRange range) const noexcept {
 }
 
 BOOL NSIndexSet::isEqualToIndexSet(const NSIndexSet* s) const noexcept { return s && ranges_ == s->ranges_; }
-
-void NSIndexSet::enumerateIndexesUsingBlock(const std::function<void(NSUInteger, BOOL*)>& block) const {
-    BOOL stop = NO;
-    for (NSUInteger i = firstIndex(); i != notFound && !stop; i = indexGreaterThanIndex(i))
-        block(i, &stop);
-}
-
-void NSIndexSet::enumerateRangesUsingBlock(const std::function<void(NSRange, BOOL*)>& block) const {
-    BOOL stop = NO;
-    auto ranges = ranges_;
-    for (std::size_t i = 0; i < ranges.size() && !stop; ++i)
-        block(ranges[i], &stop);
-}
 
 BOOL NSIndexSet::isEqual(const NSObject* other) const {
     return isEqualToIndexSet(dynamic_cast<const NSIndexSet*>(other));
@@ -232,13 +212,6 @@ void NSMutableIndexSet::addIndexes(const NSIndexSet* s) {
     if (!s || s == this) return;
     for (NSRange r : s->ranges())
         add(r);
-}
-
-void NSMutableIndexSet::removeIndexes(const NSIndexSet* s) {
-    if (!s) return;
-    auto ranges = s->ranges();
-    for (NSRange r : ranges)
-        remove(r);
 }
 
 void NSMutableIndexSet::shiftIndexesStartingAtIndex_by(NSUInteger from, NSInteger delta) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <iterator>
 #include <vector>
 
@@ -33,14 +32,10 @@ public:
     [[nodiscard]] NSUInteger indexLessThanOrEqualToIndex(NSUInteger i) const noexcept;
     [[nodiscard]] BOOL containsIndex(NSUInteger i) const noexcept;
     [[nodiscard]] BOOL containsIndexesInRange(NSRange range) const noexcept;
-    [[nodiscard]] BOOL containsIndexes(const NSIndexSet* s) const noexcept;
-    [[nodiscard]] BOOL intersectsIndexesInRange(NSRange range) const noexcept;
     [[nodiscard]] NSUInteger countOfIndexesInRange(NSRange range) const noexcept;
     [[nodiscard]] BOOL isEqualToIndexSet(const NSIndexSet* s) const noexcept;
     /// The indexes as ranges in rising order.
     [[nodiscard]] const std::vector<NSRange>& ranges() const noexcept { return ranges_; }
-    void enumerateIndexesUsingBlock(const std::function<void(NSUInteger, BOOL*)>& block) const;
-    void enumerateRangesUsingBlock(const std::function<void(NSRange, BOOL*)>& block) const;
 
     [[nodiscard]] BOOL isEqual(const NSObject* other) const override;
     [[nodiscard]] NSUInteger hash() const override;
@@ -87,9 +82,7 @@ public:
     void addIndex(NSUInteger i) { add({i, 1}); }
     void addIndexesInRange(NSRange range) { add(range); }
     void addIndexes(const NSIndexSet* s);
-    void removeIndex(NSUInteger i) { remove({i, 1}); }
     void removeIndexesInRange(NSRange range) { remove(range); }
-    void removeIndexes(const NSIndexSet* s);
     void removeAllIndexes() { ranges_.clear(); }
     /// Moves the indexes from `from` up by `delta`: a positive one opens a gap there, a negative one drops the indexes
     /// just below that would be run over.

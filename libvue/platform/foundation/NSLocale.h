@@ -16,16 +16,10 @@ public:
     [[nodiscard]] static Ref<NSLocale> localeWithLocaleIdentifier(const NSString* identifier);
     /// From LC_ALL, LC_NUMERIC's kin and LANG; "fr" where they say nothing.
     [[nodiscard]] static Ref<NSLocale> currentLocale();
-    [[nodiscard]] static Ref<NSLocale> systemLocale();
-    /// The languages that the user reads, best first, as "fr" or "fr-CA": from LANGUAGE, LC_ALL, LC_MESSAGES, LANG.
-    [[nodiscard]] static Ref<NSArray> preferredLanguages();
 
     [[nodiscard]] NSString* localeIdentifier() const noexcept { return identifier_; }
-    [[nodiscard]] Ref<NSString> languageCode() const;
     /// Null where there is none.
     [[nodiscard]] Ref<NSString> countryCode() const;
-    [[nodiscard]] Ref<NSString> decimalSeparator() const;
-    [[nodiscard]] Ref<NSString> groupingSeparator() const;
 
     [[nodiscard]] BOOL isEqual(const NSObject* other) const override;
     [[nodiscard]] NSUInteger hash() const override;

@@ -15,7 +15,6 @@ const ClassRegistration<NSCountedSet> countedRegistration;
 void NSMutableSet::describe(ClassDescription<NSMutableSet, NSSet>&) {}
 
 Ref<NSMutableSet> NSMutableSet::set() { return make<NSMutableSet>(); }
-Ref<NSMutableSet> NSMutableSet::setWithCapacity(NSUInteger) { return set(); }
 Ref<NSMutableSet> NSMutableSet::setWithObject(NSObject* o) {
     auto s = set();
     s->addObject(o);
@@ -61,13 +60,6 @@ void NSMutableSet::intersectSet(const NSSet* other) {
     auto all = allObjects();
     for (NSObject* o : *all)
         if (!other || !other->containsObject(o)) table_.remove(o);
-}
-
-void NSMutableSet::setSet(const NSSet* other) {
-    if (other == this) return;
-    auto all = other ? other->allObjects() : NSArray::array();
-    removeAllObjects();
-    addObjectsFromArray(all);
 }
 
 Ref<NSObject> NSMutableSet::copyWithZone() const { return NSSet::setWithSet(this); }

@@ -8,6 +8,7 @@
 
 #include <unicode/unum.h>
 
+#include <libvue/platform/foundation/AsciiDigits.h>
 #include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/NSDecimalNumber.h>
 #include <libvue/platform/foundation/NSLocale.h>
@@ -45,10 +46,9 @@ int heldDigits(NSUInteger n) noexcept { return static_cast<int>(std::min(n, most
 struct NSNumberFormatter::State {
     NSNumberFormatterStyle style = NSNumberFormatterNoStyle;
     Ref<NSLocale> locale = NSLocale::currentLocale();
-    Ref<NSString> positive, negative, decimalSeparator, groupingSeparator;
-    Ref<NSString> nilSymbol = NSString::string();
+    Ref<NSString> positive, negative;
     Ref<NSNumber> minimum, maximum;
-    std::optional<int> minimumFraction, maximumFraction, minimumInteger;
+    std::optional<int> minimumFraction, maximumFraction;
     std::optional<bool> grouping;
     bool floats = true, decimals = false;
 };
@@ -71,18 +71,11 @@ public:
         if (s.positive || s.negative) applyPattern(s);
         if (s.minimumFraction) set(UNUM_MIN_FRACTION_DIGITS, *s.minimumFraction);
         if (s.maximumFraction) set(UNUM_MAX_FRACTION_DIGITS, *s.maximumFraction);
-        if (s.minimumInteger) set(UNUM_MIN_INTEGER_DIGITS, *s.minimumInteger);
         if (s.grouping) set(UNUM_GROUPING_USED, *s.grouping);
-        symbol(UNUM_DECIMAL_SEPARATOR_SYMBOL, s.decimalSeparator);
-        symbol(UNUM_MONETARY_SEPARATOR_SYMBOL, s.decimalSeparator);
-        symbol(UNUM_GROUPING_SEPARATOR_SYMBOL, s.groupingSeparator);
-        symbol(UNUM_MONETARY_GROUPING_SEPARATOR_SYMBOL, s.groupingSeparator);
     }
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
     ~Engine() { unum_close(format_); }
-
-    [[nodiscard]] int get(UNumberFormatAttribute a) const { return format_ ? unum_getAttribute(format_, a) : 0; }
 
     Ref<NSString> text(const NSNumber& n) {
         if (!format_) return n.stringValue();
@@ -118,7 +111,8 @@ public:
         int32_t n = unum_getSymbol(format_, UNUM_GROUPING_SEPARATOR_SYMBOL, group, 8, &status);
         if (U_SUCCESS(status) && n == 1 && isSpace(group[0]))
             for (std::size_t i = 1; i + 1 < text.size(); ++i)
-                if (isSpace(text[i]) && isDigit(text[i - 1]) && isDigit(text[i + 1])) text[i] = group[0];
+                if (isSpace(text[i]) && detail::isDigit(text[i - 1]) && detail::isDigit(text[i + 1]))
+                    text[i] = group[0];
         if (text.empty()) return {};
         char digits[512];
         int32_t at = 0;
@@ -130,14 +124,7 @@ public:
     }
 
 private:
-    static bool isDigit(char16_t c) noexcept { return c >= u'0' && c <= u'9'; }
     void set(UNumberFormatAttribute a, int v) { unum_setAttribute(format_, a, v); }
-    void symbol(UNumberFormatSymbol which, const NSString* s) {
-        if (!s) return;
-        std::u16string text = s->utf16();
-        UErrorCode status = U_ZERO_ERROR;
-        unum_setSymbol(format_, which, text.data(), static_cast<int32_t>(text.size()), &status);
-    }
     void applyPattern(const State& s) {
         std::u16string pattern;
         if (s.positive)
@@ -199,12 +186,10 @@ void NSNumberFormatter::setLocale(NSLocale* locale) {
     state_->locale = locale ? Ref<NSLocale>(locale) : NSLocale::currentLocale();
     changed();
 }
-NSString* NSNumberFormatter::positiveFormat() const noexcept { return state_->positive; }
 void NSNumberFormatter::setPositiveFormat(const NSString* pattern) {
     state_->positive = pattern ? NSString::stringWithString(pattern) : nullptr;
     changed();
 }
-NSString* NSNumberFormatter::negativeFormat() const noexcept { return state_->negative; }
 void NSNumberFormatter::setNegativeFormat(const NSString* pattern) {
     state_->negative = pattern ? NSString::stringWithString(pattern) : nullptr;
     changed();
@@ -214,15 +199,6 @@ void NSNumberFormatter::setFormat(const NSString* pattern) {
     bool two = semicolon.length > 0;
     setPositiveFormat(two ? pattern->substringToIndex(semicolon.location).get() : pattern);
     setNegativeFormat(two ? pattern->substringFromIndex(NSMaxRange(semicolon)).get() : nullptr);
-}
-NSUInteger NSNumberFormatter::minimumFractionDigits() {
-    return static_cast<NSUInteger>(engine().get(UNUM_MIN_FRACTION_DIGITS));
-}
-NSUInteger NSNumberFormatter::maximumFractionDigits() {
-    return static_cast<NSUInteger>(engine().get(UNUM_MAX_FRACTION_DIGITS));
-}
-NSUInteger NSNumberFormatter::minimumIntegerDigits() {
-    return static_cast<NSUInteger>(engine().get(UNUM_MIN_INTEGER_DIGITS));
 }
 
 void NSNumberFormatter::setMinimumFractionDigits(NSUInteger digits) {
@@ -237,36 +213,19 @@ void NSNumberFormatter::setMaximumFractionDigits(NSUInteger digits) {
         state_->minimumFraction = state_->maximumFraction;
     changed();
 }
-void NSNumberFormatter::setMinimumIntegerDigits(NSUInteger digits) {
-    state_->minimumInteger = heldDigits(digits);
-    changed();
-}
-BOOL NSNumberFormatter::usesGroupingSeparator() { return engine().get(UNUM_GROUPING_USED) != 0; }
 void NSNumberFormatter::setUsesGroupingSeparator(BOOL uses) {
     state_->grouping = uses;
     changed();
 }
-void NSNumberFormatter::setDecimalSeparator(const NSString* s) {
-    state_->decimalSeparator = s ? NSString::stringWithString(s) : nullptr;
-    changed();
-}
-void NSNumberFormatter::setGroupingSeparator(const NSString* s) {
-    state_->groupingSeparator = s ? NSString::stringWithString(s) : nullptr;
-    changed();
-}
-BOOL NSNumberFormatter::allowsFloats() const noexcept { return state_->floats; }
 void NSNumberFormatter::setAllowsFloats(BOOL allows) { state_->floats = allows; }
 NSNumber* NSNumberFormatter::minimum() const noexcept { return state_->minimum; }
 void NSNumberFormatter::setMinimum(NSNumber* n) { state_->minimum = n; }
 NSNumber* NSNumberFormatter::maximum() const noexcept { return state_->maximum; }
 void NSNumberFormatter::setMaximum(NSNumber* n) { state_->maximum = n; }
 void NSNumberFormatter::setGeneratesDecimalNumbers(BOOL generates) { state_->decimals = generates; }
-void NSNumberFormatter::setNilSymbol(const NSString* s) {
-    state_->nilSymbol = s ? NSString::stringWithString(s) : NSString::string();
-}
 
 Ref<NSString> NSNumberFormatter::stringForObjectValue(NSObject* value) {
-    if (!value) return state_->nilSymbol;
+    if (!value) return NSString::string();
     return stringFromNumber(as<NSNumber>(value));
 }
 
@@ -277,7 +236,7 @@ BOOL NSNumberFormatter::getObjectValue_forString_errorDescription(Ref<NSObject>*
         return NO;
     };
     Ref<NSNumber> n;
-    if (string && string->length() && !string->isEqualToString(state_->nilSymbol)) {
+    if (string && string->length()) {
         n = numberFromString(string);
         if (!n) return refused(u"Ce texte n’est pas un nombre."_ns);
         if (!state_->floats && n->doubleValue() != std::trunc(n->doubleValue()))
@@ -305,6 +264,17 @@ NSNumberFormatter::NSNumberFormatter(NSCoder& coder) : NSFormatter(coder), state
         if (auto locale = coder.decodeObjectOf<NSLocale>()) state_->locale = locale;
         state_->positive = coder.decodeObjectOf<NSString>();
         state_->negative = coder.decodeObjectOf<NSString>();
+        state_->minimum = coder.decodeObjectOf<NSNumber>();
+        state_->maximum = coder.decodeObjectOf<NSNumber>();
+        const auto next = [&]() -> std::optional<int> {
+            const NSInteger n = coder.decodeInteger();
+            return n < 0 ? std::nullopt : std::optional(heldDigits(static_cast<NSUInteger>(n)));
+        };
+        state_->minimumFraction = next();
+        state_->maximumFraction = next();
+        if (const auto grouping = next()) state_->grouping = *grouping != 0;
+        state_->floats = !coder.decodeBool();
+        state_->decimals = coder.decodeBool();
         return;
     }
     auto digits = [&](const Ref<NSString>& key, std::optional<int>& field) {
@@ -319,7 +289,6 @@ NSNumberFormatter::NSNumberFormatter(NSCoder& coder) : NSFormatter(coder), state
     state_->maximum = coder.decodeObjectOf_forKey<NSNumber>(u"NS.maximum"_ns);
     digits(u"NS.minimumFraction"_ns, state_->minimumFraction);
     digits(u"NS.maximumFraction"_ns, state_->maximumFraction);
-    digits(u"NS.minimumInteger"_ns, state_->minimumInteger);
     if (coder.containsValueForKey(u"NS.grouping"_ns)) state_->grouping = coder.decodeBoolForKey(u"NS.grouping"_ns);
     state_->floats = !coder.decodeBoolForKey(u"NS.integersOnly"_ns);
     state_->decimals = coder.decodeBoolForKey(u"NS.decimals"_ns);
@@ -332,6 +301,13 @@ void NSNumberFormatter::encodeWithCoder(NSCoder& coder) const {
         coder.encodeObject(state_->locale);
         coder.encodeObject(state_->positive);
         coder.encodeObject(state_->negative);
+        coder.encodeObject(state_->minimum);
+        coder.encodeObject(state_->maximum);
+        for (const std::optional<int> n : {state_->minimumFraction, state_->maximumFraction,
+                                           state_->grouping ? std::optional<int>(*state_->grouping) : std::nullopt})
+            coder.encodeInteger(n.value_or(-1));
+        coder.encodeBool(!state_->floats);
+        coder.encodeBool(state_->decimals);
         return;
     }
     auto digits = [&](const Ref<NSString>& key, std::optional<int> field) {
@@ -345,7 +321,6 @@ void NSNumberFormatter::encodeWithCoder(NSCoder& coder) const {
     coder.encodeObject_forKey(state_->maximum, u"NS.maximum"_ns);
     digits(u"NS.minimumFraction"_ns, state_->minimumFraction);
     digits(u"NS.maximumFraction"_ns, state_->maximumFraction);
-    digits(u"NS.minimumInteger"_ns, state_->minimumInteger);
     if (state_->grouping) coder.encodeBool_forKey(*state_->grouping, u"NS.grouping"_ns);
     coder.encodeBool_forKey(!state_->floats, u"NS.integersOnly"_ns);
     coder.encodeBool_forKey(state_->decimals, u"NS.decimals"_ns);

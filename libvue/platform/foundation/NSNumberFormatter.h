@@ -38,23 +38,13 @@ public:
     /// Null is the current locale.
     void setLocale(NSLocale* locale);
     /// A pattern such as "#,##0.00"; null gives the style's own back.
-    [[nodiscard]] NSString* positiveFormat() const noexcept;
     void setPositiveFormat(const NSString* pattern);
-    [[nodiscard]] NSString* negativeFormat() const noexcept;
     void setNegativeFormat(const NSString* pattern);
     /// Both at once: "positive;negative".
     void setFormat(const NSString* pattern);
-    [[nodiscard]] NSUInteger minimumFractionDigits();
     void setMinimumFractionDigits(NSUInteger digits);
-    [[nodiscard]] NSUInteger maximumFractionDigits();
     void setMaximumFractionDigits(NSUInteger digits);
-    [[nodiscard]] NSUInteger minimumIntegerDigits();
-    void setMinimumIntegerDigits(NSUInteger digits);
-    [[nodiscard]] BOOL usesGroupingSeparator();
     void setUsesGroupingSeparator(BOOL uses);
-    void setDecimalSeparator(const NSString* s);
-    void setGroupingSeparator(const NSString* s);
-    [[nodiscard]] BOOL allowsFloats() const noexcept;
     /// NO: a text with a fraction is no number.
     void setAllowsFloats(BOOL allows);
     [[nodiscard]] NSNumber* minimum() const noexcept;
@@ -63,8 +53,6 @@ public:
     void setMaximum(NSNumber* n);
     /// YES: text is read as NSDecimalNumber.
     void setGeneratesDecimalNumbers(BOOL generates);
-    /// What stands for null; the empty text unless set.
-    void setNilSymbol(const NSString* s);
 
     [[nodiscard]] Ref<NSString> stringForObjectValue(NSObject* value) override;
     BOOL getObjectValue_forString_errorDescription(Ref<NSObject>* value, NSString* string,

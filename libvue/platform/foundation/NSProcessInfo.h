@@ -12,19 +12,8 @@ public:
     ~NSProcessInfo() override;
     [[nodiscard]] static NSProcessInfo* processInfo();
 
-    /// The name of the executable file unless set; names the folder of the user defaults.
+    /// The name of the executable file; names the folder of the user defaults.
     [[nodiscard]] NSString* processName() const noexcept { return name_; }
-    void setProcessName(const NSString* name);
-    [[nodiscard]] int processIdentifier() const noexcept;
-    [[nodiscard]] Ref<NSArray> arguments() const;
-    [[nodiscard]] Ref<NSDictionary> environment() const;
-    [[nodiscard]] Ref<NSString> hostName() const;
-    [[nodiscard]] Ref<NSString> operatingSystemVersionString() const;
-    /// Different at each call, in this process and others.
-    [[nodiscard]] Ref<NSString> globallyUniqueString() const;
-    [[nodiscard]] NSUInteger processorCount() const noexcept;
-    /// Seconds since the machine started.
-    [[nodiscard]] NSTimeInterval systemUptime() const noexcept;
 
 private:
     Ref<NSString> name_;

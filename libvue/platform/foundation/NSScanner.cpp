@@ -2,23 +2,14 @@
 
 #include <limits>
 
+#include <libvue/platform/foundation/AsciiDigits.h>
 #include <libvue/platform/foundation/NSCharacterSet.h>
 #include <libvue/platform/foundation/NSException.h>
 
 namespace libvue {
 
-namespace {
-
-bool isDigit(unichar c) noexcept { return c >= '0' && c <= '9'; }
-
-int hexDigit(unichar c) noexcept {
-    if (isDigit(c)) return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return -1;
-}
-
-} // namespace
+using detail::hexDigit;
+using detail::isDigit;
 
 void NSScanner::describe(ClassDescription<NSScanner>&) {}
 

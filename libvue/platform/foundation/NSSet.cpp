@@ -91,20 +91,6 @@ BOOL NSSet::intersectsSet(const NSSet* other) const {
     return NO;
 }
 
-Ref<NSSet> NSSet::setByAddingObject(NSObject* o) const {
-    auto s = setWithSet(this);
-    s->put(o);
-    return s;
-}
-
-Ref<NSSet> NSSet::setByAddingObjectsFromSet(const NSSet* other) const {
-    auto s = setWithSet(this);
-    if (other)
-        for (NSObject* o : *other)
-            s->put(o);
-    return s;
-}
-
 Ref<NSSet> NSSet::filteredSet(const std::function<BOOL(NSObject*)>& keep) const {
     auto all = allObjects();
     auto s = make<NSSet>();

@@ -35,8 +35,6 @@ public:
     [[nodiscard]] BOOL isEqualToSet(const NSSet* other) const;
     [[nodiscard]] BOOL isSubsetOfSet(const NSSet* other) const;
     [[nodiscard]] BOOL intersectsSet(const NSSet* other) const;
-    [[nodiscard]] Ref<NSSet> setByAddingObject(NSObject* o) const;
-    [[nodiscard]] Ref<NSSet> setByAddingObjectsFromSet(const NSSet* other) const;
     [[nodiscard]] Ref<NSSet> filteredSet(const std::function<BOOL(NSObject*)>& keep) const;
     void makeObjectsPerformSelector(SEL selector) const;
     void makeObjectsPerformSelector_withObject(SEL selector, NSObject* argument) const;
@@ -82,7 +80,6 @@ public:
     explicit NSMutableSet(NSCoder& coder) : NSSet(coder) {}
 
     [[nodiscard]] static Ref<NSMutableSet> set();
-    [[nodiscard]] static Ref<NSMutableSet> setWithCapacity(NSUInteger capacity);
     [[nodiscard]] static Ref<NSMutableSet> setWithObject(NSObject* o);
     [[nodiscard]] static Ref<NSMutableSet> setWithArray(const NSArray* a);
     [[nodiscard]] static Ref<NSMutableSet> setWithSet(const NSSet* s);
@@ -95,7 +92,6 @@ public:
     void unionSet(const NSSet* other);
     void minusSet(const NSSet* other);
     void intersectSet(const NSSet* other);
-    void setSet(const NSSet* other);
 
     [[nodiscard]] Ref<NSObject> copyWithZone() const override;
 };

@@ -5,6 +5,7 @@
 #include <unicode/ucol.h>
 #include <unicode/uloc.h>
 
+#include <libvue/platform/foundation/AsciiDigits.h>
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSString.h>
 #include <libvue/platform/foundation/StringFolding.h>
@@ -19,7 +20,7 @@ template <class A, class B> NSComparisonResult order(A a, B b) noexcept {
     return a < b ? NSOrderedAscending : b < a ? NSOrderedDescending : NSOrderedSame;
 }
 
-bool isDigit(unichar c) noexcept { return c >= '0' && c <= '9'; }
+using detail::isDigit;
 
 /// Runs of digits by their value, everything else unit by unit.
 NSComparisonResult compareNumerically(std::u16string_view a, std::u16string_view b) noexcept {

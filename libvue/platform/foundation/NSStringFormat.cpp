@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include <libvue/platform/foundation/AsciiDigits.h>
 #include <libvue/platform/foundation/NSException.h>
 #include <libvue/platform/foundation/NSString.h>
 #include <libvue/platform/foundation/StringBuilder.h>
@@ -15,6 +16,8 @@
 namespace libvue {
 
 namespace {
+
+using detail::isDigit;
 
 /// Widths and precisions beyond this are held to it, so that a bad format cannot ask for all the memory.
 constexpr int largestField = 100000;
@@ -88,7 +91,6 @@ public:
 
 private:
     [[nodiscard]] unichar at(NSUInteger i) const noexcept { return i < format_.length() ? format_.unit(i) : u'\0'; }
-    static bool isDigit(unichar c) noexcept { return c >= '0' && c <= '9'; }
 
     int number(NSUInteger& i) const noexcept {
         int value = 0;

@@ -2,6 +2,7 @@
 #include <limits>
 #include <string>
 
+#include <libvue/platform/foundation/AsciiDigits.h>
 #include <libvue/platform/foundation/NSString.h>
 #include <libvue/platform/foundation/StringUnits.h>
 
@@ -9,10 +10,11 @@ namespace libvue {
 
 namespace {
 
+using detail::isDigit;
+
 bool isSpace(unichar c) noexcept {
     return c == ' ' || (c >= 9 && c <= 13) || c == 0xA0 || (c >= 0x2000 && c <= 0x200A) || c == 0x3000;
 }
-bool isDigit(unichar c) noexcept { return c >= '0' && c <= '9'; }
 
 NSUInteger afterSpace(const NSString& s) noexcept {
     NSUInteger i = 0;
@@ -57,7 +59,7 @@ double NSString::doubleValue() const {
         if (!isDigit(c) && c != '.' && c != 'e' && c != 'E' && !sign) break;
         digits.push_back(static_cast<char>(c));
     }
-    if (digits.empty() || !(isDigit(static_cast<unichar>(digits[0])) || digits[0] == '.')) return 0;
+    if (digits.empty() || !(isDigit(digits[0]) || digits[0] == '.')) return 0;
     const double value = ::strtod_l(digits.c_str(), nullptr, detail::cLocale());
     return negative ? -value : value;
 }

@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <libvue/platform/foundation/AsciiDigits.h>
 #include <libvue/platform/foundation/NSCoder.h>
 #include <libvue/platform/foundation/PercentEscapes.h>
 
@@ -17,7 +18,8 @@ namespace {
 
 const ClassRegistration<NSURL> registration;
 
-bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
+using detail::isDigit;
+
 bool isLetter(char c) noexcept { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 bool isSchemeTail(char c) noexcept { return isLetter(c) || isDigit(c) || c == '+' || c == '-' || c == '.'; }
 

@@ -1,5 +1,6 @@
 #include <libvue/platform/foundation/PercentEscapes.h>
 
+#include <libvue/platform/foundation/AsciiDigits.h>
 #include <libvue/platform/foundation/NSData.h>
 #include <libvue/platform/foundation/NSString.h>
 #include <libvue/platform/foundation/NSURL.h>
@@ -11,24 +12,17 @@ namespace libvue {
 namespace {
 
 bool isAlphanumeric(unsigned char c) noexcept {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    return detail::isDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 bool isOneOf(unsigned char c, std::string_view set) noexcept { return c && set.find(static_cast<char>(c)) != set.npos; }
 
 /// What may stand in a URL without an escape, besides the sign of a fragment and brackets.
 bool isLegal(unsigned char c) noexcept { return isAlphanumeric(c) || isOneOf(c, "-_.~!*'();/?:@&=+$,"); }
 
-int hexDigit(char c) noexcept {
-    if (c >= '0' && c <= '9') return c - '0';
-    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-    return -1;
-}
-
 /// The byte of the escape at `i`, or -1.
 int escapeAt(std::string_view s, std::size_t i) noexcept {
     if (i + 2 >= s.size() || s[i] != '%') return -1;
-    const int high = hexDigit(s[i + 1]), low = hexDigit(s[i + 2]);
+    const int high = detail::hexDigit(s[i + 1]), low = detail::hexDigit(s[i + 2]);
     return high < 0 || low < 0 ? -1 : high * 16 + low;
 }
 

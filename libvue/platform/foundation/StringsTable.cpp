@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <libvue/platform/foundation/AsciiDigits.h>
 #include <libvue/platform/foundation/NSData.h>
 #include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/platform/foundation/NSString.h>
@@ -71,7 +72,7 @@ private:
         StringBuilder b;
         if (!take(u'"')) {
             auto isWord = [](unichar c) {
-                return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || c == u'_' ||
+                return detail::isDigit(c) || (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || c == u'_' ||
                        c == u'-' || c == u'.' || c == u'$' || c == u':' || c == u'/';
             };
             while (isWord(unit()))
@@ -118,13 +119,9 @@ private:
             unsigned v = 0;
             int digits = 0;
             for (; digits < mostDigits; ++digits, ++at_) {
-                unichar d = unit();
-                unsigned digit = d >= u'0' && d <= u'9'   ? d - u'0'
-                                 : d >= u'a' && d <= u'f' ? d - u'a' + 10u
-                                 : d >= u'A' && d <= u'F' ? d - u'A' + 10u
-                                                          : 16u;
-                if (digit == 16) break;
-                v = v * 16 + digit;
+                const int digit = detail::hexDigit(unit());
+                if (digit < 0) break;
+                v = v * 16 + static_cast<unsigned>(digit);
             }
             b.append(digits ? static_cast<unichar>(v) : c);
             break;
