@@ -16,7 +16,9 @@ namespace galerie {
 
 namespace {
 
-constexpr CGFloat kBord = 8, kNom = 18, kRayon = 8;
+/// Around the card, empty: on paper the views of a grid lie over one another by nearly as much.
+constexpr CGFloat kMarge = 11;
+constexpr CGFloat kBord = 5, kNom = 18, kRayon = 8;
 
 Ref<NSDictionary> attributs(NSColor* couleur) {
     const auto style = make<NSMutableParagraphStyle>();
@@ -74,7 +76,7 @@ void CarteImage::drawRect(const NSRect&) {
     if (fichier_->etat == FichierImage::Etat::absente) montre();
     // A page is drawn once, and what comes later is not on it.
     if (!NSGraphicsContext::currentContextDrawingToScreen()) fichier_->reserve()->lisMaintenant(fichier_);
-    const NSRect b = bounds();
+    const NSRect b = NSInsetRect(bounds(), kMarge, kMarge);
     if (fichier_->estChoisi()) {
         NSColor::controlAccentColor()->colorWithAlphaComponent(0.16)->setFill();
         arrondi(b, kRayon)->fill();
@@ -82,7 +84,7 @@ void CarteImage::drawRect(const NSRect&) {
         arrondi(NSInsetRect(b, 0.5, 0.5), kRayon - 0.5)->stroke();
     }
     const NSSize p = place();
-    const NSRect cadre{{kBord, NSMaxY(b) - kBord - p.height}, p};
+    const NSRect cadre{{NSMinX(b) + kBord, NSMaxY(b) - kBord - p.height}, p};
     if (const Ref<NSImage> image = fichier_->vignette) {
         const NSSize t = image->size();
         const NSRect ou{{std::round(NSMidX(cadre) - t.width / 2), std::round(NSMidY(cadre) - t.height / 2)}, t};
@@ -91,7 +93,7 @@ void CarteImage::drawRect(const NSRect&) {
         NSBezierPath::bezierPathWithRect(NSInsetRect(ou, 0.5, 0.5))->stroke();
     } else
         dessineManque(cadre, fichier_->etat == FichierImage::Etat::illisible);
-    const NSRect ligne{{kBord, kBord - 2}, {p.width, kNom}};
+    const NSRect ligne{{NSMinX(b) + kBord, NSMinY(b) + kBord - 2}, {p.width, kNom}};
     drawWithRect_options_attributes(
         fichier_->nom(), ligne, NSStringDrawingUsesLineFragmentOrigin | NSStringDrawingTruncatesLastVisibleLine,
         attributs(fichier_->estChoisi() ? NSColor::labelColor() : NSColor::secondaryLabelColor()));

@@ -12,7 +12,7 @@ public:
     static void describe(ClassDescription<CarteImage, NSView>& c);
     CarteImage();
     ~CarteImage() override;
-    [[nodiscard]] static NSSize taille() { return {168, 150}; }
+    [[nodiscard]] static NSSize taille() { return {184, 166}; }
     /// What a thumbnail may take of a card.
     [[nodiscard]] static NSSize place() { return {152, 112}; }
     /// The name of the interface resource with one card; registered at the first call.

@@ -9,6 +9,8 @@ namespace galerie {
 
 namespace {
 constexpr CGFloat kRayon = 7;
+/// Around the card, empty: on paper the views of a grid lie over one another by nearly as much.
+constexpr CGFloat kMarge = 11;
 const ClassRegistration<CarteVue> enregistrement;
 } // namespace
 
@@ -51,9 +53,8 @@ void CarteVue::montre() {
 }
 
 void CarteVue::drawRect(const NSRect&) {
-    const NSRect r = NSInsetRect(bounds(), 1, 1);
-    const Ref<NSBezierPath> forme =
-        NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius(NSInsetRect(r, 0.5, 0.5), kRayon, kRayon);
+    const NSRect r = NSInsetRect(bounds(), kMarge + 0.5, kMarge + 0.5);
+    const Ref<NSBezierPath> forme = NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius(r, kRayon, kRayon);
     if (carte_ && carte_->estChoisie()) {
         NSColor::alternateSelectedControlColor()->setFill();
         forme->fill();

@@ -34,7 +34,7 @@ private:
 class CarteVue : public NSView, public KCCollectionItemView {
 public:
     static void describe(ClassDescription<CarteVue, NSView>& c);
-    static NSSize taille() { return {138, 64}; }
+    static NSSize taille() { return {152, 82}; }
     CarteVue() = default;
     ~CarteVue() override;
 

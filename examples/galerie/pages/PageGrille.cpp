@@ -27,7 +27,7 @@ namespace galerie {
 namespace {
 
 constexpr NSSize kTaille{700, 460};
-constexpr CGFloat kEntete = 40, kPied = 36, kHautListe = 78, kBasListe = 40;
+constexpr CGFloat kEntete = 34, kPied = 36, kBordCartes = 21, kHautListe = 78, kBasListe = 40;
 constexpr CGFloat kCran = 1000; ///< steps of the slider of counts
 
 Ref<NSString> nombreEnTexte(NSUInteger n) {
@@ -123,14 +123,14 @@ void DelegueDeGrille::dessineEntete(KCCollectionView* grille, NSRect) {
     if (!page) return;
     // The whole band, whatever part of it was asked for: texts are not cut at its edge.
     const NSRect bande{{0, 0}, {grille->bounds().size.width, kEntete}};
-    ecris(page->source().nom(), NSFont::boldSystemFontOfSize(15), NSColor::labelColor(), bande, 10);
+    ecris(page->source().nom(), NSFont::boldSystemFontOfSize(15), NSColor::labelColor(), bande, kBordCartes);
 }
 
 void DelegueDeGrille::dessinePied(KCCollectionView* grille, NSRect bande) {
     const Ref<NSString> texte = NSString::stringWithFormat(
         u"%@ cartes"_ns, nombreEnTexte(grille->donnees() ? grille->donnees()->count() : 0).get());
     ecris(texte, NSFont::systemFontOfSize(NSFont::smallSystemFontSize()), NSColor::secondaryLabelColor(), bande,
-          bande.origin.x + 10);
+          bande.origin.x + kBordCartes);
 }
 
 void DelegueDeGrille::change(KCCollectionView* grille) {
@@ -158,7 +158,7 @@ Grilles::Grilles() {
     champ_->setAccessibilityLabel(u"Nombre de cartes"_ns);
     champ_->setTarget(this);
     champ_->setAction(sel("saisi:"));
-    ecart_ = large(NSSlider::sliderWithValue_minValue_maxValue_target_action(8, 0, 40, this, sel("ecarte:")), 110);
+    ecart_ = large(NSSlider::sliderWithValue_minValue_maxValue_target_action(-10, -10, 30, this, sel("ecarte:")), 110);
     ecart_->setAccessibilityLabel(u"Écart entre les cartes"_ns);
     const auto bouton = NSButton::buttonWithTitle_target_action(u"Aperçu et impression…"_ns, this, sel("imprime:"));
 
