@@ -88,6 +88,8 @@ TEST_F(DossierTest, OnlyWhatIsInViewIsLoaded) {
         if (tour % 3 == 0) source->attends();
         EXPECT_LE(nombre(Etat::prete) + nombre(Etat::attendue), 60u);
     }
+    defilement->scrollToEndOfDocument(nullptr);
+    drain();
     source->attends();
     EXPECT_EQ(fichier(kImages - 1)->etat, Etat::prete);
     EXPECT_EQ(fichier(0)->etat, Etat::absente);
