@@ -44,7 +44,7 @@ template <class T> void archivedAndCopied(const Changes<T>& changes) {
 }
 
 Ref<NSImage> picture() {
-    const auto image = make<NSImage>(NSMakeSize(4, 4));
+    auto image = make<NSImage>(NSMakeSize(4, 4));
     image->addRepresentation(NSBitmapImageRep::initWithPixelsWide_pixelsHigh(4, 4));
     return image;
 }

@@ -69,7 +69,7 @@ TEST_F(CellTest, ADisabledTextIsPale) {
         f->setEnabled(enabled);
         Enregistrement r({200, 40});
         f->cell()->drawWithFrame_inView(f->bounds(), f);
-        const auto drawn = r.last();
+        const auto& drawn = r.last();
         ASSERT_EQ(drawn.kind, backend::RecordingCanvas::Kind::text);
         const auto wanted = (enabled ? NSColor::labelColor() : NSColor::disabledControlTextColor())
                                 ->colorUsingColorSpaceName(NSDeviceRGBColorSpace);

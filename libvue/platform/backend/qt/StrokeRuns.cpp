@@ -139,8 +139,10 @@ constexpr double mostRows = 64;
 /// Only of what is seen: an outline may be as long as its maker likes.
 void appendSlices(const Box& box, const NSRect& seen, std::vector<NSRect>& rects) {
     const NSRect r = NSIntersectionRect({{box.left, box.bottom}, {box.right - box.left, box.top - box.bottom}}, seen);
-    for (double y = NSMinY(r); y < NSMaxY(r); y += mostRows)
+    for (double y = NSMinY(r); y < NSMaxY(r);) {
         rects.push_back({{r.origin.x, y}, {r.size.width, std::min(mostRows, NSMaxY(r) - y)}});
+        y += mostRows;
+    }
 }
 
 /// Small strokes are done at once, a large one is handed to threads, which takes longer than all of them.
