@@ -28,11 +28,9 @@ TEST(ZerlCharacterSetTest, holdsWhatAWordIsMadeOf) {
     EXPECT_EQ(members, 2u);
     EXPECT_TRUE(apostrophe->characterIsMember(u'\'') && apostrophe->characterIsMember(u'\u2019'));
 
-    // Frozen, and made once.
     EXPECT_EQ(dynamic_cast<const NSMutableCharacterSet*>(mot), nullptr);
     ZerlCharacterSet::initialize(classOf<ZerlCharacterSet>());
-    EXPECT_EQ(ZerlCharacterSet::motCharacterSet(), mot);
-    EXPECT_EQ(NSClassFromString(u"ZerlCharacterSet"_ns), &classOf<ZerlCharacterSet>());
+    EXPECT_EQ(ZerlCharacterSet::motCharacterSet(), mot) << "made once";
 }
 
 TEST(ModificationChaineTest, rewrites) {

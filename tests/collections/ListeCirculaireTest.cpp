@@ -17,8 +17,6 @@ using testing::ElementsAre;
 
 namespace {
 
-constexpr std::uint64_t kPremier = 0;
-
 Ref<ListeCirculaire> anneau(const std::string& lettres) {
     auto l = make<ListeCirculaire>(lettres.size());
     for (const char c : lettres)
@@ -36,10 +34,10 @@ std::string lit(const ListeCirculaire* l, std::uint64_t depuis, std::size_t n) {
 
 TEST(ListeCirculaireTest, NumbersAddressTheRingFromItsHead) {
     const auto l = anneau("abc");
-    EXPECT_EQ(lit(l, kPremier, 7), "abcabca");
+    EXPECT_EQ(lit(l, 0, 7), "abcabca");
     EXPECT_EQ(lit(l, ~std::uint64_t{0}, 1), "c");
     l->ajouteElement(u"d"_ns); // full
-    EXPECT_EQ(lit(l, kPremier, 3), "abc");
+    EXPECT_EQ(lit(l, 0, 3), "abc");
     l->setPremierNoElement(10);
     EXPECT_EQ(lit(l, 10, 3), "abc");
 }

@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
-#include <libvue/platform/appkit/WebView.h>
-#include <libvue/platform/foundation/NSDictionary.h>
+#include <support/PageWeb.h>
+
 #include <libvue/popover/KCTransientPanel.h>
 #include <libvue/popover/NSWindowKerlan.h>
 
@@ -44,38 +44,6 @@ private:
     Ref<DOMNode> parent_;
 };
 
-class Plage : public DOMRange {
-public:
-    static void describe(ClassDescription<Plage, DOMRange>&) {}
-    Plage(const char* texte, DOMNode* debut, NSInteger place) : texte_(texte), debut_(debut), place_(place) {}
-    [[nodiscard]] Ref<NSString> toString() const override { return NSString::fromUTF8(texte_); }
-    [[nodiscard]] Ref<DOMNode> startContainer() const override { return debut_; }
-    [[nodiscard]] NSInteger startOffset() const override { return place_; }
-
-private:
-    std::string texte_;
-    Ref<DOMNode> debut_;
-    NSInteger place_;
-};
-
-class Page : public WebView {
-public:
-    static void describe(ClassDescription<Page, WebView>&) {}
-    using WebView::WebView;
-    Ref<DOMRange> plage;
-    Ref<DOMNode> noeud;
-    Weak<NSObject> regles;
-    NSPoint demande;
-
-    [[nodiscard]] Ref<DOMRange> selectedDOMRange() override { return plage; }
-    [[nodiscard]] NSObject* policyDelegate() const override { return regles; }
-    [[nodiscard]] Ref<NSDictionary> elementAtPoint(NSPoint p) override {
-        demande = p;
-        if (!noeud) return NSDictionary::dictionary();
-        return NSDictionary::dictionaryWithObject_forKey(noeud, WebElementDOMNodeKey.get());
-    }
-};
-
 class Document : public WebHTMLView {
 public:
     static void describe(ClassDescription<Document, WebHTMLView>&) {}
@@ -84,7 +52,7 @@ public:
     BOOL acceptsFirstResponder() override { return YES; }
     void mouseDown(NSEvent* e) override {
         log_.push_back("down " + std::to_string(e->clickCount()));
-        if (choisit) page_->plage = make<Plage>("word", nullptr, 0);
+        if (choisit) page_->plage = make<Plage>("word");
     }
     void mouseUp(NSEvent* e) override { log_.push_back("up " + std::to_string(e->clickCount())); }
     void keyDown(NSEvent*) override { log_.push_back("key"); }

@@ -1,5 +1,6 @@
 #include <appkit/Cible.h>
 #include <gmock/gmock.h>
+#include <support/PageWeb.h>
 
 #include <libvue/alerts/KAlerteEphemere.h>
 #include <libvue/platform/appkit/NSAccessibility.h>
@@ -11,8 +12,6 @@
 #include <libvue/platform/appkit/NSPopUpButton.h>
 #include <libvue/platform/appkit/NSText.h>
 #include <libvue/platform/appkit/NSTextField.h>
-#include <libvue/platform/appkit/WebView.h>
-#include <libvue/platform/foundation/NSDictionary.h>
 #include <libvue/search/KPanneauRecherche.h>
 
 using namespace libvue;
@@ -306,41 +305,18 @@ TEST_F(KPanneauRechercheTest, ThePlatformsFindPanelIsClosed) {
     EXPECT_TRUE(fenetreNommee->isVisible() && autre->isVisible() && second->isVisible() && panneau->isVisible());
 }
 
-// Web views.
-
-class Etendue : public DOMRange {
-public:
-    static void describe(ClassDescription<Etendue, DOMRange>&) {}
-    [[nodiscard]] Ref<NSString> toString() const override { return u"page"_ns; }
-    [[nodiscard]] Ref<DOMNode> startContainer() const override { return nullptr; }
-    [[nodiscard]] NSInteger startOffset() const override { return 0; }
-};
-
-class Page : public WebView {
-public:
-    static void describe(ClassDescription<Page, WebView>&) {}
-    std::string demande;
-    bool choisie = true;
-    [[nodiscard]] Ref<DOMRange> selectedDOMRange() override { return choisie ? make<Etendue>() : Ref<Etendue>(); }
-    [[nodiscard]] NSObject* policyDelegate() const override { return nullptr; }
-    [[nodiscard]] Ref<NSDictionary> elementAtPoint(NSPoint) override { return nullptr; }
-    BOOL searchFor_direction_caseSensitive_wrap(NSString* texte, BOOL avant, BOOL casse, BOOL boucle) override {
-        demande = texte->utf8() + (avant ? " avant" : " arrière") + (casse ? " casse" : "") + (boucle ? " boucle" : "");
-        return YES;
-    }
-};
-
 TEST_F(KPanneauRechercheTest, WebViewsAreClients) {
     const auto page = make<Page>();
+    page->plage = make<Plage>("page");
     panneau->initialisePourClient(page);
     EXPECT_FALSE(panneau->typeRech()->isEnabled());
     panneau->setString(u"aujourd'hui l’'"_ns);
     commande(kRecherchePrecedent);
-    EXPECT_EQ(page->demande, "aujourd’hui l’’ arrière boucle");
+    EXPECT_EQ(page->cherchee, "aujourd’hui l’’ arrière boucle");
     EXPECT_TRUE(panneau->msgIntrouvable()->isHidden());
     commande(kRechercheUtiliserSelection);
     EXPECT_EQ(champ(), "page");
-    page->choisie = false;
+    page->plage = nullptr;
     commande(kRechercheUtiliserSelection);
     EXPECT_EQ(champ(), "page");
 }
