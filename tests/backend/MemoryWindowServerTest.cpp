@@ -86,7 +86,6 @@ TEST_F(MemoryWindowServerTest, theFocusGoesFromWindowToWindowAndFallsBackToThePa
     const WindowId third = open({{400, 0}, {100, 100}});
     server.setParent(third, first);
     drain();
-
     server.hide(third);
     EXPECT_EQ(heard(), (Heard{{Kind::focusOut, third}, {Kind::focusIn, first}}));
 

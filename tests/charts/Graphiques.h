@@ -31,4 +31,12 @@ inline Ref<KCTarte> tarteDe(const std::vector<NSInteger>& valeurs, const NSRect&
     return t;
 }
 
+/// A window of its size with the view alone in it, on the screen.
+inline Ref<NSWindow> fenetreDe(NSView* vue) {
+    Ref<NSWindow> w = AppFixture::windowAt({{100, 100}, vue->bounds().size});
+    w->contentView()->addSubview(vue);
+    AppFixture::show(w);
+    return w;
+}
+
 } // namespace libvue::test

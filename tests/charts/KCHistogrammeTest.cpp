@@ -215,9 +215,7 @@ TEST_F(KCHistogrammeTest, eachBandOwnsHalfTheGapsAroundIt) {
 
 TEST_F(KCHistogrammeTest, aClickNamesTheBandAndSendsTheAction) {
     const auto h = histogramme({1, 2, 3});
-    const Ref<NSWindow> w = windowAt({{100, 100}, {400, 200}});
-    w->contentView()->addSubview(h);
-    show(w);
+    const auto w = fenetreDe(h);
     h->setClickedBar(42);
     click(w, 50, 200 - 30);
     EXPECT_EQ(h->clickedBar(), 42); // without an action
@@ -236,9 +234,7 @@ TEST_F(KCHistogrammeTest, aClickNamesTheBandAndSendsTheAction) {
 
 TEST_F(KCHistogrammeTest, settersAskForARedrawWhereTheyShould) {
     const auto h = histogramme({1});
-    const Ref<NSWindow> w = windowAt({{100, 100}, {400, 200}});
-    w->contentView()->addSubview(h);
-    show(w);
+    const auto w = fenetreDe(h);
     const std::pair<Ref<NSString>, bool> cas[] = {
         {u"donnees"_ns, true},
         {u"couleurs"_ns, true},

@@ -42,11 +42,9 @@ struct KCTarteSelectionTest : AppFixture {
     std::vector<Ref<NSObject>> jetons;
 
     void SetUp() override {
-        fenetre = windowAt({{100, 100}, {200, 200}});
         tarte = make<TarteTemoin>(NSRect{{0, 0}, {200, 200}});
         remplis();
-        fenetre->contentView()->addSubview(tarte);
-        show(fenetre);
+        fenetre = fenetreDe(tarte);
         for (NSString* nom : {kTarteSelectionWillChange.get(), kTarteSelectionDidChange.get()})
             jetons.push_back(NSNotificationCenter::defaultCenter()->addObserverForName_object_queue_usingBlock(
                 nom, tarte, nullptr, [this](NSNotification* n) { entends(n); }));

@@ -79,9 +79,7 @@ TEST_F(KCTarteTest, withoutATotalItIsAGreyDisc) {
             EXPECT_NEAR(op.color.red, 2.0 / 3, 1e-6);
             EXPECT_EQ(op.path.points.at(0), (NSPoint{87, 100}));
         }
-        const Ref<NSWindow> w = windowAt({{100, 100}, {100, 200}});
-        w->contentView()->addSubview(t);
-        show(w);
+        const auto w = fenetreDe(t);
         t->setSelectedIndex(NSNumber::numberWithInteger(-3)); // which a click beside the slices would make -1
         click(w, 60, 110);
         EXPECT_EQ(t->selectedIndex()->integerValue(), -3);
@@ -139,9 +137,7 @@ TEST_F(KCTarteTest, theListKeepsItsTotal) {
 
 TEST_F(KCTarteTest, changesAskForARedrawAndAPieStartsEmptyWithoutOne) {
     const auto t = tarteDe({1, 2});
-    const Ref<NSWindow> w = windowAt({{100, 100}, {200, 200}});
-    w->contentView()->addSubview(t);
-    show(w);
+    const auto w = fenetreDe(t);
     const std::pair<bool, std::function<void()>> cas[] = {
         {true, [&] { t->setValeur_deLaPointe(1, 0); }},
         {true, [&] { t->enlevePointe(t->pretePointe(0)); }},

@@ -67,24 +67,15 @@ TEST_F(PageFrancaisTest, AClickOnAPieceSelectsItInTheField) {
 TEST_F(PageFrancaisTest, RomanNumeralsGoBothWays) {
     auto* nombre = nommee<NSTextField>(u"Nombre");
     auto* romain = nommee<NSTextField>(u"Chiffres romains");
-    auto* curseur = nommee<NSSlider>(u"Nombre");
     remplace(nombre, u"1994");
     EXPECT_EQ(romain->stringValue()->utf8(), "MCMXCIV");
-    EXPECT_EQ(curseur->doubleValue(), 1994);
+    EXPECT_EQ(nommee<NSSlider>(u"Nombre")->doubleValue(), 1994);
     remplace(romain, u"MMXXVI");
     EXPECT_EQ(nombre->stringValue()->utf8(), "2026");
-    for (const auto& [champ, faux] : {std::pair{romain, u"IIII"}, {romain, u""}, {nombre, u"4000"}, {nombre, u"-3"}}) {
-        remplace(champ, faux);
-        EXPECT_TRUE(dit(u"Ce n’est pas un nombre")) << NSString::from(faux)->utf8();
-    }
+    remplace(romain, u"IIII");
+    EXPECT_TRUE(dit(u"Ce n’est pas un nombre"));
     touche(u'\t'); // what was refused goes when the field is left
     EXPECT_FALSE(dit(u"Ce n’est pas un nombre"));
-    EXPECT_EQ(static_cast<double>(nombre->integerValue()), curseur->doubleValue());
-}
-
-TEST_F(PageFrancaisTest, BlanksBecomeSingle) {
-    remplace(nommee<NSTextField>(u"Texte à espacer"), u"  un   deux ");
-    EXPECT_TRUE(dit(u"«un·deux»"));
 }
 
 } // namespace

@@ -48,11 +48,9 @@ TEST_F(PageImagesTest, aDragTracesARegionAndAnotherMovesIt) {
     tire(en(0.5, 0.6), en(0.99, 0.99));
     EXPECT_NEAR(NSMaxX(vignette->region()), 1, 1e-9);
     EXPECT_NEAR(NSMaxY(vignette->region()), 1, 1e-9);
-}
-
-TEST_F(PageImagesTest, aClickLeavesTheRegionAsItIs) {
+    // A click alone leaves it as it is.
     const NSRect avant = vignette->region();
-    const NSPoint p = en(0.1, 0.9);
+    const NSPoint p = en(0.1, 0.1);
     click(fenetre(), p.x, p.y);
     EXPECT_EQ(vignette->region(), avant);
 }
