@@ -47,6 +47,7 @@ inline std::vector<Document> documents() {
         {"[1,\0 2]"s, endOfArray},
         {"[\"a\0b\"]"s, unended + inArray},
         {"\v\f[\v1\f,\v2\f]\v\f", "[1,2]"},
+        {"[" + times(7, " \t\n\v\f\r") + "1" + times(9, "\r\n") + "," + times(33, " ") + "2]", "[1,2]"},
         {"\xC2\xA0[]", unknown},
         {"\xEF\xBB\xBF[]", unknown},
         {"]", unknown},

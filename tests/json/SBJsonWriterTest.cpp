@@ -293,8 +293,9 @@ TEST(SBJsonWriter, longTextsChangeTheirStorageWhereTheyMust) {
 
 TEST(SBJsonWriter, wideTextsAndLongStretchesWithoutThemAlternate) {
     // Stretches that end before, at and behind the ends of blocks; the wide text is a value, a key, or a value that is
-    // longer than a block.
+    // longer than a block. A proxy and its comma are as wide as divides a block, which then ends between the two.
     const std::u16string wide = u"\u4E00\n", longWide(9000, u'\u4E01');
+    const Ref<NSObject> plain = decimal("987654321"), proxy = make<Proxy>(decimal("7654321"));
     for (int count : {1, 800, 817, 818, 819, 820, 821, 1640, 4000}) {
         Values values;
         std::u16string expected = u"[";
@@ -305,7 +306,7 @@ TEST(SBJsonWriter, wideTextsAndLongStretchesWithoutThemAlternate) {
         };
         for (int round = 0; round < 6; ++round) {
             for (int i = 0; i < count; ++i)
-                add(decimal("987654321"), u"987654321");
+                round % 2 ? add(plain, u"987654321") : add(proxy, u"7654321");
             if (round % 3 == 0)
                 add(text(wide), u"\"\u4E00\\n\"");
             else if (round % 3 == 1)
