@@ -1,17 +1,13 @@
 // A balloon: from the call to its first paint beside a popup of Qt's with the same content; its placement and its
 // outline, which have no peer.
 
-#include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <functional>
 #include <memory>
 #include <new>
 #include <stdexcept>
-#include <vector>
 
 #ifdef LIBVUE_HAVE_WIDGETS
-#include <QApplication>
 #include <QFrame>
 #include <QLabel>
 #include <QLineEdit>
@@ -32,7 +28,7 @@
 #include <libvue/popover/PlacementPopover.h>
 #include <libvue/popover/VuePopover.h>
 
-#include "Banc.h"
+#include "PremierePeinture.h"
 
 using namespace libvue;
 
@@ -44,15 +40,6 @@ constexpr int ouvertures = 300;
 constexpr NSSize contenu{240, 120};
 /// From the lower left corner of the content.
 constexpr NSRect texteIci{{12, 84}, {216, 20}}, champIci{{12, 50}, {216, 22}}, boutonIci{{128, 12}, {100, 28}};
-
-using Horloge = std::chrono::steady_clock;
-
-double secondes(Horloge::time_point debut) { return std::chrono::duration<double>(Horloge::now() - debut).count(); }
-
-double mediane(std::vector<double> v) {
-    std::nth_element(v.begin(), v.begin() + static_cast<std::ptrdiff_t>(v.size() / 2), v.end());
-    return v[v.size() / 2];
-}
 
 /// A window with an anchor in its middle.
 struct Fenetre {
@@ -86,11 +73,11 @@ struct Fenetre {
 
     /// Content, balloon and window are made anew each time; what closes them is not measured.
     double ouvre() const {
-        const auto debut = Horloge::now();
+        const banc::Chronometre temps;
         const Ref<KCPopover> p = bulle();
         montre(p);
         p->panel()->displayIfNeeded();
-        const double duree = secondes(debut);
+        const double duree = temps.secondes();
         if (p->panel()->displayPassCount() == 0) throw std::runtime_error("the balloon was not painted");
         p->panel()->close();
         NSApp()->drain_();
@@ -99,9 +86,9 @@ struct Fenetre {
 };
 
 #ifdef LIBVUE_HAVE_WIDGETS
-class Popup : public QFrame {
+class Popup : public banc::Peint<QFrame> {
 public:
-    explicit Popup(QWidget* parent) : QFrame(parent, Qt::Popup | Qt::FramelessWindowHint) {
+    explicit Popup(QWidget* parent) : Peint(parent, Qt::Popup | Qt::FramelessWindowHint) {
         setFrameShape(QFrame::StyledPanel);
         setAttribute(Qt::WA_TranslucentBackground);
         const auto ici = [](const NSRect& r) {
@@ -112,13 +99,6 @@ public:
         (new QLineEdit("à modifier", this))->setGeometry(ici(champIci));
         (new QPushButton("Remplacer", this))->setGeometry(ici(boutonIci));
         setGeometry(500, 300, static_cast<int>(contenu.width) + 22, static_cast<int>(contenu.height) + 30);
-    }
-    bool peint = false;
-
-protected:
-    void paintEvent(QPaintEvent* e) override {
-        QFrame::paintEvent(e);
-        peint = true;
     }
 };
 
@@ -131,42 +111,20 @@ struct FenetreQt {
     QWidget fenetre;
 
     double ouvre() {
-        const auto debut = Horloge::now();
-        auto popup = std::make_unique<Popup>(&fenetre);
-        popup->show();
-        while (!popup->peint)
-            QCoreApplication::processEvents();
-        const double duree = secondes(debut);
-        popup->close();
-        popup.reset();
-        QCoreApplication::processEvents();
-        return duree;
+        return banc::premierePeinture([this] { return std::make_unique<Popup>(&fenetre); });
     }
 };
 #endif
 
 banc::Mesures mesureOuverture() {
     const Fenetre nous;
-    std::vector<double> notres;
-    banc::Mesures m;
+    std::function<double(int)> pair;
 #ifdef LIBVUE_HAVE_WIDGETS
     FenetreQt eux;
-    std::vector<double> pairs;
+    pair = [&](int) { return eux.ouvre(); };
 #endif
-    // In turn, so that a machine that slows down slows both; the first ones warm the caches.
-    for (int i = 0; i < ouvertures; ++i) {
-        const double notre = nous.ouvre();
-        if (i >= ouvertures / 10) notres.push_back(notre * 1e6);
-#ifdef LIBVUE_HAVE_WIDGETS
-        const double pair = eux.ouvre();
-        if (i >= ouvertures / 10) pairs.push_back(pair * 1e6);
-#endif
-    }
-    m.notre = mediane(notres);
-#ifdef LIBVUE_HAVE_WIDGETS
-    m.pair = mediane(pairs);
-#endif
-    return m;
+    return banc::tourATour(
+        ouvertures, [&](int) { return nous.ouvre(); }, pair);
 }
 
 /// Every edge is weighed: on none of them the balloon fits.
@@ -215,11 +173,7 @@ void operator delete(void* p, std::size_t) noexcept { std::free(p); }
 
 int main(int argc, char** argv) {
 #ifdef LIBVUE_HAVE_WIDGETS
-    // Widgets need their own kind of application; the backend takes the one that there is.
-    const QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    // What its platform has to say of every popup would be paid for by the peer.
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    const banc::ApplicationPair application(argc, argv);
 #endif
     backend::Backend::install(backend::makeMemoryBackend());
     banc::Banc banc;

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include <libvue/platform/appkit/AlertPanel.h>
+#include <libvue/platform/appkit/KeptDrawing.h>
 #include <libvue/platform/appkit/NSScrollView.h>
 #include <libvue/platform/appkit/ThemeDrawing.h>
 #include <libvue/platform/foundation/NSDictionary.h>
@@ -162,7 +163,8 @@ void drawSign(NSAlertStyle style, const NSRect& r) {
 
 void AlertIconView::drawRect(const NSRect&) {
     if (!picture_) {
-        drawSign(style_, NSInsetRect(bounds(), 3, 3));
+        drawKept({KeptLook::Kind::alertSign, static_cast<std::uint32_t>(style_)}, bounds(), bounds().size.width,
+                 [this](const NSRect& room) { drawSign(style_, NSInsetRect(room, 3, 3)); });
         return;
     }
     const NSSize s = picture_->size();

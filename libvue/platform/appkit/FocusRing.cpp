@@ -1,5 +1,8 @@
 #include <libvue/platform/appkit/FocusRing.h>
 
+#include <cmath>
+
+#include <libvue/platform/appkit/KeptDrawing.h>
 #include <libvue/platform/graphics/NSBezierPath.h>
 #include <libvue/platform/graphics/NSColor.h>
 
@@ -26,10 +29,14 @@ void fillStrip(const NSRect& rect, CGFloat radius, CGFloat width, CGFloat alpha)
 NSRect focusRingBounds(const NSRect& rect) noexcept { return NSInsetRect(rect, -ringMargin, -ringMargin); }
 
 void drawFocusRing(const NSRect& rect, CGFloat radius) {
-    // One strip over the other: strongest at the rectangle.
-    fillStrip(rect, radius, ringWidth, 0.3);
-    fillStrip(rect, radius, ringWidth * 2 / 3, 0.35);
-    fillStrip(rect, radius, ringWidth / 3, 0.4);
+    const CGFloat end = ringMargin + std::ceil(radius) + 1;
+    drawKept({KeptLook::Kind::focusRing, 0, radius}, focusRingBounds(rect), end, [&](const NSRect& room) {
+        const NSRect inner = NSInsetRect(room, ringMargin, ringMargin);
+        // One strip over the other: strongest at the rectangle.
+        fillStrip(inner, radius, ringWidth, 0.3);
+        fillStrip(inner, radius, ringWidth * 2 / 3, 0.35);
+        fillStrip(inner, radius, ringWidth / 3, 0.4);
+    });
 }
 
 } // namespace libvue

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include <libvue/platform/appkit/KeptDrawing.h>
 #include <libvue/platform/appkit/NSCell.h>
 #include <libvue/platform/appkit/NSWindow.h>
 #include <libvue/platform/backend/Canvas.h>
@@ -34,6 +35,9 @@ CGFloat deviceScale() {
 Ref<NSBezierPath> rounded(const NSRect& r, CGFloat radius) {
     return NSBezierPath::bezierPathWithRoundedRect_xRadius_yRadius(r, radius, radius);
 }
+
+/// How far its corners reach into a face.
+CGFloat endOf(CGFloat radius) { return std::ceil(radius) + 2; }
 
 Ref<NSColor> faded(NSColor* c, CGFloat part) { return c->colorWithAlphaComponent(c->alphaComponent() * part); }
 
@@ -153,18 +157,19 @@ void strokeRoundedInside(const NSRect& r, CGFloat radius, NSColor* color) {
 }
 
 void drawPushButtonBezel(const NSRect& frame, const FaceState& s, CGFloat radius) {
-    NSRect r = alignedToPixels(frame);
-    const CGFloat line = fineLine();
-    // Room for the lift below.
-    r.size.height -= line;
-    if (!flippedContext()) r.origin.y += line;
-    radius = std::min(radius, r.size.height / 2);
     FaceState face = s;
     face.mixed = false;
     face.on = s.enabled && s.active && (s.isDefault || s.on);
     // Where the accent does not show it, a button that is on looks held down.
     if (!face.on && s.on && s.enabled) face.pressed = true;
-    drawFace(r, radius, face);
+    const std::uint32_t state = face.on | face.pressed << 1 | face.enabled << 2 | face.active << 3;
+    drawKept({KeptLook::Kind::face, state, radius}, alignedToPixels(frame), endOf(radius), [&](NSRect r) {
+        const CGFloat line = fineLine();
+        // Room for the lift below.
+        r.size.height -= line;
+        if (!flippedContext()) r.origin.y += line;
+        drawFace(r, std::min(radius, r.size.height / 2), face);
+    });
 }
 
 void drawRecessedBezel(const NSRect& frame, const FaceState& s) {
@@ -175,12 +180,13 @@ void drawRecessedBezel(const NSRect& frame, const FaceState& s) {
 }
 
 void drawTextFieldBezel(const NSRect& frame, BOOL enabled) {
-    const NSRect r = alignedToPixels(frame);
-    const CGFloat radius = theme::kRadius - 1;
-    fill(r, radius,
-         enabled ? Ref<NSColor>(NSColor::textBackgroundColor()) : faded(NSColor::textBackgroundColor(), kDisabledFace));
-    NSColor* border = NSColor::systemColor(SystemColor::controlBorder);
-    strokeRoundedInside(r, radius, enabled ? Ref<NSColor>(border) : faded(border, kDisabledFace));
+    constexpr CGFloat radius = theme::kRadius - 1;
+    drawKept({KeptLook::Kind::field, enabled, radius}, alignedToPixels(frame), endOf(radius), [&](const NSRect& r) {
+        NSColor* ground = NSColor::textBackgroundColor();
+        fill(r, radius, enabled ? Ref<NSColor>(ground) : faded(ground, kDisabledFace));
+        NSColor* border = NSColor::systemColor(SystemColor::controlBorder);
+        strokeRoundedInside(r, radius, enabled ? Ref<NSColor>(border) : faded(border, kDisabledFace));
+    });
 }
 
 void drawCheckBox(const NSRect& box, const FaceState& s) {
