@@ -1,6 +1,4 @@
 // Charts, whole views through the canvas, beside the same shapes, texts and blurs on a bare painter.
-// Qt would take the word "slots" for itself.
-#define QT_NO_KEYWORDS
 
 #include <algorithm>
 #include <array>

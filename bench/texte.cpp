@@ -17,7 +17,6 @@
 #include <libvue/platform/graphics/NSTextContainer.h>
 #include <libvue/platform/graphics/NSTextStorage.h>
 
-// Behind ours: it makes macros of some words.
 #include <QAbstractTextDocumentLayout>
 #include <QFont>
 #include <QImage>

@@ -25,7 +25,7 @@ template <Beside beside> std::uint32_t ObjectTable<beside>::hashOf(const NSObjec
 template <Beside beside>
 typename ObjectTable<beside>::Entry* ObjectTable<beside>::findHashed(const NSObject* key, std::uint32_t hash) const {
     if (std::uint32_t n = slotCount(capacity_)) {
-        const std::uint32_t* const slot = slots();
+        const std::uint32_t* const slot = hashSlots();
         for (std::uint32_t i = hash & (n - 1); slot[i] != 0; i = (i + 1) & (n - 1)) {
             std::uint32_t at = slot[i] - 1;
             NSObject* k = entries_[at].key;
@@ -48,9 +48,9 @@ template <Beside beside> void ObjectTable<beside>::link(std::uint32_t index) noe
     std::uint32_t n = slotCount(capacity_);
     if (n == 0) return;
     std::uint32_t i = hashes()[index] & (n - 1);
-    while (slots()[i])
+    while (hashSlots()[i])
         i = (i + 1) & (n - 1);
-    slots()[i] = index + 1;
+    hashSlots()[i] = index + 1;
 }
 
 template <Beside beside> void ObjectTable<beside>::rebuild(std::uint32_t capacity) {
@@ -61,7 +61,7 @@ template <Beside beside> void ObjectTable<beside>::rebuild(std::uint32_t capacit
     const std::uint32_t* oldHashes = old ? hashes() : nullptr;
     entries_ = static_cast<Entry*>(block);
     capacity_ = capacity;
-    std::memset(slots(), 0, slotCount(capacity) * sizeof(std::uint32_t));
+    std::memset(hashSlots(), 0, slotCount(capacity) * sizeof(std::uint32_t));
     std::uint32_t at = 0;
     for (std::uint32_t i = 0; old && i < used_; ++i) {
         if (!old[i].key) continue;
@@ -123,7 +123,7 @@ template <Beside beside> bool ObjectTable<beside>::remove(const NSObject* key) {
     ++mutations_;
     if (--count_ == 0) {
         used_ = 0;
-        std::memset(slots(), 0, slotCount(capacity_) * sizeof(std::uint32_t));
+        std::memset(hashSlots(), 0, slotCount(capacity_) * sizeof(std::uint32_t));
     }
     taken.key->release();
     if constexpr (beside == Beside::object)
@@ -157,7 +157,7 @@ void ObjectTable<beside>::adopt(NSObject* const* keysAndValues, const std::uint3
         ++mutations_;
         const std::uint32_t n = slotCount(capacity_);
         std::uint32_t* const kept = hashes();
-        std::uint32_t* const slot = slots();
+        std::uint32_t* const slot = hashSlots();
         for (std::uint32_t i = 0; i < count; ++i) {
             NSObject* const key = keysAndValues[2 * i];
             NSObject* const value = keysAndValues[2 * i + 1];

@@ -59,7 +59,7 @@ private:
     [[nodiscard]] std::uint32_t* hashes() const noexcept {
         return reinterpret_cast<std::uint32_t*>(entries_ + capacity_);
     }
-    [[nodiscard]] std::uint32_t* slots() const noexcept { return hashes() + capacity_; }
+    [[nodiscard]] std::uint32_t* hashSlots() const noexcept { return hashes() + capacity_; }
     [[nodiscard]] static std::uint32_t slotCount(std::uint32_t capacity) noexcept;
     [[nodiscard]] Entry* findHashed(const NSObject* key, std::uint32_t hash) const;
     [[nodiscard]] static std::size_t blockBytes(std::uint32_t capacity) noexcept;
