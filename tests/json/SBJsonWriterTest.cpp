@@ -283,8 +283,10 @@ TEST(SBJsonWriter, longTextsChangeTheirStorageWhereTheyMust) {
             const auto s = text(units);
             const auto value = list({decimal("123456789.5"), s, text(u"é\""), decimal("-1"), s, text(u"\u4E00"), s});
             const std::u16string part = escaped(units);
-            const std::u16string expected =
-                u"[123456789.5," + part + u",\"é\\\"\",-1," + part + u",\"\u4E00\"," + part + u"]";
+            std::u16string expected;
+            for (const std::u16string_view each :
+                 {u"[123456789.5,", part.c_str(), u",\"é\\\"\",-1,", part.c_str(), u",\"\u4E00\",", part.c_str(), u"]"})
+                expected += each;
             const auto written = writer->stringWithFragment(value);
             ASSERT_TRUE(written->isEqualTo(expected)) << length << " times " << static_cast<int>(c);
         }

@@ -52,7 +52,7 @@ public:
         }
         if (!(size.width * size.height * scale * scale <= mostPixels)) return nullptr;
         auto& graphics = *backend::Backend::current().graphics;
-        const auto picture = graphics.makePicture(size, scale);
+        auto picture = graphics.makePicture(size, scale);
         if (!picture) return nullptr;
         const Ref<NSGraphicsContext> context = make<NSGraphicsContext>(graphics.canvasOn(picture), NO, picture);
         {

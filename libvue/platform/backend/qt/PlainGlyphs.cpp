@@ -78,8 +78,8 @@ QGlyphRun PlainGlyphs::run(std::u16string_view text, double x, double baseline) 
     return out;
 }
 
-std::optional<GlyphMasks::Ink> PlainGlyphs::draw(std::u16string_view text, double x, double baseline,
-                                                 double scale, QPointF shift, QRgb ink, QSize size) const {
+std::optional<GlyphMasks::Ink> PlainGlyphs::draw(std::u16string_view text, double x, double baseline, double scale,
+                                                 QPointF shift, QRgb ink, QSize size) const {
     if (!GlyphMasks::serves(font_, scale)) return std::nullopt;
     std::array<GlyphMasks::Placed, longest> placed;
     std::size_t count = 0;

@@ -316,8 +316,8 @@ std::optional<GlyphMasks::Ink> RasterTextLayout::plainInk(double scale, QPointF 
     if (glyphs == nullptr) return std::nullopt;
     const Color color = runs_.empty() ? Color{} : runs_[0].color;
     const double offset = runs_.empty() ? 0 : runs_[0].baselineOffset;
-    return glyphs->draw(textOf(block), places_[0].x, lines_[0].baseline - offset, scale, shift,
-                        toPremultiplied(color), size);
+    return glyphs->draw(textOf(block), places_[0].x, lines_[0].baseline - offset, scale, shift, toPremultiplied(color),
+                        size);
 }
 
 void RasterTextLayout::keep(QImage&& image, QPoint at, double scale, int phase) const {
