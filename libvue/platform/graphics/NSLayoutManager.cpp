@@ -171,7 +171,7 @@ std::shared_ptr<LongTextLayout> NSLayoutManager::longLayout(NSTextStorage& text,
     const Former former = std::exchange(former_, {});
     if (!former.parts || former.parts->width() != width) return std::make_shared<LongTextLayout>(&text, width);
     // One that is being drawn stays as it is.
-    const auto parts = former.parts.use_count() == 1 ? former.parts : std::make_shared<LongTextLayout>(*former.parts);
+    auto parts = former.parts.use_count() == 1 ? former.parts : std::make_shared<LongTextLayout>(*former.parts);
     parts->textChanged(&text, former.head, former.tail);
     return parts;
 }
